@@ -1,0 +1,33 @@
+// The log: one line per event.
+//
+//   log_("Quitting '%@': %@", process->signatureString(), process->name());
+//
+// The format stands verbatim at the call, so a line in a log leads to its source.
+//
+// Thread: any. An implementation writes each line whole.
+#pragma once
+
+#include "Core/Format.h"
+#include "Core/Text.h"
+
+namespace halvorn {
+
+class Log {
+ public:
+  virtual ~Log() = default;
+
+  template <typename... Arguments>
+  void operator()(const char* text, const Arguments&... arguments) const {
+    write(escapedForLog(formatWithArguments(Text(text), {FormatArgument(arguments)...})));
+  }
+
+  // The text on one line: a backslash as \\, line feed, return and tab as \n, \r, \t, other control characters, line
+  // and paragraph separators, direction marks and lone surrogates as \u{2028}, bytes that were not UTF-8 as \xE4.
+  [[nodiscard]] static Text escapedForLog(const Text& text);
+
+ protected:
+  // Takes one line without its end.
+  virtual void write(const Text& line) const = 0;
+};
+
+}  // namespace halvorn

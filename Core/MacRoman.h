@@ -1,0 +1,15 @@
+// The upper half of the Mac OS Roman encoding.
+#pragma once
+
+#include <array>
+#include <optional>
+
+namespace halvorn {
+
+// Bytes 0x80..0xFF; the lower half is ASCII.
+extern const std::array<char16_t, 128> kMacRomanUpperHalf;
+
+[[nodiscard]] char16_t unitFromMacRoman(unsigned char byte);
+[[nodiscard]] std::optional<unsigned char> macRomanFromUnit(char16_t unit);
+
+}  // namespace halvorn

@@ -1,0 +1,8 @@
+// The answer of a comparison.
+#pragma once
+
+namespace halvorn {
+
+enum class Ordering { Ascending = -1, Same = 0, Descending = 1 };
+
+}  // namespace halvorn

@@ -1,0 +1,22 @@
+// The running program as the desktop sees it.
+#pragma once
+
+#include "Platform/Images.h"
+
+namespace halvorn {
+
+class Application {
+ public:
+  virtual ~Application() = default;
+  // Ends the event loop; the program then ends with status 0. Thread: main.
+  virtual void terminate() = 0;
+  // The icon of the program's windows in task bars and switchers. Thread: main.
+  virtual void setApplicationIcon(const ImagePointer& icon) = 0;
+  // The system's alert sound. Thread: main.
+  virtual void beep() = 0;
+  // Whether the event that the main thread works on, or worked on last, was made with the Option (Alt) key held.
+  // Thread: any.
+  [[nodiscard]] virtual bool currentEventHasOptionKey() const = 0;
+};
+
+}  // namespace halvorn

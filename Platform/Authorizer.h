@@ -1,0 +1,48 @@
+// Administrator rights for one run of the installer's tool.
+#pragma once
+
+#include <memory>
+#include <variant>
+#include <vector>
+
+#include "Core/Text.h"
+
+namespace halvorn {
+
+// How the tool's run ended.
+struct ToolExited {
+  int status = 0;
+};
+struct ToolDied {  // by a signal
+  int signal = 0;
+};
+struct ToolNotStarted {
+  int status = -1;  // the platform's, never 0
+};
+struct ToolUnknown {};  // it was started, and its end could not be waited for
+using ToolEnd = std::variant<ToolExited, ToolDied, ToolNotStarted, ToolUnknown>;
+
+// Rights that were granted. Freeing the object gives them back.
+class Authorization {
+ public:
+  virtual ~Authorization() = default;
+  // Runs the tool with administrator rights and waits for its end. `arguments` exclude the tool's own path.
+  [[nodiscard]] virtual ToolEnd run(const Text& toolPath, const std::vector<Text>& arguments) = 0;
+};
+
+enum class AuthorizationAnswer { Granted, Canceled, Refused };
+
+class Authorizer {
+ public:
+  virtual ~Authorizer() = default;
+
+  struct Result {
+    AuthorizationAnswer answer = AuthorizationAnswer::Refused;
+    std::unique_ptr<Authorization> authorization;  // set when granted
+  };
+  // Asks for the right to run the tool as administrator; may show the system's password dialog and then blocks the
+  // calling thread until it is answered. Thread: a worker.
+  [[nodiscard]] virtual Result requestAdministratorRights(const Text& toolPath) = 0;
+};
+
+}  // namespace halvorn

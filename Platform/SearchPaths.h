@@ -1,0 +1,21 @@
+// Where the system keeps things.
+#pragma once
+
+#include <vector>
+
+#include "Core/Text.h"
+
+namespace halvorn {
+
+class SearchPaths {
+ public:
+  virtual ~SearchPaths() = default;
+  // Absolute, without "~". Never empty, also when the environment names none.
+  [[nodiscard]] virtual Text homeFolder() const = 0;
+  // Applications folders of all users, the one to use last; they need not exist.
+  [[nodiscard]] virtual std::vector<Text> localApplicationsFolders() const = 0;
+  // Applications folders of this user, the one to use last; they need not exist and are not made here.
+  [[nodiscard]] virtual std::vector<Text> userApplicationsFolders() const = 0;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,19 @@
+// Folders as a test names them.
+#pragma once
+
+#include "Platform/SearchPaths.h"
+
+namespace halvorn {
+
+class FakeSearchPaths : public SearchPaths {
+ public:
+  Text homeFolder() const override { return home; }
+  std::vector<Text> localApplicationsFolders() const override { return localApplications; }
+  std::vector<Text> userApplicationsFolders() const override { return userApplications; }
+
+  Text home = "/home/anna";
+  std::vector<Text> localApplications = {"/Applications"};
+  std::vector<Text> userApplications = {"/home/anna/Applications"};
+};
+
+}  // namespace halvorn

@@ -1,0 +1,52 @@
+// A Trash over the file system in memory: what was recycled is gone from there and stands in `trashed`.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Core/Paths.h"
+#include "Platform/Trash.h"
+#include "tests/fakes/FakeFileManager.h"
+
+namespace halvorn {
+
+class FakeTrash : public Trash {
+ public:
+  struct Operation {
+    std::string sourceFolder;
+    std::vector<std::string> names;
+    friend bool operator==(const Operation&, const Operation&) = default;
+  };
+
+  explicit FakeTrash(FakeFileManager& files) : files_(files) {}
+
+  bool recycle(const Text& sourceFolder, const std::vector<Text>& names) override {
+    Operation operation{.sourceFolder = sourceFolder.bytes(), .names = {}};
+    for (const Text& name : names) operation.names.push_back(name.bytes());
+    operations.push_back(operation);
+    for (const std::string& name : operation.names) files_.calls.push_back("recycle " + name);
+    if (refuses) return false;
+    bool all = true;
+    for (const Text& name : names) {
+      const std::string path = Paths::appending(sourceFolder, name).bytes();
+      FakeFileManager::Node* node = files_.node(path);
+      if (node == nullptr) {
+        all = false;
+        continue;
+      }
+      for (const std::string& part : files_.tree(path)) trashed[part] = *files_.node(part);
+      files_.take(path);
+    }
+    return all;
+  }
+
+  bool refuses = false;
+  std::vector<Operation> operations;
+  std::map<std::string, FakeFileManager::Node> trashed;  // by the path it came from
+
+ private:
+  FakeFileManager& files_;
+};
+
+}  // namespace halvorn

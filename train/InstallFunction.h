@@ -1,0 +1,44 @@
+// The one routine that puts a product's bundle into its destination. The installer calls it in its own
+// process where it may write, and the tool `train` calls it with administrator rights where it may not.
+#pragma once
+
+#include <cstdint>
+
+#include "Core/Log.h"
+#include "Core/Text.h"
+#include "Platform/FileChangeNotices.h"
+#include "Platform/FileManager.h"
+#include "Platform/Trash.h"
+
+namespace halvorn {
+
+struct InstallServices {
+  FileManager& files;
+  Trash& trash;
+  FileChangeNotices& notices;
+  const Log& log;
+};
+
+namespace InstallStatus {
+inline constexpr std::int32_t installed = 0;
+inline constexpr std::int32_t notTrashed = 1;  // the existing copy could not be moved to the Trash
+inline constexpr std::int32_t copyFailed =
+    2;  // a wrapper item, the wrapper or the application could not be copied
+}  // namespace InstallStatus
+
+// Installs the bundle at `source` as `destination`, a full path with the bundle's own name. The top-level
+// items of the folder `wrapper`, when there is one, go into the destination's parent folder; where that
+// folder is missing, the wrapper becomes it.
+//
+// An existing application goes to the Trash; existing items of the wrapper's names are removed for good.
+//
+// Returns an InstallStatus. There is no rollback: what was copied or trashed before a failure stays as it is.
+// Thread: any; the caller sees to it that one installation runs at a time.
+// Logs: "ERROR -- Could not delete %@", "ERROR -- Could not copy auxiliary item to %@",
+//       "ERROR -- Could not copy wrapper to %@", "ERROR -- Could not trash '%@'",
+//       "ERROR -- Could not trash existing %@", "ERROR -- Could not copy myself to %@".
+[[nodiscard]] std::int32_t InstallApplication(const InstallServices& services, const Text& source,
+                                              const Text& destination,
+                                              const OptionalText& wrapper = std::nullopt);
+
+}  // namespace halvorn

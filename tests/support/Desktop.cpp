@@ -1,0 +1,157 @@
+#include "tests/support/Desktop.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+
+namespace halvorn {
+namespace {
+
+constexpr double kPatience = 30.0;
+
+std::string nameOf(const std::string& entry) { return entry.substr(0, entry.find('=')); }
+
+void setEntry(std::vector<std::string>& environment, const std::string& entry) {
+  for (std::string& present : environment) {
+    if (nameOf(present) == nameOf(entry)) {
+      present = entry;
+      return;
+    }
+  }
+  environment.push_back(entry);
+}
+
+// What a desktop part prints is only of interest when it does not come up.
+std::runtime_error failed(const std::string& part, const ChildProcess& process) {
+  return std::runtime_error(part + " did not come up: " + process.output());
+}
+
+void endPart(std::unique_ptr<ChildProcess>& part) {
+  if (part) part->end(SIGTERM);
+  part.reset();
+}
+
+}  // namespace
+
+std::optional<std::string> Desktop::missing(const DesktopParts& parts) {
+  if (parts.display && !programExists("Xvfb")) return "Xvfb is not installed";
+  if (parts.display && parts.windowManager && !programExists("openbox")) return "openbox is not installed";
+  if (parts.bus && !programExists("dbus-daemon")) return "dbus-daemon is not installed";
+  if (parts.accessibility && !programExists("gdbus")) return "gdbus is not installed";
+  if (parts.accessibility && ::access("/usr/share/dbus-1/services/org.a11y.Bus.service", R_OK) != 0) {
+    return "at-spi2-core is not installed";
+  }
+  return std::nullopt;
+}
+
+Desktop::Desktop(const DesktopParts& parts) {
+  ::mkdir(homeFolder().c_str(), 0700);
+  ::mkdir(runtimeFolder().c_str(), 0700);
+  // The server first: services that the bus starts get its environment.
+  if (parts.display) startXServer();
+  if (parts.display && parts.windowManager) startWindowManager();
+  if (parts.bus) startBus(parts.serviceActivation || parts.accessibility);
+  if (parts.bus && parts.accessibility) startAccessibility();
+}
+
+Desktop::~Desktop() {
+  endPart(bus_);
+  endPart(windowManager_);
+  endPart(xServer_);
+}
+
+std::vector<std::string> Desktop::environment() const {
+  std::vector<std::string> result = {"HOME=" + homeFolder(), "XDG_RUNTIME_DIR=" + runtimeFolder(),
+                                     "LANG=C.UTF-8"};
+  for (const char* name :
+       {"PATH", "TMPDIR", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS"}) {
+    if (const char* value = std::getenv(name)) result.push_back(std::string(name) + "=" + value);
+  }
+  if (!displayName_.empty()) {
+    result.push_back("DISPLAY=" + displayName_);
+    result.push_back("XDG_SESSION_TYPE=x11");
+  }
+  if (!busAddress_.empty()) result.push_back("DBUS_SESSION_BUS_ADDRESS=" + busAddress_);
+  if (!accessibilityAddress_.empty()) result.push_back("QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1");
+  return result;
+}
+
+std::vector<std::string> Desktop::environmentWith(const std::vector<std::string>& entries) const {
+  std::vector<std::string> result = environment();
+  for (const std::string& entry : entries) setEntry(result, entry);
+  return result;
+}
+
+void Desktop::startXServer() {
+  // The server picks a free number itself and writes it to the descriptor once it takes clients.
+  xServer_ = std::make_unique<ChildProcess>(
+      std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp",
+                               "-noreset"},
+      ChildOptions{.environment = environment(), .signalWhenTestDies = SIGTERM});
+  // Its warnings come on the same pipe; the number is the line of digits.
+  for (;;) {
+    const auto line = xServer_->readLine(kPatience);
+    if (!line) throw failed("Xvfb", *xServer_);
+    if (!line->empty() && line->find_first_not_of("0123456789") == std::string::npos) {
+      displayName_ = ":" + *line;
+      return;
+    }
+  }
+}
+
+void Desktop::startWindowManager() {
+  // The window manager announces itself before it serves map requests, and a window mapped in between is
+  // lost; its start-up command runs when it really serves.
+  windowManager_ = std::make_unique<ChildProcess>(
+      std::vector<std::string>{"openbox", "--sm-disable", "--startup", "echo window-manager-ready"},
+      ChildOptions{.environment = environment(), .signalWhenTestDies = SIGTERM});
+  if (!windowManager_->waitForOutput("window-manager-ready\n", kPatience)) {
+    throw failed("openbox", *windowManager_);
+  }
+}
+
+void Desktop::startBus(bool serviceActivation) {
+  const std::string configuration = folder_ / "session-bus.conf";
+  std::ofstream(configuration)
+      << "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\"\n"
+         " \"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n<busconfig><type>session</"
+         "type>\n"
+      << "<listen>unix:path=" << runtimeFolder() << "/bus</listen><auth>EXTERNAL</auth>\n"
+      << (serviceActivation ? "<standard_session_servicedirs/>\n" : "")
+      << "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+         "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n";
+  bus_ = std::make_unique<ChildProcess>(
+      std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration, "--nofork", "--nopidfile",
+                               "--nosyslog", "--print-address"},
+      ChildOptions{.environment = environment(), .signalWhenTestDies = SIGTERM});
+  for (;;) {
+    const auto line = bus_->readLine(kPatience);
+    if (!line) throw failed("dbus-daemon", *bus_);
+    if (line->rfind("unix:", 0) == 0) {
+      busAddress_ = *line;
+      return;
+    }
+  }
+}
+
+void Desktop::startAccessibility() {
+  const std::vector<std::string> call = {"gdbus",        "call", "--session",     "-d",
+                                         "org.a11y.Bus", "-o",   "/org/a11y/bus", "-m"};
+  const auto asked = [&](std::vector<std::string> rest) {
+    rest.insert(rest.begin(), call.begin(), call.end());
+    const CommandResult result = runCommand(rest, {.environment = environment()}, kPatience);
+    if (result.status != 0) throw std::runtime_error("accessibility bus: " + result.output);
+    return result.output;
+  };
+  asked({"org.freedesktop.DBus.Properties.Set", "org.a11y.Status", "IsEnabled", "<true>"});
+  const std::string answer = asked({"org.a11y.Bus.GetAddress"});  // ('unix:path=...',)
+  const std::size_t start = answer.find('\'');
+  const std::size_t end = answer.rfind('\'');
+  if (start == std::string::npos || end <= start) throw std::runtime_error("accessibility bus: " + answer);
+  accessibilityAddress_ = answer.substr(start + 1, end - start - 1);
+}
+
+}  // namespace halvorn

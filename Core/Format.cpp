@@ -51,6 +51,8 @@ std::optional<Placeholder> placeholderAt(std::u16string_view text, std::size_t p
   if (std::u16string_view(u"@dius%xXf").find(text[i]) == std::u16string_view::npos) return std::nullopt;
   result.flags = ascii(text.substr(flagsStart, i - flagsStart));
   result.conversion = static_cast<char>(text[i]);
+  // Texts are never padded or cut, and so "100% sure" is no placeholder.
+  if ((text[i] == u'@' || text[i] == u's') && !result.flags.empty()) return std::nullopt;
   result.length = i + 1 - percent;
   return result;
 }
@@ -86,7 +88,8 @@ std::optional<Text> filled(const Placeholder& placeholder, const FormatArgument&
       return printed(percent + "lld", static_cast<long long>(*argument.integer()));
     default:  // u, x, X
       if (!argument.integer()) return std::nullopt;
-      return printed(percent + "ll" + placeholder.conversion, static_cast<unsigned long long>(*argument.integer()));
+      return printed(percent + "ll" + placeholder.conversion,
+                     static_cast<unsigned long long>(*argument.integer()));
   }
 }
 

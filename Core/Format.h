@@ -2,12 +2,12 @@
 //
 //   %@        a text ("(null)" for an absent one); %1$@ and so on name the argument
 //   %d %i %u  an integer;  %X %x  hexadecimal;  %f  a real;  %s  bytes;  %%  a percent sign
-//   flags, width and precision as in C: %02X, %1.3f
+//   flags, width and precision of numbers as in C: %02X, %1.3f
 //
 //   format("%1$@ %2$@ cannot be installed", name, version)
 //
-// Formats come from translations too, so none can do harm: a placeholder without an argument, or with one of another
-// kind, or one not listed above, stands in the result as it is written.
+// Formats come from translations too, so none can do harm: a placeholder without an argument, or with one of
+// another kind, or one not listed above, stands in the result as it is written.
 #pragma once
 
 #include <concepts>

@@ -11,8 +11,9 @@ bool isLow(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
 // What would break a line, hide text or turn its direction around.
 bool isHidden(char16_t unit) {
-  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x061C || (unit >= 0x200B && unit <= 0x200F) ||
-         (unit >= 0x2028 && unit <= 0x202E) || (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF;
+  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x061C ||
+         (unit >= 0x200B && unit <= 0x200F) || (unit >= 0x2028 && unit <= 0x202E) ||
+         (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF;
 }
 
 std::string escaped(char16_t unit) {

@@ -68,8 +68,6 @@ Text describe(const PropertyDictionary& dictionary) {
   return Text("{") + join(parts, "") + Text("}");
 }
 
-Text describe(const std::vector<Text>& texts) {
-  return describe(PropertyArray(texts.begin(), texts.end()));
-}
+Text describe(const std::vector<Text>& texts) { return describe(PropertyArray(texts.begin(), texts.end())); }
 
 }  // namespace halvorn

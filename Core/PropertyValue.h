@@ -43,20 +43,23 @@ class PropertyValue {
   [[nodiscard]] const Date* date() const { return std::get_if<Date>(&value_); }
   [[nodiscard]] const PropertyData* data() const { return std::get_if<PropertyData>(&value_); }
   [[nodiscard]] const PropertyArray* array() const { return std::get_if<PropertyArray>(&value_); }
-  [[nodiscard]] const PropertyDictionary* dictionary() const { return std::get_if<PropertyDictionary>(&value_); }
+  [[nodiscard]] const PropertyDictionary* dictionary() const {
+    return std::get_if<PropertyDictionary>(&value_);
+  }
 
-  // Truth as lists written by hand mean it: true, a number that is not 0, or a text that begins (after blanks) with
-  // Y, y, T, t or a digit 1 to 9, zeros and a sign before it skipped.
+  // Truth as lists written by hand mean it: true, a number that is not 0, or a text that begins (after
+  // blanks) with Y, y, T, t or a digit 1 to 9, zeros and a sign before it skipped.
   [[nodiscard]] bool isTrue() const;
 
-  // One line for logs: "text", 12, 2.5, YES, NO, ("a", "b"), {"key" = "value"; }, <4 bytes>, a date as seconds.
-  // A text that stands alone has no quotes.
+  // One line for logs: "text", 12, 2.5, YES, NO, ("a", "b"), {"key" = "value"; }, <4 bytes>, a date as
+  // seconds. A text that stands alone has no quotes.
   [[nodiscard]] Text description() const;
 
   friend bool operator==(const PropertyValue&, const PropertyValue&) = default;
 
  private:
-  std::variant<Text, bool, std::int64_t, double, Date, PropertyData, PropertyArray, PropertyDictionary> value_;
+  std::variant<Text, bool, std::int64_t, double, Date, PropertyData, PropertyArray, PropertyDictionary>
+      value_;
 };
 
 // The text under the key; nullopt when it is missing or no text.

@@ -154,7 +154,9 @@ Text Text::substring(std::size_t start, std::size_t count) const {
 bool Text::hasPrefix(const Text& prefix) const { return units().starts_with(prefix.units()); }
 bool Text::hasSuffix(const Text& suffix) const { return units().ends_with(suffix.units()); }
 bool Text::contains(const Text& part) const { return find(part) != npos; }
-std::size_t Text::find(const Text& part, std::size_t start) const { return units().find(part.units(), start); }
+std::size_t Text::find(const Text& part, std::size_t start) const {
+  return units().find(part.units(), start);
+}
 std::size_t Text::find(char16_t unit, std::size_t start) const { return units().find(unit, start); }
 
 std::vector<Text> Text::split(char16_t separator) const {

@@ -1,10 +1,11 @@
 // Text: an immutable run of UTF-16 code units on a shared buffer.
 //
-// A copy is the same object: `Text b = a;` costs a reference count and `a.isSameObject(b)` holds, so a function that
-// "returns the receiver itself" simply returns its argument. `==` compares content.
+// A copy is the same object: `Text b = a;` costs a reference count and `a.isSameObject(b)` holds, so a
+// function that "returns the receiver itself" simply returns its argument. `==` compares content.
 //
-// Any bytes can become a Text and come back unchanged. Bytes that are not UTF-8 are kept as lone low surrogates,
-// byte 0xNN as U+DCNN; bytes() turns those into the bytes they were. So every path that exists can be named.
+// Any bytes can become a Text and come back unchanged. Bytes that are not UTF-8 are kept as lone low
+// surrogates, byte 0xNN as U+DCNN; bytes() turns those into the bytes they were. So every path that exists
+// can be named.
 //
 // Thread: values are immutable; copies may be used on any thread.
 #pragma once
@@ -45,7 +46,8 @@ class Text {
   [[nodiscard]] bool isEmpty() const;
   [[nodiscard]] char16_t at(std::size_t index) const;  // index < length()
   [[nodiscard]] std::u16string_view units() const;     // lives as long as any copy of this text
-  // UTF-8; lone U+DC80..U+DCFF become the bytes they were made of, other lone surrogates their three-byte form.
+  // UTF-8; lone U+DC80..U+DCFF become the bytes they were made of, other lone surrogates their three-byte
+  // form.
   [[nodiscard]] std::string bytes() const;
 
   [[nodiscard]] bool isSameObject(const Text& other) const;
@@ -67,8 +69,8 @@ class Text {
   [[nodiscard]] float floatValue() const;
   [[nodiscard]] double doubleValue() const;
 
-  // Strips blanks, tabs and line ends (U+0009..U+000D, U+0020, U+0085, U+00A0, U+1680, U+2000..U+200B, U+2028,
-  // U+2029, U+202F, U+205F, U+3000) at both ends.
+  // Strips blanks, tabs and line ends (U+0009..U+000D, U+0020, U+0085, U+00A0, U+1680, U+2000..U+200B,
+  // U+2028, U+2029, U+202F, U+205F, U+3000) at both ends.
   [[nodiscard]] Text trimmed() const;
 
   friend bool operator==(const Text& a, const Text& b);

@@ -26,8 +26,8 @@ using ToolEnd = std::variant<ToolExited, ToolDied, ToolNotStarted, ToolUnknown>;
 class Authorization {
  public:
   virtual ~Authorization() = default;
-  // Runs the tool with administrator rights and waits for its end. `arguments` exclude the tool's own path.
-  [[nodiscard]] virtual ToolEnd run(const Text& toolPath, const std::vector<Text>& arguments) = 0;
+  // Runs the tool that the rights were asked for, with administrator rights, and waits for its end.
+  [[nodiscard]] virtual ToolEnd run() = 0;
 };
 
 enum class AuthorizationAnswer { Granted, Canceled, Refused };
@@ -40,9 +40,12 @@ class Authorizer {
     AuthorizationAnswer answer = AuthorizationAnswer::Refused;
     std::unique_ptr<Authorization> authorization;  // set when granted
   };
-  // Asks for the right to run the tool as administrator; may show the system's password dialog and then blocks the
-  // calling thread until it is answered. Thread: a worker.
-  [[nodiscard]] virtual Result requestAdministratorRights(const Text& toolPath) = 0;
+  // Asks for the right to run this tool with these arguments (its own path not among them) as administrator.
+  // May show the system's password dialog and then blocks the calling thread until it is answered. The right
+  // covers one run: desktops whose policy starts programs itself cannot give it apart from what it is for.
+  // Thread: a worker.
+  [[nodiscard]] virtual Result requestAdministratorRights(const Text& toolPath,
+                                                          const std::vector<Text>& arguments) = 0;
 };
 
 }  // namespace halvorn

@@ -40,7 +40,8 @@ class FakeMainThread : public MainThread {
       due.push_back(entry);
       return true;
     });
-    std::stable_sort(due.begin(), due.end(), [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
+    std::stable_sort(due.begin(), due.end(),
+                     [](const auto& a, const auto& b) { return a.seconds < b.seconds; });
     for (const Delayed& entry : due) entry.task();
     runAll();
   }

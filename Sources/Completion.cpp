@@ -1,0 +1,70 @@
+#include "Sources/Completion.h"
+
+#include "Core/Format.h"
+#include "Core/Log.h"
+#include "KTStuff/KTClasses/KTInstallerInterface.h"
+#include "Platform/Application.h"
+#include "Platform/Defaults.h"
+#include "Platform/LocalizedStrings.h"
+#include "Platform/MainThread.h"
+#include "Platform/ScreenReader.h"
+#include "Sources/CompletionSound.h"
+
+namespace halvorn {
+
+Completion::Completion(const CompletionServices& services, const InstallerOutlets& outlets,
+                       const ArgumentDictionary& arguments)
+    : services_(services), outlets_(outlets), arguments_(arguments) {}
+
+void Completion::installationFinished(const InstallOutcome& outcome) {
+  if (outcome.kind() == InstallOutcome::Kind::Installed) {
+    showSuccess();
+  } else {
+    showFailure(outcome.message());
+  }
+  outlets_.installButton.setEnabled(Enabled::Yes);
+  outlets_.progressIndicator.stopAnimation();
+  scheduleQuit();
+}
+
+void Completion::showFailure(const Text& message) {
+  // KEEP: the message field stays hidden, so the page looks as before the click and can be used again.
+  outlets_.messageField.setStringValue(message);
+  outlets_.cancelButton.setEnabled(Enabled::Yes);
+  if (!message.isEmpty()) services_.screenReader.announce(message);
+}
+
+void Completion::showSuccess() {
+  showFinalMessage("%@ was successfully installed.");
+  outlets_.checkmarkField.setHidden(Hidden::No);
+  outlets_.cancelButton.setHidden(Hidden::Yes);
+  outlets_.cancelButton.setEnabled(Enabled::No);
+  if (!services_.defaults.boolForKey("nosound")) playDoneSound();
+}
+
+void Completion::scheduleQuit() {
+  const OptionalText value = arguments_.text(KTInstallerCompletionQuit);
+  if (!value) return;
+  const float delay = value->floatValue();
+  services_.log("quit delay: %1.1f", delay);
+  if (delay > 0)
+    services_.mainThread.performAfter(delay,
+                                      [&application = services_.application] { application.terminate(); });
+}
+
+void Completion::showFinalMessage(const Text& message) {
+  outlets_.cancelButton.setHidden(Hidden::Yes);
+  outlets_.installButton.setTitle(services_.strings.localized("OK"));
+  outlets_.pathField.setHidden(Hidden::Yes);
+  outlets_.explanationField.setHidden(Hidden::Yes);
+  outlets_.messageField.setHidden(Hidden::Yes);
+  outlets_.helpButton.setHidden(Hidden::Yes);
+  const Text shown = format(services_.strings.localized(message), arguments_.text(KTInstallerKeyProductName));
+  outlets_.introField.setStringValue(shown);
+  finished_ = true;
+  services_.screenReader.announce(shown);
+}
+
+void Completion::playDoneSound() { services_.sound.play(arguments_.text(KTInstallerCompletionSound)); }
+
+}  // namespace halvorn

@@ -1,0 +1,184 @@
+#include "Sources/InstallWorker.h"
+
+#include "Core/Format.h"
+#include "Core/Log.h"
+#include "KTStuff/KTClasses/KTInstallerInterface.h"
+#include "KTStuff/KTClasses/KTProcess.h"
+#include "Platform/Application.h"
+#include "Platform/Authorizer.h"
+#include "Platform/Bundles.h"
+#include "Platform/Clock.h"
+#include "Platform/FileChangeNotices.h"
+#include "Platform/LocalizedStrings.h"
+#include "Platform/MainThread.h"
+#include "Platform/Workspace.h"
+#include "Sources/AuthorizedExecute.h"
+#include "Sources/DestinationChoice.h"
+#include "Sources/ProductQuitter.h"
+#include "train/InstallFunction.h"
+
+namespace halvorn {
+namespace {
+
+constexpr int kQuitRetries = 3;
+constexpr double kQuitRetrySeconds = 1.0;
+constexpr int kOpenRetries = 10;
+constexpr double kOpenRetrySeconds = 0.5;
+
+}  // namespace
+
+InstallWorker::InstallWorker(const InstallWorkerServices& services, const ArgumentDictionary& arguments,
+                             MainThreadEntries entries)
+    : services_(services), arguments_(arguments), entries_(std::move(entries)) {}
+
+void InstallWorker::installThread() {
+  services_.log("Install");
+  animateProgress(Animate::Yes);
+
+  if (const OptionalText name = nameOfProcessThatRefusedToQuit()) {
+    services_.log("%@ refused to quit; installation cancelled", *name);
+    const Text message = services_.strings.localized(
+        "%1$@ cannot be running during the installation.\rQuit %1$@, then click \"Install\" again.");
+    finish(InstallOutcome::failed(format(message, *name)));
+    return;
+  }
+
+  const CopyResult result = installMyselfInDestination();
+  switch (result.kind) {
+    case CopyResult::Kind::Installed:
+      return finish(InstallOutcome::installed());
+    case CopyResult::Kind::Canceled:
+      return finish(InstallOutcome::canceled());
+    case CopyResult::Kind::Failed:
+      return finish(InstallOutcome::failed(failureMessage(result.messageKey)));
+  }
+}
+
+OptionalText InstallWorker::nameOfProcessThatRefusedToQuit() {
+  ProductQuitter& quitter = services_.quitter;
+  quitter.quitProcesses();
+  OptionalText name = quitter.processToQuitStillRunning();
+  if (name) services_.log("%@ did not quit; will retry", *name);
+  for (int attempt = 0; name && attempt < kQuitRetries; ++attempt) {
+    services_.clock.sleep(kQuitRetrySeconds);
+    quitter.quitProcesses();
+    name = quitter.processToQuitStillRunning();
+  }
+  return quitter.processToQuitStillRunning();
+}
+
+Text InstallWorker::failureMessage(const Text& messageKey) const {
+  const OptionalText productName = arguments_.text(KTInstallerKeyProductName);
+  const Text message = format(services_.strings.localized(messageKey), productName);
+  if (arguments_.has(KTInstallerKeyWrapperPath)) return message;
+  const Text hint =
+      services_.strings.localized("Try installing %1$@ manually by copying it to the Applications folder.");
+  return message + format("\r%@", format(hint, productName));
+}
+
+InstallWorker::CopyResult InstallWorker::installMyselfInDestination() {
+  const Text source = arguments_.text(KTInstallerKeySourcePath).value_or(Text());
+  const Text destination = arguments_.text(KTInstallerKeyDestinationPath).value_or(Text());
+  const OptionalText wrapper = arguments_.text(KTInstallerKeyWrapperPath);
+
+  const bool isWritable = services_.destinations.canWriteToPath(destination);
+  const bool isEnforced = services_.application.currentEventHasOptionKey();
+  if (isEnforced) services_.log("enforcing authorization");
+  const CopyResult result = isWritable && !isEnforced ? copyInProcess(source, destination, wrapper)
+                                                      : copyWithAuthorization(source, destination, wrapper);
+  if (result.kind != CopyResult::Kind::Installed) return result;
+
+  // From here on nothing can fail the installation.
+  services_.log("successfully copied");
+  services_.changes.noteFileSystemChanged(destination);
+  launch(destination);
+  if (const auto current = services_.processes.currentProcess()) current->setFrontProcessFrontWindowOnly();
+  return result;
+}
+
+InstallWorker::CopyResult InstallWorker::copyInProcess(const Text& source, const Text& destination,
+                                                       const OptionalText& wrapper) {
+  switch (InstallApplication(services_.install, source, destination, wrapper)) {
+    case 0:
+      return {CopyResult::Kind::Installed, Text()};
+    case 1:
+      return {CopyResult::Kind::Failed, "Could not delete existing copy."};
+    default:
+      return {CopyResult::Kind::Failed, "Installation failed."};
+  }
+}
+
+InstallWorker::CopyResult InstallWorker::copyWithAuthorization(const Text& source, const Text& destination,
+                                                               const OptionalText& wrapper) {
+  switch (authorizedInstall(source, destination, wrapper)) {
+    case AuthorizedInstall::Done:
+      return {CopyResult::Kind::Installed, Text()};
+    case AuthorizedInstall::Canceled:
+      services_.log("User canceled authorization");
+      return {CopyResult::Kind::Canceled, Text()};
+    case AuthorizedInstall::Failed:
+      break;
+  }
+  // KEEP: the line says /Applications whatever the destination is.
+  services_.log("ERROR -- Could not copy myself to /Applications with authorization");
+  return {CopyResult::Kind::Failed, "Authorized copying failed."};
+}
+
+InstallWorker::AuthorizedInstall InstallWorker::authorizedInstall(const Text& source, const Text& to,
+                                                                  const OptionalText& wrap) {
+  if (to.trimmed().isEmpty() || source.trimmed().isEmpty()) return AuthorizedInstall::Failed;
+
+  // The password dialog must not appear over a spinning window.
+  animateProgress(Animate::No);
+  const OptionalText tool =
+      services_.bundles.pathForResource(services_.bundles.mainBundlePath(), "train", "");
+  std::vector<Text> arguments = {source, to};
+  if (wrap) arguments.push_back(*wrap);
+  const Authorizer::Result rights =
+      services_.authorizer.requestAdministratorRights(tool.value_or(Text()), arguments);
+  if (rights.answer == AuthorizationAnswer::Canceled) return AuthorizedInstall::Canceled;
+  if (rights.answer == AuthorizationAnswer::Refused || !rights.authorization)
+    return AuthorizedInstall::Failed;
+
+  animateProgress(Animate::Yes);
+  const int status = AuthorizedExecute(*rights.authorization, tool, services_.log);
+  return status == 0 ? AuthorizedInstall::Done : AuthorizedInstall::Failed;
+}
+
+void InstallWorker::launch(const Text& destination) {
+  services_.log("launching %@", destination);
+  services_.clock.sleep(0.5);
+  // KEEP: the path is handed over as the text of a URL, not made into a file URL.
+  services_.log("registered app: %d", services_.workspace.registerBundle(destination));
+  services_.clock.sleep(0.1);
+  waitForIcon(destination);
+  open(destination);
+}
+
+void InstallWorker::waitForIcon(const Text& destination) {
+  if (services_.workspace.hasIcon(destination)) return;
+  services_.log("did not get icon");
+  services_.clock.sleep(1.0);
+  services_.log("retry; %@", services_.workspace.hasIcon(destination) ? "succeeded" : "failed");
+}
+
+void InstallWorker::open(const Text& destination) {
+  bool isOpen = services_.workspace.openFile(destination);
+  services_.log("launched immediately: %d", isOpen ? 1 : 0);
+  for (int attempt = 0; !isOpen && attempt < kOpenRetries; ++attempt) {
+    services_.clock.sleep(kOpenRetrySeconds);
+    services_.log("retry opening");
+    isOpen = services_.workspace.openFile(destination);
+    services_.log("launched: %d", isOpen ? 1 : 0);
+  }
+}
+
+void InstallWorker::animateProgress(Animate animate) {
+  services_.mainThread.perform([entry = entries_.animateProgress, animate] { entry(animate); });
+}
+
+void InstallWorker::finish(const InstallOutcome& outcome) {
+  services_.mainThread.perform([entry = entries_.installationFinished, outcome] { entry(outcome); });
+}
+
+}  // namespace halvorn

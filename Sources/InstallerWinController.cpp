@@ -1,0 +1,114 @@
+#include "Sources/InstallerWinController.h"
+
+#include "Core/Format.h"
+#include "Core/Log.h"
+#include "KTStuff/KTClasses/KTInstallerInterface.h"
+#include "Platform/Alerts.h"
+#include "Platform/Application.h"
+#include "Platform/LocalizedStrings.h"
+#include "Platform/ScreenReader.h"
+#include "Platform/Workers.h"
+#include "Platform/Workspace.h"
+
+namespace halvorn {
+namespace {
+
+// Where people find older versions of the products.
+constexpr char kSoftwareArchiveUrl[] = "https://www.halvorn.example/archive/";
+constexpr int kReadMePage = 0;
+constexpr int kInstallPage = 1;
+
+}  // namespace
+
+InstallerWinController::InstallerWinController(const InstallerServices& services,
+                                               const InstallerOutlets& outlets,
+                                               std::vector<Text> argumentList)
+    : services_(services),
+      outlets_(outlets),
+      argumentList_(std::move(argumentList)),
+      completion_(services.completion, outlets, arguments_),
+      worker_(services.worker, arguments_,
+              {[this](Animate animate) { animateProgress(animate); },
+               [this](const InstallOutcome& outcome) { installationFinished(outcome); }}) {}
+
+void InstallerWinController::awakeFromNib() {
+  Startup startup(services_.startup, outlets_, arguments_,
+                  {[this](int index) { selectTab(index); }, [this] { extractArguments(); },
+                   [this] { playDoneSound(); }, [this](const Text& message) { showSetupError(message); },
+                   [this](int returnCode) { systemVersionAlertDidEnd(returnCode); }});
+  startup.run(argumentList_);
+}
+
+void InstallerWinController::extractArguments() {
+  if (hasArguments_) return;
+  hasArguments_ = true;
+  InstallerArguments(arguments_, services_.startup.files, services_.startup.log).extract(argumentList_);
+}
+
+void InstallerWinController::showSetupError(const Text& message) {
+  services_.startup.log("%@", message);
+  showFinalMessage(message);
+  // Still the format of the interface description: there was no product name to put in.
+  if (outlets_.window.title().contains("%")) outlets_.window.setTitle("");
+}
+
+void InstallerWinController::systemVersionAlertDidEnd(int returnCode) {
+  if (returnCode == kAlertSecondButtonReturn) services_.worker.workspace.openUrl(kSoftwareArchiveUrl);
+  services_.startup.application.terminate();
+}
+
+void InstallerWinController::selectTab(int index) {
+  const LocalizedStrings& strings = services_.startup.strings;
+  outlets_.tabView.selectItem(index);
+  outlets_.installButton.setTitle(strings.localized(index == kReadMePage ? "Continue" : "Install"));
+  // KEEP: the entry counts, whether or not its file exists.
+  if (arguments_.has(KTInstallerKeyReadMePath)) {
+    outlets_.cancelButton.setTitle(strings.localized(index == kReadMePage ? "Cancel" : "Go Back"));
+  }
+}
+
+void InstallerWinController::install() {
+  if (finished()) return services_.startup.application.terminate();
+  if (outlets_.tabView.selectedItem() == kReadMePage) return selectTab(kInstallPage);
+  outlets_.installButton.setEnabled(Enabled::No);
+  outlets_.cancelButton.setEnabled(Enabled::No);
+  services_.workers.detach([this] { worker_.installThread(); });
+}
+
+void InstallerWinController::cancel() {
+  if (arguments_.has(KTInstallerKeyReadMePath) && outlets_.tabView.selectedItem() == kInstallPage) {
+    return selectTab(kReadMePage);
+  }
+  services_.startup.application.terminate();
+}
+
+void InstallerWinController::openDocumentation() {
+  const OptionalText path = arguments_.text(KTInstallerKeyDocumentationPath);
+  if (!path) {
+    services_.startup.log("documentation path missing");
+    services_.startup.application.beep();
+    return;
+  }
+  // An opener that does not start has nothing the person could act on here.
+  static_cast<void>(services_.worker.workspace.openFile(*path));
+  // KEEP: the answer is asked for, and nothing follows from it.
+  static_cast<void>(outlets_.window.isMiniaturizeEnabled());
+}
+
+void InstallerWinController::animateProgress(Animate animate) {
+  if (animate == Animate::No) return outlets_.progressIndicator.stopAnimation();
+  outlets_.progressIndicator.startAnimation();
+  const Text name = arguments_.text(KTInstallerKeyProductName).value_or(Text());
+  services_.completion.screenReader.announce(
+      format(services_.startup.strings.localized("Installing %@"), name));
+}
+
+void InstallerWinController::installationFinished(const InstallOutcome& outcome) {
+  completion_.installationFinished(outcome);
+}
+
+void InstallerWinController::showFinalMessage(const Text& message) { completion_.showFinalMessage(message); }
+
+void InstallerWinController::playDoneSound() { completion_.playDoneSound(); }
+
+}  // namespace halvorn

@@ -1,0 +1,72 @@
+// The controller of the installer window: coordinates start-up, the two pages, the installation and its end.
+//
+// Thread: main.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "Core/Text.h"
+#include "Platform/InstallerOutlets.h"
+#include "Sources/ArgumentDictionary.h"
+#include "Sources/Completion.h"
+#include "Sources/InstallOutcome.h"
+#include "Sources/InstallWorker.h"
+#include "Sources/Startup.h"
+
+namespace halvorn {
+
+class Workers;
+
+struct InstallerServices {
+  StartupServices startup;
+  CompletionServices completion;
+  InstallWorkerServices worker;
+  Workers& workers;
+};
+
+class InstallerWinController {
+ public:
+  // `argumentList` is the process's, program path included.
+  InstallerWinController(const InstallerServices& services, const InstallerOutlets& outlets,
+                         std::vector<Text> argumentList);
+
+  // Start-up; called once, when the window has been made from its description.
+  void awakeFromNib();
+  // Fills the argument dictionary from the command line; does nothing when it was filled before.
+  void extractArguments();
+  // Turns the window into the message of a set-up error. Logs: "%@" with the message.
+  void showSetupError(const Text& message);
+  // The person left the version alert: the program ends, after opening the software archive for the second
+  // button.
+  void systemVersionAlertDidEnd(int returnCode);
+  [[nodiscard]] bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
+
+  // Shows page 0 (read-me) or 1 (install) and titles the buttons for it.
+  void selectTab(int index);
+  void install();
+  void cancel();
+  // Logs: "documentation path missing".
+  void openDocumentation();
+  void animateProgress(Animate animate);
+
+  void installationFinished(const InstallOutcome& outcome);
+  void showFinalMessage(const Text& message);
+  void playDoneSound();
+
+  [[nodiscard]] const ArgumentDictionary& arguments() const { return arguments_; }
+  [[nodiscard]] bool finished() const { return completion_.finished(); }
+
+ private:
+  InstallerServices services_;
+  InstallerOutlets outlets_;
+  std::vector<Text> argumentList_;
+  ArgumentDictionary arguments_;
+  bool hasArguments_ = false;
+  Completion completion_;
+  InstallWorker worker_;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,167 @@
+#include "Sources/Startup.h"
+
+#include "Core/Format.h"
+#include "Core/Log.h"
+#include "Core/Paths.h"
+#include "KTStuff/CocoaExtensions/ViewExtensions.h"
+#include "KTStuff/KTClasses/KTInstallerInterface.h"
+#include "KTStuff/KTClasses/KTProcess.h"
+#include "KTStuff/KTClasses/KTUtilitiesVersions.h"
+#include "Platform/Alerts.h"
+#include "Platform/Application.h"
+#include "Platform/Bundles.h"
+#include "Platform/FileManager.h"
+#include "Platform/Images.h"
+#include "Platform/LocalizedStrings.h"
+#include "Platform/SearchPaths.h"
+#include "Platform/StandardStreams.h"
+#include "Platform/SystemInfo.h"
+#include "Sources/DestinationChoice.h"
+
+namespace halvorn {
+namespace {
+
+constexpr char kLogFile[] = "~/Library/Logs/HalvornInstaller.log";
+constexpr int kReadMePage = 0;
+constexpr int kInstallPage = 1;
+
+}  // namespace
+
+Startup::Startup(const StartupServices& services, const InstallerOutlets& outlets,
+                 ArgumentDictionary& arguments, Controller controller)
+    : services_(services),
+      outlets_(outlets),
+      arguments_(arguments),
+      completion_(arguments, services.files, services.log),
+      controller_(std::move(controller)) {}
+
+void Startup::run(const std::vector<Text>& argumentList) {
+  chooseLogDestination(argumentList);
+  prepareWindow();
+  controller_.extractArguments();
+
+  if (!completion_.completeSourcePath(services_.bundles.mainBundlePath())) {
+    controller_.playDoneSound();
+    return controller_.showSetupError("missing source path");
+  }
+  if (!completion_.completeProductName()) return controller_.showSetupError("missing program name");
+  outlets_.window.setTitle(format(outlets_.window.title(), argument(KTInstallerKeyProductName)));
+
+  const Text source = argument(KTInstallerKeySourcePath).value_or(Text());
+  const PropertyDictionary info = services_.bundles.infoDictionary(source).value_or(PropertyDictionary());
+  showIcon(info);
+
+  const OptionalText version = completion_.version(info);
+  const OptionalText minimum = completion_.minSystemVersion(info);
+  const bool isCompatible =
+      !minimum || services_.versions.compareVersion(services_.versions.systemVersionString(), *minimum) !=
+                      Ordering::Ascending;
+
+  completion_.completeDestination(services_.destinations);
+  const Text destination = argument(KTInstallerKeyDestinationPath).value_or(Text());
+  outlets_.pathField.setStringValue(services_.destinations.localizedPath(destination));
+  completion_.completeDocumentation();
+  if (!completion_.completeCodes(info)) return controller_.showSetupError("missing product signature");
+
+  showTexts(version);
+  showReadMeOrInstallPage();
+  bringForward();
+  if (!isCompatible) showSystemVersionAlert(version, minimum);
+}
+
+void Startup::chooseLogDestination(const std::vector<Text>& argumentList) {
+  const bool isStartedByProduct = argumentList.size() >= 3 && argumentList[1] != Text("-AppleLanguages");
+  if (!isStartedByProduct) {
+    services_.log("direct invocation");
+    return;
+  }
+  const Text path = Paths::expandingTilde(kLogFile, services_.searchPaths.homeFolder());
+  for (const auto stream : {StandardStreams::Stream::Output, StandardStreams::Stream::Error}) {
+    // With /dev/null gone too there is nowhere left to say so.
+    if (!services_.streams.reopen(stream, path))
+      static_cast<void>(services_.streams.reopen(stream, "/dev/null"));
+  }
+}
+
+void Startup::prepareWindow() {
+  outlets_.nameField.setStringValue("");
+  outlets_.tabView.showWithoutTabsAndBorder();
+  controller_.selectTab(kInstallPage);
+}
+
+ImagePointer Startup::productIcon(const PropertyDictionary& info) const {
+  if (const OptionalText path = argument(KTInstallerKeyIconPath)) {
+    if (ImagePointer image = services_.images.imageFromFile(*path)) return image;
+  }
+  const Text source = argument(KTInstallerKeySourcePath).value_or(Text());
+  if (const OptionalText name = textForKey(info, "CFBundleIconFile")) {
+    OptionalText path = services_.bundles.pathForResource(source, *name, "icns");
+    if (!path) path = services_.bundles.pathForResource(source, *name, "");
+    if (path) {
+      if (ImagePointer image = services_.images.imageFromFile(*path)) return image;
+    }
+  }
+  return services_.images.iconForFile(source);
+}
+
+void Startup::showIcon(const PropertyDictionary& info) {
+  const ImagePointer icon = productIcon(info);
+  if (!icon) return;
+  outlets_.iconField.setImage(icon);
+  services_.application.setApplicationIcon(icon);
+}
+
+void Startup::showTexts(const OptionalText& version) {
+  const OptionalText name = argument(KTInstallerKeyProductName);
+  outlets_.nameField.setStringValue(version ? format("%@ %@", name, version) : name.value_or(Text()));
+  outlets_.introField.setStringValue(format(outlets_.introField.stringValue(), name));
+
+  const bool hasDocumentation = arguments_.has(KTInstallerKeyDocumentationPath);
+  Text explanation = format(outlets_.explanationField.stringValue(), name);
+  if (hasDocumentation) {
+    const Text sentence =
+        services_.strings.localized("If you wish to read the documentation first, click the \"?\" button.");
+    explanation = format("%@ %@", sentence, explanation);
+  }
+  outlets_.explanationField.setStringValue(explanation);
+  outlets_.helpButton.setHidden(hasDocumentation ? Hidden::No : Hidden::Yes);
+  outlets_.messageField.setHidden(Hidden::Yes);
+}
+
+void Startup::showReadMeOrInstallPage() {
+  const OptionalText path = argument(KTInstallerKeyReadMePath);
+  if (!path || !services_.files.fileExists(*path)) return controller_.selectTab(kInstallPage);
+  ViewExtensions::useLightAquaAppearance(outlets_.readMeTextView, ViewExtensions::LightAqua::Yes,
+                                         services_.system);
+  outlets_.readMeTextView.setDocumentFromFile(*path);
+  controller_.selectTab(kReadMePage);
+}
+
+void Startup::bringForward() {
+  outlets_.checkmarkField.setHidden(Hidden::Yes);
+  outlets_.window.center();
+  outlets_.window.makeKeyAndOrderFront();
+  outlets_.window.orderFrontRegardless();
+  outlets_.window.makeMain();
+  if (const auto current = services_.processes.currentProcess()) current->setFrontProcess();
+}
+
+void Startup::showSystemVersionAlert(const OptionalText& version, const OptionalText& minimum) {
+  const OptionalText name = argument(KTInstallerKeyProductName);
+  const LocalizedStrings& strings = services_.strings;
+  AlertDescription alert;
+  alert.style = AlertDescription::Style::Informational;
+  alert.buttonTitles = {strings.localized("Quit"), strings.localized("Visit Archive")};
+  alert.icon = services_.images.imageNamed("AlertStopIcon");
+  alert.messageText = format(
+      strings.localized(
+          "%1$@ %2$@ cannot be installed on this computer because it requires Mac OS X %3$@ or newer."),
+      name, version, minimum);
+  alert.informativeText = format(
+      strings.localized("To check if an older version of %@ is available for your computer, please visit our "
+                        "software archive."),
+      name);
+  services_.alerts.beginSheet(alert, controller_.systemVersionAlertDidEnd);
+}
+
+}  // namespace halvorn

@@ -1,0 +1,77 @@
+#include "Core/Format.h"
+
+#include <gtest/gtest.h>
+
+#include "Core/Log.h"
+#include "tests/fakes/RecordingLog.h"
+
+namespace halvorn {
+namespace {
+
+TEST(Format, FillsPlaceholdersInOrderAndByPosition) {
+  EXPECT_EQ(format("%@ %@", "Foo", "1.2"), Text("Foo 1.2"));
+  EXPECT_EQ(format("%2$@ before %1$@", "Foo", "Bar"), Text("Bar before Foo"));
+  EXPECT_EQ(format("%1$@ and %1$@", "Foo"), Text("Foo and Foo"));
+}
+
+TEST(Format, PrintsNumbersAsCDoes) {
+  EXPECT_EQ(format("%d", -3), Text("-3"));
+  EXPECT_EQ(format("%02X%02X", 10, 255), Text("0AFF"));
+  EXPECT_EQ(format("%1.3fs", 0.0123), Text("0.012s"));
+  EXPECT_EQ(format("quit delay: %1.1f", 2.5f), Text("quit delay: 2.5"));
+  EXPECT_EQ(format("%u", 4'000'000'000u), Text("4000000000"));
+}
+
+TEST(Format, AnAbsentTextReadsAsNull) {
+  EXPECT_EQ(format("autolaunch = %@", OptionalText()), Text("autolaunch = (null)"));
+  EXPECT_EQ(format("%@", std::nullopt), Text("(null)"));
+}
+
+TEST(Format, AHostileFormatStandsAsItIsWritten) {
+  const struct {
+    const char* format;
+    const char* result;
+  } cases[] = {
+      {"%n%n", "%n%n"},
+      {"%s", "Foo"},
+      {"%d", "%d"},
+      {"%99999999d", "%99999999d"},
+      {"%@ %@", "Foo %@"},
+      {"%9$@", "%9$@"},
+      {"%0$@", "%0$@"},
+      {"100%", "100%"},
+      {"100% sure", "100% sure"},
+      {"%*d", "%*d"},
+      {"%", "%"},
+      {"%.99999f", "%.99999f"},
+      {"%%", "%"},
+      {"%ld", "%ld"},
+  };
+  for (const auto& [text, result] : cases) EXPECT_EQ(format(text, "Foo"), Text(result)) << text;
+}
+
+TEST(Format, AFilledInTextIsNotReadAsAFormat) { EXPECT_EQ(format("%@!", "%d%@"), Text("%d%@!")); }
+
+TEST(Format, WithoutPlaceholdersReturnsTheTextItself) {
+  const Text text("OK");
+  EXPECT_TRUE(format(text, "Foo").isSameObject(text));
+}
+
+TEST(Log, OneEventIsOneLineWhateverTheValuesHold) {
+  const RecordingLog log;
+  log("Quitting '%@': %@", "AB\nC", Text(std::string_view("a\tb\\c\r\xE4\x01")));
+  EXPECT_EQ(log.lines(), std::vector<std::string>{"Quitting 'AB\\nC': a\\tb\\\\c\\r\\xE4\\u{0001}"});
+}
+
+TEST(Log, LettersOfAllScriptsStandAsTheyAre) {
+  const Text text("Gr\xC3\xBC\xC3\x9F \xF0\x9F\x98\x80 \xE6\x97\xA5\xE6\x9C\xAC");
+  EXPECT_EQ(Log::escapedForLog(text), text);
+}
+
+TEST(Log, MarksThatHideOrTurnTextAreWrittenOut) {
+  EXPECT_EQ(Log::escapedForLog(Text(std::u16string(u"a\u202Eb\u2028c"))), Text("a\\u{202E}b\\u{2028}c"));
+  EXPECT_EQ(Log::escapedForLog(Text(std::u16string(1, char16_t(0xD800)))), Text("\\u{D800}"));
+}
+
+}  // namespace
+}  // namespace halvorn

@@ -1,0 +1,74 @@
+#include "Core/Paths.h"
+
+#include <gtest/gtest.h>
+
+namespace halvorn {
+namespace {
+
+TEST(Paths, LastComponentAndItsFolder) {
+  const struct {
+    const char* path;
+    const char* last;
+    const char* folder;
+  } cases[] = {
+      {"/a/b", "b", "/a"},  {"/a/b/", "b", "/a"},
+      {"/a", "a", "/"},     {"/", "/", "/"},
+      {"//", "/", "/"},     {"a", "a", ""},
+      {"a/b", "b", "a"},    {"", "", ""},
+      {"/a//b", "b", "/a"}, {"/a b/c d", "c d", "/a b"},
+      {"~", "~", ""},       {"~/x", "x", "~"},
+      {"a/", "a", ""},      {"/a/b//", "b", "/a"},
+  };
+  for (const auto& [path, last, folder] : cases) {
+    EXPECT_EQ(Paths::lastComponent(path), Text(last)) << path;
+    EXPECT_EQ(Paths::deletingLastComponent(path), Text(folder)) << path;
+  }
+}
+
+TEST(Paths, ExtensionsNeedANameBeforeAndLettersAfter) {
+  const struct {
+    const char* path;
+    const char* extension;
+    const char* without;
+  } cases[] = {
+      {"/a/b.app", "app", "/a/b"},
+      {"/a/b.app/", "app", "/a/b"},
+      {"b.tar.gz", "gz", "b.tar"},
+      {".hidden", "", ".hidden"},
+      {"/a.app/b", "", "/a.app/b"},
+      {"name.", "", "name."},
+      {"", "", ""},
+      {"/", "", "/"},
+  };
+  for (const auto& [path, extension, without] : cases) {
+    EXPECT_EQ(Paths::extension(path), Text(extension)) << path;
+    EXPECT_EQ(Paths::deletingExtension(path), Text(without)) << path;
+  }
+}
+
+TEST(Paths, AppendsWithOneSlashBetween) {
+  EXPECT_EQ(Paths::appending("/a", "b"), Text("/a/b"));
+  EXPECT_EQ(Paths::appending("/a/", "b"), Text("/a/b"));
+  EXPECT_EQ(Paths::appending("/", "b"), Text("/b"));
+  EXPECT_EQ(Paths::appending("", "b"), Text("b"));
+  EXPECT_EQ(Paths::appending("/a", ""), Text("/a"));
+}
+
+TEST(Paths, ComponentsBeginWithTheRootOfAnAbsolutePath) {
+  EXPECT_EQ(Paths::components("/Volumes/NAS//x/"), (std::vector<Text>{"/", "Volumes", "NAS", "x"}));
+  EXPECT_EQ(Paths::components("a/b"), (std::vector<Text>{"a", "b"}));
+  EXPECT_TRUE(Paths::components("").empty());
+}
+
+TEST(Paths, TildeStandsForTheHomeFolderOnly) {
+  EXPECT_EQ(Paths::expandingTilde("~/Library", "/home/anna"), Text("/home/anna/Library"));
+  EXPECT_EQ(Paths::expandingTilde("~", "/home/anna"), Text("/home/anna"));
+  EXPECT_EQ(Paths::expandingTilde("~bert/x", "/home/anna"), Text("~bert/x"));
+  EXPECT_EQ(Paths::abbreviatingWithTilde("/home/anna/x", "/home/anna/"), Text("~/x"));
+  EXPECT_EQ(Paths::abbreviatingWithTilde("/home/anna", "/home/anna"), Text("~"));
+  EXPECT_EQ(Paths::abbreviatingWithTilde("/home/annabel", "/home/anna"), Text("/home/annabel"));
+  EXPECT_EQ(Paths::abbreviatingWithTilde("/opt", "/"), Text("/opt"));
+}
+
+}  // namespace
+}  // namespace halvorn

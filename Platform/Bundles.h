@@ -5,6 +5,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "Core/PropertyValue.h"
 #include "Core/Text.h"
@@ -22,6 +23,8 @@ class Bundles {
   // The path of the resource `name`.`type` (`name` alone for the empty type), the user's language first.
   [[nodiscard]] virtual OptionalText pathForResource(const Text& bundlePath, const Text& name,
                                                      const Text& type) const = 0;
+  // The paths of everything in the bundle's top resource folder, of any type, in the order of its listing.
+  [[nodiscard]] virtual std::vector<Text> resourcePaths(const Text& /*bundlePath*/) const { return {}; }
   // The program inside the bundle, whether or not it can run here; nullopt when the bundle names none.
   [[nodiscard]] virtual OptionalText executablePath(const Text& bundlePath) const = 0;
 };

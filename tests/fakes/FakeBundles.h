@@ -4,7 +4,9 @@
 #include <map>
 #include <optional>
 #include <utility>
+#include <vector>
 
+#include "Core/Paths.h"
 #include "Platform/Bundles.h"
 
 namespace halvorn {
@@ -29,6 +31,16 @@ class FakeBundles : public Bundles {
     if (!bundle) return std::nullopt;
     const auto found = bundle->resources.find(type.isEmpty() ? name : name + Text(".") + type);
     return found == bundle->resources.end() ? std::nullopt : OptionalText(found->second);
+  }
+
+  std::vector<Text> resourcePaths(const Text& bundlePath) const override {
+    std::vector<Text> paths;
+    const Bundle* bundle = find(bundlePath);
+    if (!bundle) return paths;
+    for (const auto& [name, path] : bundle->resources) {
+      if (Paths::deletingLastComponent(path) == bundlePath + Text("/Contents/Resources")) paths.push_back(path);
+    }
+    return paths;
   }
 
   OptionalText executablePath(const Text& bundlePath) const override {

@@ -16,6 +16,8 @@ class SearchPaths {
   [[nodiscard]] virtual std::vector<Text> localApplicationsFolders() const = 0;
   // Applications folders of this user, the one to use last; they need not exist and are not made here.
   [[nodiscard]] virtual std::vector<Text> userApplicationsFolders() const = 0;
+  // The folders whose entries are mounted volumes (distribution disks, network volumes); they need not exist.
+  [[nodiscard]] virtual std::vector<Text> volumeFolders() const = 0;
 };
 
 }  // namespace halvorn

@@ -6,8 +6,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
+#include "Core/FourCharCode.h"
 #include "Core/Text.h"
 
 namespace halvorn {
@@ -68,8 +70,10 @@ class DestinationChoice {
   [[nodiscard]] Text recursiveLocalizedPath(const Text& path) const;
 
  private:
-  // The path of the first running process of that kind that is not this program and lies in a fit place.
-  [[nodiscard]] OptionalText pathOfFirstProcess(const std::function<bool(std::uint32_t signature)>& matches);
+  // The first running process of that kind that is not this program and lies in a fit place.
+  [[nodiscard]] std::shared_ptr<KTProcess> firstProcessToReplace(
+      const std::function<bool(FourCharCode signature)>& matches);
+  [[nodiscard]] bool isOnVolume(const Text& path) const;
 
   DestinationChoiceServices services_;
 };

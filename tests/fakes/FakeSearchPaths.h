@@ -10,10 +10,12 @@ class FakeSearchPaths : public SearchPaths {
   Text homeFolder() const override { return home; }
   std::vector<Text> localApplicationsFolders() const override { return localApplications; }
   std::vector<Text> userApplicationsFolders() const override { return userApplications; }
+  std::vector<Text> volumeFolders() const override { return volumes; }
 
   Text home = "/home/anna";
   std::vector<Text> localApplications = {"/Applications"};
   std::vector<Text> userApplications = {"/home/anna/Applications"};
+  std::vector<Text> volumes = {"/Volumes"};
 };
 
 }  // namespace halvorn

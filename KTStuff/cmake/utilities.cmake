@@ -2,5 +2,6 @@
 kt_library(kt_utilities_versions SOURCES
   KTClasses/KTUtilitiesNumericOrder.cpp KTClasses/KTUtilitiesVersions.cpp
   USES kt_core)
-add_library(kt_utilities INTERFACE)
-target_link_libraries(kt_utilities INTERFACE kt_utilities_versions)
+kt_library(kt_utilities SOURCES
+  KTClasses/KTUtilitiesScripts.cpp
+  USES kt_utilities_versions)

@@ -30,7 +30,7 @@ class Workspace;
 struct InstallServices;
 
 struct InstallWorkerServices {
-  InstallServices& install;
+  const InstallServices& install;
   ProductQuitter& quitter;
   DestinationChoice& destinations;
   KTProcessClass& processes;

@@ -1,0 +1,21 @@
+// A program without a desktop: it can only be told to end.
+#pragma once
+
+#include "Platform/Application.h"
+
+namespace halvorn {
+
+class NullApplication : public Application {
+ public:
+  void terminate() override { isTerminated_ = true; }
+  void setApplicationIcon(const ImagePointer&) override {}
+  void beep() override {}
+  bool currentEventHasOptionKey() const override { return false; }
+
+  [[nodiscard]] bool isTerminated() const { return isTerminated_; }
+
+ private:
+  bool isTerminated_ = false;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,16 @@
+// No bundle anywhere, not even around this program.
+#pragma once
+
+#include "Platform/Bundles.h"
+
+namespace halvorn {
+
+class NullBundles : public Bundles {
+ public:
+  Text mainBundlePath() const override { return "/"; }
+  std::optional<PropertyDictionary> infoDictionary(const Text&) const override { return std::nullopt; }
+  OptionalText pathForResource(const Text&, const Text&, const Text&) const override { return std::nullopt; }
+  OptionalText executablePath(const Text&) const override { return std::nullopt; }
+};
+
+}  // namespace halvorn

@@ -1,0 +1,24 @@
+# One test at a time for each processor; the labels are kinds (unit, contract, adapter, flow) and subjects.
+dev_test() {
+  local preset=dev
+  if [ "${1:-}" = --sanitize ]; then preset=asan; shift; fi
+  need build run test
+  configure_and_build "$preset"
+  export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=0}" UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1}"
+  local log="build/$preset/last-test.log" status=0
+  ctest --preset "$preset" -j "$(nproc)" "$@" >"$log" 2>&1 || status=$?
+  if [ "$status" != 0 ]; then grep -vE '^ +Start +[0-9]+:|Passed +[0-9.]+ sec$' "$log" | tail -n 400; fi
+  report_skipped "$log"
+  tail -n 60 "$log" | sed -n '/tests passed/,$p'
+  return "$status"
+}
+
+# What this machine could not run, with the reasons counted.
+report_skipped() {
+  local count
+  count=$(grep -cE '\*\*\*Skipped' "$1" || true)
+  [ "$count" = 0 ] && return 0
+  say "$count skipped:"
+  sed -n '/did not run:/,$p' "$1" | head -n 40 >&2
+  if [ "${CI:-}" = true ]; then say "nothing may be skipped here"; return 1; fi
+}

@@ -24,11 +24,7 @@ Text reasonOf(int error) { return Text(std::generic_category().message(error)); 
 
 // True when the child has ended; its status is then collected and its process id free for others.
 bool collect(pid_t pid) {
-  pid_t answer = 0;
-  do {
-    answer = ::waitpid(pid, nullptr, WNOHANG);
-  } while (answer < 0 && errno == EINTR);
-  return answer != 0;
+  return retried([&] { return ::waitpid(pid, nullptr, WNOHANG); }) != 0;
 }
 
 // What happens in the child before the program runs.
@@ -112,8 +108,7 @@ std::string readToEnd(const FileDescriptor& file) {
   std::string bytes;
   std::vector<char> buffer(64 * 1024);
   while (true) {
-    const ssize_t count = ::read(file.get(), buffer.data(), buffer.size());
-    if (count < 0 && errno == EINTR) continue;
+    const ssize_t count = retried([&] { return ::read(file.get(), buffer.data(), buffer.size()); });
     if (count <= 0) return bytes;
     bytes.append(buffer.data(), static_cast<std::size_t>(count));
   }
@@ -197,13 +192,13 @@ std::optional<std::string> PosixTasks::standardOutputOf(const Text& executable,
                                                         const std::vector<Text>& arguments) {
   orphanage_->collectAll();
   Pipe pipe = openPipe();
-  if (!pipe.readEnd.isOpen() || !pipe.writeEnd.isOpen()) return std::nullopt;
+  if (!pipe.readEnd || !pipe.writeEnd) return std::nullopt;
   SpawnActions actions;
   actions.duplicate(pipe.writeEnd.get(), STDOUT_FILENO);
   actions.closeTheRest();
   pid_t pid = -1;
   if (actions.spawn(executable, arguments, pid) != 0) return std::nullopt;
-  pipe.writeEnd.close();
+  pipe.writeEnd.reset();
   std::string output = readToEnd(pipe.readEnd);
   // The program may have closed its output and go on; it is not waited for.
   orphanage_->take(pid);

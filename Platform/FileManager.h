@@ -1,7 +1,8 @@
 // The file system, as the installer asks it.
 //
 // Thread: any; implementations keep no state between calls.
-// Fails: every operation answers; nothing throws. Existence tests follow links: a link to nowhere does not exist.
+// Fails: every operation answers; nothing throws. Existence tests follow links: a link to nowhere does not
+// exist.
 #pragma once
 
 #include <cstddef>
@@ -21,16 +22,24 @@ class FileManager {
   [[nodiscard]] virtual bool isDirectory(const Text& path) const = 0;
   // Whether this process may write the existing item; false when there is none.
   [[nodiscard]] virtual bool isWritable(const Text& path) const = 0;
-  // Entry names without "." and "..", hidden ones included, in the order the system lists them. nullopt: unreadable.
+  // Entry names without "." and "..", hidden ones included, in the order the system lists them. nullopt:
+  // unreadable.
   [[nodiscard]] virtual std::optional<std::vector<Text>> contentsOfDirectory(const Text& path) const = 0;
-  // The bytes of a regular file of at most `limit` bytes; nullopt for anything else. Never blocks on a pipe or device.
+  // The bytes of a regular file of at most `limit` bytes; nullopt for anything else. Never blocks on a pipe
+  // or device.
   [[nodiscard]] virtual std::optional<std::string> readFile(const Text& path, std::size_t limit) const = 0;
 
-  // Copies a file, link or folder with everything in it: bytes, modes, times, links as links, hard links within the
-  // tree, extended attributes and access lists, holes. False when something is at `to` (a link to nowhere counts),
-  // when one path lies inside the other, or when any part could not be copied; what was copied stays.
+  // Whether the item at `path` is the item at `folder` or stands somewhere in it; by what is on disk, not by
+  // how the paths are written. False when either is missing.
+  [[nodiscard]] virtual bool isInside(const Text& path, const Text& folder) const = 0;
+
+  // Copies a file, link or folder with everything in it: bytes, modes, times, links as links, hard links
+  // within the tree, extended attributes and access lists, holes. False when something is at `to` (a link to
+  // nowhere counts), when one path lies inside the other, or when any part could not be copied; what was
+  // copied stays.
   [[nodiscard]] virtual bool copyItem(const Text& from, const Text& to) = 0;
-  // Removes the item and everything in it for good; links are removed, never followed. False when anything is left.
+  // Removes the item and everything in it for good; links are removed, never followed. False when anything is
+  // left.
   [[nodiscard]] virtual bool removeItem(const Text& path) = 0;
 
   // Opens the existing file for reading and writing and closes it again.

@@ -1,4 +1,4 @@
-// An open descriptor that closes itself.
+// An open file of this process, closed with the object.
 #pragma once
 
 #include <unistd.h>
@@ -11,6 +11,7 @@ namespace halvorn {
 class FileDescriptor {
  public:
   FileDescriptor() = default;
+  // Takes what open() and its like return; -1 is none.
   explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
   FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   FileDescriptor& operator=(FileDescriptor&& other) noexcept {
@@ -21,15 +22,16 @@ class FileDescriptor {
   FileDescriptor& operator=(const FileDescriptor&) = delete;
   ~FileDescriptor() { reset(); }
 
-  [[nodiscard]] explicit operator bool() const { return descriptor_ >= 0; }
+  [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
+  [[nodiscard]] explicit operator bool() const { return isOpen(); }
   [[nodiscard]] int get() const { return descriptor_; }
+  // Hands the open file over to the caller.
   [[nodiscard]] int release() { return std::exchange(descriptor_, -1); }
-  void reset() { (void)close(); }
-  // Closes now and says whether the system took everything that was written. Leaves errno as the system set it.
-  [[nodiscard]] bool close() {
-    const int descriptor = release();
-    return descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR;
+  void reset() {
+    if (isOpen()) ::close(release());
   }
+  // Closes now. Fails: false when the system could not keep what was written.
+  [[nodiscard]] bool closeAfterWriting() { return !isOpen() || ::close(release()) == 0 || errno == EINTR; }
 
  private:
   int descriptor_ = -1;

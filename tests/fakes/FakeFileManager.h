@@ -81,6 +81,11 @@ class FakeFileManager : public FileManager {
     return found->contents;
   }
 
+  bool isInside(const Text& path, const Text& folder) const override {
+    const auto item = place(path);
+    const auto around = place(folder);
+    return item && around && isAtOrBelow(*item, *around);
+  }
   bool copyItem(const Text& from, const Text& to) override {
     const std::string source = bytes(from);
     const std::string target = bytes(to);
@@ -162,6 +167,14 @@ class FakeFileManager : public FileManager {
       at = *behind;
     }
     return at;
+  }
+  // The path of the item itself, links on the way to its folder followed; nullopt when there is none.
+  [[nodiscard]] std::optional<std::string> place(const Text& path) const {
+    const std::string written = bytes(path);
+    const auto folder = resolve(parentOf(written));
+    if (!folder) return std::nullopt;
+    const std::string item = Paths::appending(*folder, Paths::lastComponent(written)).bytes();
+    return nodes.contains(item) ? std::optional(item) : std::nullopt;
   }
   [[nodiscard]] const Node* resolved(const Text& path) const {
     const auto at = resolve(bytes(path));

@@ -27,6 +27,7 @@ class FaultyFileManager : public FileManager {
   std::optional<std::string> readFile(const Text& path, std::size_t limit) const override {
     return real_.readFile(path, limit);
   }
+  bool isInside(const Text& path, const Text& folder) const override { return real_.isInside(path, folder); }
   bool copyItem(const Text& from, const Text& to) override {
     return !copiesThatFail.contains(to.bytes()) && real_.copyItem(from, to);
   }

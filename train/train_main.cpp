@@ -1,0 +1,34 @@
+// train SOURCE DESTINATION [WRAPPER]: installs with the rights it was started with, usually the
+// administrator's. Exits with the install function's status, or with 64 when it was not told what to do.
+// Never with 126 or 127, which are what a failed start of the tool looks like.
+#include <cstdio>
+#include <optional>
+
+#include "Platform/posix/PosixClock.h"
+#include "Platform/posix/PosixFileManager.h"
+#include "Platform/posix/SilentFileChangeNotices.h"
+#include "Platform/posix/StandardErrorLog.h"
+#include "Platform/posix/XdgTrash.h"
+#include "train/InstallFunction.h"
+#include "train/InstallRights.h"
+
+int main(int argumentCount, char** arguments) {
+  using namespace halvorn;
+  constexpr int usageStatus = 64;
+  if (argumentCount < 3 || argumentCount > 4) {
+    std::fputs("usage: train source destination [wrapper]\n", stderr);
+    return usageStatus;
+  }
+  const auto rights = installRights();
+  if (!rights) {
+    std::fputs("train: the person who asked has no account\n", stderr);
+    return usageStatus;
+  }
+  PosixClock clock;
+  const StandardErrorLog log(clock, "train");
+  PosixFileManager files(rights->files);
+  XdgTrash trash(clock, rights->trashOwner, rights->files.links);
+  SilentFileChangeNotices notices;
+  const auto wrapper = argumentCount == 4 ? OptionalText(arguments[3]) : std::nullopt;
+  return InstallApplication({files, trash, notices, log}, arguments[1], arguments[2], wrapper);
+}

@@ -62,8 +62,11 @@ StandardErrorLog::StandardErrorLog(const Clock& clock, const Text& programName)
     : clock_(clock), programName_(escapedForLog(programName).bytes()) {}
 
 void StandardErrorLog::write(const Text& line) const {
-  const std::string text = logTimestamp(clock_.now().secondsSince1970) + " " + programName_ + "[" +
-                           std::to_string(::getpid()) + "] " + line.bytes() + "\n";
+  writeToStandardError(logTimestamp(clock_.now().secondsSince1970) + " " + programName_ + "[" +
+                       std::to_string(::getpid()) + "] " + line.bytes() + "\n");
+}
+
+void writeToStandardError(const std::string& text) {
   const WithoutPipeSignal withoutPipeSignal;
   std::size_t written = 0;
   while (written < text.size()) {

@@ -26,6 +26,9 @@ class StandardErrorLog : public Log {
   std::string programName_;
 };
 
+// Writes the bytes as they are. A reader that went away costs them, never the program. Thread: any.
+void writeToStandardError(const std::string& text);
+
 // "2026-11-21 14:30:05.123" in the time zone of the process.
 [[nodiscard]] std::string logTimestamp(double secondsSince1970);
 

@@ -1,0 +1,25 @@
+// The password database.
+#pragma once
+
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace halvorn {
+
+struct Account {
+  uid_t uid = 0;
+  gid_t gid = 0;
+  std::string name;
+  std::string home;
+  std::string shell;
+};
+
+// nullopt when the database has no such number.
+[[nodiscard]] std::optional<Account> accountWithUid(uid_t uid);
+// The account's own group and all others it is in.
+[[nodiscard]] std::vector<gid_t> groupsOf(const Account& account);
+
+}  // namespace halvorn

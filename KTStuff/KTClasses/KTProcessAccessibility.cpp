@@ -1,0 +1,53 @@
+// Turning what happens in a process's windows into notifications.
+#include "Core/Log.h"
+#include "KTStuff/KTClasses/KTProcess.h"
+#include "Platform/Notifications.h"
+
+namespace halvorn {
+
+void KTProcess::installAXObserver() {
+  if (axAppElem_) return;
+  const std::int32_t pid = unixPID();
+  axAppElem_ = services().accessibility.createApplicationElement(pid);
+  if (!axAppElem_) {
+    services().log("AX Notifications: Could not create application object for %@", description());
+    return;
+  }
+  // Weak: a call-back may be on its way when the last owner of this object lets go.
+  auto callback = [self = weak_from_this(), &notifications = services().notifications](
+                      const AccessibilityElementPointer& element, const Text& name) {
+    const auto process = self.lock();
+    if (!process) return;
+    const NotificationValue shownElement = element ? NotificationValue(element) : NotificationValue(Text());
+    notifications.enqueueWhenIdle(
+        Notification{KTProcessUINotification, process, {{"element", shownElement}, {"event", name}}});
+  };
+  axObserver_ = services().accessibility.createObserver(pid, std::move(callback));
+  if (!axObserver_) {
+    services().log("AX Notifications: Could not create observer for %@", description());
+    return;
+  }
+  axObserver_->addToRunLoop();
+}
+
+void KTProcess::addAXNotification(const Text& notification) {
+  installAXObserver();
+  // Without an observer that was logged already, and the registration fails as well.
+  const bool isAdded = axObserver_ && axAppElem_ && axObserver_->add(*axAppElem_, notification);
+  if (!isAdded) {
+    services().log("AX Notifications: Could not add notification %@ for %@", notification, description());
+  }
+}
+
+void KTProcess::removeAXNotification(const Text& notification) {
+  if (axObserver_ && axAppElem_) axObserver_->remove(*axAppElem_, notification);
+}
+
+void KTProcess::unregisterAXNotifications() {
+  axAppElem_ = nullptr;
+  if (!axObserver_) return;
+  axObserver_->removeFromRunLoop();
+  axObserver_ = nullptr;
+}
+
+}  // namespace halvorn

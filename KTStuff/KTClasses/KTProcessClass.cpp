@@ -1,0 +1,169 @@
+#include "KTStuff/KTClasses/KTProcessClass.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Platform/ApplicationEvents.h"
+#include "Platform/Notifications.h"
+
+namespace halvorn {
+
+KTProcessClass::KTProcessClass(const KTProcessServices& services)
+    : services_(services), self_(std::make_shared<KTProcessClass*>(this)) {}
+
+KTProcessClass::~KTProcessClass() = default;
+
+void KTProcessClass::installNotifications() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (std::exchange(isHandlerInstalled_, true)) return;
+  }
+  services_.events.installHandler([self = std::weak_ptr<KTProcessClass*>(self_)](int kind) {
+    if (const auto alive = self.lock()) (*alive)->handleApplicationEvent(kind);
+  });
+}
+
+void KTProcessClass::handleApplicationEvent(int kind) {
+  const char* change = "";
+  if (kind == kFrontApplicationSwitchedEvent) {
+    change = "front";
+  } else if (kind == kApplicationTerminatedEvent) {
+    applicationEnded();
+    change = "ended";
+  } else if (kind == kApplicationLaunchedEvent) {
+    applicationStarted();
+    change = "started";
+  }
+  // Not owned: the class object outlives every notification about it.
+  const std::shared_ptr<const void> object(std::shared_ptr<void>(), this);
+  services_.notifications.enqueueWhenIdle(
+      Notification{KTProcessChangeNotification, object, {{"change", Text(change)}}});
+}
+
+KTProcessPointer KTProcessClass::processWithSerialNumber(ProcessSerialNumber serialNumber) {
+  if (auto cached = cachedProcessWithSerialNumber(serialNumber)) return cached;
+  const KTProcessPointer made = KTProcess::create(*this, serialNumber);
+  const std::lock_guard lock(mutex_);
+  // Another thread may have been faster.
+  const std::int64_t index = indexLocked(serialNumber);
+  if (index != kNotFound) return moveToFrontLocked(index);
+  if (!cache_) cache_.emplace();
+  cache_->insert(cache_->begin(), made);
+  return made;
+}
+
+KTProcessPointer KTProcessClass::processWithPID(std::int32_t pid) {
+  const auto serialNumber = services_.source.processForPID(pid);
+  return serialNumber ? processWithSerialNumber(*serialNumber) : nullptr;
+}
+
+KTProcessPointer KTProcessClass::frontProcess() {
+  const auto serialNumber = services_.source.frontProcess();
+  return serialNumber ? processWithSerialNumber(*serialNumber) : nullptr;
+}
+
+KTProcessPointer KTProcessClass::currentProcess() {
+  installNotifications();
+  {
+    const std::lock_guard lock(mutex_);
+    if (currentProcess_) return currentProcess_;
+  }
+  const auto serialNumber = services_.source.currentProcess();
+  if (!serialNumber) return nullptr;
+  const KTProcessPointer current = processWithSerialNumber(*serialNumber);
+  const std::lock_guard lock(mutex_);
+  if (!currentProcess_) currentProcess_ = current;
+  return currentProcess_;
+}
+
+std::vector<KTProcessPointer> KTProcessClass::allProcesses() {
+  installNotifications();
+  std::vector<KTProcessPointer> result;
+  for (const ProcessSerialNumber serialNumber : services_.source.runningProcesses()) {
+    result.push_back(processWithSerialNumber(serialNumber));
+  }
+  return result;
+}
+
+KTProcessPointer KTProcessClass::processWithSignature(FourCharCode signature) {
+  installNotifications();
+  for (const ProcessSerialNumber serialNumber : services_.source.runningProcesses()) {
+    const auto information = services_.source.information(serialNumber);
+    if (information && information->signature == signature) return processWithSerialNumber(serialNumber);
+  }
+  return nullptr;
+}
+
+KTProcessPointer KTProcessClass::processWithIdentifier(const Text& identifier) {
+  for (const KTProcessPointer& process : allProcesses()) {
+    if (process->identifier() == identifier) return process;
+  }
+  return nullptr;
+}
+
+KTProcessPointer KTProcessClass::cachedProcessWithSerialNumber(ProcessSerialNumber serialNumber) {
+  const std::lock_guard lock(mutex_);
+  const std::int64_t index = indexLocked(serialNumber);
+  return index == kNotFound ? nullptr : moveToFrontLocked(index);
+}
+
+std::int64_t KTProcessClass::indexOfCachedProcessWithSerialNumber(ProcessSerialNumber serialNumber) const {
+  const std::lock_guard lock(mutex_);
+  return indexLocked(serialNumber);
+}
+
+std::int64_t KTProcessClass::indexLocked(ProcessSerialNumber serialNumber) const {
+  if (!cache_) return kNotFound;
+  const auto found = std::find_if(cache_->begin(), cache_->end(), [&](const KTProcessPointer& process) {
+    return process->isSameProcess(serialNumber);
+  });
+  return found == cache_->end() ? kNotFound : found - cache_->begin();
+}
+
+KTProcessPointer KTProcessClass::moveToFrontLocked(std::int64_t index) {
+  std::rotate(cache_->begin(), cache_->begin() + index, cache_->begin() + index + 1);
+  return cache_->front();
+}
+
+void KTProcessClass::insertAtFront(const KTProcessPointer& process) {
+  const std::lock_guard lock(mutex_);
+  if (!cache_) cache_.emplace();
+  cache_->insert(cache_->begin(), process);
+}
+
+void KTProcessClass::cleanupCache() {
+  const auto cached = cachedProcessesEnumerator();
+  if (!cached) return;
+  // The system is asked without the lock; what ended in between is found by the next cleanup.
+  std::vector<KTProcessPointer> ended;
+  for (const KTProcessPointer& process : *cached) {
+    if (!process->isStillRunning()) ended.push_back(process);
+  }
+  const std::lock_guard lock(mutex_);
+  std::erase_if(*cache_, [&](const KTProcessPointer& process) {
+    return std::find(ended.begin(), ended.end(), process) != ended.end();
+  });
+}
+
+std::optional<std::vector<KTProcessPointer>> KTProcessClass::cachedProcessesEnumerator() const {
+  const std::lock_guard lock(mutex_);
+  return cache_;
+}
+
+void KTProcessClass::applicationStarted() {
+  const std::lock_guard lock(mutex_);
+  ++launchEndCount_;
+}
+
+void KTProcessClass::applicationEnded() {
+  cleanupCache();
+  const std::lock_guard lock(mutex_);
+  ++launchEndCount_;
+}
+
+std::uint32_t KTProcessClass::applicationLaunchEndCount() const {
+  const std::lock_guard lock(mutex_);
+  return launchEndCount_;
+}
+
+}  // namespace halvorn

@@ -1,0 +1,31 @@
+// What the item of an application on disk says of itself, beside its information dictionary.
+//
+// Nothing outside the item is read; hostile or truncated data counts as missing. Thread: any.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "Core/FourCharCode.h"
+#include "Core/Text.h"
+
+namespace halvorn {
+
+struct ApplicationItemFlags {
+  bool isPackage = false;            // a folder that people see as one thing
+  bool isNativeApplication = false;  // with a program in it that this system can start
+};
+
+class ApplicationItems {
+ public:
+  virtual ~ApplicationItems() = default;
+  // nullopt when there is no item at the path.
+  [[nodiscard]] virtual std::optional<ApplicationItemFlags> flags(const Text& path) const = 0;
+  // The bytes of a classic resource in the item's resource fork; nullopt without a fork or without the
+  // resource.
+  [[nodiscard]] virtual std::optional<std::string> resource(const Text& path, FourCharCode type,
+                                                            std::int16_t id) const = 0;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,89 @@
+// Applications whose user interface a test moves.
+#pragma once
+
+#include <cstdlib>
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Platform/Accessibility.h"
+
+namespace halvorn {
+
+class FakeAccessibilityElement : public AccessibilityElement {
+ public:
+  explicit FakeAccessibilityElement(Text name) : name_(std::move(name)) {}
+  Text reference() const override { return name_; }
+
+ private:
+  Text name_;
+};
+
+class FakeAccessibility : public Accessibility {
+ public:
+  // Which calls fail.
+  bool elementFails = false;
+  bool observerFails = false;
+  std::set<Text> unknownNotifications;
+
+  AccessibilityElementPointer createApplicationElement(std::int32_t pid) override {
+    if (elementFails) return nullptr;
+    ++elementsMade;
+    return std::make_shared<FakeAccessibilityElement>(Text("application ") + Text(std::to_string(pid)));
+  }
+  std::unique_ptr<AccessibilityObserver> createObserver(std::int32_t, Callback callback) override {
+    if (observerFails) return nullptr;
+    return std::make_unique<Observer>(*this, std::move(callback));
+  }
+
+  // Something happens in every observed application that asked for it.
+  void happen(const Text& notification, const AccessibilityElementPointer& element) {
+    for (const Watching& observer : observers) {
+      if (observer.isInRunLoop && observer.added.contains(notification))
+        observer.callback(element, notification);
+    }
+  }
+
+  struct Watching {
+    const void* id = nullptr;
+    Callback callback;
+    bool isInRunLoop = false;
+    std::set<Text> added;
+  };
+  std::vector<Watching> observers;  // that exist
+  int elementsMade = 0;
+
+ private:
+  class Observer : public AccessibilityObserver {
+   public:
+    Observer(FakeAccessibility& owner, Callback callback) : owner_(owner) {
+      owner_.observers.push_back({this, std::move(callback), false, {}});
+    }
+    ~Observer() override {
+      std::erase_if(owner_.observers, [this](const Watching& entry) { return entry.id == this; });
+    }
+    void addToRunLoop() override { own().isInRunLoop = true; }
+    void removeFromRunLoop() override { own().isInRunLoop = false; }
+    bool add(const AccessibilityElement&, const Text& notification) override {
+      if (owner_.unknownNotifications.contains(notification)) return false;
+      own().added.insert(notification);
+      return true;
+    }
+    void remove(const AccessibilityElement&, const Text& notification) override {
+      own().added.erase(notification);
+    }
+
+   private:
+    Watching& own() {
+      for (Watching& entry : owner_.observers) {
+        if (entry.id == this) return entry;
+      }
+      std::abort();
+    }
+    FakeAccessibility& owner_;
+  };
+};
+
+}  // namespace halvorn

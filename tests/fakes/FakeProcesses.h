@@ -1,0 +1,62 @@
+// The process model on a made-up desktop, with everything it stands on.
+//
+//   FakeProcesses fake;
+//   fake.applications.start({.name = "Editor", .signature = fourCharCode("EDIT"), .path =
+//   "/Applications/Editor.app"}); DestinationChoice choice({..., fake.processes, ...});
+//
+// This program itself runs as "Installer", signature InSt, pid 100. Notifications wait until the test says
+// idle.becomeIdle(). The clock is the fixture's own, or one that is passed in.
+#pragma once
+
+#include "KTStuff/KTClasses/KTCompatibility.h"
+#include "KTStuff/KTClasses/KTProcess.h"
+#include "Platform/null/NullImages.h"
+#include "tests/fakes/FakeAccessibility.h"
+#include "tests/fakes/FakeAppleEvents.h"
+#include "tests/fakes/FakeApplicationItems.h"
+#include "tests/fakes/FakeApplications.h"
+#include "tests/fakes/FakeBundles.h"
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeFileManager.h"
+#include "tests/fakes/FakeNotifications.h"
+#include "tests/fakes/FakeTasks.h"
+#include "tests/fakes/FakeTemporaryFiles.h"
+#include "tests/fakes/FakeUnicode.h"
+#include "tests/fakes/RecordingLog.h"
+
+namespace halvorn {
+
+class FakeProcesses {
+ private:
+  FakeClock ownClock_;
+  RecordingLog ownLog_;
+  NullImages noImages_;
+
+ public:
+  FakeProcesses() : FakeProcesses(nullptr, nullptr) {}
+  explicit FakeProcesses(FakeClock& sharedClock) : FakeProcesses(&sharedClock, nullptr) {}
+  FakeProcesses(FakeClock& sharedClock, RecordingLog& sharedLog) : FakeProcesses(&sharedClock, &sharedLog) {}
+
+  FakeClock& clock;
+  RecordingLog& log;
+  FakeApplications applications{clock};
+  FakeAppleEvents appleEvents;
+  FakeAccessibility accessibility;
+  FakeIdleQueue idle;
+  NotificationQueue notifications{idle};
+  FakeBundles bundles;
+  FakeApplicationItems items;
+  FakeFileManager files;
+  FakeTemporaryFiles temporaryFiles;
+  FakeTasks tasks{temporaryFiles, clock};
+  FakeUnicode unicode;
+  KTProcessClass processes{{applications, applications, applications, appleEvents, accessibility,
+                            notifications, bundles, items, files, noImages_, tasks, unicode, clock, log}};
+
+ private:
+  FakeProcesses(FakeClock* sharedClock, RecordingLog* sharedLog)
+      : clock(sharedClock != nullptr ? *sharedClock : ownClock_),
+        log(sharedLog != nullptr ? *sharedLog : ownLog_) {}
+};
+
+}  // namespace halvorn

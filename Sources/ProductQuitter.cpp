@@ -1,0 +1,56 @@
+#include "Sources/ProductQuitter.h"
+
+#include <algorithm>
+
+#include "Core/Log.h"
+#include "KTStuff/KTClasses/KTInstallerInterface.h"
+#include "KTStuff/KTClasses/KTProcess.h"
+#include "Platform/Clock.h"
+
+namespace halvorn {
+namespace {
+
+constexpr double kPauseBetweenProcesses = 0.1;
+
+}  // namespace
+
+bool signatureIsInArray(FourCharCode signature, const std::vector<Text>* codes) {
+  if (codes == nullptr) return false;
+  return std::any_of(codes->begin(), codes->end(),
+                     [signature](const Text& code) { return fourCharCodeFromText(code) == signature; });
+}
+
+ProductQuitter::ProductQuitter(KTProcessClass& processes, const ArgumentDictionary& arguments, Clock& clock,
+                               const Log& log)
+    : processes_(processes), arguments_(arguments), clock_(clock), log_(log) {}
+
+void ProductQuitter::walkTargets(const std::function<Walk(KTProcess&)>& visit) const {
+  const std::vector<Text>* quitCodes = arguments_.list(KTInstallerKeyQuitCode);
+  if (quitCodes == nullptr || quitCodes->empty()) return;
+  const KTProcessPointer self = processes_.currentProcess();
+  for (const KTProcessPointer& process : processes_.allProcesses()) {
+    if (!signatureIsInArray(process->signature(), quitCodes) || process->isEqual(self)) continue;
+    if (visit(*process) == Walk::Stop) return;
+  }
+}
+
+OptionalText ProductQuitter::processToQuitStillRunning() const {
+  OptionalText result;
+  walkTargets([&](KTProcess& process) {
+    log_("Still running '%@': %@", process.signatureString(), process.name());
+    result = process.name();
+    return Walk::Stop;
+  });
+  return result;
+}
+
+void ProductQuitter::quitProcesses() const {
+  walkTargets([&](KTProcess& process) {
+    log_("Quitting '%@': %@", process.signatureString(), process.name());
+    process.quit();
+    clock_.sleep(kPauseBetweenProcesses);
+    return Walk::Continue;
+  });
+}
+
+}  // namespace halvorn

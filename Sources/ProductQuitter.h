@@ -1,0 +1,50 @@
+// Quits the running product before its bundle is replaced.
+//
+// Which applications that means is the argument "quitCode", a list of signatures; without it nothing is ever
+// quit. This program itself is never among them.
+//
+// Thread: the install worker's.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "Core/FourCharCode.h"
+#include "Core/Text.h"
+#include "Sources/ArgumentDictionary.h"
+
+namespace halvorn {
+
+class Clock;
+class KTProcess;
+class KTProcessClass;
+class Log;
+
+// Whether any of the codes, read as a four-character code, is the signature; false without codes (null).
+// KEEP: what cannot be read as a code counts as 0 and so names a process without a signature. No process that
+// runs has that signature.
+[[nodiscard]] bool signatureIsInArray(FourCharCode signature, const std::vector<Text>* codes);
+
+class ProductQuitter {
+ public:
+  ProductQuitter(KTProcessClass& processes, const ArgumentDictionary& arguments, Clock& clock,
+                 const Log& log);
+
+  // The name of the first application still to be quit ("" when it has none any more); nullopt when all are
+  // gone. Logs: "Still running '%@': %@".
+  [[nodiscard]] OptionalText processToQuitStillRunning() const;
+  // Quits one application after the other, up to eight seconds each, and does not look back: what refused
+  // shows in processToQuitStillRunning(). Logs: "Quitting '%@': %@" for each.
+  void quitProcesses() const;
+
+ private:
+  enum class Walk { Continue, Stop };
+  void walkTargets(const std::function<Walk(KTProcess&)>& visit) const;
+
+  KTProcessClass& processes_;
+  const ArgumentDictionary& arguments_;
+  Clock& clock_;
+  const Log& log_;
+};
+
+}  // namespace halvorn

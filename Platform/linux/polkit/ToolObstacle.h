@@ -1,0 +1,31 @@
+// What would keep the administrator's tool from starting, found out before anybody is asked for a password.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "Core/Text.h"
+
+namespace halvorn {
+
+struct ToolObstacle {
+  enum class Kind {
+    NoAbsolutePath,
+    Missing,  // or not to be reached
+    NotAFile,
+    NotExecutable,
+    MediumNoexec,   // the file system it lies on is mounted so that nothing on it can be run
+    MediumPrivate,  // the file system belongs to the person alone: the administrator cannot read it
+  };
+  Kind kind = Kind::Missing;
+  int error = 0;  // the system's error number, never 0
+};
+
+// nullopt when nothing speaks against it.
+[[nodiscard]] std::optional<ToolObstacle> obstacleToTool(const std::string& toolPath);
+
+// Whether the text, in the form of /proc/self/mountinfo, shows the device as mounted by a person for that
+// person alone.
+[[nodiscard]] bool isPrivateMount(const std::string& mounts, unsigned major, unsigned minor);
+
+}  // namespace halvorn

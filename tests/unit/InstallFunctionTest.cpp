@@ -81,6 +81,40 @@ TEST_F(InstallFunction, AFailedCopyOfTheApplicationGivesTwoAndIsNotRolledBack) {
   EXPECT_EQ(notices.paths, Strings{});
 }
 
+TEST_F(InstallFunction, ASourceThatIsTheDestinationIsRefusedAndLosesNothing) {
+  const Text path = "/Volumes/NAS/Nas.app";
+  EXPECT_EQ(InstallApplication({files, trash, notices, log}, path, path), 2);
+  EXPECT_EQ(log.lines(), Strings{"ERROR -- Could not copy myself to /Volumes/NAS/Nas.app"});
+  EXPECT_EQ(disk.calls, Strings{});
+}
+
+TEST_F(InstallFunction, ASourceInsideTheDestinationIsRefusedAndLosesNothing) {
+  disk.addFile("/Applications/Nas.app/Contents/Resources/Nas.app/Contents/Info.plist", "inner");
+  const auto before = disk.tree("/Applications");
+  const auto status =
+      InstallApplication({files, trash, notices, log}, "/Applications/Nas.app/Contents/Resources/Nas.app",
+                         "/Applications/Nas.app");
+  EXPECT_EQ(status, 2);
+  EXPECT_EQ(disk.tree("/Applications"), before);
+  EXPECT_EQ(log.lines(), Strings{"ERROR -- Could not copy myself to /Applications/Nas.app"});
+}
+
+TEST_F(InstallFunction, ADestinationInsideTheSourceIsRefusedAlsoWhenItIsNotThereYet) {
+  EXPECT_EQ(install(std::nullopt, "/Volumes/NAS/Nas.app/Contents/Nas.app"), 2);
+  EXPECT_EQ(log.lines(), Strings{"ERROR -- Could not copy myself to /Volumes/NAS/Nas.app/Contents/Nas.app"});
+  EXPECT_EQ(disk.calls, Strings{});
+}
+
+TEST_F(InstallFunction, ASourceReachedThroughALinkIntoTheDestinationIsRefused) {
+  addOldCopy();
+  disk.addLink("/Volumes/Link", "/Applications");
+  const auto status =
+      InstallApplication({files, trash, notices, log}, "/Volumes/Link/Nas.app", "/Applications/Nas.app");
+  EXPECT_EQ(status, 2);
+  EXPECT_EQ(contents("/Applications/Nas.app/Contents/Info.plist"), "version 1");
+  EXPECT_EQ(disk.calls, Strings{});
+}
+
 class InstallFunctionWithWrapper : public InstallFunction {
  protected:
   InstallFunctionWithWrapper() {
@@ -168,6 +202,36 @@ TEST_F(InstallFunctionWithWrapper, AListingThatFailsCountsAsEmpty) {
   EXPECT_EQ(installWrapped(), 0);
   EXPECT_EQ(disk.calls, Strings{"copy /Volumes/NAS/Nas.app -> /Applications/Nas.app"});
   EXPECT_EQ(log.lines(), Strings{});
+}
+
+TEST_F(InstallFunctionWithWrapper, AWrapperThatIsTheTargetFolderIsRefusedBeforeAnyItemIsRemoved) {
+  const auto before = disk.tree("/Volumes/NAS/Extras");
+  EXPECT_EQ(installWrapped("/Volumes/NAS/Extras/Nas.app"), 2);
+  EXPECT_EQ(log.lines(), Strings{"ERROR -- Could not copy auxiliary item to /Volumes/NAS/Extras/.hidden"});
+  EXPECT_EQ(disk.tree("/Volumes/NAS/Extras"), before);
+  EXPECT_EQ(disk.calls, Strings{});
+}
+
+TEST_F(InstallFunctionWithWrapper, AnItemWhoseReplacementWouldRemoveTheWrapperIsRefused) {
+  disk.addFile("/Applications/Docs/Extras/Docs/Read me.txt", "docs 2");
+  EXPECT_EQ(install(Text("/Applications/Docs/Extras")), 2);
+  EXPECT_EQ(log.lines(), Strings{"ERROR -- Could not copy auxiliary item to /Applications/Docs"});
+  EXPECT_EQ(contents("/Applications/Docs/Extras/Docs/Read me.txt"), "docs 2");
+}
+
+TEST_F(InstallFunctionWithWrapper, AnItemWhoseReplacementWouldRemoveTheSourceIsRefused) {
+  disk.addFile("/Applications/Docs/Nas.app/Contents/Info.plist", "version 2");
+  const auto status = InstallApplication({files, trash, notices, log}, "/Applications/Docs/Nas.app",
+                                         "/Applications/Nas.app", Text("/Volumes/NAS/Extras"));
+  EXPECT_EQ(status, 2);
+  EXPECT_EQ(log.lines(), Strings{"ERROR -- Could not copy auxiliary item to /Applications/Docs"});
+  EXPECT_EQ(contents("/Applications/Docs/Nas.app/Contents/Info.plist"), "version 2");
+}
+
+TEST_F(InstallFunctionWithWrapper, AnItemThatHoldsItsOwnTargetIsRefused) {
+  disk.addFile("/Volumes/NAS/Extras/Docs/Docs/old", "old");
+  EXPECT_EQ(installWrapped("/Volumes/NAS/Extras/Docs/Nas.app"), 2);
+  EXPECT_EQ(contents("/Volumes/NAS/Extras/Docs/Docs/old"), "old");
 }
 
 TEST_F(InstallFunctionWithWrapper, WrapperItemsStayWhenTheTrashRefuses) {

@@ -205,7 +205,7 @@ class FakeWindow {
   FakeTextField pathField{calls, "pathField", ""};
   FakeTextField explanationField{
       calls, "explanationField",
-      "A running copy of %@ will be quit, and an older version will be moved to the Trash."};
+      "If %@ is running, it will be asked to quit. An older version will be moved to the Trash."};
   FakeTextField messageField{calls, "messageField", ""};
   FakeImageView iconField{calls, "iconField"};
   FakeImageView checkmarkField{calls, "checkmarkField"};

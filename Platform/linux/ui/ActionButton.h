@@ -1,0 +1,30 @@
+// A push button; the default one stands out in the highlight colour. A round one is the "?" of a help button.
+#pragma once
+
+#include <QPushButton>
+
+namespace halvorn {
+
+class ActionButton : public QPushButton {
+ public:
+  enum class Shape { Plain, Round };
+  ActionButton(Shape shape, QWidget* parent);
+
+  // Shows the title as it stands: an ampersand is an ampersand.
+  void setTitle(const QString& title);
+  [[nodiscard]] const QString& title() const { return title_; }
+
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void paintRound();
+
+  Shape shape_;
+  QString title_;
+};
+
+}  // namespace halvorn

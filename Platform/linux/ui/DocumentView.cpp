@@ -1,0 +1,121 @@
+#include "Platform/linux/ui/DocumentView.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <memory>
+#include <vector>
+
+namespace halvorn {
+namespace {
+
+constexpr int kMargin = 20;
+
+struct Link {
+  int start = 0;
+  int end = 0;
+};
+
+// The links in their order; neighbouring runs with one address are one link.
+std::vector<Link> linksOf(const QTextDocument& document) {
+  std::vector<Link> links;
+  QString last;
+  for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+    last.clear();
+    for (auto it = block.begin(); !it.atEnd(); ++it) {
+      const QTextFragment run = it.fragment();
+      const QString address = run.charFormat().anchorHref();
+      const int end = run.position() + run.length();
+      if (!address.isEmpty() && address == last) {
+        links.back().end = end;
+      } else if (!address.isEmpty()) {
+        links.push_back({run.position(), end});
+      }
+      last = address;
+    }
+  }
+  return links;
+}
+
+}  // namespace
+
+DocumentView::DocumentView(QWidget* parent) : QTextEdit(parent) {
+  setReadOnly(true);
+  setTextInteractionFlags(Qt::TextBrowserInteraction);
+  setFrameShape(QFrame::NoFrame);
+  setUndoRedoEnabled(false);
+  setTabChangesFocus(true);
+  document()->setDocumentMargin(kMargin);
+}
+
+void DocumentView::showDocument(std::unique_ptr<QTextDocument> document) {
+  QTextDocument* shown = document ? document.release() : new QTextDocument;
+  shown->setParent(this);
+  shown->setDocumentMargin(kMargin);
+  QTextDocument* before = this->document();
+  setDocument(shown);
+  if (before != nullptr && before->parent() == this) before->deleteLater();
+  moveCursor(QTextCursor::Start);
+}
+
+void DocumentView::follow(const QString& address) {
+  const QString lower = address.toLower();
+  const bool outside = lower.startsWith(QStringLiteral("http://")) ||
+                       lower.startsWith(QStringLiteral("https://")) ||
+                       lower.startsWith(QStringLiteral("mailto:"));
+  if (outside && openLink) openLink(address);
+}
+
+void DocumentView::mousePressEvent(QMouseEvent* event) {
+  pressedLink_ = event->button() == Qt::LeftButton ? anchorAt(event->position().toPoint()) : QString();
+  QTextEdit::mousePressEvent(event);
+}
+
+void DocumentView::mouseReleaseEvent(QMouseEvent* event) {
+  QTextEdit::mouseReleaseEvent(event);
+  const QString link = anchorAt(event->position().toPoint());
+  if (event->button() == Qt::LeftButton && !link.isEmpty() && link == pressedLink_) follow(link);
+  pressedLink_.clear();
+}
+
+void DocumentView::keyPressEvent(QKeyEvent* event) {
+  const QTextCursor cursor = textCursor();
+  const bool confirms = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (confirms && cursor.hasSelection() && !cursor.charFormat().anchorHref().isEmpty()) {
+    follow(cursor.charFormat().anchorHref());
+    return;
+  }
+  if (confirms) {
+    event->ignore();  // the default button's
+    return;
+  }
+  QTextEdit::keyPressEvent(event);
+}
+
+bool DocumentView::selectLink(bool next) {
+  const std::vector<Link> links = linksOf(*document());
+  QTextCursor cursor = textCursor();
+  const Link* chosen = nullptr;
+  for (const Link& link : links) {
+    if (next && link.start >= cursor.selectionEnd()) {
+      chosen = &link;
+      break;
+    }
+    if (!next && link.end <= cursor.selectionStart()) chosen = &link;
+  }
+  if (chosen == nullptr) return false;
+  cursor.setPosition(chosen->start);
+  cursor.setPosition(chosen->end, QTextCursor::KeepAnchor);
+  setTextCursor(cursor);
+  ensureCursorVisible();
+  return true;
+}
+
+bool DocumentView::focusNextPrevChild(bool next) {
+  if (hasFocus() && selectLink(next)) return true;
+  return QTextEdit::focusNextPrevChild(next);
+}
+
+}  // namespace halvorn

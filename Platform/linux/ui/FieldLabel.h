@@ -1,0 +1,37 @@
+// A text that always fits: it breaks inside words that are longer than a line and ends in "…" when it needs
+// more lines than it may have (the whole text is then its tool tip).
+#pragma once
+
+#include <QLabel>
+#include <QTextLayout>
+
+namespace halvorn {
+
+class FieldLabel : public QLabel {
+ public:
+  explicit FieldLabel(QWidget* parent = nullptr);
+
+  void setFieldText(const QString& text);
+  void setMaximumLines(int lines) { maximumLines_ = lines; }
+
+  [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+  [[nodiscard]] int heightForWidth(int width) const override;
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  // The lines at that width, and whether some of the text is left over.
+  struct Lines {
+    QStringList texts;
+    bool cut = false;
+  };
+  [[nodiscard]] Lines linesFor(int width) const;
+
+  int maximumLines_ = 10;
+};
+
+}  // namespace halvorn

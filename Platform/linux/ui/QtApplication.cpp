@@ -1,0 +1,89 @@
+#include "Platform/linux/ui/QtApplication.h"
+
+#include <QApplication>
+#include <QInputEvent>
+#include <QTimer>
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <string>
+#include <utility>
+
+#include "Platform/linux/ui/Palettes.h"
+#include "Platform/linux/ui/QtImage.h"
+
+namespace halvorn {
+namespace {
+
+// Watches what people do with the keyboard and the mouse.
+class InputWatch : public QObject {
+ public:
+  [[nodiscard]] bool optionKey() const { return optionKey_; }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->isInputEvent()) {
+      optionKey_ = static_cast<QInputEvent*>(event)->modifiers().testFlag(Qt::AltModifier);
+    }
+    return false;
+  }
+
+ private:
+  std::atomic<bool> optionKey_ = false;
+};
+
+}  // namespace
+
+struct QtApplication::Parts {
+  explicit Parts(const Text& programPath) : path(programPath.bytes()) {
+    QApplication::setQuitOnLastWindowClosed(false);  // whether the program ends is not decided here
+    application.installEventFilter(&watch);
+  }
+
+  std::string path;
+  int count = 1;
+  char* arguments[2] = {path.data(), nullptr};
+  QApplication application{count, arguments};
+  InputWatch watch;
+  QObject tasks;  // what waits on it is dropped with it
+  bool terminated = false;
+};
+
+QtApplication::QtApplication(const Text& programPath) : parts_(std::make_unique<Parts>(programPath)) {}
+
+QtApplication::~QtApplication() = default;
+
+int QtApplication::run() { return parts_->terminated ? 0 : QApplication::exec(); }
+
+void QtApplication::terminate() {
+  parts_->terminated = true;
+  // Not quit(): that would ask the windows again whether they may be closed.
+  QApplication::exit(0);
+}
+
+void QtApplication::setApplicationIcon(const ImagePointer& icon) {
+  // The sizes for task bars take longer to decode than the window takes to be painted.
+  perform([icon] {
+    const QtImage* picture = qtImage(icon);
+    QApplication::setWindowIcon(picture != nullptr ? picture->icon() : QIcon());
+  });
+}
+
+void QtApplication::beep() { QApplication::beep(); }
+
+bool QtApplication::currentEventHasOptionKey() const { return parts_->watch.optionKey(); }
+
+void QtApplication::perform(std::function<void()> task) {
+  QMetaObject::invokeMethod(&parts_->tasks, std::move(task), Qt::QueuedConnection);
+}
+
+void QtApplication::performAfter(double seconds, std::function<void()> task) {
+  constexpr double kLongest = 2'000'000.0;  // the timer counts milliseconds in 31 bits
+  const auto delay = std::chrono::milliseconds(
+      static_cast<long long>(seconds > 0 ? std::min(seconds, kLongest) * 1000.0 + 0.999 : 0.0));
+  perform([this, delay, waiting = std::move(task)] {
+    QTimer::singleShot(delay, Qt::PreciseTimer, &parts_->tasks, waiting);
+  });
+}
+
+}  // namespace halvorn

@@ -1,0 +1,19 @@
+// Read-me documents: rich text, HTML, Markdown and plain text, as documents of the toolkit.
+//
+// Other people wrote them: size, depth and pictures are bounded, nothing is loaded from anywhere else,
+// nothing is run.
+#pragma once
+
+#include <QByteArray>
+#include <QTextDocument>
+#include <memory>
+
+#include "Core/Text.h"
+
+namespace halvorn {
+
+// The document in the file; null when it cannot be read or is larger than 8 MiB. A folder Name.rtfd counts as
+// the document TXT.rtf in it.
+[[nodiscard]] std::unique_ptr<QTextDocument> readMeDocument(const Text& path);
+
+}  // namespace halvorn

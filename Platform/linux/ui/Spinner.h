@@ -1,0 +1,26 @@
+// A wheel that turns while something is being done and is not there otherwise.
+#pragma once
+
+#include <QBasicTimer>
+#include <QProgressBar>
+
+namespace halvorn {
+
+class Spinner : public QProgressBar {
+ public:
+  Spinner(int side, QWidget* parent);
+
+  void start();
+  void stop();
+  [[nodiscard]] bool isTurning() const { return timer_.isActive(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+
+ private:
+  QBasicTimer timer_;
+  int step_ = 0;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,60 @@
+// The installer window as the toolkit has it: the widgets of the interface description by their ids, and the
+// keys.
+#pragma once
+
+#include <QAbstractButton>
+#include <QHash>
+#include <QList>
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+#include <functional>
+
+namespace halvorn {
+
+class WindowWidget : public QWidget {
+ public:
+  WindowWidget();
+
+  // Makes the widget known by the id; false when the id is taken.
+  bool add(const QString& id, QWidget* widget);
+  template <typename Widget>
+  [[nodiscard]] Widget* find(const QString& id) const {
+    return dynamic_cast<Widget*>(widgets_.value(id));
+  }
+  [[nodiscard]] bool contains(const QString& id) const { return widgets_.contains(id); }
+
+  // The button that Return or Escape presses.
+  void setKeyButton(Qt::Key key, QAbstractButton* button);
+  // The widget that has the keyboard when the page is chosen.
+  void setPageFocus(int page, const QString& id) { pageFocus_.insert(page, id); }
+  void focusPage(int page);
+  // The caption is shown when the view of that id is.
+  void addFollower(const QString& id, QWidget* caption) { followers_.insert(id, caption); }
+  [[nodiscard]] QList<QWidget*> followersOf(const QWidget* widget) const;
+
+  // Makes the window as high as its texts need at its width.
+  void fitTexts();
+  // Gives the keyboard back to the page's first control when nothing has it (its control was disabled or
+  // hidden).
+  void restoreFocus();
+
+  std::function<void(const QString& selector)> perform;  // an action of the interface description
+  std::function<void()> closed;
+  bool visibleAtLaunch = false;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  QHash<QString, QWidget*> widgets_;
+  QMultiHash<QString, QWidget*> followers_;
+  QHash<int, QString> pageFocus_;
+  QPointer<QAbstractButton> returnButton_;
+  QPointer<QAbstractButton> escapeButton_;
+  int page_ = 0;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,170 @@
+// The walls of the house: who may include whom, and what the privileged tool links.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/support/ChildProcess.h"
+
+namespace halvorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Include {
+  std::string file;  // relative to the root of the tree
+  std::string target;
+  bool isSystem;
+};
+
+bool isSource(const fs::path& path) { return path.extension() == ".h" || path.extension() == ".cpp"; }
+
+std::vector<std::string> sourcesIn(const std::string& folder, bool recursive = true) {
+  std::vector<std::string> result;
+  const fs::path root = KT_SOURCE_DIR;
+  for (auto entry = fs::recursive_directory_iterator(root / folder);
+       entry != fs::recursive_directory_iterator(); ++entry) {
+    if (!recursive && entry->is_directory()) entry.disable_recursion_pending();
+    if (entry->is_regular_file() && isSource(entry->path())) {
+      result.push_back(fs::relative(entry->path(), root).string());
+    }
+  }
+  return result;
+}
+
+std::vector<Include> includesOf(const std::string& file) {
+  static const std::regex line(R"(^\s*#\s*include\s*([<"])([^>"]+)[>"])");
+  std::vector<Include> result;
+  std::ifstream stream(fs::path(KT_SOURCE_DIR) / file);
+  for (std::string text; std::getline(stream, text);) {
+    std::smatch match;
+    if (std::regex_search(text, match, line)) result.push_back({file, match[2], match[1] == "<"});
+  }
+  return result;
+}
+
+// The headers of the C++20 library that the core may use: no C headers, nothing of an operating system.
+const std::set<std::string>& standardHeaders() {
+  static const std::set<std::string> headers = {
+      "algorithm",       "any",           "array",         "atomic",   "bit",
+      "cassert",         "cctype",        "charconv",      "chrono",   "climits",
+      "clocale",         "cmath",         "compare",       "concepts", "condition_variable",
+      "cstddef",         "cstdint",       "cstdio",        "cstdlib",  "cstring",
+      "deque",           "exception",     "functional",    "future",   "initializer_list",
+      "iterator",        "limits",        "list",          "map",      "memory",
+      "mutex",           "numbers",       "numeric",       "optional", "queue",
+      "random",          "ranges",        "ratio",         "set",      "shared_mutex",
+      "source_location", "span",          "sstream",       "stack",    "stdexcept",
+      "string",          "string_view",   "thread",        "tuple",    "type_traits",
+      "typeinfo",        "unordered_map", "unordered_set", "utility",  "variant",
+      "vector"};
+  return headers;
+}
+
+bool isCompositionRoot(const std::string& file) { return file.rfind("Sources/main", 0) == 0; }
+
+// The files of the core, the composition root apart.
+std::vector<std::string> coreFiles() {
+  std::vector<std::string> result;
+  for (const char* folder : {"Core", "KTStuff", "Sources"}) {
+    for (const std::string& file : sourcesIn(folder)) {
+      if (!isCompositionRoot(file)) result.push_back(file);
+    }
+  }
+  for (const std::string& file : sourcesIn("Platform", false)) result.push_back(file);
+  for (const std::string& file : sourcesIn("Platform/null")) result.push_back(file);
+  for (const char* file : {"train/InstallFunction.h", "train/InstallFunction.cpp"}) result.push_back(file);
+  return result;
+}
+
+bool startsWithAny(const std::string& text, const std::vector<std::string>& prefixes) {
+  return std::any_of(prefixes.begin(), prefixes.end(),
+                     [&](const std::string& prefix) { return text.rfind(prefix, 0) == 0; });
+}
+
+TEST(Walls, TheCoreIncludesTheStandardLibraryAndThisHouseAlone) {
+  const auto files = coreFiles();
+  ASSERT_GT(files.size(), 60u);
+  for (const std::string& file : files) {
+    for (const Include& include : includesOf(file)) {
+      if (include.isSystem) {
+        EXPECT_TRUE(standardHeaders().contains(include.target))
+            << file << " includes <" << include.target << ">";
+      } else {
+        EXPECT_TRUE(startsWithAny(include.target, {"Core/", "Platform/", "KTStuff/", "Sources/", "train/"}))
+            << file << " includes \"" << include.target << "\"";
+      }
+    }
+  }
+}
+
+TEST(Walls, IncludesRunOneWay) {
+  const struct {
+    const char* folder;
+    std::vector<std::string> mayInclude;
+  } rules[] = {{"Core", {"Core/"}},
+               {"KTStuff", {"Core/", "Platform/", "KTStuff/"}},
+               {"Sources", {"Core/", "Platform/", "KTStuff/", "Sources/", "train/InstallFunction.h"}},
+               {"train", {"Core/", "Platform/", "train/"}},
+               {"Platform", {"Core/", "Platform/"}}};
+  for (const auto& [folder, mayInclude] : rules) {
+    for (const std::string& file : sourcesIn(folder)) {
+      for (const Include& include : includesOf(file)) {
+        if (include.isSystem) continue;
+        EXPECT_TRUE(startsWithAny(include.target, mayInclude))
+            << file << " includes \"" << include.target << "\"";
+      }
+    }
+  }
+}
+
+TEST(Walls, AdaptersAreNamedByTheCompositionRootAlone) {
+  const std::regex adapter("^Platform/(linux|mac|posix|null)/");
+  for (const char* folder : {"Core", "KTStuff", "Sources"}) {
+    for (const std::string& file : sourcesIn(folder)) {
+      if (isCompositionRoot(file)) continue;
+      for (const Include& include : includesOf(file)) {
+        EXPECT_FALSE(std::regex_search(include.target, adapter)) << file << " includes " << include.target;
+      }
+    }
+  }
+  for (const std::string& file : sourcesIn("Platform", false)) {
+    for (const Include& include : includesOf(file)) {
+      EXPECT_FALSE(std::regex_search(include.target, adapter)) << file << " includes " << include.target;
+    }
+  }
+}
+
+TEST(Walls, NoSystemIsAskedForInTheCore) {
+  const std::regex condition(R"(^\s*#\s*(if|ifdef|ifndef|elif)\b)");
+  for (const std::string& file : coreFiles()) {
+    std::ifstream stream(fs::path(KT_SOURCE_DIR) / file);
+    for (std::string text; std::getline(stream, text);) {
+      EXPECT_FALSE(std::regex_search(text, condition)) << file << ": " << text;
+    }
+  }
+}
+
+TEST(Walls, TheToolLinksTheCAndCppLibrariesAlone) {
+  const CommandResult dump = runCommand({"objdump", "-p", KT_TRAIN_PROGRAM});
+  ASSERT_EQ(dump.status, 0) << dump.output;
+  const std::regex needed(R"(NEEDED\s+(\S+))");
+  const std::regex allowed(
+      R"(^(libc|libm|libgcc_s|libstdc\+\+|ld-linux.*|libasan|libubsan|libtsan)\.so\..*)");
+  int count = 0;
+  for (std::sregex_iterator match(dump.output.begin(), dump.output.end(), needed), end; match != end;
+       ++match) {
+    const std::string library = (*match)[1];
+    EXPECT_TRUE(std::regex_match(library, allowed)) << library;
+    ++count;
+  }
+  EXPECT_GE(count, 2);
+}
+
+}  // namespace
+}  // namespace halvorn

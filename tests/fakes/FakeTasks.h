@@ -13,9 +13,9 @@
 namespace halvorn {
 
 struct FakeProgram {
-  std::string output;       // on standard output, written at the start
-  std::string errorOutput;  // after it, on standard error
-  double seconds = 0;       // how long it runs when nobody ends it
+  std::string output = {};       // on standard output, written at the start
+  std::string errorOutput = {};  // after it, on standard error
+  double seconds = 0;            // how long it runs when nobody ends it
   bool ignoresTerminate = false;
 };
 

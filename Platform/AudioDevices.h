@@ -1,7 +1,7 @@
 // The devices that sound comes out of.
 //
-// Thread: any. Asks the sound server each time and waits for it, some seconds at most when it does not answer.
-// Fails: nullopt where there is no server, no such device or no such property.
+// Thread: any. Asks the sound server each time and waits for it, some seconds at most when it does not
+// answer. Fails: nullopt where there is no server, no such device or no such property.
 #pragma once
 
 #include <cstdint>

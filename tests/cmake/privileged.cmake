@@ -1,0 +1,15 @@
+# Administrator rights: a policy daemon of the tests' own, the authorizer on it, and the tool under attack.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(KT_POLKIT_AGENT REQUIRED IMPORTED_TARGET polkit-agent-1)
+add_library(kt_polkit_world STATIC support/PolkitWorld.cpp)
+target_link_libraries(kt_polkit_world PUBLIC kt_test_support)
+add_executable(kt_polkit_agent support/PolkitAgent.cpp)
+target_link_libraries(kt_polkit_agent PRIVATE PkgConfig::KT_POLKIT_AGENT)
+
+add_executable(kt_authorize_probe adapters/AuthorizeProbe.cpp)
+target_link_libraries(kt_authorize_probe PRIVATE kt_platform_linux_polkit)
+add_executable(kt_zoo_tool adapters/ZooTool.cpp)
+kt_test(kt_privileged_adapter_tests KIND adapter SUBJECT privileged
+  SOURCES adapters/PolkitAuthorizerTest.cpp
+  USES kt_polkit_world)
+add_dependencies(kt_privileged_adapter_tests kt_polkit_agent kt_authorize_probe kt_zoo_tool)

@@ -11,8 +11,8 @@ namespace halvorn {
 class PropertyLists {
  public:
   virtual ~PropertyLists() = default;
-  // The dictionary in the file, XML or binary; nullopt when it cannot be read or holds something else. Hostile,
-  // truncated or huge files count as missing. Thread: any.
+  // The dictionary in the file, XML or binary; nullopt when it cannot be read or holds something else.
+  // Hostile, truncated or huge files count as missing. Thread: any.
   [[nodiscard]] virtual std::optional<PropertyDictionary> dictionaryAtPath(const Text& path) const = 0;
 };
 

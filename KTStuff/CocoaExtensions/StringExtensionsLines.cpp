@@ -1,0 +1,96 @@
+#include "KTStuff/CocoaExtensions/StringExtensionsLines.h"
+
+#include "KTStuff/CocoaExtensions/StringExtensionsUnits.h"
+
+namespace halvorn::StringExtensions {
+namespace {
+
+constexpr bool isBreakUnit(char16_t unit) { return (unit == u'\r') | (unit == u'\n'); }
+
+std::vector<Text> split(const Text& text, std::u16string_view separator) {
+  const std::u16string_view units = text.units();
+  UnitSearch search(separator);
+  std::vector<Text> parts;
+  std::size_t start = 0;
+  while (true) {
+    const std::size_t at = search.find(units, start, units.size());
+    if (at == Text::npos) break;
+    parts.push_back(text.substring(start, at - start));
+    start = at + separator.size();
+  }
+  parts.push_back(text.substring(start));
+  return parts;
+}
+
+// A separator that no later pass finds again: all three passes can be made as one.
+bool isReplacedOnce(std::u16string_view separator) {
+  return separator.size() == 1 || findUnit(separator, 0, isBreakUnit) == Text::npos;
+}
+
+Text withEveryBreakReplaced(const Text& text, std::u16string_view separator) {
+  const std::u16string_view units = text.units();
+  std::u16string result;
+  std::size_t start = 0;  // of what is not yet in the result
+  std::size_t replaced = 0;
+  std::size_t at = findUnit(units, 0, isBreakUnit);
+  if (at != Text::npos) result.reserve(units.size() + units.size() / 8);
+  for (; at != Text::npos; at = findUnit(units, at, isBreakUnit)) {
+    const std::size_t length = units.substr(at, 2) == u"\r\n" ? 2 : 1;
+    const bool isSame = units.substr(at, length) == separator;
+    if (!isSame) {
+      result.append(units, start, at - start).append(separator);
+      start = at + length;
+      ++replaced;
+    }
+    at += length;
+  }
+  if (replaced == 0) return text;
+  return Text(std::move(result.append(units, start)));
+}
+
+}  // namespace
+
+std::vector<Text> arrayOfLines(const Text& text) {
+  for (const std::u16string_view separator : {u"\r\n", u"\n"}) {
+    if (UnitSearch(separator).find(text.units(), 0, text.length()) != Text::npos)
+      return split(text, separator);
+  }
+  return split(text, u"\r");
+}
+
+Text withLineSeparator(const Text& text, const OptionalText& separator) {
+  const Text wanted = separator.value_or(Text());
+  if (isReplacedOnce(wanted.units())) return withEveryBreakReplaced(text, wanted.units());
+  // KEEP: in this order, although a separator such as "\r\n" is then taken apart by the later passes.
+  Text result = text;
+  for (const Text target : {"\r\n", "\r", "\n"}) {
+    if (!(wanted == target)) result = result.replacing(target, wanted);
+  }
+  return result;
+}
+
+std::vector<Text> componentsSeparatedByCharacter(const Text& text, char16_t character) {
+  const std::u16string_view units = text.units();
+  std::vector<Text> parts;
+  parts.reserve(units.size() / 10);
+  std::size_t start = 0;
+  const auto isSeparator = [character](char16_t unit) { return unit == character; };
+  for (std::size_t at = findUnit(units, 0, isSeparator); at != Text::npos;
+       at = findUnit(units, start, isSeparator)) {
+    parts.push_back(text.substring(start, at - start));
+    start = at + 1;
+  }
+  // KEEP: a separator at the end is not followed by an empty part.
+  if (start < units.size()) parts.push_back(text.substring(start));
+  return parts;
+}
+
+Text repeated(const Text& text, std::int32_t count) {
+  if (count < 1) return Text();
+  if (count == 1) return text;
+  const Text half = repeated(text, count / 2);
+  const Text even = half + half;
+  return count % 2 == 0 ? even : even + text;
+}
+
+}  // namespace halvorn::StringExtensions

@@ -1,0 +1,41 @@
+// StringExtensions, patterns: wildcards and regular expressions.
+#pragma once
+
+#include <atomic>
+
+#include "Core/Log.h"
+#include "Core/Text.h"
+#include "KTStuff/KTClasses/KTRegularExpression.h"
+#include "Platform/Clock.h"
+
+namespace halvorn::StringExtensions {
+
+// Whether the text is of the form of the pattern, where "*" stands for any run of units, the empty one
+// included. There is no other wildcard; case matters. Without "*" it is equality.
+[[nodiscard]] bool matchesWildcardPattern(const Text& text, const Text& pattern);
+
+// Replaces by regular expression. One object is made at the program's root.
+class RegexReplacing {
+ public:
+  // How long one replacement may take; a pattern that goes astray is given up after that.
+  static constexpr double kSecondsAllowed = 2.0;
+
+  RegexReplacing(const KTRegularExpression& regularExpressions, const Clock& clock, const Log& log)
+      : regularExpressions_(regularExpressions), clock_(clock), log_(log) {}
+
+  // All matches of the pattern replaced by the template: $0 is the whole match, $1 ... its groups ("" for a
+  // group that took no part or does not exist); a backslash takes the meaning off the unit after it. Word
+  // boundaries are those of Unicode. The text itself when nothing matches. Thread: any. Fails: with a bad
+  // pattern, or one that takes too long, the answer is the text itself. Logs: "Regular expression error: %@"
+  // each time; that the platform has no regular expressions only once.
+  [[nodiscard]] Text stringByReplacingOccurrencesOfRegexPattern(const Text& text, const Text& pattern,
+                                                                const Text& withTemplate) const;
+
+ private:
+  const KTRegularExpression& regularExpressions_;
+  const Clock& clock_;
+  const Log& log_;
+  mutable std::atomic<bool> hasLoggedUnavailability_ = false;
+};
+
+}  // namespace halvorn::StringExtensions

@@ -1,0 +1,147 @@
+#include "KTStuff/CocoaExtensions/StringExtensionsPercentEscapes.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "KTStuff/CocoaExtensions/StringExtensionsUnits.h"
+
+namespace halvorn::StringExtensions {
+namespace {
+
+constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
+
+constexpr std::array<bool, 128> makeLegalUnits() {
+  std::array<bool, 128> legal{};
+  for (const char16_t unit :
+       std::u16string_view(u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789"
+                           u"-_.!~*'();/?:@&=+$,")) {
+    legal[unit] = true;
+  }
+  return legal;
+}
+constexpr std::array<bool, 128> kLegalUnits = makeLegalUnits();
+
+constexpr bool isLegal(char16_t unit) { return unit < 128 && kLegalUnits[unit]; }
+
+// The value of a hexadecimal digit, -1 for anything else.
+constexpr int hexadecimalValue(char16_t unit) {
+  if (unit >= u'0' && unit <= u'9') return unit - u'0';
+  if (unit >= u'A' && unit <= u'F') return unit - u'A' + 10;
+  if (unit >= u'a' && unit <= u'f') return unit - u'a' + 10;
+  return -1;
+}
+
+// Takes the %XX that the rest begins with; nullopt when it is malformed.
+std::optional<std::uint8_t> takeEscape(std::u16string_view& rest) {
+  if (rest.size() < 3) return std::nullopt;
+  const int high = hexadecimalValue(rest[1]);
+  const int low = hexadecimalValue(rest[2]);
+  if (high < 0 || low < 0) return std::nullopt;
+  rest.remove_prefix(3);
+  return static_cast<std::uint8_t>(high * 16 + low);
+}
+
+// How many bytes follow the first one of a UTF-8 sequence, and the smallest scalar such a sequence may hold.
+struct SequenceForm {
+  int following;
+  char32_t bits;
+  char32_t smallest;
+};
+std::optional<SequenceForm> sequenceForm(std::uint8_t first) {
+  if (first < 0x80) return SequenceForm{0, first, 0};
+  if (first >= 0xC0 && first < 0xE0) return SequenceForm{1, first & 0x1Fu, 0x80};
+  if (first >= 0xE0 && first < 0xF0) return SequenceForm{2, first & 0x0Fu, 0x800};
+  if (first >= 0xF0 && first < 0xF8) return SequenceForm{3, first & 0x07u, 0x10000};
+  return std::nullopt;
+}
+
+// Takes the escapes that make up one character; nullopt when they do not.
+std::optional<char32_t> takeEscapedScalar(std::u16string_view& rest) {
+  const auto first = takeEscape(rest);
+  const auto form = first ? sequenceForm(*first) : std::nullopt;
+  if (!form) return std::nullopt;
+  char32_t scalar = form->bits;
+  for (int i = 0; i < form->following; ++i) {
+    if (rest.empty() || rest[0] != u'%') return std::nullopt;
+    const auto next = takeEscape(rest);
+    if (!next || (*next & 0xC0) != 0x80) return std::nullopt;
+    scalar = scalar << 6 | (*next & 0x3Fu);
+  }
+  const bool isScalar =
+      scalar >= form->smallest && scalar <= 0x10FFFF && (scalar < 0xD800 || scalar > 0xDFFF);
+  return isScalar ? std::optional(scalar) : std::nullopt;
+}
+
+std::optional<std::u16string> expanded(std::u16string_view rest) {
+  std::u16string result;
+  result.reserve(rest.size());
+  while (!rest.empty()) {
+    const std::size_t percent = findUnit(rest, 0, [](char16_t unit) { return unit == u'%'; });
+    result.append(rest.substr(0, percent));
+    if (percent == Text::npos) break;
+    rest.remove_prefix(percent);
+    const auto scalar = takeEscapedScalar(rest);
+    if (!scalar) return std::nullopt;
+    appendCode(result, *scalar);
+  }
+  return result;
+}
+
+void appendEscape(std::u16string& result, char32_t byte) {
+  const char16_t escape[] = {u'%', kDigits[byte >> 4 & 0xF], kDigits[byte & 0xF]};
+  result.append(escape, 3);
+}
+
+void appendEscaped(std::u16string& result, char32_t scalar) {
+  if (scalar < 0x80) return appendEscape(result, scalar);
+  if (scalar < 0x800) {
+    appendEscape(result, 0xC0 | scalar >> 6);
+  } else if (scalar < 0x10000) {
+    appendEscape(result, 0xE0 | scalar >> 12);
+    appendEscape(result, 0x80 | (scalar >> 6 & 0x3F));
+  } else {
+    appendEscape(result, 0xF0 | scalar >> 18);
+    appendEscape(result, 0x80 | (scalar >> 12 & 0x3F));
+    appendEscape(result, 0x80 | (scalar >> 6 & 0x3F));
+  }
+  appendEscape(result, 0x80 | (scalar & 0x3F));
+}
+
+// nullopt for a lone surrogate.
+std::optional<std::u16string> escaped(std::u16string_view units) {
+  std::u16string result;
+  result.reserve(units.size() + units.size() / 2);
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    const std::size_t start = i;
+    while (i < units.size() && isLegal(units[i])) ++i;
+    result.append(units, start, i - start);
+    if (i == units.size()) break;
+    if (!isSurrogate(units[i])) {
+      appendEscaped(result, units[i]);
+      continue;
+    }
+    const bool isPair = isHighSurrogate(units[i]) && i + 1 < units.size() && isLowSurrogate(units[i + 1]);
+    if (!isPair) return std::nullopt;
+    appendEscaped(result, scalarOfPair(units[i], units[i + 1]));
+    ++i;
+  }
+  return result;
+}
+
+}  // namespace
+
+Text stringWithExpandedPercentEscapes(const Text& text) {
+  if (text.find(u'%') == Text::npos) return text;
+  auto result = expanded(text.units());
+  return result ? Text(std::move(*result)) : text;
+}
+
+Text stringWithPercentEscapes(const Text& text) {
+  auto result = escaped(stringWithExpandedPercentEscapes(text).units());
+  if (!result || *result == text.units()) return text;
+  return Text(std::move(*result));
+}
+
+}  // namespace halvorn::StringExtensions

@@ -1,0 +1,82 @@
+// What the topics of StringExtensions share: surrogates, and searches that stay quick on any text.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Core/Text.h"
+
+namespace halvorn::StringExtensions {
+
+constexpr bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
+constexpr bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
+constexpr bool isSurrogate(char16_t unit) { return (unit & 0xF800) == 0xD800; }
+
+constexpr char32_t scalarOfPair(char16_t high, char16_t low) {
+  return static_cast<char32_t>(high) * 1024 + low - 0x35FDC00;
+}
+
+constexpr bool hasHighSurrogate(std::u16string_view units) {
+  unsigned hits = 0;
+  for (const char16_t unit : units) hits |= static_cast<unsigned>(isHighSurrogate(unit));
+  return hits != 0;
+}
+
+// The pair of a code from 0x10000 on. There is no upper check: beyond 0x10FFFF the two units mean nothing.
+constexpr char16_t highSurrogateOf(char32_t code) { return static_cast<char16_t>((code >> 10) + 0xD7C0); }
+constexpr char16_t lowSurrogateOf(char32_t code) { return static_cast<char16_t>((code & 0x3FF) + 0xDC00); }
+
+inline void appendCode(std::u16string& units, char32_t code) {
+  if (code >= 0x10000) units.push_back(highSurrogateOf(code));
+  units.push_back(code < 0x10000 ? static_cast<char16_t>(code) : lowSurrogateOf(code));
+}
+
+// The first position from `start` on whose unit passes the test, else npos. The test is asked about whole
+// blocks at a time, so it should be a plain comparison that compilers can turn into one instruction for eight
+// units.
+template <typename UnitTest>
+std::size_t findUnit(std::u16string_view units, std::size_t start, UnitTest passes) {
+  constexpr std::size_t kBlock = 16;
+  std::size_t i = start;
+  for (; i + kBlock <= units.size(); i += kBlock) {
+    const char16_t* const block = units.data() + i;
+    unsigned hits = 0;
+    for (std::size_t j = 0; j < kBlock; ++j) hits |= static_cast<unsigned>(passes(block[j]));
+    if (hits != 0) break;
+  }
+  for (; i < units.size(); ++i) {
+    if (passes(units[i])) return i;
+  }
+  return Text::npos;
+}
+
+// Finds a text in another, unit for unit. Quick on ordinary texts, and never worse than linear in what it
+// reads, also where both texts repeat themselves ("aaaa...ab" in "aaaa..."). One search goes through one
+// text, with starts that never go back. The pattern's units must outlive it.
+class UnitSearch {
+ public:
+  explicit UnitSearch(std::u16string_view pattern) : pattern_(pattern) {}
+
+  // The leftmost occurrence that begins at `start` or later and ends at `end` at the latest; npos for none.
+  // An empty pattern is found nowhere.
+  [[nodiscard]] std::size_t find(std::u16string_view units, std::size_t start, std::size_t end);
+
+ private:
+  [[nodiscard]] std::size_t findWithBorders(std::u16string_view units, std::size_t start);
+  void prepareBorders();
+
+  std::u16string_view pattern_;
+  std::size_t firstStart_ = Text::npos;
+  std::size_t compared_ = 0;  // units compared so far; too many of them in vain, and borders are made
+  // For each length of a prefix of the pattern the longest shorter prefix that it ends with; empty until
+  // made.
+  std::vector<std::uint32_t> borders_;
+  std::size_t read_ = 0;     // with borders: how far the text was read,
+  std::size_t matched_ = 0;  // and how much of the pattern the units before that are
+};
+
+}  // namespace halvorn::StringExtensions

@@ -1,0 +1,34 @@
+// HTML, read as a stream of what a page holds. Whatever is not well formed is understood as browsers do,
+// roughly.
+//
+// Thread: any. Scripts are not run, and nothing is fetched.
+#pragma once
+
+#include "Core/Text.h"
+
+namespace halvorn {
+
+// Told what a page holds, in order.
+class HtmlVisitor {
+ public:
+  virtual ~HtmlVisitor() = default;
+  // The name in lower case. Elements that the page leaves out or does not end are started and ended all the
+  // same; every start has its end.
+  virtual void startElement(const Text& name) = 0;
+  virtual void endElement(const Text& name) = 0;
+  // Text with its entities resolved, in pieces of any length. What scripts and style sheets consist of is not
+  // text.
+  virtual void characters(const Text& text) = 0;
+};
+
+enum class HtmlAnswer { Read, NestedTooDeeply, Failed };
+
+class HtmlText {
+ public:
+  virtual ~HtmlText() = default;
+  // Fails: elements in elements in elements ... more than some hundreds deep; the visitor has seen a part
+  // then.
+  [[nodiscard]] virtual HtmlAnswer read(const Text& html, HtmlVisitor& visitor) const = 0;
+};
+
+}  // namespace halvorn

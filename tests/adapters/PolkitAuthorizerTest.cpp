@@ -9,6 +9,7 @@
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/PolkitWorld.h"
+#include "tests/support/PrivateMedium.h"
 
 namespace halvorn {
 namespace {
@@ -177,6 +178,22 @@ TEST_F(PolkitZoo, AMediumMountedNoexecIsNotStartedAndNobodyIsAsked) {
   EXPECT_FALSE(contains(attempt.agentOutput, "asked:"));
   EXPECT_EQ(attempt.output, "ready\nlog: The administrator's tool '" + medium +
                                 "/train' cannot run: its medium is mounted noexec\n"
+                                "answer: granted\nend: not started 13\n");
+}
+
+// The administrator can neither read nor run what lies there.
+TEST_F(PolkitZoo, AMediumThatOnlyThePersonCanReadIsNotStartedAndNobodyIsAsked) {
+  if (const auto reason = PrivateMedium::missing()) GTEST_SKIP() << *reason;
+  inWorld();
+  const std::string folder = world_->scratchFolder() + "/medium";
+  fs::create_directory(folder);
+  const PrivateMedium medium(folder, PolkitWorld::personId, {{"train", "#!/bin/sh\nexit 0\n"}});
+  ASSERT_EQ(runCommand(world_->asPerson({"cat", folder + "/train"})).output, "#!/bin/sh\nexit 0\n");
+  ASSERT_NE(runCommand({"cat", folder + "/train"}).status, 0) << "root reads it";
+  const Attempt attempt = ask("right", {folder + "/train"});
+  EXPECT_FALSE(contains(attempt.agentOutput, "asked:"));
+  EXPECT_EQ(attempt.output, "ready\nlog: The administrator's tool '" + folder +
+                                "/train' cannot run: its medium (FUSE) is closed to the administrator\n"
                                 "answer: granted\nend: not started 13\n");
 }
 

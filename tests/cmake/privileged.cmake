@@ -1,7 +1,7 @@
 # Administrator rights: a policy daemon of the tests' own, the authorizer on it, and the tool under attack.
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(KT_POLKIT_AGENT REQUIRED IMPORTED_TARGET polkit-agent-1)
-add_library(kt_polkit_world STATIC support/PolkitWorld.cpp)
+add_library(kt_polkit_world STATIC support/PolkitWorld.cpp support/PrivateMedium.cpp)
 target_link_libraries(kt_polkit_world PUBLIC kt_test_support)
 add_executable(kt_polkit_agent support/PolkitAgent.cpp)
 target_link_libraries(kt_polkit_agent PRIVATE PkgConfig::KT_POLKIT_AGENT)

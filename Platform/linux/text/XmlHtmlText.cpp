@@ -1,0 +1,109 @@
+#include "Platform/linux/text/XmlHtmlText.h"
+
+#include <libxml/HTMLparser.h>
+
+#include <limits>
+#include <memory>
+#include <string>
+
+namespace halvorn {
+namespace {
+
+struct Closer {
+  void operator()(htmlParserCtxt* parser) const { htmlFreeParserCtxt(parser); }
+};
+using Parser = std::unique_ptr<htmlParserCtxt, Closer>;
+
+std::string_view viewOf(const xmlChar* name) { return reinterpret_cast<const char*>(name); }
+
+// One reading of one page. The parser is C: nothing may be thrown through it.
+class Reading {
+ public:
+  Reading(HtmlVisitor& visitor, htmlParserCtxt* parser) : visitor_(visitor), parser_(parser) {}
+
+  void start(const xmlChar* name) {
+    if (++depth_ > XmlHtmlText::kDeepestNesting) {
+      stop(HtmlAnswer::NestedTooDeeply);
+    } else {
+      guarded([&] { visitor_.startElement(viewOf(name)); });
+    }
+  }
+  void end(const xmlChar* name) {
+    --depth_;
+    guarded([&] { visitor_.endElement(viewOf(name)); });
+  }
+  void characters(const xmlChar* bytes, int length) {
+    guarded([&] { visitor_.characters(viewOf(bytes).substr(0, static_cast<std::size_t>(length))); });
+  }
+  [[nodiscard]] HtmlAnswer answer() const { return answer_; }
+
+ private:
+  template <typename Action>
+  void guarded(Action action) {
+    if (answer_ != HtmlAnswer::Read) return;
+    try {
+      action();
+    } catch (...) {
+      stop(HtmlAnswer::Failed);
+    }
+  }
+  void stop(HtmlAnswer answer) {
+    if (answer_ == HtmlAnswer::Read) answer_ = answer;
+    xmlStopParser(parser_);
+  }
+
+  HtmlVisitor& visitor_;
+  htmlParserCtxt* parser_;
+  HtmlAnswer answer_ = HtmlAnswer::Read;
+  int depth_ = 0;
+};
+
+xmlSAXHandler makeHandler() {
+  xmlSAXHandler handler{};
+  handler.startElement = [](void* reading, const xmlChar* name, const xmlChar**) {
+    static_cast<Reading*>(reading)->start(name);
+  };
+  handler.endElement = [](void* reading, const xmlChar* name) { static_cast<Reading*>(reading)->end(name); };
+  handler.characters = [](void* reading, const xmlChar* bytes, int length) {
+    static_cast<Reading*>(reading)->characters(bytes, length);
+  };
+  handler.ignorableWhitespace = handler.characters;
+  // The contents of scripts and style sheets.
+  handler.cdataBlock = [](void*, const xmlChar*, int) {};
+  return handler;
+}
+
+// UTF-8 that the parser accepts in full: U+FFFD stands for lone surrogates and for U+0000, as browsers have
+// it.
+std::string parseable(const Text& html) {
+  std::u16string units(html.units());
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    const bool isHigh = (units[i] & 0xFC00) == 0xD800;
+    const bool isPair = isHigh && i + 1 < units.size() && (units[i + 1] & 0xFC00) == 0xDC00;
+    if (isPair) {
+      ++i;
+    } else if (units[i] == 0 || (units[i] & 0xF800) == 0xD800) {
+      units[i] = u'\uFFFD';
+    }
+  }
+  return Text(std::move(units)).bytes();
+}
+
+}  // namespace
+
+HtmlAnswer XmlHtmlText::read(const Text& html, HtmlVisitor& visitor) const {
+  const std::string bytes = parseable(html);
+  if (bytes.empty()) return HtmlAnswer::Read;
+  const Parser parser(htmlNewParserCtxt());
+  if (!parser || bytes.size() > std::numeric_limits<int>::max()) return HtmlAnswer::Failed;
+  Reading reading(visitor, parser.get());
+  *parser->sax = makeHandler();
+  parser->userData = &reading;
+  // Without a handler for documents nothing is built; what a page says of its own encoding is no longer true.
+  const int options = HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING | HTML_PARSE_NONET | HTML_PARSE_IGNORE_ENC;
+  xmlFreeDoc(htmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8",
+                                options));
+  return reading.answer();
+}
+
+}  // namespace halvorn

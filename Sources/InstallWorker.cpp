@@ -14,7 +14,6 @@
 #include "Platform/Workspace.h"
 #include "Sources/AuthorizedExecute.h"
 #include "Sources/DestinationChoice.h"
-#include "Sources/ProductQuitter.h"
 #include "train/InstallFunction.h"
 
 namespace halvorn {
@@ -29,7 +28,10 @@ constexpr double kOpenRetrySeconds = 0.5;
 
 InstallWorker::InstallWorker(const InstallWorkerServices& services, const ArgumentDictionary& arguments,
                              MainThreadEntries entries)
-    : services_(services), arguments_(arguments), entries_(std::move(entries)) {}
+    : services_(services),
+      arguments_(arguments),
+      entries_(std::move(entries)),
+      quitter_(services.processes, arguments, services.clock, services.log) {}
 
 void InstallWorker::installThread() {
   services_.log("Install");
@@ -55,16 +57,15 @@ void InstallWorker::installThread() {
 }
 
 OptionalText InstallWorker::nameOfProcessThatRefusedToQuit() {
-  ProductQuitter& quitter = services_.quitter;
-  quitter.quitProcesses();
-  OptionalText name = quitter.processToQuitStillRunning();
+  quitter_.quitProcesses();
+  OptionalText name = quitter_.processToQuitStillRunning();
   if (name) services_.log("%@ did not quit; will retry", *name);
   for (int attempt = 0; name && attempt < kQuitRetries; ++attempt) {
     services_.clock.sleep(kQuitRetrySeconds);
-    quitter.quitProcesses();
-    name = quitter.processToQuitStillRunning();
+    quitter_.quitProcesses();
+    name = quitter_.processToQuitStillRunning();
   }
-  return quitter.processToQuitStillRunning();
+  return quitter_.processToQuitStillRunning();
 }
 
 Text InstallWorker::failureMessage(const Text& messageKey) const {

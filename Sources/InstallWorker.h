@@ -12,6 +12,7 @@
 #include "Core/Text.h"
 #include "Sources/ArgumentDictionary.h"
 #include "Sources/InstallOutcome.h"
+#include "Sources/ProductQuitter.h"
 
 namespace halvorn {
 
@@ -25,13 +26,11 @@ class KTProcessClass;
 class LocalizedStrings;
 class Log;
 class MainThread;
-class ProductQuitter;
 class Workspace;
 struct InstallServices;
 
 struct InstallWorkerServices {
   const InstallServices& install;
-  ProductQuitter& quitter;
   DestinationChoice& destinations;
   KTProcessClass& processes;
   Authorizer& authorizer;
@@ -89,6 +88,7 @@ class InstallWorker {
   InstallWorkerServices services_;
   const ArgumentDictionary& arguments_;
   MainThreadEntries entries_;
+  ProductQuitter quitter_;
 };
 
 }  // namespace halvorn

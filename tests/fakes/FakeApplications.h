@@ -28,6 +28,9 @@ struct FakeApplication {
     WhenAsked,    // `secondsToQuit` after the first request
     OnlyByForce,  // as long after a forced one
     Never,
+    // Ends by itself just before the first request, or the first forced one, reaches it.
+    VanishesWhenAsked,
+    VanishesWhenForced,
   };
 
   Text name = "Application";
@@ -86,6 +89,15 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
   void switchFront(const FakeApplication& application) {
     front = application.number;
     deliver(kFrontApplicationSwitchedEvent);
+  }
+  // What was asked of this program itself.
+  [[nodiscard]] const std::vector<std::string>& requestsOfInstaller() const {
+    return applications_.front().requests;
+  }
+  [[nodiscard]] const std::vector<std::string>& requestsOf(ProcessSerialNumber number) const {
+    return std::find_if(applications_.begin(), applications_.end(),
+                        [&](const FakeApplication& application) { return application.number == number; })
+        ->requests;
   }
   [[nodiscard]] bool isRunning(const FakeApplication& application) const {
     return !application.endsAt || *application.endsAt > clock_.monotonicSeconds();
@@ -173,12 +185,14 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
     Running(FakeApplications& owner, FakeApplication& application)
         : owner_(owner), application_(application) {}
     bool terminate() override {
+      if (application_.quitting == FakeApplication::Quitting::VanishesWhenAsked) owner_.end(application_);
       if (isTerminated()) return false;
       application_.requests.emplace_back("terminate");
       if (application_.quitting == FakeApplication::Quitting::WhenAsked) endSoon();
       return true;
     }
     bool forceTerminate() override {
+      if (application_.quitting == FakeApplication::Quitting::VanishesWhenForced) owner_.end(application_);
       if (isTerminated()) return false;
       application_.requests.emplace_back("forceTerminate");
       if (application_.quitting != FakeApplication::Quitting::Never) endSoon();

@@ -216,7 +216,7 @@ class FakeWindow {
   FakeProgressIndicator progressIndicator{calls, "progressIndicator"};
 };
 
-class FakeApplication : public Application {
+class FakeHostApplication : public Application {
  public:
   void terminate() override { ++terminations; }
   void setApplicationIcon(const ImagePointer& image) override { icon = image; }

@@ -24,7 +24,7 @@ TEST_F(Startup, NoArgumentOrASingleOneIsDirectInvocation) {
     start(arguments);
     EXPECT_TRUE(streams.reopened.empty());
     EXPECT_EQ(log.lines().front(), "direct invocation");
-    EXPECT_EQ(window.nameField.text_, Text("Foo")) << "everything else is derived all the same";
+    EXPECT_EQ(window.nameField.text_, Text("Foo 1.2")) << "everything else is derived all the same";
   }
 }
 
@@ -50,9 +50,8 @@ TEST_F(Startup, FillsTheWindowForTheProduct) {
   start({"-sourcePath", product});
   EXPECT_EQ(window.window.title_, Text("Install Foo"));
   EXPECT_EQ(window.nameField.text_, Text("Foo 1.2"));
-  EXPECT_EQ(window.introField.text_, Text("This program will install Foo on your computer."));
-  EXPECT_EQ(window.explanationField.text_,
-            Text("A running copy of Foo will be quit, and an older version will be moved to the Trash."));
+  EXPECT_EQ(window.introField.text_, Text("Installs Foo."));
+  EXPECT_EQ(window.explanationField.text_, Text("Click to install Foo."));
   EXPECT_EQ(window.pathField.text_, Text("/Applications/Foo"));
   EXPECT_FALSE(window.tabView.tabsAndBorder_);
   EXPECT_EQ(window.tabView.selected_, 1);
@@ -115,8 +114,9 @@ TEST_F(Startup, DocumentationShowsTheHelpButtonAndItsSentenceFirst) {
   files.addFile("/Volumes/NAS/Guide.pdf");
   start({"-sourcePath", product, "-documentationPath", "/Volumes/NAS/Guide.pdf"});
   EXPECT_TRUE(window.helpButton.visible());
-  EXPECT_TRUE(window.explanationField.text_.hasPrefix(
-      "If you wish to read the documentation first, click the \"?\" button. A running copy of Foo "));
+  EXPECT_EQ(
+      window.explanationField.text_,
+      Text("If you wish to read the documentation first, click the \"?\" button. Click to install Foo."));
 }
 
 TEST_F(Startup, AReadMeIsShownInTheLightAppearanceOnTheFirstPage) {

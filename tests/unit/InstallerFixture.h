@@ -1,0 +1,175 @@
+// The whole installer on fakes: a product on a disk image, a desktop, and the controller with everything
+// under it.
+//
+//   auto& controller = start({"-sourcePath", product});   // "/installer" stands in front by itself
+//   window.installButton.click();
+//   workers.runAll();       // the install worker
+//   mainThread.runAll();    // what it posted
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "KTStuff/CocoaExtensions/SoundExtensions.h"
+#include "KTStuff/KTClasses/KTUtilitiesVersions.h"
+#include "Sources/CompletionSound.h"
+#include "Sources/DestinationChoice.h"
+#include "Sources/InstallerWinController.h"
+#include "tests/fakes/FakeAuthorizer.h"
+#include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeDefaults.h"
+#include "tests/fakes/FakeFileChangeNotices.h"
+#include "tests/fakes/FakeLocalizedDates.h"
+#include "tests/fakes/FakeLocalizedStrings.h"
+#include "tests/fakes/FakeLoginItems.h"
+#include "tests/fakes/FakeMainThread.h"
+#include "tests/fakes/FakeProcesses.h"
+#include "tests/fakes/FakeSearchPaths.h"
+#include "tests/fakes/FakeSounds.h"
+#include "tests/fakes/FakeStandardStreams.h"
+#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeTrash.h"
+#include "tests/fakes/FakeWindow.h"
+#include "tests/fakes/FakeWorkspace.h"
+#include "tests/fakes/RecordingLog.h"
+#include "tests/support/PrintText.h"
+#include "train/InstallFunction.h"
+
+namespace halvorn {
+
+class InstallerFixture : public ::testing::Test {
+ protected:
+  enum class Stubborn { QuitsAtSecondRequest, Forever };
+
+  void SetUp() override {
+    files.addFile("/Volumes/NAS/Foo.app/Contents/Info.plist");
+    files.addFolder("/Applications");
+    window.introField.text_ = "Installs %@.";
+    window.explanationField.text_ = "Click to install %@.";
+    window.window.title_ = "Install %@";
+    files.addFile("/usr/share/sounds/Done.wav", "RIFF");
+    bundles.setInfo(
+        product,
+        {{"CFBundleSignature", "FOOX"}, {"CFBundleShortVersionString", "1.2"}, {"CFBundleIconFile", "Foo"}});
+    bundles.mainBundle = "/Volumes/NAS/Installer.app";
+    toolPath = bundles.addResource(bundles.mainBundle, "train");
+  }
+
+  // A new installer with these arguments, start-up done. Earlier ones stay alive until the test ends.
+  InstallerWinController& start(std::vector<Text> arguments) {
+    arguments.insert(arguments.begin(), "/installer");
+    installers_.push_back(std::make_unique<Installer>(*this, std::move(arguments)));
+    InstallerWinController& controller = installers_.back()->controller;
+    window.installButton.onClick = [&controller] { controller.install(); };
+    window.cancelButton.onClick = [&controller] { controller.cancel(); };
+    window.helpButton.onClick = [&controller] { controller.openDocumentation(); };
+    controller.awakeFromNib();
+    return controller;
+  }
+
+  // A worker of its own, without window.
+  InstallWorker& makeWorker(const std::vector<std::pair<Text, Text>>& arguments = {}) {
+    installers_.push_back(std::make_unique<Installer>(*this, std::vector<Text>{"/installer"}));
+    Installer& installer = *installers_.back();
+    for (const auto& [key, value] : arguments) installer.ownArguments.set(key, value);
+    installer.ownWorker = std::make_unique<InstallWorker>(
+        installer.services.worker, installer.ownArguments,
+        InstallWorker::MainThreadEntries{[](Animate) {}, [](const InstallOutcome&) {}});
+    return *installer.ownWorker;
+  }
+
+  FakeApplication& addRunning(const char* name, const char (&code)[5], Stubborn stubborn) {
+    FakeApplication& running = processes.applications.start(
+        {.name = name, .signature = fourCharCode(code), .quitting = FakeApplication::Quitting::Never});
+    if (stubborn == Stubborn::QuitsAtSecondRequest) {
+      // Both phases of the first request take four seconds each.
+      clock.onAdvance = [&running](double seconds) {
+        if (seconds > 9.0) running.quitting = FakeApplication::Quitting::WhenAsked;
+      };
+    }
+    return running;
+  }
+
+  void addBundleIcon(const char* fileName) {
+    images.files[bundles.addResource(product, fileName)] = std::make_shared<FakeImage>(fileName);
+  }
+
+  [[nodiscard]] bool logHas(const std::string& line) const {
+    const auto lines = log.lines();
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
+  }
+  [[nodiscard]] bool logHasPrefix(const std::string& prefix) const {
+    const auto lines = log.lines();
+    return std::any_of(lines.begin(), lines.end(),
+                       [&](const auto& line) { return line.starts_with(prefix); });
+  }
+  [[nodiscard]] std::vector<std::string> linesWith(const std::string& part) const {
+    auto lines = log.lines();
+    std::erase_if(lines, [&](const auto& line) { return line.find(part) == std::string::npos; });
+    return lines;
+  }
+  [[nodiscard]] int doneSoundsPlayed() {
+    workers.runAll();
+    return static_cast<int>(sounds.callsOf("play Done").size());
+  }
+  [[nodiscard]] bool installerDid(const std::string& request) const {
+    const auto& requests = processes.applications.requestsOfInstaller();
+    return std::find(requests.begin(), requests.end(), request) != requests.end();
+  }
+  [[nodiscard]] bool installerCameToFront() const { return installerDid("front"); }
+  [[nodiscard]] bool installerFrontWindowCameToFront() const { return installerDid("front window"); }
+
+  const Text product = "/Volumes/NAS/Foo.app";
+  Text toolPath;
+
+  FakeClock clock;
+  RecordingLog log;
+  FakeProcesses processes{clock, log};
+  FakeFileManager& files = processes.files;
+  FakeBundles& bundles = processes.bundles;
+  FakeTrash trash{files};
+  FakeFileChangeNotices notices;
+  FakeWorkspace workspace;
+  FakeLocalizedStrings strings;
+  FakeLocalizedDates dates;
+  FakeDefaults defaults;
+  FakeSystemInfo system;
+  FakeStandardStreams streams;
+  FakeSearchPaths searchPaths;
+  FakeLoginItems loginItems;
+  FakeAuthorizer authorizer;
+  FakeMainThread mainThread;
+  FakeWorkers workers;
+  FakeWindow window;
+  FakeHostApplication application;
+  FakeAlerts alerts;
+  FakeImages images;
+  FakeScreenReader screenReader;
+  FakeAudioDevices devices;
+  FakeSounds sounds{devices};
+  FakeSoundFolders soundFolders;
+  FakePropertyLists propertyLists;
+
+ private:
+  struct Installer {
+    Installer(InstallerFixture& fixture, std::vector<Text> argumentList);
+
+    InstallServices install;
+    KTUtilitiesVersions versions;
+    DestinationChoice destinations;
+    SoundExtensions soundExtensions;
+    CompletionSound sound;
+    InstallerServices services;
+    InstallerWinController controller;
+
+    ArgumentDictionary ownArguments;
+    std::unique_ptr<InstallWorker> ownWorker;
+  };
+
+  std::vector<std::unique_ptr<Installer>> installers_;
+};
+
+}  // namespace halvorn

@@ -3,5 +3,5 @@ kt_library(kt_utilities_versions SOURCES
   KTClasses/KTUtilitiesNumericOrder.cpp KTClasses/KTUtilitiesVersions.cpp
   USES kt_core)
 kt_library(kt_utilities SOURCES
-  KTClasses/KTUtilitiesScripts.cpp
-  USES kt_utilities_versions)
+  KTClasses/KTUtilitiesDesktop.cpp KTClasses/KTUtilitiesLaunching.cpp KTClasses/KTUtilitiesScripts.cpp
+  USES kt_utilities_versions kt_process)

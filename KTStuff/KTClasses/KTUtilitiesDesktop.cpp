@@ -1,0 +1,120 @@
+#include "KTStuff/KTClasses/KTUtilitiesDesktop.h"
+
+namespace halvorn {
+
+namespace {
+
+constexpr double watcherDelay = 1.0;  // seconds
+constexpr double nanosecondsPerSecond = 1e9;
+
+}  // namespace
+
+EventAnswer MonitorMenuBarEventHandler(const MenuBarEvent& event, bool& isMenuBarHidden) {
+  if (event.eventClass == menuEventClass) {
+    if (event.kind == menuBarHiddenEvent) isMenuBarHidden = true;
+    if (event.kind == menuBarShownEvent) isMenuBarHidden = false;
+  }
+  return EventAnswer::NotHandled;
+}
+
+KTUtilitiesDesktop::KTUtilitiesDesktop(const KTUtilitiesVersions& versions,
+                                       const KTUtilitiesDesktopServices& services)
+    : versions_(versions), services_(services), self_(std::make_shared<KTUtilitiesDesktop*>(this)) {
+  initialize();
+}
+
+void KTUtilitiesDesktop::initialize() {
+  const std::lock_guard lock(initializeMutex_);
+  if (isWatcherInstalled_) return;
+  isWatcherInstalled_ = true;
+  services_.mainThread.performAfter(watcherDelay, [weakSelf = std::weak_ptr(self_)] {
+    if (const auto self = weakSelf.lock()) (*self)->installProcessWatcher();
+  });
+}
+
+void KTUtilitiesDesktop::installProcessWatcher() {
+  processObservation_ = services_.notifications.addObserver(
+      KTProcessChangeNotification, nullptr, [this](const Notification&) { processSwitched(); });
+}
+
+bool KTUtilitiesDesktop::isActiveProcess(const KTProcessPointer& process) const {
+  return process ? process->isEqual(activeProcess_) : activeProcess_ == nullptr;
+}
+
+void KTUtilitiesDesktop::processSwitched() {
+  const KTProcessPointer front = services_.processes.frontProcess();
+  if (isActiveProcess(front)) return;
+  const std::int64_t count = services_.pasteboard.changeCount();
+  if (activeProcess_ && count != clipboardCountAtStartOfActiveProcess_) {
+    clipboardPublisherProcess_ = activeProcess_;
+  }
+  activeProcess_ = front;
+  clipboardCountAtStartOfActiveProcess_ = count;
+}
+
+KTProcessPointer KTUtilitiesDesktop::clipboardPublisherProcess() {
+  if (!isActiveProcess(services_.processes.frontProcess())) processSwitched();
+  const bool isUnchanged = services_.pasteboard.changeCount() == clipboardCountAtStartOfActiveProcess_;
+  return isUnchanged ? clipboardPublisherProcess_ : activeProcess_;
+}
+
+bool KTUtilitiesDesktop::fullScreenMode() {
+  if (!isMenuBarMonitorInstalled_) installMenuBarMonitor();
+  return isMenuBarHidden_;
+}
+
+void KTUtilitiesDesktop::installMenuBarMonitor() {
+  isMenuBarMonitorInstalled_ = true;
+  const bool isWatched =
+      services_.menuBar.installHandler([weakSelf = std::weak_ptr(self_)](const MenuBarEvent& event) {
+        const auto self = weakSelf.lock();
+        return self ? MonitorMenuBarEventHandler(event, (*self)->isMenuBarHidden_) : EventAnswer::NotHandled;
+      });
+  // KEEP: the cut-off word and the stray parenthesis.
+  if (!isWatched) services_.log("could not install menu bar visibility event handl)");
+}
+
+bool KTUtilitiesDesktop::darkMenuTheme() {
+  if (!versions_.yosemiteOrNewer()) return false;
+  if (!isThemeObserverInstalled_) {
+    isThemeObserverInstalled_ = true;
+    services_.interfaceStyle.installChangeHandler([weakSelf = std::weak_ptr(self_)] {
+      if (const auto self = weakSelf.lock()) (*self)->darkModeChanged();
+    });
+  }
+  // A style in the defaults is the person's word for this program and wins over that of the desktop.
+  if (const auto style = services_.defaults.objectForKey("AppleInterfaceStyle")) return *style == "Dark";
+  return services_.interfaceStyle.current() == Text("Dark");
+}
+
+bool KTUtilitiesDesktop::darkAppearance() { return versions_.mojaveOrNewer() && darkMenuTheme(); }
+
+ImagePointer KTUtilitiesDesktop::systemTintImage() {
+  Text name = "tintMav";
+  if (versions_.yosemiteOrNewer()) name = darkMenuTheme() ? "tintYosDark" : "tintYos";
+  const bool isBlue = services_.controlTint.current() == blueControlTint;
+  return services_.images.imageNamed(name + Text(isBlue ? "Blue" : "Graphite"));
+}
+
+Text KTUtilitiesDesktop::applicationName() const {
+  const auto dictionary = services_.bundles.infoDictionary(services_.bundles.mainBundlePath());
+  if (!dictionary) return "";
+  return textForKey(*dictionary, "CFBundleExecutable").value_or("");
+}
+
+bool KTUtilitiesDesktop::debugging() const { return services_.debugger.isAttached(); }
+
+float KTUtilitiesDesktop::idleTime() {
+  const auto nanoseconds = services_.idleTime.nanosecondsSinceLastInput();
+  if (!nanoseconds) return -1.0F;
+  return static_cast<float>(static_cast<double>(*nanoseconds) / nanosecondsPerSecond);
+}
+
+Text KTUtilitiesDesktop::fileSystemTypeFor(const Text& path) const {
+  services_.log("FS Info %@", path);
+  const FileSystemAnswer answer = services_.fileSystems.statusOf(path);
+  services_.log("statfs err = %d", answer.status);
+  return answer.status == 0 ? answer.typeName : Text("");
+}
+
+}  // namespace halvorn

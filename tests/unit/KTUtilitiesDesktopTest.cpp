@@ -1,0 +1,382 @@
+#include "KTStuff/KTClasses/KTUtilitiesDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "tests/fakes/FakeDefaults.h"
+#include "tests/fakes/FakeDesktopFacts.h"
+#include "tests/fakes/FakeLocalizedDates.h"
+#include "tests/fakes/FakeMainThread.h"
+#include "tests/fakes/FakeProcesses.h"
+#include "tests/fakes/FakeSystemInfo.h"
+
+namespace halvorn {
+namespace {
+
+using Lines = std::vector<std::string>;
+constexpr double beforeYosemite = 1342;
+constexpr double beforeMojave = 1638;
+
+class KTUtilitiesDesktopTest : public testing::Test {
+ protected:
+  FakeApplication& start(const char* name) { return fake.applications.start({.name = name}); }
+  KTProcessPointer process(const FakeApplication& application) {
+    return fake.processes.processWithSerialNumber(application.number);
+  }
+  // Another application comes to the front, and everybody hears of it.
+  void switchTo(const FakeApplication& application) {
+    fake.applications.switchFront(application);
+    fake.idle.becomeIdle();
+  }
+  void startWatching() { mainThread.runDelayed(1.0); }
+
+  FakeProcesses fake;
+  FakeMainThread mainThread;
+  FakePasteboard pasteboard;
+  FakeMenuBar menuBar;
+  FakeDefaults defaults;
+  FakeInterfaceStyle style;
+  FakeIdleTime idle;
+  FakeFileSystemInfo fileSystems;
+  FakeControlTint tint;
+  FakeDebugger debugger;
+  NamedImages images;
+  FakeSystemInfo systemInfo;
+  FakeLocalizedDates dates;
+  KTUtilitiesVersions versions{fake.bundles, systemInfo, fake.unicode, dates, fake.log};
+  std::optional<KTUtilitiesDesktop> object{
+      std::in_place, versions,
+      KTUtilitiesDesktopServices{fake.processes, fake.notifications, mainThread, pasteboard, menuBar,
+                                 defaults, style, idle, fileSystems, tint, debugger, fake.bundles, images,
+                                 fake.log}};
+  KTUtilitiesDesktop& utilities = *object;
+};
+
+using Initialize = KTUtilitiesDesktopTest;
+
+TEST_F(Initialize, SchedulesTheWatcherInOneSecond) {
+  ASSERT_EQ(mainThread.delayed.size(), 1u);
+  EXPECT_EQ(mainThread.delayed[0].seconds, 1.0);
+}
+
+TEST_F(Initialize, HappensOnce) {
+  utilities.initialize();
+  utilities.initialize();
+  EXPECT_EQ(mainThread.delayed.size(), 1u);
+}
+
+TEST_F(Initialize, ThatComesTrueTooLateDoesNothing) {
+  object.reset();
+  startWatching();
+  fake.processes.installNotifications();
+  switchTo(start("Editor"));
+}
+
+TEST_F(Initialize, BeforeTheSecondIsOverNobodyWatches) {
+  FakeApplication& editor = start("Editor");
+  fake.processes.installNotifications();
+  switchTo(editor);
+  pasteboard.change();
+  switchTo(start("Viewer"));
+  startWatching();
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), nullptr);
+}
+
+using ClipboardPublisher = KTUtilitiesDesktopTest;
+
+TEST_F(ClipboardPublisher, FirstOfARunIsNobody) {
+  fake.applications.front = start("Editor").number;
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), nullptr);
+}
+
+TEST_F(ClipboardPublisher, IsTheActiveProcessOnceItChangedTheClipboard) {
+  FakeApplication& editor = start("Editor");
+  fake.applications.front = editor.number;
+  (void)utilities.clipboardPublisherProcess();
+  pasteboard.change();
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
+}
+
+TEST_F(ClipboardPublisher, StaysThePublisherAfterASwitch) {
+  FakeApplication& editor = start("Editor");
+  FakeApplication& viewer = start("Viewer");
+  fake.applications.front = editor.number;
+  (void)utilities.clipboardPublisherProcess();
+  startWatching();
+  pasteboard.change();
+  switchTo(viewer);
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
+}
+
+TEST_F(ClipboardPublisher, IsNotReplacedByOneThatChangedNothing) {
+  FakeApplication& editor = start("Editor");
+  FakeApplication& viewer = start("Viewer");
+  fake.applications.front = editor.number;
+  (void)utilities.clipboardPublisherProcess();
+  startWatching();
+  pasteboard.change();
+  switchTo(viewer);
+  switchTo(start("Player"));
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
+}
+
+TEST_F(ClipboardPublisher, IsReplacedByTheNextThatChangesIt) {
+  FakeApplication& editor = start("Editor");
+  FakeApplication& viewer = start("Viewer");
+  fake.applications.front = editor.number;
+  (void)utilities.clipboardPublisherProcess();
+  startWatching();
+  pasteboard.change();
+  switchTo(viewer);
+  pasteboard.change();
+  switchTo(editor);
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), process(viewer));
+}
+
+TEST_F(ClipboardPublisher, IsRightBeforeTheNotificationIsDelivered) {
+  FakeApplication& editor = start("Editor");
+  FakeApplication& viewer = start("Viewer");
+  fake.applications.front = editor.number;
+  (void)utilities.clipboardPublisherProcess();
+  pasteboard.change();
+  fake.applications.front = viewer.number;
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
+  pasteboard.change();
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), process(viewer));
+}
+
+TEST_F(ClipboardPublisher, NotificationAboutTheSameFrontChangesNothing) {
+  FakeApplication& editor = start("Editor");
+  fake.applications.front = editor.number;
+  (void)utilities.clipboardPublisherProcess();
+  pasteboard.change();
+  utilities.processSwitched();
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
+}
+
+TEST_F(ClipboardPublisher, UnknownFrontIsNobody) {
+  fake.applications.front.reset();
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), nullptr);
+  pasteboard.change();
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), nullptr);
+}
+
+TEST_F(ClipboardPublisher, SurvivesAFrontThatIsUnknownForAWhile) {
+  FakeApplication& editor = start("Editor");
+  fake.applications.front = editor.number;
+  (void)utilities.clipboardPublisherProcess();
+  pasteboard.change();
+  fake.applications.front.reset();
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
+}
+
+TEST_F(ClipboardPublisher, IsKeptAfterItHasEnded) {
+  FakeApplication& editor = start("Editor");
+  fake.applications.front = editor.number;
+  (void)utilities.clipboardPublisherProcess();
+  startWatching();
+  pasteboard.change();
+  const KTProcessPointer expected = process(editor);
+  switchTo(start("Viewer"));
+  fake.applications.endAndTell(editor);
+  fake.idle.becomeIdle();
+  EXPECT_EQ(utilities.clipboardPublisherProcess(), expected);
+}
+
+using ApplicationName = KTUtilitiesDesktopTest;
+
+TEST_F(ApplicationName, IsTheExecutableOfTheMainBundle) {
+  fake.bundles.setInfo(fake.bundles.mainBundle, {{"CFBundleExecutable", "Installer"}});
+  EXPECT_EQ(utilities.applicationName(), Text("Installer"));
+}
+
+TEST_F(ApplicationName, IsEmptyWhenMissing) {
+  EXPECT_EQ(utilities.applicationName(), Text(""));
+  fake.bundles.setInfo(fake.bundles.mainBundle, {});
+  EXPECT_EQ(utilities.applicationName(), Text(""));
+}
+
+using FullScreenMode = KTUtilitiesDesktopTest;
+
+TEST_F(FullScreenMode, IsFalseBeforeAnyMenuBarEvent) { EXPECT_FALSE(utilities.fullScreenMode()); }
+
+TEST_F(FullScreenMode, FollowsTheMenuBar) {
+  (void)utilities.fullScreenMode();
+  menuBar.hide();
+  EXPECT_TRUE(utilities.fullScreenMode());
+  menuBar.hide();
+  EXPECT_TRUE(utilities.fullScreenMode());
+  menuBar.show();
+  EXPECT_FALSE(utilities.fullScreenMode());
+}
+
+TEST_F(FullScreenMode, InstallsTheMonitorOnTheFirstCallOnly) {
+  EXPECT_EQ(menuBar.installations, 0);
+  (void)utilities.fullScreenMode();
+  (void)utilities.fullScreenMode();
+  EXPECT_EQ(menuBar.installations, 1);
+}
+
+TEST_F(FullScreenMode, StaysFalseAndIsLoggedWhenTheMenuBarCannotBeWatched) {
+  menuBar.canBeWatched = false;
+  EXPECT_FALSE(utilities.fullScreenMode());
+  EXPECT_FALSE(utilities.fullScreenMode());
+  EXPECT_EQ(fake.log.lines(), Lines{"could not install menu bar visibility event handl)"});
+}
+
+TEST_F(FullScreenMode, EventsAreLeftToOtherHandlers) {
+  (void)utilities.fullScreenMode();
+  EXPECT_EQ(menuBar.handler({menuEventClass, menuBarHiddenEvent}), EventAnswer::NotHandled);
+  EXPECT_EQ(menuBar.handler({menuEventClass, menuBarShownEvent}), EventAnswer::NotHandled);
+}
+
+TEST_F(FullScreenMode, EventsOfOtherClassesAndKindsAreIgnored) {
+  (void)utilities.fullScreenMode();
+  EXPECT_EQ(menuBar.handler({fourCharCode("wind"), menuBarHiddenEvent}), EventAnswer::NotHandled);
+  EXPECT_EQ(menuBar.handler({menuEventClass, 5}), EventAnswer::NotHandled);
+  EXPECT_FALSE(utilities.fullScreenMode());
+}
+
+TEST_F(FullScreenMode, EventsThatComeTooLateFindNobody) {
+  (void)utilities.fullScreenMode();
+  object.reset();
+  menuBar.hide();
+}
+
+using DarkMenuTheme = KTUtilitiesDesktopTest;
+
+TEST_F(DarkMenuTheme, IsThatOfTheDefaults) {
+  defaults.values.insert_or_assign("AppleInterfaceStyle", PropertyValue("Dark"));
+  EXPECT_TRUE(utilities.darkMenuTheme());
+  defaults.values.insert_or_assign("AppleInterfaceStyle", PropertyValue("dark"));
+  EXPECT_FALSE(utilities.darkMenuTheme());
+  defaults.values.insert_or_assign("AppleInterfaceStyle", PropertyValue(true));
+  EXPECT_FALSE(utilities.darkMenuTheme());
+}
+
+TEST_F(DarkMenuTheme, IsFalseWhenNobodyTells) { EXPECT_FALSE(utilities.darkMenuTheme()); }
+
+TEST_F(DarkMenuTheme, IsThatOfTheDesktopWithoutADefault) {
+  style.style = "Dark";
+  EXPECT_TRUE(utilities.darkMenuTheme());
+  style.style = "Sepia";
+  EXPECT_FALSE(utilities.darkMenuTheme());
+}
+
+TEST_F(DarkMenuTheme, DefaultWinsOverTheDesktop) {
+  style.style = "Dark";
+  defaults.values.insert_or_assign("AppleInterfaceStyle", PropertyValue("Light"));
+  EXPECT_FALSE(utilities.darkMenuTheme());
+}
+
+TEST_F(DarkMenuTheme, IsReadAfreshAtEachCall) {
+  EXPECT_FALSE(utilities.darkMenuTheme());
+  style.change("Dark");
+  EXPECT_TRUE(utilities.darkMenuTheme());
+  style.change(std::nullopt);
+  EXPECT_FALSE(utilities.darkMenuTheme());
+}
+
+TEST_F(DarkMenuTheme, IsFalseBeforeItsReleaseAndAsksNobody) {
+  systemInfo.framework = beforeYosemite;
+  defaults.values.insert_or_assign("AppleInterfaceStyle", PropertyValue("Dark"));
+  EXPECT_FALSE(utilities.darkMenuTheme());
+  EXPECT_EQ(style.installations, 0);
+}
+
+TEST_F(DarkMenuTheme, ObserverIsInstalledOnTheFirstCallOnly) {
+  EXPECT_EQ(style.installations, 0);
+  (void)utilities.darkMenuTheme();
+  (void)utilities.darkMenuTheme();
+  EXPECT_EQ(style.installations, 1);
+}
+
+TEST_F(DarkMenuTheme, ChangeThatComesTooLateFindsNobody) {
+  (void)utilities.darkMenuTheme();
+  object.reset();
+  style.change("Dark");
+}
+
+using DarkAppearance = KTUtilitiesDesktopTest;
+
+TEST_F(DarkAppearance, IsTheDarkThemeFromItsReleaseOn) {
+  EXPECT_FALSE(utilities.darkAppearance());
+  style.style = "Dark";
+  EXPECT_TRUE(utilities.darkAppearance());
+}
+
+TEST_F(DarkAppearance, IsFalseBeforeItsReleaseWhateverTheDefaultsSay) {
+  systemInfo.framework = beforeMojave;
+  defaults.values.insert_or_assign("AppleInterfaceStyle", PropertyValue("Dark"));
+  EXPECT_FALSE(utilities.darkAppearance());
+  EXPECT_TRUE(utilities.darkMenuTheme());
+}
+
+using SystemTintImage = KTUtilitiesDesktopTest;
+
+TEST_F(SystemTintImage, FollowsReleaseThemeAndTint) {
+  struct Row {
+    double framework;
+    const char* style;
+    int tint;
+    const char* expected;
+  };
+  const Row rows[] = {
+      {1671, "Light", blueControlTint, "tintYosBlue"},
+      {1671, "Light", graphiteControlTint, "tintYosGraphite"},
+      {1671, "Dark", blueControlTint, "tintYosDarkBlue"},
+      {1671, "Dark", graphiteControlTint, "tintYosDarkGraphite"},
+      {1671, "Dark", 0, "tintYosDarkGraphite"},
+      {beforeYosemite, "Light", blueControlTint, "tintMavBlue"},
+      {beforeYosemite, "Dark", graphiteControlTint, "tintMavGraphite"},
+  };
+  for (const Row& row : rows) {
+    systemInfo.framework = row.framework;
+    style.style = row.style;
+    tint.tint = row.tint;
+    const auto image = std::dynamic_pointer_cast<const NamedImages::NamedImage>(utilities.systemTintImage());
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->name, Text(row.expected));
+  }
+}
+
+TEST_F(SystemTintImage, IsNothingWhenTheApplicationHasNone) {
+  images.exist = false;
+  EXPECT_EQ(utilities.systemTintImage(), nullptr);
+}
+
+using SystemFacts = KTUtilitiesDesktopTest;
+
+TEST_F(SystemFacts, DisplayIsNeverZoomed) { EXPECT_FALSE(utilities.displayIsZoomed()); }
+
+TEST_F(SystemFacts, DebuggingIsWhatTheSystemSays) {
+  EXPECT_FALSE(utilities.debugging());
+  debugger.attached = true;
+  EXPECT_TRUE(utilities.debugging());
+}
+
+TEST_F(SystemFacts, IdleTimeIsInSeconds) {
+  idle.nanoseconds = 1'500'000'000;
+  EXPECT_EQ(utilities.idleTime(), 1.5F);
+  idle.nanoseconds = 0;
+  EXPECT_EQ(utilities.idleTime(), 0.0F);
+  idle.nanoseconds = 86'400'000'000'000;
+  EXPECT_EQ(utilities.idleTime(), 86400.0F);
+}
+
+TEST_F(SystemFacts, IdleTimeThatCannotBeReadIsMinusOne) { EXPECT_EQ(utilities.idleTime(), -1.0F); }
+
+TEST_F(SystemFacts, FileSystemTypeIsNamedAndLogged) {
+  fileSystems.types["/home/anna"] = "ext4";
+  EXPECT_EQ(utilities.fileSystemTypeFor("/home/anna"), Text("ext4"));
+  EXPECT_EQ(fake.log.lines(), (Lines{"FS Info /home/anna", "statfs err = 0"}));
+}
+
+TEST_F(SystemFacts, FileSystemTypeOfAMissingPathIsEmptyAndLogged) {
+  EXPECT_EQ(utilities.fileSystemTypeFor("/missing"), Text(""));
+  EXPECT_EQ(fake.log.lines(), (Lines{"FS Info /missing", "statfs err = -1"}));
+}
+
+}  // namespace
+}  // namespace halvorn

@@ -3,6 +3,7 @@
 
 #include "Core/Format.h"
 #include "Core/Log.h"
+#include "KTStuff/CocoaExtensions/StringExtensionsDigests.h"
 #include "KTStuff/KTClasses/KTProcess.h"
 #include "Platform/ApplicationItems.h"
 #include "Platform/Bundles.h"
@@ -200,6 +201,10 @@ Text KTProcess::hashStringSource() const {
   if (const Text code = signatureString(); !code.isEmpty() && code != Text("????"))
     return Text("sig:") + code;
   return Text("name:") + name().value_or(Text());
+}
+
+Text KTProcess::hashString() const {
+  return StringExtensions::MD5String(hashStringSource(), services().digests);
 }
 
 std::any KTProcess::infoForKey(const Text& key) const {

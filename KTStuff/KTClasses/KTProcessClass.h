@@ -28,6 +28,7 @@ class ApplicationEvents;
 class ApplicationItems;
 class Bundles;
 class Clock;
+class Digests;
 class FileManager;
 class Images;
 class Log;
@@ -57,6 +58,7 @@ struct KTProcessServices {
   Images& images;
   Tasks& tasks;
   const Unicode& unicode;
+  const Digests& digests;
   Clock& clock;
   const Log& log;
 };

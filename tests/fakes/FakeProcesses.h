@@ -17,6 +17,7 @@
 #include "tests/fakes/FakeApplications.h"
 #include "tests/fakes/FakeBundles.h"
 #include "tests/fakes/FakeClock.h"
+#include "tests/fakes/FakeDigests.h"
 #include "tests/fakes/FakeFileManager.h"
 #include "tests/fakes/FakeNotifications.h"
 #include "tests/fakes/FakeTasks.h"
@@ -50,8 +51,10 @@ class FakeProcesses {
   FakeTemporaryFiles temporaryFiles;
   FakeTasks tasks{temporaryFiles, clock};
   FakeUnicode unicode;
+  FakeDigests digests;
   KTProcessClass processes{{applications, applications, applications, appleEvents, accessibility,
-                            notifications, bundles, items, files, noImages_, tasks, unicode, clock, log}};
+                            notifications, bundles, items, files, noImages_, tasks, unicode, digests, clock,
+                            log}};
 
  private:
   FakeProcesses(FakeClock* sharedClock, RecordingLog* sharedLog)

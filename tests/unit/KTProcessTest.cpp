@@ -1,0 +1,439 @@
+// Process objects, their cache and their notifications.
+#include "KTStuff/KTClasses/KTProcess.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tests/fakes/FakeProcesses.h"
+
+namespace halvorn {
+namespace {
+
+using Strings = std::vector<std::string>;
+
+class KTProcessCache : public testing::Test {
+ protected:
+  FakeApplication& start(const char* name, const char (&code)[5] = "EDIT") {
+    return fake.applications.start({.name = name, .signature = fourCharCode(code)});
+  }
+  KTProcessPointer object(const FakeApplication& application) {
+    return processes.processWithSerialNumber(application.number);
+  }
+  // The changes posted so far, once observers have heard of them.
+  Strings changes() {
+    fake.idle.becomeIdle();
+    return changes_;
+  }
+
+  FakeProcesses fake;
+  FakeApplications& applications = fake.applications;
+  KTProcessClass& processes = fake.processes;
+
+ private:
+  Strings changes_;
+  std::unique_ptr<Notifications::Observation> observation_ = fake.notifications.addObserver(
+      KTProcessChangeNotification, &fake.processes,
+      [this](const Notification& notification) { changes_.push_back(notification.text("change")->bytes()); });
+};
+
+TEST_F(KTProcessCache, TwoLookupsOfOneProcessGiveTheIdenticalObject) {
+  const FakeApplication& editor = start("Editor");
+  EXPECT_EQ(object(editor), object(editor));
+  EXPECT_EQ(processes.processWithPID(editor.pid), object(editor));
+  EXPECT_EQ(processes.allProcesses().at(1), object(editor));
+}
+
+TEST_F(KTProcessCache, AnEndedProcessIsGoneFromTheCacheAfterItsEventAndIsMadeAnew) {
+  FakeApplication& editor = start("Editor");
+  const KTProcessPointer before = object(editor);
+  applications.endAndTell(editor);
+  EXPECT_EQ(processes.cachedProcessWithSerialNumber(editor.number), nullptr);
+  const KTProcessPointer after = object(editor);
+  EXPECT_NE(after, before);
+  EXPECT_TRUE(after->isEqual(before));
+  EXPECT_EQ(after->hash(), before->hash());
+}
+
+TEST_F(KTProcessCache, TheEnumeratorIsNilBeforeTheFirstLookup) {
+  EXPECT_EQ(processes.cachedProcessesEnumerator(), std::nullopt);
+  object(start("Editor"));
+  EXPECT_EQ(processes.cachedProcessesEnumerator()->size(), 1u);
+}
+
+TEST_F(KTProcessCache, TheEnumeratorIsEmptyAndNotNilOnceEverythingHasEnded) {
+  FakeApplication& editor = start("Editor");
+  object(editor);
+  applications.end(editor);
+  processes.cleanupCache();
+  EXPECT_EQ(processes.cachedProcessesEnumerator(), std::vector<KTProcessPointer>{});
+}
+
+TEST_F(KTProcessCache, TheMostRecentlyAskedForStandsInFront) {
+  const FakeApplication& a = start("A");
+  const FakeApplication& b = start("B");
+  const FakeApplication& c = start("C");
+  const KTProcessPointer objectA = object(a);
+  const KTProcessPointer objectB = object(b);
+  const KTProcessPointer objectC = object(c);
+  EXPECT_EQ(*processes.cachedProcessesEnumerator(),
+            (std::vector<KTProcessPointer>{objectC, objectB, objectA}));
+  EXPECT_EQ(processes.cachedProcessWithSerialNumber(a.number), objectA);
+  EXPECT_EQ(*processes.cachedProcessesEnumerator(),
+            (std::vector<KTProcessPointer>{objectA, objectC, objectB}));
+  object(c);
+  EXPECT_EQ(*processes.cachedProcessesEnumerator(),
+            (std::vector<KTProcessPointer>{objectC, objectA, objectB}));
+}
+
+TEST_F(KTProcessCache, AskingForThePositionMovesNothing) {
+  const FakeApplication& a = start("A");
+  const FakeApplication& b = start("B");
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber(a.number), KTProcessClass::kNotFound);
+  EXPECT_EQ(KTProcessClass::kNotFound, 9223372036854775807);
+  object(a);
+  object(b);
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber(a.number), 1);
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber(a.number), 1);
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber(b.number), 0);
+}
+
+TEST_F(KTProcessCache, CleanupTakesOutEveryEndedProcessNeighboursToo) {
+  std::vector<FakeApplication*> all;
+  std::vector<KTProcessPointer> objects;
+  for (int i = 0; i < 6; ++i) {
+    all.push_back(&start("App"));
+    objects.push_back(object(*all.back()));
+  }
+  for (const int i : {0, 1, 2, 5}) applications.end(*all[static_cast<std::size_t>(i)]);
+  processes.cleanupCache();
+  EXPECT_EQ(*processes.cachedProcessesEnumerator(), (std::vector<KTProcessPointer>{objects[4], objects[3]}));
+}
+
+TEST_F(KTProcessCache, CleanupWithoutACacheDoesNothing) {
+  processes.cleanupCache();
+  EXPECT_EQ(processes.cachedProcessesEnumerator(), std::nullopt);
+}
+
+TEST_F(KTProcessCache, AddToCachePutsTheReceiverInFront) {
+  const FakeApplication& editor = start("Editor");
+  const KTProcessPointer made = KTProcess::create(processes, editor.number);
+  EXPECT_EQ(processes.cachedProcessesEnumerator(), std::nullopt);
+  made->addToCache();
+  EXPECT_EQ(object(editor), made);
+}
+
+TEST_F(KTProcessCache, ACachedObjectOutlivesItsCallers) {
+  FakeApplication& editor = start("Editor");
+  const std::weak_ptr<KTProcess> watched = object(editor);
+  EXPECT_FALSE(watched.expired());
+  applications.end(editor);
+  processes.cleanupCache();
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(KTProcessCache, EveryWayToAProcessInstallsTheHandlerAndOnlyOnce) {
+  const FakeApplication& editor = start("Editor");
+  const std::vector<std::function<void(FakeProcesses&)>> ways = {
+      [](FakeProcesses& p) { p.processes.installNotifications(); },
+      [&](FakeProcesses& p) { std::ignore = KTProcess::create(p.processes, editor.number); },
+      [](FakeProcesses& p) { std::ignore = p.processes.currentProcess(); },
+      [](FakeProcesses& p) { std::ignore = p.processes.allProcesses(); },
+      [](FakeProcesses& p) { std::ignore = p.processes.processWithSignature(1); },
+      [](FakeProcesses& p) { std::ignore = p.processes.processWithIdentifier("x"); },
+  };
+  for (const auto& way : ways) {
+    FakeProcesses fresh;
+    EXPECT_EQ(fresh.applications.handlersInstalled, 0);
+    way(fresh);
+    way(fresh);
+    EXPECT_EQ(fresh.applications.handlersInstalled, 1);
+  }
+}
+
+TEST_F(KTProcessCache, TheFactoriesAnswerNullWhenThePlatformFindsNothing) {
+  EXPECT_EQ(processes.processWithPID(4711), nullptr);
+  EXPECT_EQ(processes.frontProcess(), nullptr);
+  EXPECT_EQ(processes.processWithSignature(fourCharCode("NONE")), nullptr);
+  EXPECT_EQ(processes.processWithIdentifier("org.example.none"), nullptr);
+  EXPECT_TRUE(fake.log.lines().empty());
+}
+
+TEST_F(KTProcessCache, TheCurrentProcessIsLookedUpOnceAndFailureIsTriedAgain) {
+  const auto number = applications.current;
+  applications.current = std::nullopt;
+  EXPECT_EQ(processes.currentProcess(), nullptr);
+  applications.current = number;
+  const KTProcessPointer current = processes.currentProcess();
+  ASSERT_NE(current, nullptr);
+  applications.current = start("Other").number;
+  EXPECT_EQ(processes.currentProcess(), current);
+}
+
+TEST_F(KTProcessCache, TheFrontProcessIsAskedForAfreshEachTime) {
+  const FakeApplication& a = start("A");
+  const FakeApplication& b = start("B");
+  applications.front = a.number;
+  EXPECT_EQ(processes.frontProcess(), object(a));
+  applications.front = b.number;
+  EXPECT_EQ(processes.frontProcess(), object(b));
+}
+
+TEST_F(KTProcessCache, AllProcessesKeepTheOrderOfThePlatform) {
+  start("Zebra");
+  start("Ape");
+  Strings names;
+  for (const auto& process : processes.allProcesses()) names.push_back(process->name()->bytes());
+  EXPECT_EQ(names, (Strings{"Installer", "Zebra", "Ape"}));
+}
+
+TEST_F(KTProcessCache, TheFirstProcessWithASignatureIsFound) {
+  start("A", "AAAA");
+  const FakeApplication& first = start("B", "BBBB");
+  start("B2", "BBBB");
+  EXPECT_EQ(processes.processWithSignature(fourCharCode("BBBB")), object(first));
+}
+
+TEST_F(KTProcessCache, ASearchForASignatureMakesNoOtherObjects) {
+  start("A", "AAAA");
+  const FakeApplication& b = start("B", "BBBB");
+  EXPECT_NE(processes.processWithSignature(fourCharCode("BBBB")), nullptr);
+  EXPECT_EQ(*processes.cachedProcessesEnumerator(), std::vector<KTProcessPointer>{object(b)});
+}
+
+TEST_F(KTProcessCache, TheFirstProcessWithAnIdentifierIsFound) {
+  applications.start({.name = "None"});
+  const FakeApplication& mail = applications.start({.name = "Mail", .identifier = "org.example.mail"});
+  applications.start({.name = "Mail 2", .identifier = "org.example.mail"});
+  EXPECT_EQ(processes.processWithIdentifier("org.example.mail"), object(mail));
+  // The first process without an identifier has the empty one.
+  EXPECT_EQ(processes.processWithIdentifier(""), processes.currentProcess());
+}
+
+TEST_F(KTProcessCache, EqualityMeansTheSameProcessAndNotTheSameObject) {
+  const FakeApplication& editor = start("Editor");
+  const KTProcessPointer one = KTProcess::create(processes, editor.number);
+  const KTProcessPointer other = KTProcess::create(processes, editor.number);
+  EXPECT_TRUE(one->isEqual(*one));
+  EXPECT_TRUE(one->isEqual(other));
+  EXPECT_EQ(one->hash(), other->hash());
+  EXPECT_TRUE(one->isSameProcess(editor.number));
+  EXPECT_FALSE(one->isEqual(object(start("Other"))));
+  EXPECT_FALSE(one->isEqual(KTProcessPointer()));
+}
+
+TEST_F(KTProcessCache, NothingButAProcessEqualsAProcess) {
+  const KTProcessPointer editor = object(start("Editor"));
+  EXPECT_FALSE(editor->isEqual(std::any()));
+  EXPECT_FALSE(editor->isEqual(std::any(Text("Editor"))));
+  EXPECT_TRUE(editor->isEqual(std::any(editor)));
+}
+
+TEST_F(KTProcessCache, TheHashIsTheSumOfBothHalvesModulo32Bits) {
+  EXPECT_EQ(KTProcess::create(processes, {0x80000001, 0x80000002})->hash(), 3u);
+  EXPECT_EQ(KTProcess::create(processes, {7, 35})->hash(), 42u);
+}
+
+TEST_F(KTProcessCache, ProcessesAreOrderedByNameWithoutRegardToCase) {
+  const KTProcessPointer ape = object(start("ape"));
+  const KTProcessPointer zebra = object(start("Zebra"));
+  EXPECT_EQ(ape->compare(*zebra), Ordering::Ascending);
+  EXPECT_EQ(zebra->compare(*ape), Ordering::Descending);
+  EXPECT_EQ(ape->compare(*object(start("APE"))), Ordering::Same);
+}
+
+TEST_F(KTProcessCache, TheDescriptionNamesTheProcessItsSignatureAndItsVersion) {
+  EXPECT_EQ(object(start("Editor", "EDIT"))->description(), Text("Process \"Editor\" (EDIT) 1.0"));
+}
+
+TEST_F(KTProcessCache, EventsBecomeNotificationsInOrderAndOnlyWhenIdle) {
+  processes.installNotifications();
+  FakeApplication& editor = applications.launch({.name = "Editor"});
+  applications.switchFront(editor);
+  applications.endAndTell(editor);
+  EXPECT_EQ(fake.idle.tasks.size(), 3u);
+  EXPECT_EQ(changes(), (Strings{"started", "front", "ended"}));
+}
+
+TEST_F(KTProcessCache, AnUnknownKindOfEventIsPostedWithTheChangeEmpty) {
+  processes.installNotifications();
+  applications.deliver(4);
+  EXPECT_EQ(changes(), Strings{""});
+  EXPECT_EQ(processes.applicationLaunchEndCount(), 0u);
+}
+
+TEST_F(KTProcessCache, LaunchesAndEndsAreCountedFrontSwitchesAreNot) {
+  processes.installNotifications();
+  FakeApplication& editor = applications.launch({.name = "Editor"});
+  EXPECT_EQ(processes.applicationLaunchEndCount(), 1u);
+  applications.switchFront(editor);
+  EXPECT_EQ(processes.applicationLaunchEndCount(), 1u);
+  applications.endAndTell(editor);
+  EXPECT_EQ(processes.applicationLaunchEndCount(), 2u);
+}
+
+TEST_F(KTProcessCache, TheObserverFindsAnEndedProcessGoneAlready) {
+  FakeApplication& editor = start("Editor");
+  object(editor);
+  bool wasGone = false;
+  const auto observation =
+      fake.notifications.addObserver(KTProcessChangeNotification, nullptr, [&](const Notification&) {
+        wasGone = processes.indexOfCachedProcessWithSerialNumber(editor.number) == KTProcessClass::kNotFound;
+      });
+  applications.endAndTell(editor);
+  fake.idle.becomeIdle();
+  EXPECT_TRUE(wasGone);
+}
+
+TEST_F(KTProcessCache, ABurstOf200LaunchesAndEndsLosesNoneAndLeavesNoObject) {
+  processes.installNotifications();
+  std::vector<FakeApplication*> all;
+  for (int i = 0; i < 200; ++i) {
+    all.push_back(&applications.launch({.name = "App"}));
+    object(*all.back());
+  }
+  for (FakeApplication* application : all) applications.endAndTell(*application);
+  EXPECT_EQ(fake.idle.tasks.size(), 400u);
+  const Strings heard = changes();
+  EXPECT_EQ(std::count(heard.begin(), heard.begin() + 200, "started"), 200);
+  EXPECT_EQ(std::count(heard.begin() + 200, heard.end(), "ended"), 200);
+  EXPECT_EQ(processes.applicationLaunchEndCount(), 400u);
+  EXPECT_TRUE(processes.cachedProcessesEnumerator()->empty());
+}
+
+TEST_F(KTProcessCache, AWalkIsNotDisturbedByApplicationsThatEndMeanwhile) {
+  std::vector<FakeApplication*> all;
+  for (int i = 0; i < 5; ++i) all.push_back(&start("App"));
+  int walked = 0;
+  for (const KTProcessPointer& process : processes.allProcesses()) {
+    for (FakeApplication* application : all) applications.endAndTell(*application);
+    EXPECT_EQ(process->isStillRunning(), process == processes.currentProcess());
+    ++walked;
+  }
+  EXPECT_EQ(walked, 6);
+}
+
+class KTProcessAccessibility : public KTProcessCache {
+ protected:
+  struct Heard {
+    KTProcessPointer process;
+    std::string event;
+    Text element;
+  };
+  std::vector<Heard> heard;
+  std::unique_ptr<Notifications::Observation> uiObservation = fake.notifications.addObserver(
+      KTProcessUINotification, nullptr, [this](const Notification& notification) {
+        const auto about = std::static_pointer_cast<const KTProcess>(notification.object);
+        const auto element = notification.element("element");
+        heard.push_back({std::const_pointer_cast<KTProcess>(about), notification.text("event")->bytes(),
+                         element ? element->reference() : *notification.text("element")});
+      });
+  FakeApplication& editor = start("Editor");
+  KTProcessPointer process = object(editor);
+  AccessibilityElementPointer window = std::make_shared<FakeAccessibilityElement>("window 1");
+};
+
+TEST_F(KTProcessAccessibility, WhatHappensBecomesANotificationAboutTheProcessWhenIdle) {
+  process->addAXNotification("AXWindowCreated");
+  fake.accessibility.happen("AXWindowCreated", window);
+  EXPECT_TRUE(heard.empty());
+  fake.idle.becomeIdle();
+  ASSERT_EQ(heard.size(), 1u);
+  EXPECT_EQ(heard[0].process, process);
+  EXPECT_EQ(heard[0].event, "AXWindowCreated");
+  EXPECT_EQ(heard[0].element, Text("window 1"));
+}
+
+TEST_F(KTProcessAccessibility, WithoutAnElementItsPlaceHoldsTheEmptyText) {
+  process->addAXNotification("AXWindowCreated");
+  fake.accessibility.happen("AXWindowCreated", nullptr);
+  fake.idle.becomeIdle();
+  ASSERT_EQ(heard.size(), 1u);
+  EXPECT_EQ(heard[0].element, Text());
+}
+
+TEST_F(KTProcessAccessibility, OneObserverServesAllNotificationsOfAProcess) {
+  process->addAXNotification("AXWindowCreated");
+  process->addAXNotification("AXValueChanged");
+  process->installAXObserver();
+  EXPECT_EQ(fake.accessibility.observers.size(), 1u);
+  EXPECT_EQ(fake.accessibility.elementsMade, 1);
+}
+
+TEST_F(KTProcessAccessibility, RemovingEndsOneNotificationAndNothingElse) {
+  process->removeAXNotification("AXWindowCreated");  // no observer yet: nothing happens
+  process->addAXNotification("AXWindowCreated");
+  process->addAXNotification("AXValueChanged");
+  process->removeAXNotification("AXWindowCreated");
+  fake.accessibility.happen("AXWindowCreated", window);
+  fake.accessibility.happen("AXValueChanged", window);
+  fake.idle.becomeIdle();
+  ASSERT_EQ(heard.size(), 1u);
+  EXPECT_EQ(heard[0].event, "AXValueChanged");
+  EXPECT_TRUE(fake.log.lines().empty());
+}
+
+TEST_F(KTProcessAccessibility, UnregisteringEndsAllAndTheNextAddStartsAnew) {
+  process->addAXNotification("AXWindowCreated");
+  process->unregisterAXNotifications();
+  EXPECT_TRUE(fake.accessibility.observers.empty());
+  process->unregisterAXNotifications();
+  process->addAXNotification("AXWindowCreated");
+  EXPECT_EQ(fake.accessibility.observers.size(), 1u);
+  EXPECT_EQ(fake.accessibility.elementsMade, 2);
+}
+
+TEST_F(KTProcessAccessibility, TheLastOwnerTakesTheObserverWithIt) {
+  process->addAXNotification("AXWindowCreated");
+  process = nullptr;
+  applications.end(editor);
+  processes.cleanupCache();
+  EXPECT_TRUE(fake.accessibility.observers.empty());
+}
+
+TEST_F(KTProcessAccessibility, ANotificationOnItsWayKeepsItsProcess) {
+  process->addAXNotification("AXWindowCreated");
+  fake.accessibility.happen("AXWindowCreated", window);
+  const KTProcess* address = process.get();
+  process = nullptr;
+  applications.end(editor);
+  processes.cleanupCache();
+  fake.idle.becomeIdle();
+  ASSERT_EQ(heard.size(), 1u);
+  EXPECT_EQ(heard[0].process.get(), address);
+}
+
+TEST_F(KTProcessAccessibility, AnApplicationElementThatCannotBeMadeIsLogged) {
+  fake.accessibility.elementFails = true;
+  process->installAXObserver();
+  EXPECT_EQ(fake.log.lines(), Strings{"AX Notifications: Could not create application object for Process "
+                                      "\"Editor\" (EDIT) 1.0"});
+  EXPECT_TRUE(fake.accessibility.observers.empty());
+}
+
+TEST_F(KTProcessAccessibility, AnObserverThatCannotBeMadeIsLoggedAndTheElementIsKept) {
+  fake.accessibility.observerFails = true;
+  process->installAXObserver();
+  EXPECT_EQ(fake.log.lines(),
+            Strings{"AX Notifications: Could not create observer for Process \"Editor\" (EDIT) 1.0"});
+  process->installAXObserver();
+  EXPECT_EQ(fake.accessibility.elementsMade, 1);
+  EXPECT_EQ(fake.log.lines().size(), 1u);
+}
+
+TEST_F(KTProcessAccessibility, ANotificationThatCannotBeAddedIsLogged) {
+  fake.accessibility.unknownNotifications.insert("AXNonsense");
+  process->addAXNotification("AXNonsense");
+  EXPECT_EQ(fake.log.lines(),
+            Strings{"AX Notifications: Could not add notification AXNonsense for Process \"Editor\" (EDIT) "
+                    "1.0"});
+  process->addAXNotification("AXWindowCreated");
+  fake.accessibility.happen("AXWindowCreated", window);
+  fake.idle.becomeIdle();
+  EXPECT_EQ(heard.size(), 1u);
+}
+
+}  // namespace
+}  // namespace halvorn

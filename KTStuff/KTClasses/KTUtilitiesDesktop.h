@@ -23,7 +23,7 @@
 #include "Platform/FileSystemInfo.h"
 #include "Platform/IdleTime.h"
 #include "Platform/Images.h"
-#include "Platform/InterfaceStyle.h"
+#include "Platform/InterfaceStyleSetting.h"
 #include "Platform/MainThread.h"
 #include "Platform/MenuBar.h"
 #include "Platform/Notifications.h"
@@ -38,7 +38,7 @@ struct KTUtilitiesDesktopServices {
   Pasteboard& pasteboard;
   MenuBar& menuBar;
   const Defaults& defaults;
-  InterfaceStyle& interfaceStyle;
+  InterfaceStyleSetting& interfaceStyle;
   IdleTime& idleTime;
   const FileSystemInfo& fileSystems;
   const ControlTint& controlTint;

@@ -12,7 +12,7 @@
 #include "Platform/FileSystemInfo.h"
 #include "Platform/IdleTime.h"
 #include "Platform/Images.h"
-#include "Platform/InterfaceStyle.h"
+#include "Platform/InterfaceStyleSetting.h"
 #include "Platform/LaunchContext.h"
 #include "Platform/MenuBar.h"
 #include "Platform/Pasteboard.h"
@@ -49,7 +49,7 @@ class FakeIdleTime : public IdleTime {
   std::optional<std::int64_t> nanoseconds;
 };
 
-class FakeInterfaceStyle : public InterfaceStyle {
+class FakeInterfaceStyleSetting : public InterfaceStyleSetting {
  public:
   OptionalText current() override { return style; }
   void installChangeHandler(std::function<void()> newHandler) override {

@@ -36,7 +36,7 @@ class KTUtilitiesDesktopTest : public testing::Test {
   FakePasteboard pasteboard;
   FakeMenuBar menuBar;
   FakeDefaults defaults;
-  FakeInterfaceStyle style;
+  FakeInterfaceStyleSetting style;
   FakeIdleTime idle;
   FakeFileSystemInfo fileSystems;
   FakeControlTint tint;

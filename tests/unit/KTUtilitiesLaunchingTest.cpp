@@ -27,7 +27,7 @@ class KTUtilitiesLaunchingTest : public testing::Test {
   FakePasteboard pasteboard;
   FakeMenuBar menuBar;
   FakeDefaults defaults;
-  FakeInterfaceStyle style;
+  FakeInterfaceStyleSetting style;
   FakeIdleTime idle;
   FakeFileSystemInfo fileSystems;
   FakeControlTint tint;

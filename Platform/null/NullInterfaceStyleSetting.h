@@ -1,11 +1,11 @@
 // The light style, for good.
 #pragma once
 
-#include "Platform/InterfaceStyle.h"
+#include "Platform/InterfaceStyleSetting.h"
 
 namespace halvorn {
 
-class NullInterfaceStyle : public InterfaceStyle {
+class NullInterfaceStyleSetting : public InterfaceStyleSetting {
  public:
   OptionalText current() override { return std::nullopt; }
   void installChangeHandler(std::function<void()>) override {}

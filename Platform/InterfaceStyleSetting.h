@@ -7,9 +7,9 @@
 
 namespace halvorn {
 
-class InterfaceStyle {
+class InterfaceStyleSetting {
  public:
-  virtual ~InterfaceStyle() = default;
+  virtual ~InterfaceStyleSetting() = default;
   // "Dark"; nullopt for the light style, and when the desktop does not tell. Read afresh at each call, which
   // never waits long. Thread: main.
   [[nodiscard]] virtual OptionalText current() = 0;

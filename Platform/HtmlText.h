@@ -4,6 +4,8 @@
 // Thread: any. Scripts are not run, and nothing is fetched.
 #pragma once
 
+#include <string_view>
+
 #include "Core/Text.h"
 
 namespace halvorn {
@@ -14,8 +16,8 @@ class HtmlVisitor {
   virtual ~HtmlVisitor() = default;
   // The name in lower case. Elements that the page leaves out or does not end are started and ended all the
   // same; every start has its end.
-  virtual void startElement(const Text& name) = 0;
-  virtual void endElement(const Text& name) = 0;
+  virtual void startElement(std::string_view name) = 0;
+  virtual void endElement(std::string_view name) = 0;
   // Text with its entities resolved, in pieces of any length. What scripts and style sheets consist of is not
   // text.
   virtual void characters(const Text& text) = 0;

@@ -9,22 +9,21 @@ namespace halvorn::StringExtensions {
 namespace {
 
 // Sorted.
-constexpr std::u16string_view kBlocks[] = {
-    u"address", u"article", u"aside", u"blockquote", u"body",    u"caption",  u"center",     u"dd",
-    u"details", u"dir",     u"div",   u"dl",         u"dt",      u"fieldset", u"figcaption", u"figure",
-    u"footer",  u"form",    u"h1",    u"h2",         u"h3",      u"h4",       u"h5",         u"h6",
-    u"header",  u"hr",      u"html",  u"legend",     u"li",      u"main",     u"menu",       u"nav",
-    u"ol",      u"option",  u"p",     u"pre",        u"section", u"summary",  u"table",      u"tbody",
-    u"tfoot",   u"thead",   u"tr",    u"ul"};
-constexpr std::u16string_view kHidden[] = {u"head", u"script", u"style", u"template", u"title"};
-constexpr std::u16string_view kPreformatted[] = {u"listing", u"plaintext", u"pre", u"textarea", u"xmp"};
+constexpr std::string_view kBlocks[] = {
+    "address", "article", "aside", "blockquote", "body",     "caption",    "center", "dd",     "details",
+    "dir",     "div",     "dl",    "dt",         "fieldset", "figcaption", "figure", "footer", "form",
+    "h1",      "h2",      "h3",    "h4",         "h5",       "h6",         "header", "hr",     "html",
+    "legend",  "li",      "main",  "men",        "nav",      "ol",         "option", "p",      "pre",
+    "section", "summary", "table", "tbody",      "tfoot",    "thead",      "tr",     "ul"};
+constexpr std::string_view kHidden[] = {"head", "script", "style", "template", "title"};
+constexpr std::string_view kPreformatted[] = {"listing", "plaintext", "pre", "textarea", "xmp"};
 static_assert(std::is_sorted(std::begin(kBlocks), std::end(kBlocks)));
 static_assert(std::is_sorted(std::begin(kHidden), std::end(kHidden)));
 static_assert(std::is_sorted(std::begin(kPreformatted), std::end(kPreformatted)));
 
 template <typename Names>
-bool isOneOf(const Text& name, const Names& names) {
-  return std::binary_search(std::begin(names), std::end(names), name.units());
+bool isOneOf(std::string_view name, const Names& names) {
+  return std::binary_search(std::begin(names), std::end(names), name);
 }
 
 // A no-break space is none of them.
@@ -36,7 +35,7 @@ constexpr bool isCollapsible(char16_t unit) {
 // none is left at the end.
 class PlainText : public HtmlVisitor {
  public:
-  void startElement(const Text& name) override {
+  void startElement(std::string_view name) override {
     if (isOneOf(name, kHidden)) ++hiddenDepth_;
     if (isOneOf(name, kBlocks)) endLine();
     if (isOneOf(name, kPreformatted)) {
@@ -47,7 +46,7 @@ class PlainText : public HtmlVisitor {
     if (name == "tr") isCellBefore_ = false;
     if (name == "td" || name == "th") beginCell();
   }
-  void endElement(const Text& name) override {
+  void endElement(std::string_view name) override {
     if (isOneOf(name, kBlocks)) endLine();
     if (isOneOf(name, kHidden) && hiddenDepth_ > 0) --hiddenDepth_;
     if (isOneOf(name, kPreformatted) && preformattedDepth_ > 0) --preformattedDepth_;

@@ -73,18 +73,41 @@ xmlSAXHandler makeHandler() {
   return handler;
 }
 
-// UTF-8 that the parser accepts in full: U+FFFD stands for lone surrogates and for U+0000, as browsers have
-// it.
+constexpr bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
+constexpr bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
+
+// What the parser would leave out: control characters, lone surrogates, U+FFFE and U+FFFF.
+constexpr bool isUnacceptable(char16_t unit) {
+  const bool isControl = unit < 0x20 && unit != u'\t' && unit != u'\n' && unit != u'\r';
+  return isControl || (unit & 0xF800) == 0xD800 || unit >= 0xFFFE;
+}
+
+bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
+// Whether a number follows the "&#" that the rest begins with; without one the parser would leave the "&#"
+// out.
+bool isNumberReference(std::u16string_view rest) {
+  const char16_t first = rest.size() > 2 ? rest[2] : u' ';
+  if (first != u'x' && first != u'X') return isDigit(first);
+  const char16_t second = rest.size() > 3 ? rest[3] : u' ';
+  const char16_t lower = static_cast<char16_t>(second | 0x20);
+  return isDigit(second) || (lower >= u'a' && lower <= u'f');
+}
+
+// UTF-8 that the parser accepts in full, so that no text is lost. U+FFFD stands for what it would leave out.
 std::string parseable(const Text& html) {
-  std::u16string units(html.units());
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    const bool isHigh = (units[i] & 0xFC00) == 0xD800;
-    const bool isPair = isHigh && i + 1 < units.size() && (units[i + 1] & 0xFC00) == 0xDC00;
-    if (isPair) {
-      ++i;
-    } else if (units[i] == 0 || (units[i] & 0xF800) == 0xD800) {
-      units[i] = u'\uFFFD';
+  const std::u16string_view source = html.units();
+  std::u16string units;
+  units.reserve(source.size() + source.size() / 8);
+  for (std::size_t i = 0; i < source.size(); ++i) {
+    const char16_t unit = source[i];
+    if (isHighSurrogate(unit) && i + 1 < source.size() && isLowSurrogate(source[i + 1])) {
+      units.append(source, i++, 2);
+      continue;
     }
+    units.push_back(isUnacceptable(unit) ? u'\uFFFD' : unit);
+    const bool isReference = unit == u'&' && source.substr(i + 1, 1) == u"#";
+    if (isReference && !isNumberReference(source.substr(i))) units.append(u"amp;");
   }
   return Text(std::move(units)).bytes();
 }

@@ -1,16 +1,17 @@
 #include "Platform/linux/ui/ActionButton.h"
 
+#include <QFocusEvent>
 #include <QPainter>
-#include <QStyleOptionButton>
-#include <QStylePainter>
 #include <algorithm>
 
 namespace halvorn {
 namespace {
 
-constexpr int kLeastWidth = 92;
-constexpr int kLeastHeight = 30;
-constexpr int kRoundSide = 28;
+// The ring of the keyboard's place lies outside the face, 3 points wide with its gap.
+constexpr int kLeastWidth = 102;
+constexpr int kLeastHeight = 36;
+constexpr int kRoundSide = 34;
+constexpr qreal kRadius = 8.0;
 
 }  // namespace
 
@@ -28,40 +29,54 @@ void ActionButton::setTitle(const QString& title) {
 QSize ActionButton::sizeHint() const {
   if (shape_ == Shape::Round) return {kRoundSide, kRoundSide};
   const QFontMetrics metrics(font());
-  return {std::max(kLeastWidth, metrics.horizontalAdvance(text()) + 32),
-          std::max(kLeastHeight, metrics.height() + 12)};
+  return {std::max(kLeastWidth, metrics.horizontalAdvance(title_) + 42),
+          std::max(kLeastHeight, metrics.height() + 18)};
+}
+
+void ActionButton::focusInEvent(QFocusEvent* event) {
+  const Qt::FocusReason reason = event->reason();
+  showsFocus_ =
+      reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+  QPushButton::focusInEvent(event);
+}
+
+ActionButton::Colours ActionButton::colours() const {
+  const QPalette& tones = palette();
+  const bool stands = isDefault() && isEnabled();
+  Colours found = {tones.color(stands ? QPalette::Highlight : QPalette::Button),
+                   tones.color(stands ? QPalette::Highlight : QPalette::Mid),
+                   tones.color(stands ? QPalette::HighlightedText : QPalette::ButtonText)};
+  const bool dark = tones.color(QPalette::Window).lightness() < 128;
+  if (isDown()) {
+    found.face = found.face.darker(dark ? 125 : 112);
+  } else if (underMouse() && isEnabled()) {
+    found.face = dark ? found.face.lighter(115) : found.face.darker(stands ? 108 : 104);
+  }
+  if (!isEnabled()) found.face.setAlphaF(0.5F);
+  return found;
 }
 
 void ActionButton::paintEvent(QPaintEvent*) {
-  if (shape_ == Shape::Round) {
-    paintRound();
-    return;
-  }
-  QStyleOptionButton option;
-  initStyleOption(&option);
-  if (isDefault() && isEnabled()) {
-    option.palette.setColor(QPalette::Button, option.palette.color(QPalette::Highlight));
-    option.palette.setColor(QPalette::ButtonText, option.palette.color(QPalette::HighlightedText));
-  }
-  QStylePainter(this).drawControl(QStyle::CE_PushButton, option);
-}
-
-void ActionButton::paintRound() {
+  const Colours tones = colours();
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  QColor face = palette().color(QPalette::Button);
-  if (isDown()) {
-    face = face.darker(115);
-  } else if (underMouse() && isEnabled()) {
-    face = face.lighter(105);
+  QRectF frame = rect();
+  if (shape_ == Shape::Round) {
+    const qreal side = std::min(frame.width(), frame.height());
+    frame = QRectF(frame.center() - QPointF(side, side) / 2.0, QSizeF(side, side));
   }
-  const bool ring = hasFocus();
-  painter.setPen(QPen(palette().color(ring ? QPalette::Highlight : QPalette::Mid), ring ? 2.0 : 1.0));
-  painter.setBrush(face);
-  const qreal side = std::min(width(), height()) - 2.0;
-  painter.drawEllipse(QRectF((width() - side) / 2.0, (height() - side) / 2.0, side, side));
-  painter.setPen(palette().color(QPalette::ButtonText));
-  painter.drawText(rect(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
+  const qreal radius = shape_ == Shape::Round ? frame.height() / 2.0 : kRadius;
+  if (showsFocus_ && hasFocus()) {
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2.0));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(frame.adjusted(1, 1, -1, -1), radius, radius);
+  }
+  const QRectF face = frame.adjusted(3.5, 3.5, -3.5, -3.5);
+  painter.setPen(QPen(tones.edge, 1.0));
+  painter.setBrush(tones.face);
+  painter.drawRoundedRect(face, std::max(radius - 2.5, 0.0), std::max(radius - 2.5, 0.0));
+  painter.setPen(tones.text);
+  painter.drawText(face, Qt::AlignCenter | Qt::TextHideMnemonic, text());
 }
 
 }  // namespace halvorn

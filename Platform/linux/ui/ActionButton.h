@@ -1,6 +1,7 @@
 // A push button; the default one stands out in the highlight colour. A round one is the "?" of a help button.
 #pragma once
 
+#include <QColor>
 #include <QPushButton>
 
 namespace halvorn {
@@ -19,12 +20,17 @@ class ActionButton : public QPushButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
 
  private:
-  void paintRound();
+  struct Colours {
+    QColor face, edge, text;
+  };
+  [[nodiscard]] Colours colours() const;
 
   Shape shape_;
   QString title_;
+  bool showsFocus_ = false;  // the keyboard came here by a key
 };
 
 }  // namespace halvorn

@@ -54,9 +54,9 @@ void DocumentView::showDocument(std::unique_ptr<QTextDocument> document) {
   QTextDocument* shown = document ? document.release() : new QTextDocument;
   shown->setParent(this);
   shown->setDocumentMargin(kMargin);
-  QTextDocument* before = this->document();
   setDocument(shown);
-  if (before != nullptr && before->parent() == this) before->deleteLater();
+  delete shown_;  // the one before; the toolkit deletes only the document that the view was made with
+  shown_ = shown;
   moveCursor(QTextCursor::Start);
 }
 

@@ -1,8 +1,11 @@
 // Shows a document to be read. Nothing it names is loaded; a link does nothing but call `openLink`.
 #pragma once
 
+#include <QPointer>
+#include <QTextDocument>
 #include <QTextEdit>
 #include <functional>
+#include <memory>
 
 namespace halvorn {
 
@@ -26,6 +29,7 @@ class DocumentView : public QTextEdit {
   void follow(const QString& address);
   bool selectLink(bool next);
 
+  QPointer<QTextDocument> shown_;
   QString pressedLink_;
 };
 

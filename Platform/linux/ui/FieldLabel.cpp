@@ -10,7 +10,7 @@ namespace halvorn {
 FieldLabel::FieldLabel(QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
-  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
 }
@@ -26,7 +26,7 @@ FieldLabel::Lines FieldLabel::linesFor(int width) const {
   Lines lines;
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  option.setTextDirection(layoutDirection());
+  option.setTextDirection(leftToRightText_ ? Qt::LeftToRight : layoutDirection());
   const QFontMetrics metrics(font());
   const QStringList paragraphs = text().split(u'\n');
   for (qsizetype i = 0; i < paragraphs.size(); ++i) {
@@ -55,10 +55,11 @@ FieldLabel::Lines FieldLabel::linesFor(int width) const {
   return lines;
 }
 
+int FieldLabel::lineHeight() const { return static_cast<int>(fontMetrics().height() * 1.2 + 0.5); }
+
 int FieldLabel::heightForWidth(int width) const {
   if (text().isEmpty()) return 0;
-  const QFontMetrics metrics(font());
-  return static_cast<int>(linesFor(std::max(width, 1)).texts.size()) * metrics.lineSpacing();
+  return static_cast<int>(linesFor(std::max(width, 1)).texts.size()) * lineHeight();
 }
 
 QSize FieldLabel::sizeHint() const {
@@ -73,8 +74,7 @@ QSize FieldLabel::sizeHint() const {
 
 QSize FieldLabel::minimumSizeHint() const {
   if (text().isEmpty()) return {0, 0};
-  const QFontMetrics metrics(font());
-  return {metrics.averageCharWidth() * 8, metrics.lineSpacing()};
+  return {fontMetrics().averageCharWidth() * 8, lineHeight()};
 }
 
 void FieldLabel::resizeEvent(QResizeEvent* event) {
@@ -89,10 +89,12 @@ void FieldLabel::paintEvent(QPaintEvent*) {
   painter.setLayoutDirection(layoutDirection());
   const Qt::Alignment leading =
       QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading | Qt::AlignVCenter);
-  const int height = fontMetrics().lineSpacing();
+  const int direction = leftToRightText_ ? Qt::TextForceLeftToRight : 0;
+  const int height = lineHeight();
   int y = 0;
   for (const QString& line : linesFor(width()).texts) {
-    painter.drawText(QRect(0, y, width(), height), static_cast<int>(leading) | Qt::TextSingleLine, line);
+    painter.drawText(QRect(0, y, width(), height), static_cast<int>(leading) | Qt::TextSingleLine | direction,
+                     line);
     y += height;
   }
 }

@@ -13,6 +13,8 @@ class FieldLabel : public QLabel {
 
   void setFieldText(const QString& text);
   void setMaximumLines(int lines) { maximumLines_ = lines; }
+  // For paths: they read from left to right in every language.
+  void setLeftToRightText(bool leftToRight) { leftToRightText_ = leftToRight; }
 
   [[nodiscard]] bool hasHeightForWidth() const override { return true; }
   [[nodiscard]] int heightForWidth(int width) const override;
@@ -30,8 +32,10 @@ class FieldLabel : public QLabel {
     bool cut = false;
   };
   [[nodiscard]] Lines linesFor(int width) const;
+  [[nodiscard]] int lineHeight() const;
 
   int maximumLines_ = 10;
+  bool leftToRightText_ = false;
 };
 
 }  // namespace halvorn

@@ -133,8 +133,8 @@ void Reader::readPage(QTabWidget* tabs) {
   auto* layout = new QVBoxLayout(page);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  const int index = tabs->addTab(page, localized("title"));
-  window_->setPageFocus(index, value("focus"));
+  tabs->addTab(page, localized("title"));
+  window_->addPage(page, value("focus"));
   readChildren(layout);
 }
 
@@ -144,19 +144,23 @@ void Reader::readTextField(QBoxLayout* into) {
   const QString style = value("style");
   QFont font = field->font();
   if (style == u"title") {
-    font.setPointSizeF(font.pointSizeF() * 1.7);
+    font.setPointSizeF(font.pointSizeF() * 1.8);
     font.setWeight(QFont::DemiBold);
+  } else if (style == u"lead") {
+    font.setPointSizeF(font.pointSizeF() * 1.15);
   } else if (style == u"caption") {
     font.setPointSizeF(font.pointSizeF() * 0.9);
     field->setForegroundRole(QPalette::PlaceholderText);
   } else if (style == u"secondary") {
     field->setForegroundRole(QPalette::PlaceholderText);
+  } else if (style == u"path") {
+    field->setLeftToRightText(true);
   } else if (style == u"emphasized") {
     font.setWeight(QFont::DemiBold);
   } else if (!style.isEmpty()) {
     return fail(QStringLiteral("unknown style %1").arg(style));
   }
-  if (!style.isEmpty() && style != u"secondary") field->setFont(font);
+  if (font != field->font()) field->setFont(font);
   field->setMaximumLines(number("lines", 10));
   field->setFieldText(localized("text"));
   registerWidget(field);

@@ -25,6 +25,11 @@ QList<QWidget*> WindowWidget::followersOf(const QWidget* widget) const {
   return followers_.values(widget->objectName());
 }
 
+void WindowWidget::addPage(QWidget* page, const QString& focusId) {
+  pageFocus_.insert(static_cast<int>(pages_.size()), focusId);
+  pages_ << page;
+}
+
 void WindowWidget::focusPage(int page) {
   page_ = page;
   if (QWidget* first = find<QWidget>(pageFocus_.value(page))) first->setFocus(Qt::OtherFocusReason);
@@ -37,10 +42,16 @@ void WindowWidget::restoreFocus() {
 }
 
 void WindowWidget::fitTexts() {
-  if (layout() == nullptr) return;
+  if (layout() == nullptr || pages_.isEmpty()) return;
   layout()->activate();
-  const int needed = std::min(layout()->totalHeightForWidth(width()), screen()->availableGeometry().height());
-  if (needed > height()) resize(width(), needed);
+  // All pages, so that the window does not jump when another one is chosen.
+  int missing = 0;
+  const QWidget* tabs = find<QWidget>(QStringLiteral("tabView"));
+  for (const QWidget* page : pages_) {
+    missing = std::max(missing, page->layout()->totalHeightForWidth(width()) - tabs->height());
+  }
+  const int most = screen()->availableGeometry().height();
+  if (missing > 0) resize(width(), std::min(height() + missing, most));
 }
 
 void WindowWidget::keyPressEvent(QKeyEvent* event) {

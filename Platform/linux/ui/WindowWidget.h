@@ -26,14 +26,14 @@ class WindowWidget : public QWidget {
 
   // The button that Return or Escape presses.
   void setKeyButton(Qt::Key key, QAbstractButton* button);
-  // The widget that has the keyboard when the page is chosen.
-  void setPageFocus(int page, const QString& id) { pageFocus_.insert(page, id); }
+  // The next page of the tab view, and the id of what has the keyboard when it is chosen.
+  void addPage(QWidget* page, const QString& focusId);
   void focusPage(int page);
   // The caption is shown when the view of that id is.
   void addFollower(const QString& id, QWidget* caption) { followers_.insert(id, caption); }
   [[nodiscard]] QList<QWidget*> followersOf(const QWidget* widget) const;
 
-  // Makes the window as high as its texts need at its width.
+  // Makes the window higher where its texts need that, as far as the screen goes.
   void fitTexts();
   // Gives the keyboard back to the page's first control when nothing has it (its control was disabled or
   // hidden).
@@ -51,6 +51,7 @@ class WindowWidget : public QWidget {
  private:
   QHash<QString, QWidget*> widgets_;
   QMultiHash<QString, QWidget*> followers_;
+  QList<QWidget*> pages_;
   QHash<int, QString> pageFocus_;
   QPointer<QAbstractButton> returnButton_;
   QPointer<QAbstractButton> escapeButton_;

@@ -1,0 +1,27 @@
+// The color-scheme setting of the desktop portal, now and whenever it changes.
+#pragma once
+
+#include <QDBusMessage>
+#include <QObject>
+#include <functional>
+
+namespace halvorn {
+
+class ColorSchemeWatch : public QObject {
+  Q_OBJECT
+
+ public:
+  // Asks and returns; `report` is called on this thread with every answer. Without a session bus or a portal
+  // nothing is ever reported.
+  explicit ColorSchemeWatch(std::function<void(bool prefersDark)> report);
+
+ private Q_SLOTS:
+  void settingChanged(const QDBusMessage& message);
+
+ private:
+  void take(const QVariant& value);
+
+  std::function<void(bool)> report_;
+};
+
+}  // namespace halvorn

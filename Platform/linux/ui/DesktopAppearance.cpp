@@ -1,0 +1,30 @@
+#include "Platform/linux/ui/DesktopAppearance.h"
+
+#include <QApplication>
+
+#include "Platform/linux/ui/ColorSchemeWatch.h"
+#include "Platform/linux/ui/Palettes.h"
+
+namespace halvorn {
+
+DesktopAppearance::DesktopAppearance(std::optional<InterfaceStyle> fixed) {
+  use(fixed.value_or(InterfaceStyle::Light));
+  if (fixed) return;
+  watch_ = std::make_unique<ColorSchemeWatch>([this](bool prefersDark) {
+    const InterfaceStyle wanted = prefersDark ? InterfaceStyle::Dark : InterfaceStyle::Light;
+    if (wanted == style_) return;
+    use(wanted);
+    if (changed) changed();
+  });
+}
+
+DesktopAppearance::~DesktopAppearance() = default;
+
+InterfaceStyle DesktopAppearance::style() const { return style_; }
+
+void DesktopAppearance::use(InterfaceStyle style) {
+  style_ = style;
+  QApplication::setPalette(paletteFor(style == InterfaceStyle::Dark ? Look::Dark : Look::Light));
+}
+
+}  // namespace halvorn

@@ -11,12 +11,22 @@
 #include "Platform/posix/XdgTrash.h"
 #include "train/InstallFunction.h"
 #include "train/InstallRights.h"
+#include "train/PrivilegedProcess.h"
 
 int main(int argumentCount, char** arguments) {
   using namespace halvorn;
   constexpr int usageStatus = 64;
+  const ProcessStart start = secureProcess();
+  if (start == ProcessStart::Unsafe) {
+    std::fputs("train: not started in a safe way\n", stderr);
+    return usageStatus;
+  }
   if (argumentCount < 3 || argumentCount > 4) {
     std::fputs("usage: train source destination [wrapper]\n", stderr);
+    return usageStatus;
+  }
+  if (start == ProcessStart::Privileged && !arePlainPaths(arguments + 1)) {
+    std::fputs("train: with administrator rights, paths are absolute and without \"..\"\n", stderr);
     return usageStatus;
   }
   const auto rights = installRights();

@@ -86,10 +86,13 @@ bool XdgTrash::moveAndHandOver(FileDescriptor trash, const ItemPlace& item, cons
   if (!trash) return false;
   const auto folder = TrashFolder::open(std::move(trash), owner_);
   if (!folder) return false;
-  const TrashFolder::Moved moved = folder->move(item, path, clock_.now());
-  if (moved.outcome != TrashFolder::Outcome::Moved) return false;
+  // Held fast before it comes to where the person can put something else in its place.
+  const FileDescriptor pinned(retried([&] {
+    return ::openat(item.folder.get(), item.name.c_str(), SystemCalls::openPath | O_NOFOLLOW | O_CLOEXEC);
+  }));
+  if (folder->move(item, path, clock_.now()).outcome != TrashFolder::Outcome::Moved) return false;
   // It is in the Trash now; a file that cannot be handed over does not bring it back.
-  if (owner_.user != ::geteuid()) (void)giveTree(folder->files(), moved.name, owner_);
+  if (owner_.user != ::geteuid() && pinned) (void)giveTree(item.folder.get(), pinned.get(), owner_);
   return true;
 }
 
@@ -132,7 +135,10 @@ FileDescriptor XdgTrash::ownTrash(int top) const {
   // The person may not make it, so the administrator does.
   if (owner_.user == ::geteuid() || ::mkdirat(top, name.c_str(), S_IRWXU) != 0) return {};
   FileDescriptor folder = openOwn();
-  if (!folder || ::fchown(folder.get(), owner_.user, owner_.group) != 0) return {};
+  // Where others may write, what stands there need not be what was made.
+  struct stat facts {};
+  if (!folder || ::fstat(folder.get(), &facts) != 0 || facts.st_uid != ::geteuid()) return {};
+  if (::fchown(folder.get(), owner_.user, owner_.group) != 0) return {};
   return folder;
 }
 

@@ -2,16 +2,23 @@
 
 #include <unistd.h>
 
+#include <memory>
+
 namespace halvorn {
 
 std::optional<InstallRights> installRights() {
-  InstallRights rights{.files = {}, .trashOwner = personOfThisProcess()};
+  InstallRights rights;
+  rights.trashOwner = personOfThisProcess();
   if (::geteuid() != 0) return rights;
   const Requester requester = requesterOfAdministratorRights();
   if (requester.isUnknown) return std::nullopt;
-  rights.files = {
-      .links = LinksInTheWay::Refused, .readAs = requester.person, .ownership = Ownership::ThisProcess};
-  if (requester.person) rights.trashOwner = *requester.person;
+  rights.files.links = LinksInTheWay::Refused;
+  rights.files.pins = std::make_shared<FolderPins>();
+  rights.files.ownership = Ownership::ThisProcess;
+  if (requester.person) {
+    rights.files.readAs = requester.person;
+    rights.trashOwner = *requester.person;
+  }
   return rights;
 }
 

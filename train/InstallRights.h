@@ -9,8 +9,8 @@
 namespace halvorn {
 
 struct InstallRights {
-  FileRules files;
-  Person trashOwner;
+  FileRules files = {};
+  Person trashOwner = {};
 };
 
 // Started by an ordinary user: that user's rights for everything. With administrator rights: links in the way

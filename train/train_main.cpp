@@ -37,7 +37,7 @@ int main(int argumentCount, char** arguments) {
   PosixClock clock;
   const StandardErrorLog log(clock, "train");
   PosixFileManager files(rights->files);
-  XdgTrash trash(clock, rights->trashOwner, rights->files.links);
+  XdgTrash trash(clock, rights->trashOwner, rights->files.links, rights->files.pins);
   SilentFileChangeNotices notices;
   const auto wrapper = argumentCount == 4 ? OptionalText(arguments[3]) : std::nullopt;
   return InstallApplication({files, trash, notices, log}, arguments[1], arguments[2], wrapper);

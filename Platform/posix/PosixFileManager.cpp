@@ -46,8 +46,9 @@ std::optional<std::string> readRegularFile(const std::string& path, std::size_t 
   return std::nullopt;
 }
 
-std::optional<std::vector<Text>> listFolder(const std::string& path) {
-  FileDescriptor folder(retried([&] { return ::open(path.c_str(), openToRead | O_DIRECTORY); }));
+std::optional<std::vector<Text>> listFolder(const std::string& path, LinksInTheWay links) {
+  const FileDescriptor named = openFolder(path, links);
+  FileDescriptor folder(retried([&] { return ::openat(named.get(), ".", openToRead | O_DIRECTORY); }));
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(folder ? ::fdopendir(folder.get()) : nullptr, ::closedir);
   if (stream == nullptr) return std::nullopt;
   (void)folder.release();
@@ -96,7 +97,15 @@ PosixFileManager::PosixFileManager(FileRules rules) : rules_(std::move(rules)) {
 std::optional<ItemPlace> PosixFileManager::placeToRead(const Text& path) const {
   const RightsOf rights(reader());
   // What the reader may read, the reader may also reach through links.
-  return rights.holds() ? placeOf(path, LinksInTheWay::Followed) : std::nullopt;
+  return rights.holds() ? placeOf(path, linksToRead()) : std::nullopt;
+}
+
+LinksInTheWay PosixFileManager::linksToRead() const {
+  return reader() != nullptr ? LinksInTheWay::FollowedOnDisk : LinksInTheWay::Followed;
+}
+
+std::optional<ItemPlace> PosixFileManager::placeToWrite(const Text& path) const {
+  return rules_.pins ? placeOf(path, *rules_.pins) : placeOf(path, rules_.links);
 }
 
 bool PosixFileManager::fileExists(const Text& path) const {
@@ -127,7 +136,7 @@ std::optional<std::vector<Text>> PosixFileManager::contentsOfDirectory(const Tex
     const auto bytes = systemPath(path);
     const RightsOf rights(reader());
     if (!bytes || !rights.holds()) return std::nullopt;
-    return listFolder(*bytes);
+    return listFolder(*bytes, linksToRead());
   });
 }
 
@@ -151,7 +160,7 @@ bool PosixFileManager::isInside(const Text& path, const Text& folder) const {
 bool PosixFileManager::copyItem(const Text& from, const Text& to) {
   return orFailure([&] {
     const auto source = placeToRead(from);
-    const auto target = placeOf(to, rules_.links);
+    const auto target = placeToWrite(to);
     if (!source || !target) return false;
     const auto parent =
         ItemPlace{.folder = FileDescriptor(::fcntl(target->folder.get(), F_DUPFD_CLOEXEC, 0)), .name = "."};
@@ -162,7 +171,7 @@ bool PosixFileManager::copyItem(const Text& from, const Text& to) {
 
 bool PosixFileManager::removeItem(const Text& path) {
   return orFailure([&] {
-    const auto place = placeOf(path, rules_.links);
+    const auto place = placeToWrite(path);
     return place && removeTree(*place);
   });
 }
@@ -177,7 +186,7 @@ bool PosixFileManager::opensForReadingAndWriting(const Text& path) const {
 
 bool PosixFileManager::createEmptyFile(const Text& path) {
   return orFailure([&] {
-    const auto place = placeOf(path, rules_.links);
+    const auto place = placeToWrite(path);
     if (!place) return false;
     const int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
     return static_cast<bool>(FileDescriptor(retried(

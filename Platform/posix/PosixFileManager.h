@@ -1,6 +1,7 @@
 // The file system through the system's own calls.
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include "Platform/FileManager.h"
@@ -14,6 +15,8 @@ namespace halvorn {
 struct FileRules {
   // Links among the folders of a path that is written to.
   LinksInTheWay links = LinksInTheWay::Followed;
+  // Holds the folders that are written to, which also refuses links; null: each path is looked up anew.
+  std::shared_ptr<FolderPins> pins = nullptr;
   // Whoever's rights decide what can be read: listed, or copied from. nullopt: this process' own.
   std::optional<Person> readAs = std::nullopt;
   Ownership ownership = Ownership::Kept;
@@ -36,7 +39,9 @@ class PosixFileManager : public FileManager {
 
  private:
   [[nodiscard]] const Person* reader() const { return rules_.readAs ? &*rules_.readAs : nullptr; }
+  [[nodiscard]] LinksInTheWay linksToRead() const;
   [[nodiscard]] std::optional<ItemPlace> placeToRead(const Text& path) const;
+  [[nodiscard]] std::optional<ItemPlace> placeToWrite(const Text& path) const;
 
   FileRules rules_;
 };

@@ -2,29 +2,44 @@
 
 #include <limits.h>
 #include <stdio.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #ifdef __linux__
+#include <linux/fs.h>
 #include <linux/openat2.h>
 #endif
 
 namespace halvorn::SystemCalls {
 
-std::optional<FileDescriptor> openWithoutLinks(const std::string& path, int flags) {
+std::optional<FileDescriptor> openResolving(int folder, const std::string& path, int flags,
+                                            Resolution resolution) {
 #ifdef SYS_openat2
   open_how how{};
   how.flags = static_cast<decltype(how.flags)>(flags);
-  how.resolve = RESOLVE_NO_SYMLINKS;
-  const long result =
-      retried([&] { return ::syscall(SYS_openat2, AT_FDCWD, path.c_str(), &how, sizeof how); });
+  switch (resolution) {
+    case Resolution::WithoutLinks:
+      how.resolve = RESOLVE_NO_SYMLINKS;
+      break;
+    case Resolution::BeneathWithoutLinks:
+      how.resolve = RESOLVE_NO_SYMLINKS | RESOLVE_BENEATH;
+      break;
+    case Resolution::WithoutProcessLinks:
+      how.resolve = RESOLVE_NO_MAGICLINKS;
+      break;
+  }
+  const long result = retried([&] { return ::syscall(SYS_openat2, folder, path.c_str(), &how, sizeof how); });
   // Some sandboxes forbid the call; the caller then walks by itself.
   if (result < 0 && (errno == ENOSYS || errno == EPERM || errno == EAGAIN)) return std::nullopt;
   return FileDescriptor(static_cast<int>(result));
 #else
+  (void)folder;
   (void)path;
   (void)flags;
+  (void)resolution;
   return std::nullopt;
 #endif
 }
@@ -93,6 +108,52 @@ bool changeOwner(int item, uid_t user, gid_t group) {
   return ::fchownat(item, "", user, group, AT_EMPTY_PATH) == 0;
 #else
   return ::fchown(item, user, group) == 0;
+#endif
+}
+
+ssize_t readEntries(int folder, char* buffer, std::size_t room) {
+#ifdef __linux__
+  return retried([&] { return ::syscall(SYS_getdents64, folder, buffer, room); });
+#else
+  long position = 0;
+  return retried([&] { return ::getdirentries(folder, buffer, static_cast<int>(room), &position); });
+#endif
+}
+
+ssize_t readIfInMemory(int file, char* buffer, std::size_t count, off_t offset) {
+#ifdef RWF_NOWAIT
+  const iovec piece{.iov_base = buffer, .iov_len = count};
+  return retried([&] { return ::preadv2(file, &piece, 1, offset, RWF_NOWAIT); });
+#else
+  (void)file, (void)buffer, (void)count, (void)offset;
+  return -1;
+#endif
+}
+
+void fetchAhead(int file, off_t start, off_t count) {
+#ifdef __linux__
+  (void)::posix_fadvise(file, start, count, POSIX_FADV_WILLNEED);
+#else
+  (void)file, (void)start, (void)count;
+#endif
+}
+
+bool clone(int source, int target) {
+#ifdef FICLONE
+  return ::ioctl(target, FICLONE, source) == 0;
+#else
+  (void)source, (void)target;
+  return false;
+#endif
+}
+
+bool reserve(int file, off_t size) {
+#ifdef __linux__
+  if (retried([&] { return ::fallocate(file, 0, 0, size); }) == 0) return true;
+  return errno != ENOSPC && errno != EDQUOT && errno != EFBIG && errno != EIO;
+#else
+  (void)file, (void)size;
+  return true;
 #endif
 }
 

@@ -1,6 +1,7 @@
 // The calls that one kernel has and another has not, each with an answer for "not here".
 #pragma once
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/types.h>
 
@@ -18,8 +19,16 @@ inline constexpr int openPath = O_PATH;
 inline constexpr int openPath = O_RDONLY;
 #endif
 
-// Opens the absolute path when no component of it is a link. nullopt: this kernel cannot; empty: it refused.
-[[nodiscard]] std::optional<FileDescriptor> openWithoutLinks(const std::string& path, int flags);
+// How a path is resolved in one call of the kernel.
+enum class Resolution {
+  WithoutLinks,         // no component may be a link
+  BeneathWithoutLinks,  // and nothing leads out of the folder it starts from
+  WithoutProcessLinks,  // links are followed, those of the process table that stand for open files apart
+};
+
+// Opens the path, from `folder` when it is relative. nullopt: this kernel cannot; empty: it refused.
+[[nodiscard]] std::optional<FileDescriptor> openResolving(int folder, const std::string& path, int flags,
+                                                          Resolution resolution);
 
 // Renames unless something has the new name. Returns 0 or the error number, EEXIST for the new name being
 // taken.
@@ -36,5 +45,26 @@ inline constexpr int openPath = O_RDONLY;
 
 // Changes the owner of what was opened, also of a link or when only opened to name it.
 [[nodiscard]] bool changeOwner(int item, uid_t user, gid_t group);
+
+// What readEntries fills the buffer with, one after the other.
+#ifdef __linux__
+using EntryRecord = dirent64;
+#else
+using EntryRecord = dirent;
+#endif
+// The next entries of the open folder. Returns the bytes used, 0 at the end, -1 on failure.
+[[nodiscard]] ssize_t readEntries(int folder, char* buffer, std::size_t room);
+
+// Reads without waiting for a disk. Returns what was there, which may be less than wanted; -1 when nothing
+// was, or when this system cannot say.
+[[nodiscard]] ssize_t readIfInMemory(int file, char* buffer, std::size_t count, off_t offset);
+// Asks for bytes that will be read soon.
+void fetchAhead(int file, off_t start, off_t count);
+
+// Lets the new, empty file share the original's blocks. False when the file systems cannot.
+[[nodiscard]] bool clone(int source, int target);
+// Finds room for so many bytes in a new file, where the file system can. Fails: false when there is not
+// enough room.
+[[nodiscard]] bool reserve(int file, off_t size);
 
 }  // namespace halvorn::SystemCalls

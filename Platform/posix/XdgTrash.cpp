@@ -55,13 +55,14 @@ bool isOwnedBy(int folder, const Person& person) {
 
 }  // namespace
 
-XdgTrash::XdgTrash(const Clock& clock, Person owner, LinksInTheWay links)
-    : clock_(clock), owner_(std::move(owner)), links_(links) {}
+XdgTrash::XdgTrash(const Clock& clock, Person owner, LinksInTheWay links, std::shared_ptr<FolderPins> pins)
+    : clock_(clock), owner_(std::move(owner)), links_(links), pins_(std::move(pins)) {}
 
 bool XdgTrash::recycle(const Text& sourceFolder, const std::vector<Text>& names) {
   bool all = true;
   for (const Text& name : names) {
-    const auto item = placeOf(sourceFolder + "/" + name, links_);
+    const Text path = sourceFolder + "/" + name;
+    const auto item = pins_ ? placeOf(path, *pins_) : placeOf(path, links_);
     if (!item || item->name != name.bytes() || !recycleItem(*item)) all = false;
   }
   return all;

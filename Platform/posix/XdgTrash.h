@@ -9,6 +9,7 @@
 // that person, so that it can be restored and emptied.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,7 +23,7 @@ namespace halvorn {
 
 class XdgTrash : public Trash {
  public:
-  XdgTrash(const Clock& clock, Person owner, LinksInTheWay links);
+  XdgTrash(const Clock& clock, Person owner, LinksInTheWay links, std::shared_ptr<FolderPins> pins = nullptr);
 
   bool recycle(const Text& sourceFolder, const std::vector<Text>& names) override;
 
@@ -37,6 +38,7 @@ class XdgTrash : public Trash {
   const Clock& clock_;
   Person owner_;
   LinksInTheWay links_;
+  std::shared_ptr<FolderPins> pins_;
 };
 
 }  // namespace halvorn

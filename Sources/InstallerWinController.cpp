@@ -100,7 +100,7 @@ void InstallerWinController::animateProgress(Animate animate) {
   outlets_.progressIndicator.startAnimation();
   const Text name = arguments_.text(KTInstallerKeyProductName).value_or(Text());
   services_.completion.screenReader.announce(
-      format(services_.startup.strings.localized("Installing %@"), name));
+      format(services_.startup.strings.localized("%@ is being installed."), name));
 }
 
 void InstallerWinController::installationFinished(const InstallOutcome& outcome) {

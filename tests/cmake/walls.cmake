@@ -15,3 +15,8 @@ if(NOT KT_SANITIZE)
     ${CMAKE_CXX_COMPILER} ${CMAKE_SOURCE_DIR} -fPIC ${flags})
   set_tests_properties(Walls.EveryHeaderCompilesAlone PROPERTIES LABELS "unit;core" TIMEOUT 600)
 endif()
+
+find_package(Qt6 REQUIRED COMPONENTS Core)
+kt_test(test_contract_run_loop KIND contract SUBJECT core SOURCES
+  ${CMAKE_CURRENT_SOURCE_DIR}/contract/RunLoopContractTest.cpp
+  USES kt_platform_linux_ui kt_platform_posix kt_test_support Qt6::Core)

@@ -34,7 +34,7 @@ std::optional<Control> parsed(const std::string& line) {
 
 }  // namespace
 
-std::string builtInstaller() { return KT_BINARY_DIR "/HalvornInstaller.app/Contents/Linux/HalvornInstaller"; }
+std::string builtInstaller() { return KT_BUNDLE_DIR "/Contents/Linux/HalvornInstaller"; }
 
 bool Control::has(const std::string& state) const {
   const std::vector<std::string> all = split(states, ',');

@@ -47,8 +47,8 @@ fs::path makeSampleProduct(const fs::path& folder, const SampleProduct& product)
   }
   const fs::path program =
       product.program.empty() ? fs::path(KT_BINARY_DIR) / "samples/Sample" : product.program;
-  fs::create_directories(contents / "Linux");
-  fs::copy_file(program, contents / "Linux" / product.name);
+  fs::create_directories(contents / product.programFolder);
+  fs::copy_file(program, contents / product.programFolder / product.name);
   return bundle;
 }
 

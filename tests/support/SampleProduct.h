@@ -14,6 +14,7 @@ struct SampleProduct {
   std::optional<std::string> minSystemVersion = std::nullopt;
   // The program; the small windowed one of samples/ when empty.
   std::filesystem::path program = {};
+  std::string programFolder = "Linux";  // in Contents
   // A drawn icon as Contents/Resources/Sample.png.
   bool hasIcon = true;
 };

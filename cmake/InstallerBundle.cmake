@@ -1,0 +1,21 @@
+# The installer as a bundle: the program in Contents/Linux, everything else in Contents/Resources.
+set(KT_BUNDLE_DIR "${CMAKE_BINARY_DIR}/HalvornInstaller.app" CACHE PATH "Where the installer bundle is made")
+set(contents ${KT_BUNDLE_DIR}/Contents)
+
+set_target_properties(HalvornInstaller PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${contents}/Linux)
+set_target_properties(train PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${contents}/Resources)
+add_dependencies(HalvornInstaller train)
+
+configure_file(${CMAKE_SOURCE_DIR}/Resources/Info.plist.in ${contents}/Info.plist @ONLY)
+
+set(resources InstallerWindow.xml HalvornInstaller.icns AlertStopIcon.png AlertStopIcon@2x.png Checkmark.png
+  Checkmark@2x.png en.lproj/Localizable.strings de.lproj/Localizable.strings)
+set(copies)
+foreach(file ${resources} sounds/Done.aiff sounds/SoundOfSilence.aiff)
+  string(REGEX REPLACE "^sounds/" "" place ${file})
+  add_custom_command(OUTPUT ${contents}/Resources/${place} DEPENDS ${CMAKE_SOURCE_DIR}/Resources/${file}
+    COMMAND ${CMAKE_COMMAND} -E copy ${CMAKE_SOURCE_DIR}/Resources/${file} ${contents}/Resources/${place})
+  list(APPEND copies ${contents}/Resources/${place})
+endforeach()
+add_custom_target(installer_resources DEPENDS ${copies})
+add_dependencies(HalvornInstaller installer_resources)

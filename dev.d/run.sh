@@ -1,0 +1,29 @@
+# Installs a sample product through the real window.
+dev_run() {
+  need build run
+  if [ -n "${DISPLAY:-}" ]; then run_with_display; else run_without_display; fi
+}
+
+# Everything happens below build/run, the home folder too: nothing of the person's own is touched.
+run_with_display() {
+  configure_and_build release HalvornInstaller sample_image
+  local run="$PWD/build/run"
+  rm -rf "$run"; mkdir -p "$run/home/Applications" "$run/image/old"
+  local authority="${XAUTHORITY:-$HOME/.Xauthority}"
+  build/release/tests/sample_image "$run/home/Applications" 1.0
+  build/release/tests/sample_image "$run/image" 2.0
+  say "Version 1.0 runs. Click through the installer: it will quit it, install 2.0 and launch that."
+  export HOME="$run/home" XAUTHORITY="$authority"
+  "$run/home/Applications/Sample.app/Contents/Linux/Sample" &
+  build/HalvornInstaller.app/Contents/Linux/HalvornInstaller -sourcePath "$run/image/Sample.app" \
+    -readMePath "$run/image/Read Me.rtf" -documentationPath "$run/image/Guide.html" \
+    -destinationPath "$run/home/Applications/Sample.app"
+  cat "$run/home/Library/Logs/HalvornInstaller.log"
+}
+
+run_without_display() {
+  configure_and_build release HalvornInstaller installer_tour
+  rm -rf build/run
+  build/release/tests/installer_tour build/run
+  say "pictures: build/run/*.png"
+}

@@ -1,0 +1,111 @@
+#include "tests/flows/FlowFixture.h"
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <sstream>
+
+#include "tests/support/SharedApplications.h"
+
+namespace halvorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contentsOf(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream contents;
+  contents << file.rdbuf();
+  return contents.str();
+}
+
+std::string link(const fs::path& path) {
+  std::error_code problem;
+  const fs::path target = fs::read_symlink(path, problem);
+  return problem ? std::string() : target.string();
+}
+
+}  // namespace
+
+void FlowFixture::SetUp() {
+  if (const auto problem = hideSharedApplications()) GTEST_SKIP() << *problem;
+  const DesktopParts parts{.accessibility = true};
+  if (const auto missing = Desktop::missing(parts)) GTEST_SKIP() << *missing;
+  for (const char* program : {"xdotool", "import"}) {
+    if (!programExists(program)) GTEST_SKIP() << program << " is not installed";
+  }
+  desktop_ = std::make_unique<Desktop>(parts);
+  image_ = std::make_unique<TemporaryFolder>();
+  fs::create_directories(applications());
+  makeSampleProduct(image());
+}
+
+void FlowFixture::TearDown() {
+  if (!desktop_) return;
+  // What was installed and launched has no starter that would end it.
+  static_cast<void>(endProgramsBelow(applications()));
+}
+
+std::string FlowFixture::report() const { return contentsOf(reportFile()); }
+
+bool FlowFixture::startedVersion(const std::string& version) const {
+  return eventually(
+      [&] {
+        // The launched product has a clean environment, so it is known by its program.
+        if (report().find("started " + version + "\n") != std::string::npos) return true;
+        for (const auto& entry : fs::directory_iterator("/proc")) {
+          if (link(entry.path() / "exe") == destination() + "/Contents/Linux/Sample") {
+            return versionOfBundle(destination()) == version;
+          }
+        }
+        return false;
+      },
+      20);
+}
+
+std::vector<std::string> FlowFixture::installerLog() const {
+  return logLines(contentsOf(desktop_->homeFolder() + "/Library/Logs/HalvornInstaller.log"));
+}
+
+std::size_t FlowFixture::rawLogLineCount() const {
+  const std::string text = contentsOf(desktop_->homeFolder() + "/Library/Logs/HalvornInstaller.log");
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+bool FlowFixture::logHas(const std::string& line) const { return countOf(line) > 0; }
+
+int FlowFixture::countOf(const std::string& line) const {
+  const auto lines = installerLog();
+  return static_cast<int>(std::count(lines.begin(), lines.end(), line));
+}
+
+bool FlowFixture::endProgramsBelow(const fs::path& folder) const {
+  bool isAny = false;
+  std::error_code problem;
+  for (const auto& entry : fs::directory_iterator("/proc", problem)) {
+    const std::string program = link(entry.path() / "exe");
+    if (program.rfind(folder.string() + "/", 0) != 0) continue;
+    isAny = true;
+    ::kill(static_cast<pid_t>(std::stoi(entry.path().filename())), SIGKILL);
+  }
+  return isAny;
+}
+
+bool FlowFixture::sameTree(const fs::path& a, const fs::path& b) {
+  return runCommand({"diff", "-r", "--no-dereference", a, b}).status == 0;
+}
+
+FlowFixture::Respawner::Respawner(FlowFixture& fixture, const fs::path& program)
+    : thread_([this, environment = fixture.desktop().environmentWith(fixture.reportEntry()), program] {
+        while (!isOver_) {
+          ChildProcess child({program}, {.environment = environment});
+          while (!isOver_ && child.isRunning()) pauseBriefly();
+        }
+      }) {}
+
+FlowFixture::Respawner::~Respawner() {
+  isOver_ = true;
+  thread_.join();
+}
+
+}  // namespace halvorn

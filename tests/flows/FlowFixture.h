@@ -1,0 +1,67 @@
+// A desktop, a disk-image folder with a product on it, and the traces an installation leaves.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/support/Desktop.h"
+#include "tests/support/InstallerDriver.h"
+#include "tests/support/SampleProduct.h"
+
+namespace halvorn {
+
+class FlowFixture : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  [[nodiscard]] Desktop& desktop() { return *desktop_; }
+  // The folder that stands for the mounted image, with Sample.app 2.0 on it.
+  [[nodiscard]] std::filesystem::path image() const { return *image_ / "NAS"; }
+  [[nodiscard]] std::string product() const { return image() / "Sample.app"; }
+  // ~/Applications, made beforehand: nobody may write where all users' applications are.
+  [[nodiscard]] std::filesystem::path applications() const {
+    return desktop_->homeFolder() + "/Applications";
+  }
+  [[nodiscard]] std::string destination() const { return applications() / "Sample.app"; }
+
+  // What the samples wrote: "started 2.0".
+  [[nodiscard]] std::string reportFile() const { return *image_ / "report"; }
+  [[nodiscard]] std::vector<std::string> reportEntry() const { return {"SAMPLE_REPORT=" + reportFile()}; }
+  [[nodiscard]] std::string report() const;
+  [[nodiscard]] bool startedVersion(const std::string& version) const;
+
+  [[nodiscard]] std::vector<std::string> installerLog() const;
+  [[nodiscard]] std::size_t rawLogLineCount() const;
+  [[nodiscard]] bool logHas(const std::string& line) const;
+  [[nodiscard]] int countOf(const std::string& line) const;
+
+  // Ends the programs of this desktop that run from below the folder; false when there is none.
+  [[nodiscard]] bool endProgramsBelow(const std::filesystem::path& folder) const;
+  [[nodiscard]] static bool sameTree(const std::filesystem::path& a, const std::filesystem::path& b);
+
+  // Starts the program again whenever it ends.
+  class Respawner {
+   public:
+    Respawner(FlowFixture& fixture, const std::filesystem::path& program);
+    ~Respawner();
+    Respawner(const Respawner&) = delete;
+    Respawner& operator=(const Respawner&) = delete;
+
+   private:
+    std::atomic<bool> isOver_ = false;
+    std::thread thread_;
+  };
+
+ private:
+  std::unique_ptr<TemporaryFolder> image_;
+  std::unique_ptr<Desktop> desktop_;
+};
+
+}  // namespace halvorn

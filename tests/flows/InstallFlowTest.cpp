@@ -1,0 +1,238 @@
+// Whole installations through the real window, on a desktop of the test's own.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "tests/flows/FlowFixture.h"
+
+namespace halvorn {
+namespace {
+
+namespace fs = std::filesystem;
+using Lines = std::vector<std::string>;
+
+class InstallFlow : public FlowFixture {};
+
+TEST_F(InstallFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
+  const fs::path readMe = makeReadMe(image());
+  const fs::path guide = makeGuide(image());
+  InstallerDriver installer(desktop(),
+                            {"-sourcePath", product(), "-readMePath", readMe, "-documentationPath", guide});
+
+  ASSERT_TRUE(installer.click("Continue"));
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(startedVersion("2.0")) << report();
+  EXPECT_EQ(versionOfBundle(destination()), "2.0");
+
+  const std::string d = destination();
+  EXPECT_EQ(
+      installerLog(),
+      (Lines{
+          "arguments: (\"" + builtInstaller() + "\", \"-sourcePath\", \"" + product() +
+              "\", \"-readMePath\", \"" + readMe.string() + "\", \"-documentationPath\", \"" +
+              guide.string() + "\")",
+          "autolaunch = (null)",
+          "Can't write to /Applications, checking ~/Applications",
+          "User applicationsDirectory: " + desktop().homeFolder() + "/Applications",
+          "Updated arguments: {\"\" = \"" + builtInstaller() + "\"; \"destinationPath\" = \"" + d +
+              "\"; \"documentationPath\" = \"" + guide.string() +
+              "\"; \"productCode\" = (\"SMPL\"); \"productName\" = \"Sample\"; \"quitCode\" = (\"SMPL\"); "
+              "\"readMePath\" = \"" +
+              readMe.string() + "\"; \"sourcePath\" = \"" + product() + "\"; }",
+          "Install",
+          "successfully copied",
+          "launching " + d,
+          "registered app: 0",
+          "launched immediately: 1",
+      }));
+
+  ASSERT_TRUE(installer.click("OK"));
+  EXPECT_EQ(installer.process().waitForEnd(20), 0);
+}
+
+TEST_F(InstallFlow, DirectInvocationKeepsTheLogOnStandardError) {
+  // Inside the product the installer needs no arguments.
+  const fs::path inside = fs::path(product()) / "Contents/Resources/HalvornInstaller.app";
+  fs::copy(fs::path(builtInstaller()).parent_path().parent_path().parent_path(), inside,
+           fs::copy_options::recursive);
+  InstallerDriver installer(desktop(), {}, {.program = inside / "Contents/Linux/HalvornInstaller"});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(startedVersion("2.0"));
+  ASSERT_TRUE(installer.click("OK"));
+  EXPECT_EQ(installer.process().waitForEnd(20), 0);
+  const Lines lines = logLines(installer.process().output());
+  ASSERT_GE(lines.size(), 4u);
+  EXPECT_EQ(lines[0], "direct invocation");
+  EXPECT_EQ(lines[2], "shortened path = " + product() + "/Contents");
+  EXPECT_EQ(lines[3], "shortened path = " + product());
+  EXPECT_EQ(lines.back(), "launched immediately: 1");
+  EXPECT_FALSE(fs::exists(desktop().homeFolder() + "/Library/Logs/HalvornInstaller.log"));
+}
+
+TEST_F(InstallFlow, ARunningCopyIsQuitAndTheOldOneGoesToTheTrash) {
+  const fs::path old = makeSampleProduct(applications(), {.version = "1.0"});
+  ChildProcess running({old / "Contents/Linux/Sample"},
+                       {.environment = desktop().environmentWith(reportEntry())});
+  ASSERT_TRUE(startedVersion("1.0"));
+  // A bystander of another signature stays alive.
+  const fs::path other = makeSampleProduct(image(), {.name = "Other", .version = "7", .signature = "OTHR"});
+  ChildProcess bystander({other / "Contents/Linux/Other"},
+                         {.environment = desktop().environmentWith(reportEntry())});
+  ASSERT_TRUE(startedVersion("7"));
+
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(startedVersion("2.0"));
+  EXPECT_FALSE(running.isRunning());
+  EXPECT_TRUE(bystander.isRunning());
+  EXPECT_TRUE(logHas("Quitting 'SMPL': Sample"));
+  EXPECT_EQ(versionOfBundle(destination()), "2.0");
+  EXPECT_EQ(versionOfBundle(desktop().homeFolder() + "/.local/share/Trash/files/Sample.app"), "1.0");
+}
+
+TEST_F(InstallFlow, AProductThatKeepsComingBackCancelsTheInstallationWithTheMessage) {
+  const fs::path old = makeSampleProduct(applications(), {.version = "1.0"});
+  Respawner respawner(*this, old / "Contents/Linux/Sample");
+  ASSERT_TRUE(startedVersion("1.0"));
+
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  EXPECT_TRUE(eventually([&] { return logHas("Sample refused to quit; installation cancelled"); }, 90));
+  EXPECT_TRUE(installer.waitForButton("Install", 20)) << "enabled again";
+  EXPECT_TRUE(installer.waitForButton("Cancel", 20));
+  EXPECT_EQ(countOf("Sample did not quit; will retry"), 1);
+  EXPECT_EQ(countOf("Still running 'SMPL': Sample"), 5);
+  EXPECT_EQ(versionOfBundle(destination()), "1.0") << "nothing was touched";
+}
+
+TEST_F(InstallFlow, AFailureLeavesBothButtonsAndASecondClickSucceeds) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", 30));
+  const fs::path away = image() / "away";
+  fs::rename(product(), away);
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(eventually([&] { return logHas("ERROR -- Could not copy myself to " + destination()); }, 60));
+  ASSERT_TRUE(installer.waitForButton("Install", 20));
+  EXPECT_TRUE(installer.waitForButton("Cancel", 20));
+  fs::rename(away, product());
+  ASSERT_TRUE(installer.click("Install"));
+  EXPECT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+}
+
+TEST_F(InstallFlow, AProductForANewerSystemIsRefusedWithTheAlert) {
+  fs::remove_all(product());
+  makeSampleProduct(image(), {.minSystemVersion = "99.1"});
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Visit Archive", 30));
+  ASSERT_TRUE(installer.click("Quit"));
+  EXPECT_EQ(installer.process().waitForEnd(20), 0);
+  EXPECT_FALSE(fs::exists(destination()));
+}
+
+TEST_F(InstallFlow, ABundleForAnotherSystemRaisesTheAlertAndInstallsWhenOverridden) {
+  fs::remove_all(product());
+  const fs::path program = image() / "foreign";
+  std::ofstream(program, std::ios::binary) << "\xCF\xFA\xED\xFE\x07" << std::string(64, '\0');
+  fs::permissions(program, fs::perms::owner_all);
+  makeSampleProduct(image(), {.minSystemVersion = "10.13", .program = program, .programFolder = "MacOS"});
+  {
+    InstallerDriver installer(desktop(), {"-sourcePath", product()});
+    ASSERT_TRUE(installer.click("Quit", 30));
+    EXPECT_EQ(installer.process().waitForEnd(20), 0);
+    EXPECT_FALSE(fs::exists(destination()));
+  }
+  InstallerDriver installer(desktop(), {"-sourcePath", product(), "-minSystemVersion", "1.0"});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(logHas("launched immediately: 0"));
+  EXPECT_EQ(countOf("retry opening"), 10);
+  EXPECT_EQ(countOf("launched: 0"), 10);
+  EXPECT_EQ(versionOfBundle(destination()), "2.0");
+}
+
+TEST_F(InstallFlow, ASetUpErrorIsTheFinalMessage) {
+  fs::remove_all(product());
+  makeSampleProduct(image(), {.signature = std::nullopt});
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForText("missing product signature", 30));
+  ASSERT_TRUE(installer.click("OK"));
+  EXPECT_EQ(installer.process().waitForEnd(20), 0);
+}
+
+TEST_F(InstallFlow, TheKeyboardAloneInstalls) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", 30));
+  installer.key("Return");
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  installer.key("Return");
+  EXPECT_EQ(installer.process().waitForEnd(20), 0);
+}
+
+TEST_F(InstallFlow, HostileNamesAreInstalledAndEachEventIsOneLine) {
+  fs::remove_all(product());
+  const std::string name = "Sa\nm \"p\" %@ \xE4 '$(x)'";
+  const fs::path bundle = makeSampleProduct(image(), {.name = "Sample"});
+  const fs::path hostile = image() / (name + ".app");
+  fs::rename(bundle, hostile);
+  InstallerDriver installer(desktop(), {"-sourcePath", hostile, "-productName", "Sample"});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_EQ(versionOfBundle(applications() / (name + ".app")), "2.0");
+  EXPECT_TRUE(logHas("launching " + applications().string() + "/Sa\\nm \"p\" %@ \\xE4 '$(x)'.app"));
+  EXPECT_EQ(installerLog().size(), rawLogLineCount());
+}
+
+TEST_F(InstallFlow, ItQuitsByItselfAfterTheDelay) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product(), "-completionQuit", "0.5"});
+  ASSERT_TRUE(installer.click("Install"));
+  EXPECT_EQ(installer.process().waitForEnd(60), 0);
+  EXPECT_TRUE(logHas("quit delay: 0.5"));
+  EXPECT_EQ(versionOfBundle(destination()), "2.0");
+}
+
+TEST_F(InstallFlow, AWrapperBringsItsItemsAlong) {
+  const fs::path suite = image() / "Sample Suite";
+  fs::create_directories(suite);
+  fs::rename(product(), suite / "Sample.app");
+  std::ofstream(suite / "Manual.txt") << "read me\n";
+  InstallerDriver installer(desktop(), {"-sourcePath", suite / "Sample.app", "-wrapperPath", suite});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(fs::exists(applications() / "Sample Suite/Manual.txt"));
+  EXPECT_EQ(versionOfBundle(applications() / "Sample Suite/Sample.app"), "2.0");
+  EXPECT_TRUE(logHas("wrapper = " + suite.string()));
+}
+
+TEST_F(InstallFlow, BundlesOfTheDistributionAreInstalledReplacedAndLaunched) {
+  int tried = 0;
+  for (const char* name : {"EdenMath", "AClock"}) {
+    const fs::path bundle = fs::path("/usr/lib/GNUstep/Applications") / (std::string(name) + ".app");
+    if (!fs::exists(bundle)) continue;
+    ++tried;
+    for (const char* round : {"installed", "replaced"}) {
+      SCOPED_TRACE(std::string(name) + " " + round);
+      fs::remove(desktop().homeFolder() + "/Library/Logs/HalvornInstaller.log");
+      InstallerDriver installer(desktop(),
+                                {"-sourcePath", bundle, "-productCode", "GNUS", "-completionQuit", "0.2"});
+      ASSERT_TRUE(installer.click("Install"));
+      EXPECT_EQ(installer.process().waitForEnd(90), 0);
+      EXPECT_TRUE(logHas("launched immediately: 1"));
+      const fs::path installed = applications() / bundle.filename();
+      EXPECT_TRUE(sameTree(bundle, installed));
+      EXPECT_TRUE(endProgramsBelow(installed)) << "the launched program runs";
+    }
+    EXPECT_TRUE(
+        fs::exists(desktop().homeFolder() + "/.local/share/Trash/files/" + bundle.filename().string()));
+  }
+  if (tried == 0) GTEST_SKIP() << "neither edenmath.app nor aclock.app is installed";
+  EXPECT_EQ(tried, 2);
+}
+
+}  // namespace
+}  // namespace halvorn

@@ -1,0 +1,14 @@
+// Keeps tests that run as the administrator out of the machine's own applications folder.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace halvorn {
+
+// The administrator may write the applications folder of all users, and tests must not: from now on this
+// process and what it starts see an empty one on a medium that cannot be written. For anybody else nothing
+// needs to be done. nullopt, or why it cannot be had. Call it before any thread is started.
+[[nodiscard]] std::optional<std::string> hideSharedApplications();
+
+}  // namespace halvorn

@@ -103,7 +103,7 @@ OptionalText LinuxBundles::executablePath(const Text& bundlePath) const {
   const bool isFlat = bundle->layout() == BundleFolder::Layout::Flat;
   const auto info = readInformation(*bundle);
   OptionalText name = info ? textForKey(*info, "CFBundleExecutable") : std::nullopt;
-  if (!name && isFlat) name = bundle->name();
+  if (!name && isFlat && Paths::extension(bundlePath) == Text("app")) name = bundle->name();
   if (!name || !isProgramName(*name)) return std::nullopt;
   const std::vector<Text> folders =
       isFlat ? std::vector<Text>{""} : std::vector<Text>{"Contents/Linux", "Contents/MacOS"};

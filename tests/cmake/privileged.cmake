@@ -13,3 +13,13 @@ kt_test(kt_privileged_adapter_tests KIND adapter SUBJECT privileged
   SOURCES adapters/PolkitAuthorizerTest.cpp
   USES kt_polkit_world)
 add_dependencies(kt_privileged_adapter_tests kt_polkit_agent kt_authorize_probe kt_zoo_tool)
+
+# What the administrator's tool must withstand, and a tool that does not.
+add_library(kt_naive_install STATIC adapters/attacks/NaiveInstall.cpp)
+target_include_directories(kt_naive_install PUBLIC ${CMAKE_SOURCE_DIR})
+add_executable(kt_naive_tool adapters/attacks/NaiveTool.cpp)
+target_link_libraries(kt_naive_tool PRIVATE kt_naive_install)
+kt_test(kt_attack_tests KIND adapter SUBJECT privileged
+  SOURCES adapters/attacks/AttackScene.cpp adapters/attacks/FileAttacksTest.cpp
+  USES kt_polkit_world kt_naive_install kt_platform_posix)
+add_dependencies(kt_attack_tests train kt_naive_tool)

@@ -7,8 +7,8 @@ function(kt_library name)
 endfunction()
 
 # kt_test(NAME KIND unit|contract|adapter|flow SUBJECT word SOURCES ... [USES ...] [TIMEOUT s] [SERIAL]):
-# one program of GoogleTest cases; every case becomes a test of its own that carries the labels
-# KIND and SUBJECT, so `ctest -L process` runs one subject.
+# one program of GoogleTest cases; every case becomes a test of its own that carries the label
+# KIND-SUBJECT, so `ctest -L process` runs one subject.
 function(kt_test name)
   cmake_parse_arguments(ARG "SERIAL" "KIND;SUBJECT;TIMEOUT" "SOURCES;USES;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -23,7 +23,10 @@ function(kt_test name)
   if(ARG_SERIAL)
     set(serial TRUE)
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES LABELS "${ARG_KIND};${ARG_SUBJECT}" TIMEOUT ${ARG_TIMEOUT} RUN_SERIAL ${serial}
-    ENVIRONMENT "${ARG_ENVIRONMENT}")
+  # Lists do not survive the discovery of tests, so there is one label: `ctest -L` finds either word in it.
+  set(properties LABELS "${ARG_KIND}-${ARG_SUBJECT}" TIMEOUT ${ARG_TIMEOUT} RUN_SERIAL ${serial})
+  if(ARG_ENVIRONMENT)
+    list(APPEND properties ENVIRONMENT "${ARG_ENVIRONMENT}")
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
 endfunction()

@@ -1,53 +1,34 @@
 #include "Platform/linux/x11/X11MenuBar.h"
 
-#include <poll.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <thread>
 #include <utility>
 
 #include "Platform/linux/x11/DisplayConnection.h"
-#include "Platform/posix/FileDescriptor.h"
 
 namespace halvorn {
 
-// Follows the active window and its states. Thread: run() and what it calls that of the worker.
+// Follows the active window and its states.
 class X11MenuBar::Watch {
  public:
-  Watch(std::unique_ptr<DisplayConnection> display, std::function<void(int kind)> tell)
-      : display_(std::move(display)), tell_(std::move(tell)), stop_(::eventfd(0, EFD_CLOEXEC)) {}
-
-  // Until stop(), or until the server goes.
-  void run() {
-    // Where the system had no thread left, this is the main one, which must not watch for good.
-    if (std::this_thread::get_id() == installer_) return;
+  Watch(std::unique_ptr<DisplayConnection> display, RunLoop& loop, Handler handler)
+      : display_(std::move(display)), handler_(std::move(handler)) {
     select(display_->root());
-    look();
-    while (display_->isUsable()) {
-      bool hasNews = false;
-      while (adopted(xcb_poll_for_event(display_->get()))) hasNews = true;
-      if (hasNews) {
-        look();
-        continue;  // looking takes in further events
-      }
-      pollfd waiting[] = {{xcb_get_file_descriptor(display_->get()), POLLIN, 0}, {stop_.get(), POLLIN, 0}};
-      retried([&] { return ::poll(waiting, std::size(waiting), -1); });
-      if (waiting[1].revents != 0) return;
-    }
-  }
-
-  // Thread: any.
-  void stop() {
-    const std::uint64_t one = 1;
-    (void)retried([&] { return ::write(stop_.get(), &one, sizeof one); });
+    // The answer to this wakes the loop, so that the first look is taken there.
+    xcb_discard_reply(display_->get(), xcb_get_input_focus(display_->get()).sequence);
+    xcb_flush(display_->get());
+    source_ = loop.whenReadable(xcb_get_file_descriptor(display_->get()), [this] { readEvents(); });
   }
 
  private:
-  void select(xcb_window_t window) {
-    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_change_window_attributes(display_->get(), window, XCB_CW_EVENT_MASK, &events);
+  void readEvents() {
+    bool hasNews = true;
+    while (hasNews) {
+      while (adopted(xcb_poll_for_event(display_->get()))) continue;
+      look();
+      // Looking takes in further events, of which the descriptor would not tell any more.
+      hasNews = adopted(xcb_poll_for_queued_event(display_->get())) != nullptr;
+    }
+    if (!display_->isUsable()) source_.reset();
   }
 
   void look() {
@@ -60,41 +41,32 @@ class X11MenuBar::Watch {
     const bool isFullScreen = std::find(states.begin(), states.end(), fullScreen_) != states.end();
     if (isFullScreen == isHidden_) return;
     isHidden_ = isFullScreen;
-    tell_(isHidden_ ? menuBarHiddenEvent : menuBarShownEvent);
+    (void)handler_({menuEventClass, isHidden_ ? menuBarHiddenEvent : menuBarShownEvent});
+  }
+
+  void select(xcb_window_t window) {
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(display_->get(), window, XCB_CW_EVENT_MASK, &events);
   }
 
   const std::unique_ptr<DisplayConnection> display_;
-  const std::function<void(int kind)> tell_;
-  const FileDescriptor stop_;
+  const Handler handler_;
   const xcb_atom_t activeWindow_ = display_->atom("_NET_ACTIVE_WINDOW");
   const xcb_atom_t states_ = display_->atom("_NET_WM_STATE");
   const xcb_atom_t fullScreen_ = display_->atom("_NET_WM_STATE_FULLSCREEN");
-  const std::thread::id installer_ = std::this_thread::get_id();
   xcb_window_t watched_ = XCB_NONE;
   bool isHidden_ = false;
+  std::unique_ptr<RunLoop::Source> source_;  // goes before the connection whose descriptor it watches
 };
 
-X11MenuBar::X11MenuBar(const std::optional<std::string>& displayName, Workers& workers,
-                       MainThread& mainThread)
-    : displayName_(displayName), workers_(workers), mainThread_(mainThread) {}
-
-X11MenuBar::~X11MenuBar() {
-  if (watch_) watch_->stop();
-  gate_.close();
-}
+X11MenuBar::X11MenuBar(const std::optional<std::string>& displayName, RunLoop& loop)
+    : displayName_(displayName), loop_(loop) {}
+X11MenuBar::~X11MenuBar() = default;
 
 bool X11MenuBar::installHandler(Handler handler) {
   auto display = DisplayConnection::open(displayName_);
   if (!display) return false;
-  handler_ = std::make_shared<Handler>(std::move(handler));
-  // The main thread may get to it after this object has gone.
-  watch_ =
-      std::make_unique<Watch>(std::move(display), [this, weakHandler = std::weak_ptr(handler_)](int kind) {
-        mainThread_.perform([weakHandler, kind] {
-          if (const auto handle = weakHandler.lock()) (void)(*handle)({menuEventClass, kind});
-        });
-      });
-  workers_.detach(gate_.wrap([watch = watch_.get()] { watch->run(); }));
+  watch_ = std::make_unique<Watch>(std::move(display), loop_, std::move(handler));
   return true;
 }
 

@@ -5,17 +5,15 @@
 #include <optional>
 #include <string>
 
-#include "Core/TaskGate.h"
-#include "Platform/MainThread.h"
 #include "Platform/MenuBar.h"
-#include "Platform/Workers.h"
+#include "Platform/posix/RunLoop.h"
 
 namespace halvorn {
 
 class X11MenuBar : public MenuBar {
  public:
-  // The display is watched on a worker from the installation of the handler on.
-  X11MenuBar(const std::optional<std::string>& displayName, Workers& workers, MainThread& mainThread);
+  // The display is connected to at the installation of the handler.
+  X11MenuBar(const std::optional<std::string>& displayName, RunLoop& loop);
   ~X11MenuBar() override;
 
   bool installHandler(Handler handler) override;
@@ -24,11 +22,8 @@ class X11MenuBar : public MenuBar {
   class Watch;
 
   const std::optional<std::string> displayName_;
-  Workers& workers_;
-  MainThread& mainThread_;
-  std::shared_ptr<Handler> handler_;
+  RunLoop& loop_;
   std::unique_ptr<Watch> watch_;
-  TaskGate gate_;
 };
 
 }  // namespace halvorn

@@ -1,0 +1,242 @@
+// The composition root on Linux: the one place that names the adapters.
+#include <unistd.h>
+
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "Core/Paths.h"
+#include "KTStuff/CocoaExtensions/SoundExtensions.h"
+#include "KTStuff/KTClasses/KTCompatibility.h"
+#include "KTStuff/KTClasses/KTInstallerInterface.h"
+#include "KTStuff/KTClasses/KTProcessClass.h"
+#include "KTStuff/KTClasses/KTUtilitiesVersions.h"
+#include "Platform/linux/audio/PulseAudioDevices.h"
+#include "Platform/linux/audio/PulseServer.h"
+#include "Platform/linux/audio/PulseSounds.h"
+#include "Platform/linux/audio/XdgSoundFolders.h"
+#include "Platform/linux/desktop/Environment.h"
+#include "Platform/linux/desktop/JournalLog.h"
+#include "Platform/linux/desktop/Launcher.h"
+#include "Platform/linux/desktop/LinuxBundles.h"
+#include "Platform/linux/desktop/LinuxDefaults.h"
+#include "Platform/linux/desktop/LinuxLocalizedStrings.h"
+#include "Platform/linux/desktop/LinuxSystemInfo.h"
+#include "Platform/linux/desktop/LinuxWorkspace.h"
+#include "Platform/linux/desktop/PreferredLanguages.h"
+#include "Platform/linux/desktop/XdgFolders.h"
+#include "Platform/linux/desktop/XdgLoginItems.h"
+#include "Platform/linux/desktop/XdgSearchPaths.h"
+#include "Platform/linux/polkit/PolkitAuthorizer.h"
+#include "Platform/linux/proc/DesktopSession.h"
+#include "Platform/linux/proc/LinuxApplicationControl.h"
+#include "Platform/linux/proc/LinuxApplicationEvents.h"
+#include "Platform/linux/proc/LinuxApplicationItems.h"
+#include "Platform/linux/proc/LinuxProcessSource.h"
+#include "Platform/linux/proc/ProcFiles.h"
+#include "Platform/linux/proc/RunningApplications.h"
+#include "Platform/linux/proc/WindowSystem.h"
+#include "Platform/linux/text/CryptoDigests.h"
+#include "Platform/linux/text/IcuLocalizedDates.h"
+#include "Platform/linux/text/IcuUnicode.h"
+#include "Platform/linux/ui/DesktopAppearance.h"
+#include "Platform/linux/ui/InstallerWindow.h"
+#include "Platform/linux/ui/QtAlerts.h"
+#include "Platform/linux/ui/QtApplication.h"
+#include "Platform/linux/ui/QtImages.h"
+#include "Platform/linux/ui/QtRunLoop.h"
+#include "Platform/linux/ui/QtScreenReader.h"
+#include "Platform/null/NullAccessibility.h"
+#include "Platform/null/NullAppleEvents.h"
+#include "Platform/posix/Person.h"
+#include "Platform/posix/PosixClock.h"
+#include "Platform/posix/PosixFileManager.h"
+#include "Platform/posix/PosixStandardStreams.h"
+#include "Platform/posix/PosixTasks.h"
+#include "Platform/posix/PosixWorkers.h"
+#include "Platform/posix/SilentFileChangeNotices.h"
+#include "Platform/posix/XdgTrash.h"
+#include "Sources/CompletionSound.h"
+#include "Sources/DestinationChoice.h"
+#include "Sources/InstallerWinController.h"
+#include "Sources/main_application.h"
+#include "train/InstallFunction.h"
+
+namespace halvorn {
+namespace {
+
+constexpr char kProgramName[] = "HalvornInstaller";
+constexpr char kBundleIdentifier[] = "example.halvorn.installer";
+
+// What asks the system nothing but files: made first, needed by everything.
+struct Ground {
+  explicit Ground(const std::vector<Text>& arguments) : arguments_(arguments) {}
+
+  const std::vector<Text>& arguments_;
+  const Environment environment = Environment::ofThisProcess();
+  const XdgFolders folders{environment};
+  PosixClock clock;
+  const JournalLog log{clock, kProgramName, environment};
+  const std::vector<Text> languages = preferredLanguages(arguments_, environment);
+  const LinuxBundles bundles{LinuxBundles::pathOfThisProgram(), languages};
+  const LinuxLocalizedStrings strings{bundles.mainBundlePath(), languages};
+  const LinuxDefaults defaults{folders, kBundleIdentifier, arguments_};
+  const LinuxPropertyLists propertyLists;
+  const XdgSearchPaths searchPaths{folders};
+  const LinuxSystemInfo systemInfo;
+  const IcuUnicode unicode;
+  const CryptoDigests digests;
+  const IcuLocalizedDates dates;
+  const KTUtilitiesVersions versions{bundles, systemInfo, unicode, dates, log};
+  PosixFileManager files;
+  SilentFileChangeNotices changes;
+  const Launcher launcher{environment, folders};
+  LinuxWorkspace workspace{bundles, folders, launcher, languages};
+};
+
+// The process model. Nothing is connected before a process is asked for.
+struct Processes {
+  Processes(Ground& ground, QtApplication& application, QtRunLoop& loop, Images& images)
+      : running(procFiles, ground.bundles, windows, DesktopSession::ofThisProgram()),
+        events(running, windows, loop, application),
+        source(running, procFiles, windows, ground.workspace),
+        control(running, windows),
+        items(ground.bundles),
+        notifications(loop),
+        processes({source, events, control, appleEvents, accessibility, notifications, ground.bundles, items,
+                   ground.files, images, tasks, ground.unicode, ground.digests, ground.clock, ground.log}) {}
+
+  const ProcFiles procFiles;
+  NoWindows windows;
+  RunningApplications running;
+  LinuxApplicationEvents events;
+  LinuxProcessSource source;
+  LinuxApplicationControl control;
+  const LinuxApplicationItems items;
+  NullAppleEvents appleEvents;
+  NullAccessibility accessibility;  // the installer watches no other program's interface
+  NotificationQueue notifications;
+  PosixTasks tasks;
+  KTProcessClass processes;
+};
+
+// Sound. Nothing is connected before one is played.
+struct Sound {
+  Sound(Ground& ground, Workers& workers)
+      : server(ground.clock, kProgramName),
+        devices(server),
+        sounds(server, workers),
+        folders(ground.searchPaths),
+        extensions({sounds, devices, folders, ground.searchPaths, ground.files, ground.bundles,
+                    ground.defaults, ground.propertyLists, ground.versions, workers, ground.clock, ground.log,
+                    ::getuid()}),
+        completion(extensions) {}
+
+  PulseServer server;
+  PulseAudioDevices devices;
+  PulseSounds sounds;
+  const XdgSoundFolders folders;
+  SoundExtensions extensions;
+  CompletionSound completion;
+};
+
+std::optional<InterfaceStyle> styleOf(const Defaults& defaults) {
+  const auto style = defaults.objectForKey("AppleInterfaceStyle");
+  if (!style || !style->text()) return std::nullopt;
+  return *style->text() == Text("Dark") ? InterfaceStyle::Dark : InterfaceStyle::Light;
+}
+
+// The window, the controller and what they need.
+class Installer {
+ public:
+  Installer(Ground& ground, QtApplication& application, InstallerWindow& window, QtImages& images,
+            std::vector<Text> arguments)
+      : ground_(ground),
+        application_(application),
+        window_(window),
+        processes_(ground, application, loop_, images),
+        sound_(ground, workers_),
+        alerts_(window),
+        screenReader_(window),
+        destinations_(destinationServices()),
+        controller_(services(images), window.outlets(), std::move(arguments)) {}
+
+  int run() {
+    window_.setActions({.install = [this] { controller_.install(); },
+                        .cancel = [this] { controller_.cancel(); },
+                        .openDocumentation = [this] { controller_.openDocumentation(); },
+                        .windowClosed =
+                            [this] {
+                              if (controller_.applicationShouldTerminateAfterLastWindowClosed())
+                                application_.terminate();
+                            },
+                        .openLink = [this](const Text& url) { ground_.workspace.openUrl(url); }});
+    controller_.awakeFromNib();
+    window_.showIfVisibleAtLaunch();
+    return application_.run();
+  }
+
+ private:
+  DestinationChoiceServices destinationServices() {
+    return {.loginItems = loginItems_,
+            .processes = processes_.processes,
+            .files = ground_.files,
+            .searchPaths = ground_.searchPaths,
+            .workspace = ground_.workspace,
+            .log = ground_.log,
+            .productCodes = [this] { return controller_.arguments().list(KTInstallerKeyProductCode); },
+            .randomNumber = [] { return std::random_device{}(); }};
+  }
+
+  InstallerServices services(QtImages& images) {
+    return {.startup = {alerts_, application_, ground_.bundles, destinations_, ground_.files, images,
+                        processes_.processes, ground_.versions, ground_.strings, ground_.searchPaths,
+                        streams_, ground_.systemInfo, ground_.log},
+            .completion = {application_, sound_.completion, ground_.defaults, ground_.strings, application_,
+                           screenReader_, ground_.log},
+            .worker = {install_, destinations_, processes_.processes, authorizer_, ground_.workspace,
+                       ground_.changes, application_, ground_.bundles, ground_.strings, application_,
+                       ground_.clock, ground_.log},
+            .workers = workers_};
+  }
+
+  Ground& ground_;
+  QtApplication& application_;
+  InstallerWindow& window_;
+  QtRunLoop loop_;
+  Processes processes_;
+  PosixWorkers workers_;
+  Sound sound_;
+  QtAlerts alerts_;
+  QtScreenReader screenReader_;
+  PosixStandardStreams streams_{Paths::appending(ground_.searchPaths.homeFolder(), "Library/Logs")};
+  const XdgLoginItems loginItems_{ground_.folders, ground_.environment};
+  XdgTrash trash_{ground_.clock, personOfThisProcess(), LinksInTheWay::Followed};
+  const InstallServices install_{ground_.files, trash_, ground_.changes, ground_.log};
+  PolkitAuthorizer authorizer_{ground_.log};
+  DestinationChoice destinations_;
+  InstallerWinController controller_;
+};
+
+}  // namespace
+
+int applicationMain(int argumentCount, char** arguments) {
+  const std::vector<Text> argumentList(arguments, arguments + argumentCount);
+  Ground ground(argumentList);
+  QtApplication application(LinuxBundles::pathOfThisProgram());
+  const DesktopAppearance appearance(styleOf(ground.defaults));
+
+  const Text bundle = ground.bundles.mainBundlePath();
+  const OptionalText description = ground.bundles.pathForResource(bundle, "InstallerWindow", "xml");
+  QtImages images(description ? Paths::deletingLastComponent(*description) : Text());
+  const InstallerWindow::Loaded loaded =
+      InstallerWindow::load(description.value_or(Text()), ground.strings, images);
+  if (!loaded.window) {
+    ground.log("ERROR -- Could not load the window from %@: %@", bundle, loaded.problem);
+    return 1;
+  }
+  return Installer(ground, application, *loaded.window, images, argumentList).run();
+}
+
+}  // namespace halvorn

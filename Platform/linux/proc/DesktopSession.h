@@ -1,0 +1,26 @@
+// To which desktop session a process belongs.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace halvorn {
+
+// What the environment of a program says of its session; empty where it says nothing.
+struct DesktopSession {
+  std::string sessionId;  // of the login manager
+  std::string display;    // of the X server, without the screen
+  std::string waylandDisplay;
+
+  // From "NAME=value".
+  [[nodiscard]] static DesktopSession from(const std::vector<std::string>& environment);
+  // Of this program.
+  [[nodiscard]] static DesktopSession ofThisProgram();
+
+  // True only when both name a session of the same kind and not the same one: what is not told is no
+  // evidence.
+  [[nodiscard]] bool differsFrom(const DesktopSession& other) const;
+  [[nodiscard]] bool isWayland() const { return !waylandDisplay.empty(); }
+};
+
+}  // namespace halvorn

@@ -1,0 +1,190 @@
+#include "Platform/linux/proc/RunningApplications.h"
+
+#include <sys/epoll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+
+#include "Platform/linux/proc/ProcFiles.h"
+#include "Platform/linux/proc/WindowSystem.h"
+
+namespace halvorn {
+
+RunningApplications::RunningApplications(const ProcFiles& files, const Bundles& bundles,
+                                         WindowSystem& windows, DesktopSession session)
+    : files_(files),
+      programs_(files, bundles),
+      windows_(windows),
+      session_(std::move(session)),
+      user_(::geteuid()),
+      ends_(::epoll_create1(EPOLL_CLOEXEC)) {}
+
+RunningApplications::~RunningApplications() = default;
+
+std::vector<HeldApplicationPointer> RunningApplications::all() {
+  retireEnded();
+  lookAtWindows();
+  for (const pid_t pid : files_.pids()) hold(pid, Wanted::InBundle);
+  std::vector<HeldApplicationPointer> result;
+  {
+    const std::lock_guard lock(mutex_);
+    for (const auto& [pid, application] : held_) result.push_back(application);
+  }
+  std::erase_if(result, [](const auto& application) { return application->descriptor.hasEnded(); });
+  std::sort(result.begin(), result.end(), [](const auto& a, const auto& b) {
+    return std::pair(a->number.high, a->number.low) < std::pair(b->number.high, b->number.low);
+  });
+  return result;
+}
+
+void RunningApplications::lookAtWindows() {
+  for (const pid_t pid : windows_.owners()) hold(pid, Wanted::AnyProgram);
+}
+
+HeldApplicationPointer RunningApplications::withPid(pid_t pid) {
+  if (pid == ::getpid()) return thisProgram();
+  if (auto application = hold(pid, Wanted::InBundle)) return application;
+  const std::vector<pid_t> owners = windows_.owners();
+  const bool ownsWindows = std::find(owners.begin(), owners.end(), pid) != owners.end();
+  return ownsWindows ? hold(pid, Wanted::AnyProgram) : nullptr;
+}
+
+HeldApplicationPointer RunningApplications::withNumber(ProcessSerialNumber number) {
+  const auto application = knownWithPid(static_cast<pid_t>(number.low));
+  return application && application->number == number ? application : nullptr;
+}
+
+HeldApplicationPointer RunningApplications::thisProgram() { return hold(::getpid(), Wanted::AnyProgram); }
+
+HeldApplicationPointer RunningApplications::knownWithPid(pid_t pid) {
+  HeldApplicationPointer application;
+  {
+    const std::lock_guard lock(mutex_);
+    const auto found = held_.find(pid);
+    if (found == held_.end()) return nullptr;
+    application = found->second;
+  }
+  if (!application->descriptor.hasEnded()) return application;
+  retire(application);
+  return nullptr;
+}
+
+HeldApplicationPointer RunningApplications::hold(pid_t pid, Wanted wanted) {
+  if (pid <= 1) return nullptr;
+  if (auto known = knownWithPid(pid)) return known;
+  // A first look without a hold: most processes are none of ours, and descriptors are few.
+  if (wanted == Wanted::InBundle && !programs_.programInBundle(pid)) return nullptr;
+  PidDescriptor descriptor(pid);
+  if (!descriptor.isHeld()) return nullptr;
+  std::optional<Program> program =
+      wanted == Wanted::InBundle ? programs_.programInBundle(pid) : programs_.anyProgram(pid);
+  const auto stat = files_.stat(pid);
+  const bool isOurs = program && stat && belongsHere(pid, wanted);
+  // As long as it has not ended, all that was read is about the process that is held.
+  if (!isOurs || descriptor.hasEnded()) return nullptr;
+  return add(pid, stat->startTicks, std::move(descriptor), std::move(*program));
+}
+
+bool RunningApplications::belongsHere(pid_t pid, Wanted wanted) const {
+  const auto status = files_.status(pid);
+  if (!status || status->realUser != user_ || status->effectiveUser != user_) return false;
+  // What shows a window on our display is in our session, whatever its environment says.
+  return wanted == Wanted::AnyProgram || pid == ::getpid() ||
+         !session_.differsFrom(DesktopSession::from(files_.environment(pid)));
+}
+
+HeldApplicationPointer RunningApplications::add(pid_t pid, std::uint64_t startTicks, PidDescriptor descriptor,
+                                                Program program) {
+  HeldApplicationPointer application;
+  {
+    const std::lock_guard lock(mutex_);
+    if (const auto found = held_.find(pid); found != held_.end()) {
+      // Another thread may have been faster; both hold the same process, since it has not ended.
+      const HeldApplicationPointer other = found->second;
+      if (!other->descriptor.hasEnded()) return other;
+      retireLocked(other);
+    }
+    // A process id can come back within one tick of the clock; the number must not.
+    auto high = static_cast<std::uint32_t>(startTicks);
+    while (!given_.emplace(pid, high).second) ++high;
+    application =
+        std::make_shared<HeldApplication>(ProcessSerialNumber{high, static_cast<std::uint32_t>(pid)}, pid,
+                                          std::move(descriptor), std::move(program));
+    held_[pid] = application;
+    epoll_event event{};
+    event.events = EPOLLIN;
+    event.data.fd = pid;
+    ::epoll_ctl(ends_.get(), EPOLL_CTL_ADD, application->descriptor.descriptor(), &event);
+    noteLocked(Event::Launched);
+  }
+  tellWaiting();
+  return application;
+}
+
+void RunningApplications::retire(const HeldApplicationPointer& application) {
+  {
+    const std::lock_guard lock(mutex_);
+    const auto found = held_.find(application->pid);
+    if (found == held_.end() || found->second != application) return;
+    retireLocked(application);
+  }
+  tellWaiting();
+}
+
+void RunningApplications::retireLocked(const HeldApplicationPointer& application) {
+  // Somebody may keep the application, and with it the descriptor, which would be ready for ever.
+  ::epoll_ctl(ends_.get(), EPOLL_CTL_DEL, application->descriptor.descriptor(), nullptr);
+  held_.erase(application->pid);
+  noteLocked(Event::Ended);
+}
+
+void RunningApplications::retireEnded() {
+  std::vector<HeldApplicationPointer> ended;
+  {
+    const std::lock_guard lock(mutex_);
+    for (const auto& [pid, application] : held_) {
+      if (application->descriptor.hasEnded()) ended.push_back(application);
+    }
+  }
+  for (const auto& application : ended) retire(application);
+}
+
+void RunningApplications::lookForEnds() {
+  epoll_event events[64];
+  for (;;) {
+    const int count = ::epoll_wait(ends_.get(), events, std::size(events), 0);
+    if (count <= 0) return;
+    for (int i = 0; i < count; ++i) std::ignore = knownWithPid(events[i].data.fd);
+  }
+}
+
+void RunningApplications::recordEvents(std::function<void()> waiting) {
+  const std::lock_guard lock(mutex_);
+  isRecording_ = waiting != nullptr;
+  waiting_ = std::move(waiting);
+  events_.clear();
+}
+
+std::vector<RunningApplications::Event> RunningApplications::takeEvents() {
+  const std::lock_guard lock(mutex_);
+  hasToldWaiting_ = false;
+  return std::exchange(events_, {});
+}
+
+void RunningApplications::noteLocked(Event event) {
+  if (isRecording_) events_.push_back(event);
+}
+
+void RunningApplications::tellWaiting() {
+  std::function<void()> waiting;
+  {
+    const std::lock_guard lock(mutex_);
+    if (events_.empty() || std::exchange(hasToldWaiting_, true)) return;
+    waiting = waiting_;
+  }
+  if (waiting) waiting();
+}
+
+}  // namespace halvorn

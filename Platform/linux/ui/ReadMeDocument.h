@@ -12,8 +12,9 @@
 
 namespace halvorn {
 
-// The document in the file; null when it cannot be read or is larger than 8 MiB. A folder Name.rtfd counts as
-// the document TXT.rtf in it.
+// The document in the file; null when it cannot be read or is larger than 8 MiB (rich text: 16 MiB). HTML and
+// Markdown that is larger or deeper than the toolkit can bear is shown as plain text. A folder Name.rtfd
+// counts as the document TXT.rtf in it.
 [[nodiscard]] std::unique_ptr<QTextDocument> readMeDocument(const Text& path);
 
 }  // namespace halvorn

@@ -62,12 +62,14 @@ class PreparedChild {
 
  private:
   static bool useNullStreams() {
-    const int null = ::open("/dev/null", O_RDWR);
-    if (null < 0) return false;
+    const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    bool isDone = null >= 0;
     for (int stream = 0; stream <= 2; ++stream) {
-      if (null != stream && ::dup2(null, stream) < 0) return false;
+      // It may have become one of the three itself, where that was closed.
+      const int result = null == stream ? ::fcntl(null, F_SETFD, 0) : ::dup2(null, stream);
+      isDone = isDone && result >= 0;
     }
-    return true;
+    return isDone;
   }
 
   static void closeFrom(int first) {
@@ -173,13 +175,15 @@ int runAndWait(const LaunchRequest& request, double seconds) {
     if (pid == 0) child.become(pipe->writeEnd.get());
   }
   if (pid < 0) return -1;
+  pipe->writeEnd = FileDescriptor();
   const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0U)));
   pollfd ended = {process.get(), POLLIN, 0};
   const bool isOver = process.get() >= 0 && ::poll(&ended, 1, static_cast<int>(seconds * 1000.0)) == 1;
   if (!isOver) ::kill(pid, SIGKILL);  // not collected yet, so the number is still its own
   int status = -1;
   const bool isCollected = retried([&] { return ::waitpid(pid, &status, 0); }) == pid;
-  return isOver && isCollected && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  const bool hasRun = isOver && isCollected && WIFEXITED(status) && reportedError(pipe->readEnd) == 0;
+  return hasRun ? WEXITSTATUS(status) : -1;
 }
 
 std::string programInPath(const std::string& name, const Environment& environment) {

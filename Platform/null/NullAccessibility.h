@@ -1,4 +1,4 @@
-// No application takes part.
+// No application can be watched.
 #pragma once
 
 #include "Platform/Accessibility.h"

@@ -1,4 +1,4 @@
-// Events that reach nobody.
+// Events reach nobody.
 #pragma once
 
 #include "Platform/AppleEvents.h"

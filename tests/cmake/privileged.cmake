@@ -21,5 +21,6 @@ add_executable(kt_naive_tool adapters/attacks/NaiveTool.cpp)
 target_link_libraries(kt_naive_tool PRIVATE kt_naive_install)
 kt_test(kt_attack_tests KIND adapter SUBJECT privileged
   SOURCES adapters/attacks/AttackScene.cpp adapters/attacks/FileAttacksTest.cpp
-  USES kt_polkit_world kt_naive_install kt_platform_posix)
+    adapters/attacks/RaceAttacksTest.cpp
+  USES kt_polkit_world kt_naive_install kt_privileged_process)
 add_dependencies(kt_attack_tests train kt_naive_tool)

@@ -92,13 +92,20 @@ std::map<std::string, std::string> namesOf(const Text& bundlePath, const Propert
   return names;
 }
 
+// Some desktops look for the program under its name as it is written, percent signs still doubled, and take
+// the entry for one whose program is gone. So there a shell starts it, as its argument.
+std::string execFor(const std::string& program) {
+  if (program.find('%') == std::string::npos) return quotedForExec(program);
+  return "sh -c " + quotedForExec("exec \"$0\"") + " " + quotedForExec(program);
+}
+
 std::string entryFor(const std::map<std::string, std::string>& names, const std::string& program,
                      const std::string& iconName) {
   std::string entry = "[Desktop Entry]\nType=Application\n";
   for (const auto& [language, name] : names) {
     entry += (language.empty() ? "Name=" : "Name[" + language + "]=") + name + "\n";
   }
-  entry += "Exec=" + escapedValue(quotedForExec(program)) + "\n";
+  entry += "Exec=" + escapedValue(execFor(program)) + "\n";
   // Desktops show the entry only as long as the program is there.
   entry += "TryExec=" + escapedValue(program) + "\n";
   if (!iconName.empty()) entry += "Icon=" + iconName + "\n";

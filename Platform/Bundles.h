@@ -24,7 +24,7 @@ class Bundles {
   [[nodiscard]] virtual OptionalText pathForResource(const Text& bundlePath, const Text& name,
                                                      const Text& type) const = 0;
   // The paths of everything in the bundle's top resource folder, of any type, in the order of its listing.
-  [[nodiscard]] virtual std::vector<Text> resourcePaths(const Text& /*bundlePath*/) const { return {}; }
+  [[nodiscard]] virtual std::vector<Text> resourcePaths(const Text& bundlePath) const = 0;
   // The program inside the bundle, whether or not it can run here; nullopt when the bundle names none.
   [[nodiscard]] virtual OptionalText executablePath(const Text& bundlePath) const = 0;
 };

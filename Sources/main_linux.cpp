@@ -127,7 +127,7 @@ struct Sound {
       : server(ground.clock, kProgramName),
         devices(server),
         sounds(server, workers),
-        folders(ground.searchPaths),
+        folders(ground.folders.dataHome()),
         extensions({sounds, devices, folders, ground.searchPaths, ground.files, ground.bundles,
                     ground.defaults, ground.propertyLists, ground.versions, workers, ground.clock, ground.log,
                     ::getuid()}),

@@ -10,6 +10,7 @@ class NullBundles : public Bundles {
   Text mainBundlePath() const override { return "/"; }
   std::optional<PropertyDictionary> infoDictionary(const Text&) const override { return std::nullopt; }
   OptionalText pathForResource(const Text&, const Text&, const Text&) const override { return std::nullopt; }
+  std::vector<Text> resourcePaths(const Text&) const override { return {}; }
   OptionalText executablePath(const Text&) const override { return std::nullopt; }
 };
 

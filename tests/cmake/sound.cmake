@@ -11,6 +11,7 @@ kt_test(sound_contract_test KIND contract SUBJECT sound SOURCES
 
 # Real files, real servers and what they make heard.
 kt_test(sound_adapter_test KIND adapter SUBJECT sound SOURCES
-  adapters/SoundDecoderTest.cpp adapters/SoundEffectTest.cpp adapters/XdgSoundFoldersTest.cpp
+  adapters/SoundDecoderTest.cpp adapters/SoundEffectTest.cpp adapters/SoundLookupTest.cpp
   adapters/ShippedSoundsTest.cpp support/SoundServer.cpp ${CMAKE_SOURCE_DIR}/Sources/CompletionSound.cpp
-  USES kt_sound kt_platform_linux_audio kt_platform_posix kt_test_support PkgConfig::KT_PULSE)
+  USES kt_sound kt_platform_linux_audio kt_platform_linux_desktop kt_platform_posix kt_test_support
+  PkgConfig::KT_PULSE)

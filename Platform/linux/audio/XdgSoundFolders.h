@@ -1,17 +1,22 @@
-// The sound folders of Linux desktops: $XDG_DATA_HOME/sounds, then /usr/share/sounds.
+// The sound folders of Linux desktops: the person's, $XDG_DATA_HOME/sounds, then the machine's,
+// /usr/share/sounds.
 #pragma once
 
-#include "Platform/SearchPaths.h"
+#include <utility>
+
+#include "Core/Paths.h"
 #include "Platform/SoundFolders.h"
 
 namespace halvorn {
 
 class XdgSoundFolders : public SoundFolders {
  public:
-  // Reads the environment now and not later.
-  explicit XdgSoundFolders(const SearchPaths& searchPaths);
+  // The folder of the person's data, as XdgFolders::dataHome() has it.
+  explicit XdgSoundFolders(Text dataHome) : dataHome_(std::move(dataHome)) {}
 
-  std::vector<Text> additionalSoundFolders() const override;
+  std::vector<Text> additionalSoundFolders() const override {
+    return {Paths::appending(dataHome_, "sounds"), "/usr/share/sounds"};
+  }
 
  private:
   Text dataHome_;

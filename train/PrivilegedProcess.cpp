@@ -60,8 +60,10 @@ void resetSignals() {
 void raiseLimit(decltype(RLIMIT_CORE) resource, rlim_t least) {
   rlimit limit{};
   if (::getrlimit(resource, &limit) != 0 || limit.rlim_cur >= least) return;
-  limit.rlim_cur = least;
-  limit.rlim_max = std::max(limit.rlim_max, least);
+  const rlim_t most = limit.rlim_max;
+  const rlimit wanted{least, std::max(most, least)};
+  if (::setrlimit(resource, &wanted) == 0) return;
+  limit.rlim_cur = std::min(most, least);
   ::setrlimit(resource, &limit);
 }
 

@@ -21,6 +21,8 @@ add_executable(kt_naive_tool adapters/attacks/NaiveTool.cpp)
 target_link_libraries(kt_naive_tool PRIVATE kt_naive_install)
 kt_test(kt_attack_tests KIND adapter SUBJECT privileged
   SOURCES adapters/attacks/AttackScene.cpp adapters/attacks/FileAttacksTest.cpp
-    adapters/attacks/RaceAttacksTest.cpp
+    adapters/attacks/RaceAttacksTest.cpp adapters/attacks/StartAttacksTest.cpp
   USES kt_polkit_world kt_naive_install kt_privileged_process)
-add_dependencies(kt_attack_tests train kt_naive_tool)
+add_executable(kt_secured_probe adapters/attacks/SecuredProbe.cpp)
+target_link_libraries(kt_secured_probe PRIVATE kt_privileged_process)
+add_dependencies(kt_attack_tests train kt_naive_tool kt_secured_probe)

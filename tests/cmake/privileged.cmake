@@ -22,7 +22,11 @@ target_link_libraries(kt_naive_tool PRIVATE kt_naive_install)
 kt_test(kt_attack_tests KIND adapter SUBJECT privileged
   SOURCES adapters/attacks/AttackScene.cpp adapters/attacks/FileAttacksTest.cpp
     adapters/attacks/RaceAttacksTest.cpp adapters/attacks/StartAttacksTest.cpp
+    adapters/attacks/DiskAttacksTest.cpp adapters/attacks/PkexecAttacksTest.cpp
   USES kt_polkit_world kt_naive_install kt_privileged_process)
 add_executable(kt_secured_probe adapters/attacks/SecuredProbe.cpp)
 target_link_libraries(kt_secured_probe PRIVATE kt_privileged_process)
-add_dependencies(kt_attack_tests train kt_naive_tool kt_secured_probe)
+add_library(kt_planted SHARED adapters/attacks/Planted.cpp)
+target_compile_options(kt_planted PRIVATE -fno-sanitize=all)
+target_link_options(kt_planted PRIVATE -fno-sanitize=all)
+add_dependencies(kt_attack_tests train kt_naive_tool kt_secured_probe kt_planted)

@@ -23,6 +23,7 @@ kt_test(kt_attack_tests KIND adapter SUBJECT privileged
   SOURCES adapters/attacks/AttackScene.cpp adapters/attacks/FileAttacksTest.cpp
     adapters/attacks/RaceAttacksTest.cpp adapters/attacks/StartAttacksTest.cpp
     adapters/attacks/DiskAttacksTest.cpp adapters/attacks/PkexecAttacksTest.cpp
+    adapters/attacks/InstallCasesTest.cpp
   USES kt_polkit_world kt_naive_install kt_privileged_process)
 add_executable(kt_secured_probe adapters/attacks/SecuredProbe.cpp)
 target_link_libraries(kt_secured_probe PRIVATE kt_privileged_process)

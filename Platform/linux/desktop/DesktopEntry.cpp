@@ -99,7 +99,7 @@ std::vector<std::string> splitExec(const std::string& exec) {
   const std::string text = exec + " ";
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char character = text[i];
-    const bool isLast = i + 1 == text.size();
+    const bool isLast = i + 1 >= exec.size();
     if (isQuoted && character == '\\' && !isLast &&
         std::string_view("\"`$\\").find(text[i + 1]) != std::string_view::npos) {
       argument.push_back(text[++i]);

@@ -105,7 +105,7 @@ bool InstallerDriver::click(const std::string& name, double seconds) {
   if (!isThere) return false;
   const std::string x = std::to_string(target->x + target->width / 2);
   const std::string y = std::to_string(target->y + target->height / 2);
-  return runCommand({"xdotool", "mousemove", "--sync", x, y, "click", "1"},
+  return runCommand({"xdotool", "mousemove", x, y, "click", "1"},
                     {.environment = desktop_.environment()})
              .status == 0;
 }

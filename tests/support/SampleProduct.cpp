@@ -43,12 +43,14 @@ fs::path makeSampleProduct(const fs::path& folder, const SampleProduct& product)
   write(contents / "Info.plist", infoPlist(product));
   write(contents / "Resources/version.txt", product.version + "\n");
   if (product.hasIcon) {
-    fs::copy_file(fs::path(KT_SOURCE_DIR) / "samples/Sample.png", contents / "Resources/Sample.png");
+    fs::copy_file(fs::path(KT_SOURCE_DIR) / "samples/Sample.png", contents / "Resources/Sample.png",
+                  fs::copy_options::overwrite_existing);
   }
   const fs::path program =
       product.program.empty() ? fs::path(KT_BINARY_DIR) / "samples/Sample" : product.program;
   fs::create_directories(contents / product.programFolder);
-  fs::copy_file(program, contents / product.programFolder / product.name);
+  fs::copy_file(program, contents / product.programFolder / product.name,
+                fs::copy_options::overwrite_existing);
   return bundle;
 }
 

@@ -19,9 +19,10 @@ class HeldRunningApplication : public RunningApplication {
     if (isTerminated()) return false;
     if (!application_->takeTerminateRequest()) return true;
     windows_.closeWindows(application_->pid);
-    // Answered by the signal's own fate only where that tells the end; a program that may not be signalled
-    // has been asked all the same.
-    return application_->descriptor.sendSignal(SIGTERM) || !isTerminated();
+    // A program that ended at the closing has followed the request, and one that may not be signalled was
+    // asked.
+    application_->descriptor.sendSignal(SIGTERM);
+    return true;
   }
   bool forceTerminate() override { return application_->descriptor.sendSignal(SIGKILL) || !isTerminated(); }
   bool isTerminated() override { return application_->descriptor.hasEnded(); }

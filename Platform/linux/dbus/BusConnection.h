@@ -1,0 +1,77 @@
+// A connection of our own to a message bus.
+//
+// Nothing here ends the program when the bus goes, and nothing waits longer than it is told to.
+#pragma once
+
+#include <dbus/dbus.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace halvorn {
+
+struct MessageDeleter {
+  void operator()(DBusMessage* message) const { dbus_message_unref(message); }
+};
+using BusMessage = std::unique_ptr<DBusMessage, MessageDeleter>;
+
+// Why a call has no reply.
+enum class CallFailure {
+  NoSuchMethod,  // nothing of that name is exported, or nobody has that bus name
+  TimedOut,
+  Refused,  // any other error
+};
+using CallResult = std::variant<BusMessage, CallFailure>;
+
+// Whom a call goes to, and what is called.
+struct BusTarget {
+  std::string name;
+  std::string path;
+  std::string interface;
+  std::string member;
+};
+[[nodiscard]] BusMessage methodCall(const BusTarget& target);
+
+// The first argument, when it is of that type.
+[[nodiscard]] std::optional<std::string> firstText(const BusMessage& message);
+[[nodiscard]] std::vector<std::string> firstTexts(const BusMessage& message);
+[[nodiscard]] std::optional<std::uint32_t> firstNumber(const BusMessage& message);
+
+// Thread: one at a time.
+class BusConnection {
+ public:
+  // Null when there is no bus at that address ("" is none), or it does not answer in time.
+  [[nodiscard]] static std::unique_ptr<BusConnection> open(const std::string& address);
+
+  [[nodiscard]] bool isConnected() const { return dbus_connection_get_is_connected(connection_.get()); }
+  [[nodiscard]] CallResult call(const BusMessage& message, double seconds);
+  // Sends and does not wait. False when the connection is gone.
+  bool send(const BusMessage& message);
+
+  // Of the bus itself, with a short patience; empty and nullopt when it does not say.
+  [[nodiscard]] std::vector<std::string> names();
+  [[nodiscard]] std::optional<std::string> ownerOf(const std::string& name);
+  [[nodiscard]] std::optional<pid_t> pidOf(const std::string& name);
+  void addMatch(const std::string& rule);
+  void removeMatch(const std::string& rule);
+
+  // For an event loop: readable when something came; then readMessages().
+  [[nodiscard]] int descriptor() const;
+  // Hands over every message that came by itself. False once the connection is gone.
+  bool readMessages(const std::function<void(DBusMessage*)>& received);
+
+ private:
+  struct Close {
+    void operator()(DBusConnection* connection) const;
+  };
+  explicit BusConnection(DBusConnection* connection) : connection_(connection) {}
+  [[nodiscard]] CallResult askBus(const char* member, const std::string* argument);
+
+  std::unique_ptr<DBusConnection, Close> connection_;
+};
+
+}  // namespace halvorn

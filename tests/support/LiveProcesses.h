@@ -1,0 +1,86 @@
+// The process model on the real system: this user's processes and the windows of one display.
+//
+//   LiveProcesses live({.display = desktop.displayName()});
+//   live.loop.runUntil([&] { return live.changes.size() == 2; }, 5);
+//
+// Thread: the one that made it is the main thread.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "KTStuff/KTClasses/KTCompatibility.h"
+#include "KTStuff/KTClasses/KTProcess.h"
+#include "Platform/linux/desktop/LinuxBundles.h"
+#include "Platform/linux/proc/DesktopSession.h"
+#include "Platform/linux/proc/LinuxApplicationControl.h"
+#include "Platform/linux/proc/LinuxApplicationEvents.h"
+#include "Platform/linux/proc/LinuxApplicationItems.h"
+#include "Platform/linux/proc/LinuxProcessSource.h"
+#include "Platform/linux/proc/ProcFiles.h"
+#include "Platform/linux/proc/RunningApplications.h"
+#include "Platform/linux/x11/XWindowSystem.h"
+#include "Platform/null/NullAccessibility.h"
+#include "Platform/null/NullAppleEvents.h"
+#include "Platform/null/NullImages.h"
+#include "Platform/posix/PollRunLoop.h"
+#include "Platform/posix/PosixClock.h"
+#include "Platform/posix/PosixFileManager.h"
+#include "Platform/posix/PosixTasks.h"
+#include "tests/fakes/FakeDigests.h"
+#include "tests/fakes/FakeUnicode.h"
+#include "tests/fakes/FakeWorkspace.h"
+#include "tests/fakes/RecordingLog.h"
+
+namespace halvorn {
+
+struct LiveOptions {
+  std::string display;                     // "" for none
+  std::string waylandDisplay;              // "" for none
+  AppleEvents* appleEvents = nullptr;      // null: none reach anybody
+  Accessibility* accessibility = nullptr;  // null: nobody can be watched
+};
+
+class LiveProcesses {
+ public:
+  explicit LiveProcesses(const LiveOptions& options);
+
+  // Runs the loop until the condition holds.
+  template <typename Condition>
+  [[nodiscard]] bool settles(Condition condition, double seconds = 10.0) {
+    return loop.runUntil(condition, seconds);
+  }
+  // The process that is listed with that id; null when there is none.
+  [[nodiscard]] KTProcessPointer listed(std::int32_t pid);
+
+  PollRunLoop loop;
+  PosixClock clock;
+  RecordingLog log;
+  LinuxBundles bundles{LinuxBundles::pathOfThisProgram(), {}};
+  PosixFileManager files;
+  PosixTasks tasks;
+  FakeWorkspace workspace;
+  FakeUnicode unicode;
+  FakeDigests digests;
+  NullImages images;
+  NullAppleEvents noAppleEvents;
+  NullAccessibility noAccessibility;
+  ProcFiles procFiles;
+  XWindowSystem windows;
+  RunningApplications running;
+  LinuxProcessSource source;
+  LinuxApplicationControl control;
+  LinuxApplicationEvents events;
+  LinuxApplicationItems items{bundles};
+  NotificationQueue notifications{loop};
+  KTProcessClass processes;
+
+  // Of the change notifications that came: "started", "ended", "front".
+  std::vector<std::string> changes;
+
+ private:
+  std::unique_ptr<Notifications::Observation> observation_;
+};
+
+}  // namespace halvorn

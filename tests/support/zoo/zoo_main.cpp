@@ -1,0 +1,194 @@
+// A small program of a made-up session, with the habits that its arguments give it. It says "ready", then
+// what happens to it, one line each.
+//
+//   kt_zoo [HABIT ...]
+//
+//   --windows N        shows N windows            --claim-pid N   says in them that it is that process
+//   --title TEXT       their title                --claim-machine M
+//   --no-pid           says nothing of the kind   --cannot-close  its windows do not take part in closing
+//   --ignores-term     SIGTERM does nothing       --ignores-close a closed window does nothing
+//   --asks-to-save     asked once it waits; asked again it drops everything and ends with status 9
+//   --forks            asked to end it leaves a copy of itself behind
+//   --seconds S        so long until it ends, once asked
+//   --rename NAME      the name it gives itself in the process table (bytes as they are)
+//   --leader-leaves    its first thread ends, another one carries on
+//   --stops            stops itself, as ^Z does
+//   --burns S          uses so many seconds of processor time before it is ready
+//   --not-dumpable     hides from other processes of its user
+//   --bus NAME         takes the name on the session bus, and exports nothing; with
+//   --bus-actions, --bus-other-actions, --bus-application, --bus-toolkit, --bus-silent  see ZooBus.h
+#include <poll.h>
+#include <pthread.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/signalfd.h>
+#include <sys/wait.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "tests/support/zoo/ZooBus.h"
+#include "tests/support/zoo/ZooWindow.h"
+
+namespace halvorn::zoo {
+namespace {
+
+struct Habits {
+  WindowOptions windows;
+  BusOptions bus;
+  bool ignoresTerm = false;
+  bool ignoresClose = false;
+  bool asksToSave = false;
+  bool forks = false;
+  double secondsToQuit = 0;
+  std::string name;
+  bool leaderLeaves = false;
+  bool stops = false;
+  bool isNotDumpable = false;
+  double burns = 0;
+};
+
+Habits parse(int count, char** arguments) {
+  Habits habits;
+  const std::map<std::string_view, bool*> switches = {
+      {"--ignores-term", &habits.ignoresTerm},
+      {"--ignores-close", &habits.ignoresClose},
+      {"--asks-to-save", &habits.asksToSave},
+      {"--forks", &habits.forks},
+      {"--leader-leaves", &habits.leaderLeaves},
+      {"--stops", &habits.stops},
+      {"--not-dumpable", &habits.isNotDumpable},
+      {"--bus-actions", &habits.bus.exportsActions},
+      {"--bus-other-actions", &habits.bus.exportsOtherActions},
+      {"--bus-application", &habits.bus.exportsApplication},
+      {"--bus-toolkit", &habits.bus.exportsToolkitQuit},
+      {"--bus-silent", &habits.bus.isSilent},
+      {"--no-pid", &habits.windows.hidesPid},
+      {"--cannot-close", &habits.windows.cannotBeClosed}};
+  const std::map<std::string_view, std::string*> texts = {{"--title", &habits.windows.title},
+                                                          {"--claim-machine", &habits.windows.claimedMachine},
+                                                          {"--rename", &habits.name},
+                                                          {"--bus", &habits.bus.name}};
+  const std::map<std::string_view, double*> numbers = {{"--windows", &habits.windows.count},
+                                                       {"--claim-pid", &habits.windows.claimedPid},
+                                                       {"--seconds", &habits.secondsToQuit},
+                                                       {"--burns", &habits.burns}};
+  for (int i = 1; i < count; ++i) {
+    const std::string_view habit = arguments[i];
+    const char* value = i + 1 < count ? arguments[i + 1] : "";
+    if (const auto found = switches.find(habit); found != switches.end()) *found->second = true;
+    if (const auto found = texts.find(habit); found != texts.end()) *found->second = value;
+    if (const auto found = numbers.find(habit); found != numbers.end()) *found->second = std::atof(value);
+  }
+  return habits;
+}
+
+void burn(double seconds) {
+  timespec time{};
+  do {
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+  } while (static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9 < seconds);
+}
+
+class Animal {
+ public:
+  explicit Animal(const Habits& habits) : habits_(habits) {
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    ::sigaddset(&signals, SIGTERM);
+    ::sigaddset(&signals, SIGCONT);
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    signals_ = ::signalfd(-1, &signals, SFD_CLOEXEC);
+    if (habits_.windows.count > 0) windows_ = std::make_unique<Windows>(habits_.windows);
+    if (!habits_.bus.name.empty()) bus_ = std::make_unique<Bus>(habits_.bus);
+  }
+
+  [[noreturn]] void live() {
+    std::puts("ready");
+    for (;;) {
+      pollfd entries[] = {{signals_, POLLIN, 0},
+                          {windows_ ? windows_->descriptor() : -1, POLLIN, 0},
+                          {bus_ ? bus_->descriptor() : -1, POLLIN, 0}};
+      ::poll(entries, 3, -1);
+      if (entries[0].revents != 0) readSignal();
+      if (windows_) windows_->readEvents([this] { beClosed(); });
+      if (bus_) bus_->readCalls([this] { leave(); });
+    }
+  }
+
+ private:
+  void readSignal() {
+    signalfd_siginfo information{};
+    if (::read(signals_, &information, sizeof information) != sizeof information) return;
+    if (information.ssi_signo == SIGCONT) {
+      std::puts("continued");
+      return;
+    }
+    std::printf("term %d\n", ++terms_);
+    if (habits_.asksToSave) {
+      if (terms_ > 1) std::exit(9);
+      std::puts("asking");
+    } else if (!habits_.ignoresTerm) {
+      leave();
+    }
+  }
+  void beClosed() {
+    if (habits_.asksToSave) {
+      std::puts("asking");
+    } else if (!habits_.ignoresClose && !habits_.ignoresTerm) {
+      leave();
+    }
+  }
+  void leave() {
+    if (habits_.secondsToQuit > 0) ::usleep(static_cast<useconds_t>(habits_.secondsToQuit * 1e6));
+    if (habits_.forks && ::fork() == 0) {
+      // The copy is deaf to what the parent was asked.
+      ::close(signals_);
+      ::alarm(60);  // nobody watches it any more
+      std::printf("forked %d\n", static_cast<int>(::getpid()));
+      for (;;) ::pause();
+    }
+    std::_Exit(0);
+  }
+
+  const Habits habits_;
+  int signals_ = -1;
+  int terms_ = 0;
+  std::unique_ptr<Windows> windows_;
+  std::unique_ptr<Bus> bus_;
+};
+
+void* carryOn(void* animal) {
+  // The first thread has had the time to end.
+  ::usleep(100'000);
+  static_cast<Animal*>(animal)->live();
+}
+
+}  // namespace
+}  // namespace halvorn::zoo
+
+int main(int count, char** arguments) {
+  using namespace halvorn::zoo;
+  std::setvbuf(stdout, nullptr, _IONBF, 0);
+  const Habits habits = parse(count, arguments);
+  if (!habits.name.empty()) ::prctl(PR_SET_NAME, habits.name.c_str());
+  if (habits.isNotDumpable) ::prctl(PR_SET_DUMPABLE, 0);
+  if (habits.burns > 0) burn(habits.burns);
+  static Animal* animal = new Animal(habits);
+  if (habits.leaderLeaves) {
+    pthread_t thread{};
+    ::pthread_create(&thread, nullptr, carryOn, animal);
+    ::pthread_exit(nullptr);
+  }
+  if (habits.stops) {
+    std::puts("ready");
+    ::raise(SIGSTOP);
+  }
+  animal->live();
+}

@@ -16,6 +16,7 @@
 #include "Platform/linux/audio/PulseServer.h"
 #include "Platform/linux/audio/PulseSounds.h"
 #include "Platform/linux/audio/XdgSoundFolders.h"
+#include "Platform/linux/dbus/BusAppleEvents.h"
 #include "Platform/linux/desktop/Environment.h"
 #include "Platform/linux/desktop/JournalLog.h"
 #include "Platform/linux/desktop/Launcher.h"
@@ -36,7 +37,6 @@
 #include "Platform/linux/proc/LinuxProcessSource.h"
 #include "Platform/linux/proc/ProcFiles.h"
 #include "Platform/linux/proc/RunningApplications.h"
-#include "Platform/linux/proc/WindowSystem.h"
 #include "Platform/linux/text/CryptoDigests.h"
 #include "Platform/linux/text/IcuLocalizedDates.h"
 #include "Platform/linux/text/IcuUnicode.h"
@@ -47,8 +47,8 @@
 #include "Platform/linux/ui/QtImages.h"
 #include "Platform/linux/ui/QtRunLoop.h"
 #include "Platform/linux/ui/QtScreenReader.h"
+#include "Platform/linux/x11/XWindowSystem.h"
 #include "Platform/null/NullAccessibility.h"
-#include "Platform/null/NullAppleEvents.h"
 #include "Platform/posix/Person.h"
 #include "Platform/posix/PosixClock.h"
 #include "Platform/posix/PosixFileManager.h"
@@ -98,23 +98,28 @@ struct Ground {
 // The process model. Nothing is connected before a process is asked for.
 struct Processes {
   Processes(Ground& ground, QtApplication& application, QtRunLoop& loop, Images& images)
-      : running(procFiles, ground.bundles, windows, DesktopSession::ofThisProgram()),
+      : windows(ground.environment.value("DISPLAY").value_or(""),
+                DesktopSession::ofThisProgram().isWayland() ? XWindowSystem::Coverage::SomeWindows
+                                                            : XWindowSystem::Coverage::AllWindows,
+                procFiles),
+        running(procFiles, ground.bundles, windows, DesktopSession::ofThisProgram()),
         events(running, windows, loop, application),
         source(running, procFiles, windows, ground.workspace),
         control(running, windows),
         items(ground.bundles),
+        appleEvents(running, ground.environment.value("DBUS_SESSION_BUS_ADDRESS").value_or("")),
         notifications(loop),
         processes({source, events, control, appleEvents, accessibility, notifications, ground.bundles, items,
                    ground.files, images, tasks, ground.unicode, ground.digests, ground.clock, ground.log}) {}
 
   const ProcFiles procFiles;
-  NoWindows windows;
+  XWindowSystem windows;
   RunningApplications running;
   LinuxApplicationEvents events;
   LinuxProcessSource source;
   LinuxApplicationControl control;
   const LinuxApplicationItems items;
-  NullAppleEvents appleEvents;
+  BusAppleEvents appleEvents;
   NullAccessibility accessibility;  // the installer watches no other program's interface
   NotificationQueue notifications;
   PosixTasks tasks;

@@ -1,0 +1,8 @@
+// Says whether it is being debugged.
+#include <iostream>
+
+#include "Platform/linux/facts/ProcDebugger.h"
+
+int main() {
+  std::cout << "debugging: " << (halvorn::ProcDebugger().isAttached() ? "yes" : "no") << std::endl;
+}

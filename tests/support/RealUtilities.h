@@ -1,0 +1,125 @@
+// The utilities on a real desktop: everything below them is the real adapter, told the display and the buses
+// by name.
+//
+//   Desktop desktop;
+//   RealUtilities real(desktop);
+//   ASSERT_TRUE(real.loop.runUntil([&] { return real.utilities.fullScreenMode(); }, 5));
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "KTStuff/KTClasses/KTCompatibility.h"
+#include "KTStuff/KTClasses/KTUtilities.h"
+#include "Platform/linux/desktop/Environment.h"
+#include "Platform/linux/desktop/Launcher.h"
+#include "Platform/linux/desktop/LinuxBundles.h"
+#include "Platform/linux/desktop/LinuxWorkspace.h"
+#include "Platform/linux/desktop/OpenToolTasks.h"
+#include "Platform/linux/desktop/XdgFolders.h"
+#include "Platform/linux/desktop/XdgSearchPaths.h"
+#include "Platform/linux/facts/DesktopAliases.h"
+#include "Platform/linux/facts/MountedFileSystems.h"
+#include "Platform/linux/facts/ProcDebugger.h"
+#include "Platform/linux/facts/SessionLaunchContext.h"
+#include "Platform/linux/proc/DesktopSession.h"
+#include "Platform/linux/proc/LinuxApplicationControl.h"
+#include "Platform/linux/proc/LinuxApplicationEvents.h"
+#include "Platform/linux/proc/LinuxApplicationItems.h"
+#include "Platform/linux/proc/LinuxProcessSource.h"
+#include "Platform/linux/proc/ProcFiles.h"
+#include "Platform/linux/proc/RunningApplications.h"
+#include "Platform/linux/x11/X11IdleTime.h"
+#include "Platform/linux/x11/X11MenuBar.h"
+#include "Platform/linux/x11/X11Pasteboard.h"
+#include "Platform/linux/x11/XWindowSystem.h"
+#include "Platform/null/BlueControlTint.h"
+#include "Platform/null/NullAccessibility.h"
+#include "Platform/null/NullAppleEvents.h"
+#include "Platform/null/NullImages.h"
+#include "Platform/posix/PollRunLoop.h"
+#include "Platform/posix/PosixClock.h"
+#include "Platform/posix/PosixFileManager.h"
+#include "Platform/posix/PosixTasks.h"
+#include "Platform/posix/PosixTemporaryFiles.h"
+#include "tests/fakes/FakeDefaults.h"
+#include "tests/fakes/FakeDesktopFacts.h"
+#include "tests/fakes/FakeDigests.h"
+#include "tests/fakes/FakeLocalizedDates.h"
+#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeUnicode.h"
+#include "tests/fakes/RecordingLog.h"
+#include "tests/support/Desktop.h"
+
+namespace halvorn {
+
+inline Environment environmentOf(const Desktop& desktop) {
+  Environment::Variables variables;
+  for (const std::string& entry : desktop.environment()) {
+    const std::size_t equals = entry.find('=');
+    variables[entry.substr(0, equals)] = entry.substr(equals + 1);
+  }
+  return Environment(std::move(variables));
+}
+
+struct RealUtilities {
+  // `mainBundle` is the bundle that the program passes for; by default the installer's.
+  explicit RealUtilities(const Desktop& desktop, const std::string& mainBundle = KT_TEST_BUNDLE)
+      : environment(environmentOf(desktop)),
+        display(environment.value("DISPLAY")),
+        bundles(Text(mainBundle + "/Contents/Linux/Program"), {"en"}),
+        windows(desktop.displayName(), XWindowSystem::Coverage::AllWindows, procFiles),
+        running(procFiles, bundles, windows, DesktopSession::from(desktop.environment())) {}
+
+  const Environment environment;
+  const std::optional<std::string> display;
+  PollRunLoop loop;
+  PosixClock clock;
+  RecordingLog log;
+  PosixFileManager files;
+  const XdgFolders folders{environment};
+  const XdgSearchPaths searchPaths{folders};
+  const LinuxBundles bundles;
+  const Launcher launcher{environment, folders};
+  LinuxWorkspace workspace{bundles, folders, launcher, {"en"}};
+  PosixTasks posixTasks;
+  OpenToolTasks tasks{posixTasks, workspace};
+  PosixTemporaryFiles temporaryFiles{Text(*environment.value("HOME"))};
+
+  const ProcFiles procFiles;
+  XWindowSystem windows;
+  RunningApplications running;
+  LinuxApplicationEvents events{running, windows, loop, loop};
+  LinuxProcessSource source{running, procFiles, windows, workspace};
+  LinuxApplicationControl control{running, windows};
+  const LinuxApplicationItems items{bundles};
+  NullAppleEvents appleEvents;
+  NullAccessibility accessibility;
+  NotificationQueue notifications{loop};
+  NullImages images;
+  const FakeUnicode unicode;
+  const FakeDigests digests;
+  KTProcessClass processes{{source, events, control, appleEvents, accessibility, notifications, bundles,
+                            items, files, images, tasks, unicode, digests, clock, log}};
+
+  X11Pasteboard pasteboard{display};
+  X11MenuBar menuBar{display, loop};
+  X11IdleTime idleTime{displayThatSeesAllInput(environment)};
+  FakeDefaults defaults;
+  FakeInterfaceStyleSetting style;  // the real one needs the toolkit; its tests are elsewhere
+  const MountedFileSystems fileSystems;
+  const DesktopAliases aliases;
+  const ProcDebugger debugger;
+  const BlueControlTint tint;
+  const SessionLaunchContext launchContext{source, environment};
+  const FakeSystemInfo systemInfo;
+  const FakeLocalizedDates dates;
+
+  KTUtilities utilities{KTUtilitiesVersions(bundles, systemInfo, unicode, dates, log),
+                        KTUtilitiesScripts(tasks, temporaryFiles, searchPaths, clock, log),
+                        {processes, notifications, loop, pasteboard, menuBar, defaults, style, idleTime,
+                         fileSystems, tint, debugger, bundles, images, log},
+                        {processes, bundles, files, searchPaths, aliases, launchContext, tasks, clock, log}};
+};
+
+}  // namespace halvorn

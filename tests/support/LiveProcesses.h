@@ -36,8 +36,8 @@
 namespace halvorn {
 
 struct LiveOptions {
-  std::string display;                     // "" for none
-  std::string waylandDisplay;              // "" for none
+  std::string display = {};                // "" for none
+  std::string waylandDisplay = {};         // "" for none
   AppleEvents* appleEvents = nullptr;      // null: none reach anybody
   Accessibility* accessibility = nullptr;  // null: nobody can be watched
 };

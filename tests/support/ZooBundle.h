@@ -12,11 +12,12 @@ namespace halvorn {
 [[nodiscard]] std::string zooProgram();
 
 struct ZooBundle {
-  std::string name = "Zoo";                 // "Zoo.app", its program "Zoo"
-  std::map<std::string, std::string> info;  // keys of the information dictionary, beside CFBundleExecutable
-  std::string extraInfo;                    // more of the dictionary, as XML
-  bool isFlat = false;                      // "Zoo.app/Zoo" with "Resources/Info-gnustep.plist"
-  std::string script;                       // in place of the program
+  std::string name = "Zoo";  // "Zoo.app", its program "Zoo"
+  std::map<std::string, std::string> info =
+      {};                      // keys of the information dictionary, beside CFBundleExecutable
+  std::string extraInfo = {};  // more of the dictionary, as XML
+  bool isFlat = false;         // "Zoo.app/Zoo" with "Resources/Info-gnustep.plist"
+  std::string script = {};     // in place of the program
 };
 // Makes it in the folder and returns the path of its program.
 std::string makeBundle(const std::filesystem::path& folder, const ZooBundle& bundle);

@@ -1,0 +1,299 @@
+// The same cases against made-up applications and against real ones on a real desktop.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/fakes/FakeProcesses.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/LiveProcesses.h"
+#include "tests/support/ZooBundle.h"
+
+namespace halvorn {
+namespace {
+
+using Strings = std::vector<std::string>;
+
+struct Animal {
+  std::string name;
+  std::string code = "";  // "" declares none
+  bool ignoresRequests = false;
+};
+
+class World {
+ public:
+  virtual ~World() = default;
+  // Starts it, with a window, and returns its process id once it is there.
+  virtual std::int32_t start(const Animal& animal) = 0;
+  virtual void end(std::int32_t pid) = 0;
+  virtual bool settles(const std::function<bool()>& condition) = 0;
+  virtual KTProcessClass& processes() = 0;
+  virtual ProcessSource& source() = 0;
+  virtual ApplicationControl& control() = 0;
+  virtual Strings logLines() = 0;
+  virtual std::string pathOf(const std::string& name) = 0;
+  Strings changes;
+};
+
+class FakeWorld : public World {
+ public:
+  FakeWorld() { fake_.processes.installNotifications(); }
+  std::int32_t start(const Animal& animal) override {
+    const FourCharCode code = animal.code.empty() ? 0x01020304 : fourCharCodeFromText(animal.code);
+    FakeApplication& started = fake_.applications.launch(
+        {.name = animal.name,
+         .signature = code,
+         .path = Text(pathOf(animal.name)),
+         .identifier = Text("org.example." + animal.name),
+         .quitting = animal.ignoresRequests ? FakeApplication::Quitting::OnlyByForce
+                                            : FakeApplication::Quitting::WhenAsked});
+    alive_.push_back(&started);
+    return started.pid;
+  }
+  void end(std::int32_t pid) override {
+    for (FakeApplication* application : alive_) {
+      if (application->pid == pid) fake_.applications.end(*application);
+    }
+  }
+  bool settles(const std::function<bool()>& condition) override {
+    std::erase_if(alive_, [&](const FakeApplication* application) {
+      const bool hasEnded = !fake_.applications.isRunning(*application);
+      if (hasEnded) fake_.applications.deliver(kApplicationTerminatedEvent);
+      return hasEnded;
+    });
+    if (fake_.applications.front != front_) fake_.applications.deliver(kFrontApplicationSwitchedEvent);
+    front_ = fake_.applications.front;
+    fake_.idle.becomeIdle();
+    return condition();
+  }
+  KTProcessClass& processes() override { return fake_.processes; }
+  ProcessSource& source() override { return fake_.applications; }
+  ApplicationControl& control() override { return fake_.applications; }
+  Strings logLines() override { return fake_.log.lines(); }
+  std::string pathOf(const std::string& name) override { return "/Applications/" + name + ".app"; }
+
+ private:
+  FakeProcesses fake_;
+  std::vector<FakeApplication*> alive_;
+  std::optional<ProcessSerialNumber> front_;
+  std::unique_ptr<Notifications::Observation> observation_ = fake_.notifications.addObserver(
+      KTProcessChangeNotification, nullptr,
+      [this](const Notification& notification) { changes.push_back(notification.text("change")->bytes()); });
+};
+
+class LiveWorld : public World {
+ public:
+  LiveWorld() {
+    live_.processes.installNotifications();
+    live_.loop.runFor(0.01);
+  }
+  std::int32_t start(const Animal& animal) override {
+    std::map<std::string, std::string> info = {{"CFBundleIdentifier", "org.example." + animal.name}};
+    if (!animal.code.empty()) info["CFBundleSignature"] = animal.code;
+    const std::string program = makeBundle(folder_.path(), {.name = animal.name, .info = info});
+    Strings arguments = {program, "--windows", "1"};
+    if (animal.ignoresRequests) arguments.emplace_back("--ignores-term");
+    children_.emplace_back(arguments, ChildOptions{.environment = desktop_.environment()});
+    ChildProcess& child = children_.back();
+    EXPECT_EQ(child.readLine(10), "ready");
+    const auto owns = [&] {
+      const auto owners = live_.windows.owners();
+      return std::find(owners.begin(), owners.end(), child.pid()) != owners.end();
+    };
+    EXPECT_TRUE(live_.settles(owns));
+    return child.pid();
+  }
+  void end(std::int32_t pid) override {
+    for (ChildProcess& child : children_) {
+      if (child.pid() == pid) child.end(SIGKILL);
+    }
+  }
+  bool settles(const std::function<bool()>& condition) override { return live_.settles(condition); }
+  KTProcessClass& processes() override { return live_.processes; }
+  ProcessSource& source() override { return live_.source; }
+  ApplicationControl& control() override { return live_.control; }
+  Strings logLines() override { return live_.log.lines(); }
+  std::string pathOf(const std::string& name) override { return folder_ / (name + ".app"); }
+
+ private:
+  TemporaryFolder folder_;
+  Desktop desktop_{{.bus = false}};
+  LiveProcesses live_{{.display = desktop_.displayName()}};
+  std::deque<ChildProcess> children_;
+  std::unique_ptr<Notifications::Observation> observation_ = live_.notifications.addObserver(
+      KTProcessChangeNotification, nullptr,
+      [this](const Notification& notification) { changes.push_back(notification.text("change")->bytes()); });
+};
+
+class ProcessContract : public testing::TestWithParam<const char*> {
+ protected:
+  void SetUp() override {
+    if (std::string(GetParam()) == "Fake") {
+      world = std::make_unique<FakeWorld>();
+      return;
+    }
+    if (const auto missing = Desktop::missing({.bus = false})) GTEST_SKIP() << *missing;
+    world = std::make_unique<LiveWorld>();
+  }
+  KTProcessPointer listed(std::int32_t pid) {
+    for (const auto& process : world->processes().allProcesses()) {
+      if (process->unixPID() == pid) return process;
+    }
+    return nullptr;
+  }
+  std::unique_ptr<World> world;
+};
+INSTANTIATE_TEST_SUITE_P(Worlds, ProcessContract, testing::Values("Fake", "Live"),
+                         [](const auto& parameters) { return parameters.param; });
+
+TEST_P(ProcessContract, AnApplicationIsListedWithWhatItsBundleSays) {
+  const std::int32_t pid = world->start({"Editor", "EDIT"});
+  const KTProcessPointer process = listed(pid);
+  ASSERT_NE(process, nullptr);
+  EXPECT_EQ(process->name(), Text("Editor"));
+  EXPECT_EQ(process->signature(), fourCharCode("EDIT"));
+  EXPECT_EQ(process->signatureString(), Text("EDIT"));
+  EXPECT_EQ(process->path(), Text(world->pathOf("Editor")));
+  EXPECT_EQ(process->identifier(), Text("org.example.Editor"));
+  EXPECT_EQ(process->hashStringSource(), Text("id:org.example.Editor"));
+  EXPECT_TRUE(process->isStillRunning());
+  EXPECT_GT(process->launchDate().secondsSince1970, 1.5e9);
+}
+
+TEST_P(ProcessContract, EveryWayLeadsToTheSameObject) {
+  const std::int32_t pid = world->start({"Editor", "Zz01"});
+  const KTProcessPointer process = listed(pid);
+  ASSERT_NE(process, nullptr);
+  KTProcessClass& processes = world->processes();
+  EXPECT_EQ(processes.processWithPID(pid), process);
+  EXPECT_EQ(processes.processWithSerialNumber(process->serialNumber()), process);
+  EXPECT_EQ(processes.processWithSignature(fourCharCode("Zz01")), process);
+  EXPECT_EQ(processes.processWithIdentifier("org.example.Editor"), process);
+  EXPECT_EQ(processes.cachedProcessWithSerialNumber(process->serialNumber()), process);
+}
+
+TEST_P(ProcessContract, ASignatureThatIsNotDeclaredCannotBeWrittenAsText) {
+  const KTProcessPointer process = listed(world->start({"Plain"}));
+  ASSERT_NE(process, nullptr);
+  EXPECT_NE(process->signature(), 0u);
+  EXPECT_EQ(fourCharCodeFromText(process->signatureString()), 0u);
+}
+
+TEST_P(ProcessContract, ThisProgramIsTheCurrentProcessAndRuns) {
+  const KTProcessPointer current = world->processes().currentProcess();
+  ASSERT_NE(current, nullptr);
+  EXPECT_TRUE(current->isStillRunning());
+  EXPECT_NE(current->name(), std::nullopt);
+  EXPECT_EQ(world->processes().processWithPID(current->unixPID()), current);
+}
+
+TEST_P(ProcessContract, AnEndedApplicationIsNeitherListedNorFound) {
+  const std::int32_t pid = world->start({"Editor", "EDIT"});
+  const KTProcessPointer process = listed(pid);
+  ASSERT_NE(process, nullptr);
+  const ProcessSerialNumber number = process->serialNumber();
+  world->end(pid);
+  EXPECT_EQ(listed(pid), nullptr);
+  EXPECT_FALSE(process->isStillRunning());
+  EXPECT_EQ(process->unixPID(), 0);
+  EXPECT_EQ(world->source().information(number), std::nullopt);
+  EXPECT_EQ(world->source().bundleLocation(number), std::nullopt);
+  EXPECT_TRUE(world->source().sameProcess(number, number));
+  EXPECT_TRUE(world->settles([&] { return world->changes.size() >= 2; }));
+  EXPECT_EQ(world->processes().cachedProcessWithSerialNumber(number), nullptr);
+}
+
+TEST_P(ProcessContract, NobodyIsFoundUnderAProcessIdThatNobodyHas) {
+  for (const std::int32_t pid : {0, 1, -1, 2'000'000'000}) {
+    EXPECT_EQ(world->source().processForPID(pid), std::nullopt) << pid;
+    EXPECT_EQ(world->control().runningApplication(pid), nullptr) << pid;
+    EXPECT_EQ(world->processes().processWithPID(pid), nullptr) << pid;
+  }
+}
+
+TEST_P(ProcessContract, LaunchFrontSwitchAndEndArePostedInOrder) {
+  const auto count = [&](const char* change) {
+    return std::count(world->changes.begin(), world->changes.end(), change);
+  };
+  const std::int32_t first = world->start({"Editor", "EDIT"});
+  world->processes().processWithPID(first)->setFrontProcess();
+  ASSERT_TRUE(world->settles([&] { return count("front") == 1; }));
+  const std::int32_t second = world->start({"Mail", "MAIL"});
+  world->processes().processWithPID(second)->setFrontProcess();
+  ASSERT_TRUE(world->settles([&] { return count("front") == 2; }));
+  world->end(second);
+  ASSERT_TRUE(world->settles([&] { return count("ended") == 1; }));
+  Strings seen = world->changes;
+  seen.resize(5);
+  EXPECT_EQ(seen, (Strings{"started", "front", "started", "front", "ended"}));
+  EXPECT_EQ(world->processes().applicationLaunchEndCount(), 3u);
+}
+
+TEST_P(ProcessContract, TheActivatedApplicationIsInFront) {
+  const std::int32_t editor = world->start({"Editor", "EDIT"});
+  const std::int32_t mail = world->start({"Mail", "MAIL"});
+  for (const std::int32_t pid : {editor, mail, editor}) {
+    const KTProcessPointer process = world->processes().processWithPID(pid);
+    process->setFrontProcessFrontWindowOnly();
+    EXPECT_TRUE(world->settles([&] { return process->isFrontProcess(); })) << pid;
+  }
+}
+
+TEST_P(ProcessContract, AnApplicationThatFollowsEndsOnThePoliteRequest) {
+  const KTProcessPointer process = listed(world->start({"Editor", "EDIT"}));
+  ASSERT_NE(process, nullptr);
+  EXPECT_TRUE(process->quitRunningApplication(4.0F));
+  EXPECT_FALSE(process->isStillRunning());
+  ASSERT_EQ(world->logLines().size(), 1u);
+  EXPECT_TRUE(world->logLines()[0].starts_with("quit Editor: terminated after ")) << world->logLines()[0];
+  EXPECT_TRUE(world->settles([&] { return !world->changes.empty() && world->changes.back() == "ended"; }));
+}
+
+TEST_P(ProcessContract, AnApplicationThatDoesNotIsEndedByForceAfterTheTimeout) {
+  const KTProcessPointer process =
+      listed(world->start({.name = "Editor", .code = "EDIT", .ignoresRequests = true}));
+  ASSERT_NE(process, nullptr);
+  EXPECT_TRUE(process->quitRunningApplication(0.3F));
+  EXPECT_FALSE(process->isStillRunning());
+  ASSERT_EQ(world->logLines().size(), 1u);
+  EXPECT_TRUE(world->logLines()[0].starts_with("force-quit Editor: terminated after "))
+      << world->logLines()[0];
+}
+
+TEST_P(ProcessContract, AnApplicationThatIsGoneRefusesRequestsAndSaysSo) {
+  const std::int32_t pid = world->start({"Editor", "EDIT"});
+  const auto application = world->control().runningApplication(pid);
+  ASSERT_NE(application, nullptr);
+  EXPECT_FALSE(application->isTerminated());
+  world->end(pid);
+  EXPECT_TRUE(application->isTerminated());
+  EXPECT_FALSE(application->terminate());
+  EXPECT_FALSE(application->forceTerminate());
+}
+
+TEST_P(ProcessContract, QuitOfAProcessThatIsGoneIsLogged) {
+  const std::int32_t pid = world->start({"Editor", "EDIT"});
+  const KTProcessPointer process = listed(pid);
+  ASSERT_NE(process, nullptr);
+  EXPECT_EQ(process->name(), Text("Editor"));
+  world->end(pid);
+  EXPECT_FALSE(process->quitRunningApplication(1.0F));
+  EXPECT_EQ(world->logLines(), Strings{"cannot quit Editor: no pid"});
+}
+
+TEST_P(ProcessContract, ActingOnWhatIsGoneDoesNothing) {
+  const std::int32_t pid = world->start({"Editor", "EDIT"});
+  const KTProcessPointer process = listed(pid);
+  world->end(pid);
+  process->setFrontProcess();
+  process->setHidden(true);
+  process->wakeUp();
+  EXPECT_FALSE(process->isFrontProcess());
+}
+
+}  // namespace
+}  // namespace halvorn

@@ -25,6 +25,7 @@ kt_test(kt_attack_tests KIND adapter SUBJECT privileged
     adapters/attacks/DiskAttacksTest.cpp adapters/attacks/PkexecAttacksTest.cpp
     adapters/attacks/InstallCasesTest.cpp
   USES kt_polkit_world kt_naive_install kt_privileged_process)
+target_compile_definitions(kt_attack_tests PRIVATE KT_TRAIN="$<TARGET_FILE:train>")
 add_executable(kt_secured_probe adapters/attacks/SecuredProbe.cpp)
 target_link_libraries(kt_secured_probe PRIVATE kt_privileged_process)
 add_library(kt_planted SHARED adapters/attacks/Planted.cpp)

@@ -143,7 +143,7 @@ void AttackTest::expectDefended(const std::function<Harm(AttackScene&)>& attack)
 }
 
 void AttackTest::expectHarmless(const std::function<Harm(AttackScene&)>& attack) {
-  const Harm harm = carryOut(attack, {KT_BINARY_DIR "/train/train", false});
+  const Harm harm = carryOut(attack, {KT_TRAIN, false});
   EXPECT_EQ(harm, std::nullopt) << *harm;
 }
 

@@ -20,8 +20,7 @@ class InstallCases : public testing::TestWithParam<Level> {
   void SetUp() override {
     if (const auto reason = PolkitWorld::missing()) GTEST_SKIP() << *reason;
     world_ = std::make_unique<PolkitWorld>(PolkitWorldParts{.bus = false});
-    scene_ = std::make_unique<AttackScene>(*world_, AttackedTool{.path = KT_BINARY_DIR "/train/train"},
-                                           "/opt/scene");
+    scene_ = std::make_unique<AttackScene>(*world_, AttackedTool{.path = KT_TRAIN}, "/opt/scene");
     scene_->addProduct(source());
     scene_->addFolder(at("target"), 0755, owner());
   }
@@ -40,7 +39,7 @@ class InstallCases : public testing::TestWithParam<Level> {
     std::vector<std::string> log;  // without time and program
   };
   Result install(const std::vector<std::string>& arguments) {
-    std::vector<std::string> command{KT_BINARY_DIR "/train/train"};
+    std::vector<std::string> command{KT_TRAIN};
     command.insert(command.end(), arguments.begin(), arguments.end());
     const bool isPerson = GetParam() == Level::Person;
     const CommandResult run =

@@ -21,7 +21,7 @@ class PkexecAttacks : public testing::Test {
 };
 
 TEST_F(PkexecAttacks, NeitherTheEnvironmentNorPlantedLibrariesReachTheTool) {
-  AttackScene scene(*world_, {KT_BINARY_DIR "/train/train", false}, "/opt/scene");
+  AttackScene scene(*world_, {KT_TRAIN, false}, "/opt/scene");
   scene.addProduct(scene / "source/Nas.app");
   scene.addFolder(scene / "target");
   const std::string folder = scene / "bundle";
@@ -51,7 +51,7 @@ TEST_F(PkexecAttacks, NeitherTheEnvironmentNorPlantedLibrariesReachTheTool) {
 
 // Neither where the tool came from nor where it is run decides what it loads.
 TEST_F(PkexecAttacks, TheToolNamesNoFolderForItsLibraries) {
-  const auto header = runCommand({"readelf", "-d", KT_BINARY_DIR "/train/train"});
+  const auto header = runCommand({"readelf", "-d", KT_TRAIN});
   ASSERT_EQ(header.status, 0) << header.output;
   EXPECT_EQ(header.output.find("RPATH"), std::string::npos) << header.output;
   EXPECT_EQ(header.output.find("RUNPATH"), std::string::npos) << header.output;

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string train = KT_BINARY_DIR "/train/train";
+const std::string train = KT_TRAIN;
 
 class StartAttacks : public AttackTest {
  protected:

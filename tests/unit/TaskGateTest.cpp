@@ -4,7 +4,7 @@
 
 #include <atomic>
 #include <future>
-#include <optional>
+#include <memory>
 #include <thread>
 
 namespace halvorn {
@@ -20,7 +20,7 @@ TEST(TaskGate, LetsTasksThroughWhileItIsOpen) {
 }
 
 TEST(TaskGate, ATaskThatBeginsAfterTheGateHasGoneDoesNothing) {
-  std::optional<TaskGate> gate(std::in_place);
+  auto gate = std::make_unique<TaskGate>();
   int runs = 0;
   const auto task = gate->wrap([&] { ++runs; });
   gate->close();

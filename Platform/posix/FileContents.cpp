@@ -1,18 +1,15 @@
 #include "Platform/posix/FileContents.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <vector>
 
 #include "Platform/posix/FileDescriptor.h"
+#include "Platform/posix/SystemCalls.h"
 
 namespace halvorn::FileContents {
 namespace {
-
-constexpr std::size_t bufferSize = 128 * 1024;
 
 bool writeAll(int target, const char* bytes, std::size_t count, off_t offset) {
   while (count > 0) {
@@ -25,11 +22,22 @@ bool writeAll(int target, const char* bytes, std::size_t count, off_t offset) {
   return true;
 }
 
-// Copies from `start` up to `end`, or up to the end of the file where that comes first.
-bool copyRange(int source, int target, off_t start, off_t end, std::vector<char>& buffer) {
+}  // namespace
+
+bool mayHaveHoles(const struct stat& facts) {
+  constexpr off_t blockUnit = 512;
+  return facts.st_blocks * blockUnit < facts.st_size;
+}
+
+bool copyRange(int source, int target, off_t start, off_t end, std::span<char> buffer,
+               const std::function<void()>& sawMissing) {
   while (start < end) {
     const auto wanted = std::min(buffer.size(), static_cast<std::size_t>(end - start));
-    const ssize_t count = retried([&] { return ::pread(source, buffer.data(), wanted, start); });
+    ssize_t count = SystemCalls::readIfInMemory(source, buffer.data(), wanted, start);
+    if (count <= 0) {
+      if (count < 0) sawMissing();
+      count = retried([&] { return ::pread(source, buffer.data(), wanted, start); });
+    }
     if (count < 0) return false;
     if (count == 0) return true;
     if (!writeAll(target, buffer.data(), static_cast<std::size_t>(count), start)) return false;
@@ -38,28 +46,20 @@ bool copyRange(int source, int target, off_t start, off_t end, std::vector<char>
   return true;
 }
 
-bool mayHaveHoles(const struct stat& facts) { return facts.st_blocks * 512 < facts.st_size; }
-
-bool copyWithHoles(int source, int target, off_t size, std::vector<char>& buffer) {
+bool copyWithHoles(int source, int target, off_t size, std::span<char> buffer) {
+  const auto ignore = [] {};
   off_t position = 0;
   while (position < size) {
     const off_t data = ::lseek(source, position, SEEK_DATA);
     if (data < 0 && errno == ENXIO) break;
-    if (data < 0) return errno == EINVAL && copyRange(source, target, position, size, buffer);
+    // Where the file system cannot tell holes, zeroes are copied.
+    if (data < 0) return errno == EINVAL && copyRange(source, target, position, size, buffer, ignore);
     off_t hole = ::lseek(source, data, SEEK_HOLE);
     if (hole < 0) hole = size;
-    if (!copyRange(source, target, data, hole, buffer)) return false;
+    if (!copyRange(source, target, data, hole, buffer, ignore)) return false;
     position = hole;
   }
   return ::ftruncate(target, size) == 0;
-}
-
-}  // namespace
-
-bool copy(int source, int target, const struct stat& facts) {
-  std::vector<char> buffer(std::min(bufferSize, static_cast<std::size_t>(facts.st_size) + 1));
-  if (mayHaveHoles(facts)) return copyWithHoles(source, target, facts.st_size, buffer);
-  return copyRange(source, target, 0, facts.st_size, buffer);
 }
 
 }  // namespace halvorn::FileContents

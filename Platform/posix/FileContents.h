@@ -3,10 +3,20 @@
 
 #include <sys/stat.h>
 
+#include <functional>
+#include <span>
+
 namespace halvorn::FileContents {
 
-// Fills the new, empty file with the bytes of the other, holes where it has holes. `facts` are the
-// original's.
-[[nodiscard]] bool copy(int source, int target, const struct stat& facts);
+// Whether the original takes less room than its size, as a file with holes does.
+[[nodiscard]] bool mayHaveHoles(const struct stat& facts);
+
+// Fills the new file from `start` up to `end`, or up to the original's end where that comes first.
+// `sawMissing` is called when the original has to be fetched from its disk.
+[[nodiscard]] bool copyRange(int source, int target, off_t start, off_t end, std::span<char> buffer,
+                             const std::function<void()>& sawMissing);
+
+// The same for a whole file with holes; the copy has them in the same places.
+[[nodiscard]] bool copyWithHoles(int source, int target, off_t size, std::span<char> buffer);
 
 }  // namespace halvorn::FileContents

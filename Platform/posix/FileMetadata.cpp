@@ -1,129 +1,158 @@
 #include "Platform/posix/FileMetadata.h"
 
 #include <fcntl.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <string_view>
-#include <vector>
 
-namespace halvorn::FileMetadata {
+#include "Platform/posix/ExtendedAttributes.h"
+
+namespace halvorn {
 namespace {
 
 constexpr mode_t allModeBits = 07777;
-constexpr std::string_view accessList = "system.posix_acl_access";
-constexpr std::string_view defaultAccessList = "system.posix_acl_default";
 
 std::array<timespec, 2> timesOf(const struct stat& facts) { return {facts.st_atim, facts.st_mtim}; }
 
-mode_t modeToGive(const struct stat& facts, const struct stat& target, Ownership ownership) {
+std::vector<gid_t> groupsOfProcess() {
+  std::vector<gid_t> groups(static_cast<std::size_t>(std::max(0, ::getgroups(0, nullptr))));
+  const int count = ::getgroups(static_cast<int>(groups.size()), groups.data());
+  groups.resize(static_cast<std::size_t>(std::max(0, count)));
+  return groups;
+}
+
+bool isAccessList(std::string_view name) {
+  return name == AccessList::ownName || name == AccessList::defaultName;
+}
+
+}  // namespace
+
+MetadataGiver::MetadataGiver(Ownership ownership)
+    : ownership_(ownership), user_(::geteuid()), group_(::getegid()), groups_(groupsOfProcess()) {}
+
+bool MetadataGiver::mayGiveUser(uid_t user) const { return user_ == 0 || user == user_; }
+
+bool MetadataGiver::mayGiveGroup(gid_t group) const {
+  return user_ == 0 || group == group_ || std::find(groups_.begin(), groups_.end(), group) != groups_.end();
+}
+
+mode_t MetadataGiver::modeToStartWith(const struct stat& facts) const {
+  if (ownership_ == Ownership::ThisProcess)
+    return facts.st_mode & (S_IRWXU | S_IRGRP | S_IXGRP | S_IROTH | S_IXOTH);
+  // Whoever may not write a file may not give it attributes either, the administrator apart.
+  const mode_t always = user_ == 0 ? 0 : S_IWUSR;
+  // While owner or group are still to change, the bits for group and others would speak of the wrong people.
+  const bool willChange = (facts.st_uid != user_ && mayGiveUser(facts.st_uid)) ||
+                          (facts.st_gid != group_ && mayGiveGroup(facts.st_gid));
+  return (facts.st_mode & (willChange ? static_cast<mode_t>(S_IRWXU) : 0777)) | always;
+}
+
+mode_t MetadataGiver::modeToGive(const struct stat& facts, const struct stat& made) const {
   mode_t mode = facts.st_mode & allModeBits;
-  if (ownership == Ownership::ThisProcess) return mode & ~(S_ISUID | S_ISGID | S_IWGRP | S_IWOTH);
+  if (ownership_ == Ownership::ThisProcess)
+    return mode & ~static_cast<mode_t>(S_ISUID | S_ISGID | S_IWGRP | S_IWOTH);
   // Set-id bits lend the owner's rights; with another owner they would lend somebody else's.
-  if (target.st_uid != facts.st_uid) mode &= ~static_cast<mode_t>(S_ISUID);
-  if (target.st_gid != facts.st_gid) mode &= ~static_cast<mode_t>(S_ISGID);
+  if (made.st_uid != facts.st_uid) mode &= ~static_cast<mode_t>(S_ISUID);
+  if (made.st_gid != facts.st_gid) mode &= ~static_cast<mode_t>(S_ISGID);
   return mode;
 }
 
 // `change` is a chown of the item. Not being allowed to give a file away is no failure.
 template <typename Change>
-bool giveOwner(struct stat& target, const struct stat& facts, const Change& change) {
-  if (target.st_uid == facts.st_uid && target.st_gid == facts.st_gid) return true;
-  if (change(facts.st_uid, facts.st_gid) == 0) {
-    target.st_uid = facts.st_uid;
-    target.st_gid = facts.st_gid;
-    return true;
-  }
-  if (errno != EPERM && errno != EINVAL) return false;
-  if (target.st_gid == facts.st_gid) return true;
-  if (change(static_cast<uid_t>(-1), facts.st_gid) == 0) {
-    target.st_gid = facts.st_gid;
-    return true;
-  }
-  return errno == EPERM || errno == EINVAL;
-}
-
-bool mayCarry(std::string_view name, Ownership ownership) {
-  return ownership == Ownership::Kept || name.starts_with("user.");
-}
-
-// Whether a failure to give the attribute means that there is no place or no right for it, rather than a
-// fault.
-bool isBeyondUs(std::string_view name) {
-  if (errno == ENOTSUP || errno == EOPNOTSUPP || errno == ENODATA) return true;
-  return errno == EPERM && !name.starts_with("user.");
-}
-
-bool copyAttribute(int source, int target, const std::string& name, std::vector<char>& value) {
-  ssize_t size = ::fgetxattr(source, name.c_str(), value.data(), value.size());
-  while (size < 0 && errno == ERANGE) {
-    value.resize(value.size() * 4);
-    size = ::fgetxattr(source, name.c_str(), value.data(), value.size());
-  }
-  if (size < 0) return isBeyondUs(name);
-  return ::fsetxattr(target, name.c_str(), value.data(), static_cast<std::size_t>(size), 0) == 0 ||
-         isBeyondUs(name);
-}
-
-bool copyAttributes(int source, int target, Ownership ownership) {
-  std::vector<char> names(256);
-  ssize_t size = ::flistxattr(source, names.data(), names.size());
-  while (size < 0 && errno == ERANGE) {
-    names.resize(names.size() * 4);
-    size = ::flistxattr(source, names.data(), names.size());
-  }
-  if (size < 0) return errno == ENOTSUP || errno == EOPNOTSUPP;
-  std::vector<char> value(size > 0 ? 1024 : 0);
-  const std::string_view list(names.data(), static_cast<std::size_t>(size));
-  for (std::size_t start = 0; start < list.size();) {
-    const std::string name(list.substr(start, list.find('\0', start) - start));
-    start += name.size() + 1;
-    if (mayCarry(name, ownership) && !copyAttribute(source, target, name, value)) return false;
-  }
+bool MetadataGiver::giveOwner(const struct stat& facts, struct stat& made, const Change& change) const {
+  if (ownership_ == Ownership::ThisProcess) return true;
+  constexpr auto unchanged = static_cast<uid_t>(-1);
+  const uid_t user = made.st_uid != facts.st_uid && mayGiveUser(facts.st_uid) ? facts.st_uid : unchanged;
+  const gid_t group = made.st_gid != facts.st_gid && mayGiveGroup(facts.st_gid) ? facts.st_gid : unchanged;
+  if (user == unchanged && group == unchanged) return true;
+  if (change(user, group) != 0) return errno == EPERM || errno == EINVAL;
+  if (user != unchanged) made.st_uid = user;
+  if (group != unchanged) made.st_gid = group;
+  // The system takes set-id bits away with the owner.
+  made.st_mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
   return true;
 }
 
-// A folder with a default list gives it to what is made in it; the original may have none.
-bool dropInherited(int target, std::string_view name) {
-  return ::fremovexattr(target, std::string(name).c_str()) == 0 || errno == ENODATA || errno == ENOTSUP ||
-         errno == EOPNOTSUPP || errno == EINVAL;
+bool MetadataGiver::isCarried(std::string_view name) const {
+  // A label says what may be done at a place; the system gives one that fits the new place.
+  if (name == "security.selinux") return false;
+  return ownership_ == Ownership::Kept || name.starts_with("user.");
 }
 
-}  // namespace
-
-bool copyAllButTimes(int source, int target, const struct stat& facts, Ownership ownership) {
-  struct stat made {};
-  if (::fstat(target, &made) != 0) return false;
-  if (ownership == Ownership::Kept &&
-      !giveOwner(made, facts, [&](uid_t user, gid_t group) { return ::fchown(target, user, group); })) {
-    return false;
-  }
-  if (!dropInherited(target, accessList)) return false;
-  if (S_ISDIR(facts.st_mode) && !dropInherited(target, defaultAccessList)) return false;
-  // A change of owner takes set-id bits and capabilities away, so they come after it.
-  if (!copyAttributes(source, target, ownership)) return false;
-  return ::fchmod(target, modeToGive(facts, made, ownership)) == 0;
+bool MetadataGiver::giveAttributes(const AttributedFile& source, const AttributedFile& target,
+                                   LaterAttributes* later) const {
+  const auto wanted = [&](std::string_view name) { return isCarried(name); };
+  return source.each(wanted, [&](const std::string& name, std::string_view value) {
+    if (later == nullptr || !isAccessList(name)) return target.give(name, value);
+    later->emplace_back(name, value);
+    return true;
+  });
 }
 
-bool copyToUnopened(int folder, const std::string& name, const struct stat& facts, Ownership ownership) {
-  struct stat made {};
-  if (::fstatat(folder, name.c_str(), &made, AT_SYMLINK_NOFOLLOW) != 0) return false;
-  const auto change = [&](uid_t user, gid_t group) {
-    return ::fchownat(folder, name.c_str(), user, group, AT_SYMLINK_NOFOLLOW);
-  };
-  if (ownership == Ownership::Kept && !giveOwner(made, facts, change)) return false;
-  if (S_ISLNK(facts.st_mode)) return true;
-  return ::fchmodat(folder, name.c_str(), modeToGive(facts, made, ownership), 0) == 0;
-}
-
-bool copyTimes(int target, const struct stat& facts) {
+bool MetadataGiver::finishFile(int source, int target, const struct stat& facts, struct stat made,
+                               MayInherit mayInherit) const {
+  const auto change = [&](uid_t user, gid_t group) { return ::fchown(target, user, group); };
+  if (!giveOwner(facts, made, change)) return false;
+  const bool inherits = mayInherit == MayInherit::Yes;
+  if (inherits && !AttributedFile(target).remove(AccessList::ownName)) return false;
+  // A change of owner takes capabilities away, so they come after it.
+  if (!giveAttributes(AttributedFile(source), AttributedFile(target), nullptr)) return false;
+  const mode_t mode = modeToGive(facts, made);
+  if ((inherits || (made.st_mode & allModeBits) != mode) && ::fchmod(target, mode) != 0) return false;
   return ::futimens(target, timesOf(facts).data()) == 0;
 }
 
-bool copyTimes(int folder, const std::string& name, const struct stat& facts) {
-  return ::utimensat(folder, name.c_str(), timesOf(facts).data(), AT_SYMLINK_NOFOLLOW) == 0;
+bool MetadataGiver::startFolder(int source, int target, const struct stat& facts, struct stat& made,
+                                LaterAttributes& later, MayInherit mayInherit) const {
+  const auto change = [&](uid_t user, gid_t group) { return ::fchown(target, user, group); };
+  if (!giveOwner(facts, made, change)) return false;
+  if (mayInherit == MayInherit::Yes) {
+    if (!AttributedFile(target).remove(AccessList::ownName)) return false;
+    if (!AttributedFile(target).remove(AccessList::defaultName)) return false;
+  }
+  // A folder that hands its group down would give it to everything made in here.
+  const bool handsGroupDown = (made.st_mode & S_ISGID) != 0;
+  if (mayInherit == MayInherit::Yes || handsGroupDown) {
+    if (::fchmod(target, S_IRWXU) != 0) return false;
+    made.st_mode = (made.st_mode & S_IFMT) | S_IRWXU;
+  }
+  return giveAttributes(AttributedFile(source), AttributedFile(target), &later);
 }
 
-}  // namespace halvorn::FileMetadata
+bool MetadataGiver::finishFolder(int target, const struct stat& facts, const struct stat& made,
+                                 const LaterAttributes& later) const {
+  for (const auto& [name, value] : later) {
+    if (!AttributedFile(target).give(name, value)) return false;
+  }
+  const mode_t mode = modeToGive(facts, made);
+  if ((!later.empty() || (made.st_mode & allModeBits) != mode) && ::fchmod(target, mode) != 0) return false;
+  return ::futimens(target, timesOf(facts).data()) == 0;
+}
+
+bool MetadataGiver::finishUnopened(int sourceFolder, const char* name, int folder, const char* targetName,
+                                   const struct stat& facts, MayInherit mayInherit) const {
+  struct stat made {};
+  if (::fstatat(folder, targetName, &made, AT_SYMLINK_NOFOLLOW) != 0) return false;
+  const auto change = [&](uid_t user, gid_t group) {
+    return ::fchownat(folder, targetName, user, group, AT_SYMLINK_NOFOLLOW);
+  };
+  if (!giveOwner(facts, made, change)) return false;
+  // Only the administrator can give attributes to links, and nobody has "user." ones on any of these.
+  if (ownership_ == Ownership::Kept && (user_ == 0 || !S_ISLNK(facts.st_mode))) {
+    const AttributedFile target(folder, targetName);
+    if (mayInherit == MayInherit::Yes && !S_ISLNK(facts.st_mode) && !target.remove(AccessList::ownName))
+      return false;
+    if (!giveAttributes(AttributedFile(sourceFolder, name), target, nullptr)) return false;
+  }
+  const mode_t mode = modeToGive(facts, made);
+  const bool hasMode = !S_ISLNK(facts.st_mode);
+  if (hasMode && (mayInherit == MayInherit::Yes || (made.st_mode & allModeBits) != mode) &&
+      ::fchmodat(folder, targetName, mode, 0) != 0) {
+    return false;
+  }
+  return ::utimensat(folder, targetName, timesOf(facts).data(), AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+}  // namespace halvorn

@@ -4,6 +4,11 @@
 #include <sys/stat.h>
 
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "Platform/posix/ExtendedAttributes.h"
 
 namespace halvorn {
 
@@ -17,19 +22,50 @@ enum class Ownership {
   ThisProcess,
 };
 
-namespace FileMetadata {
+// Whether the new item stands in a folder that hands access lists down.
+enum class MayInherit { No, Yes };
 
-// Gives the new item everything but the times. `facts` are the original's; both descriptors are open for
-// reading or writing, the folders' for reading. Fails: false when anything could not be given that the file
-// system can hold.
-[[nodiscard]] bool copyAllButTimes(int source, int target, const struct stat& facts, Ownership ownership);
+// Attributes of a folder that would get in the way while it is filled.
+using LaterAttributes = std::vector<std::pair<std::string, std::string>>;
 
-// Gives the new item, a link or anything else that is not opened, its owner and mode.
-[[nodiscard]] bool copyToUnopened(int folder, const std::string& name, const struct stat& facts,
-                                  Ownership ownership);
+// Gives new items what their originals have. In all functions `facts` are the original's and `made` what the
+// new item was made with.
+//
+// Fails: false when anything could not be given that the target's file system can hold and this process may
+// give. Thread: any.
+class MetadataGiver {
+ public:
+  explicit MetadataGiver(Ownership ownership);
 
-[[nodiscard]] bool copyTimes(int target, const struct stat& facts);
-[[nodiscard]] bool copyTimes(int folder, const std::string& name, const struct stat& facts);
+  // The mode to make the copy with: for group and others no more than it will have in the end.
+  [[nodiscard]] mode_t modeToStartWith(const struct stat& facts) const;
 
-}  // namespace FileMetadata
+  // For a file that has its bytes; both are open.
+  [[nodiscard]] bool finishFile(int source, int target, const struct stat& facts, struct stat made,
+                                MayInherit mayInherit) const;
+  // For a folder: at its start all that does not get in the way, at its end the rest. `made` is updated.
+  [[nodiscard]] bool startFolder(int source, int target, const struct stat& facts, struct stat& made,
+                                 LaterAttributes& later, MayInherit mayInherit) const;
+  [[nodiscard]] bool finishFolder(int target, const struct stat& facts, const struct stat& made,
+                                  const LaterAttributes& later) const;
+  // For a link, pipe, socket or device, which are not opened. The source is `name` in its folder, too.
+  [[nodiscard]] bool finishUnopened(int sourceFolder, const char* name, int folder, const char* targetName,
+                                    const struct stat& facts, MayInherit mayInherit) const;
+
+ private:
+  [[nodiscard]] mode_t modeToGive(const struct stat& facts, const struct stat& made) const;
+  [[nodiscard]] bool mayGiveUser(uid_t user) const;
+  [[nodiscard]] bool mayGiveGroup(gid_t group) const;
+  template <typename Change>
+  [[nodiscard]] bool giveOwner(const struct stat& facts, struct stat& made, const Change& change) const;
+  [[nodiscard]] bool isCarried(std::string_view name) const;
+  [[nodiscard]] bool giveAttributes(const AttributedFile& source, const AttributedFile& target,
+                                    LaterAttributes* later) const;
+
+  Ownership ownership_;
+  uid_t user_;
+  gid_t group_;
+  std::vector<gid_t> groups_;
+};
+
 }  // namespace halvorn

@@ -19,6 +19,13 @@ inline constexpr int openPath = O_PATH;
 inline constexpr int openPath = O_RDONLY;
 #endif
 
+// Opens without noting the time of the access. Only the owner and the administrator may.
+#ifdef O_NOATIME
+inline constexpr int openQuietly = O_NOATIME;
+#else
+inline constexpr int openQuietly = 0;
+#endif
+
 // How a path is resolved in one call of the kernel.
 enum class Resolution {
   WithoutLinks,         // no component may be a link

@@ -1,0 +1,85 @@
+#include "Platform/posix/CopyQueue.h"
+
+#include <exception>
+#include <memory>
+#include <utility>
+
+namespace halvorn {
+
+namespace {
+constexpr unsigned tasksPerWorker = 2;
+}
+
+CopyQueue::~CopyQueue() {
+  for (std::thread& thread : threads_) thread.join();
+}
+
+void CopyQueue::allowWorkers(unsigned count) {
+  const std::lock_guard lock(mutex_);
+  allowed_ = count;
+  wanted_ = count > 1 ? count * tasksPerWorker : 0;
+}
+
+void CopyQueue::add(Task task) {
+  const std::lock_guard lock(mutex_);
+  tasks_.push_back(std::move(task));
+  ++waiting_;
+  startWorkerIfUseful();
+  changed_.notify_one();
+}
+
+// The lock is held.
+void CopyQueue::startWorkerIfUseful() {
+  if (threads_.size() + 1 >= allowed_) return;
+  try {
+    threads_.emplace_back([this, scratch = std::make_unique<CopyScratch>()] { work(*scratch); });
+    ++running_;
+  } catch (const std::exception&) {
+    // Whoever is here already does it alone.
+    allowed_ = static_cast<unsigned>(threads_.size()) + 1;
+  }
+}
+
+void CopyQueue::runAll(const Task& task) {
+  {
+    const std::lock_guard lock(mutex_);
+    ++running_;
+  }
+  CopyScratch scratch;
+  runGuarded(task, scratch);
+  work(scratch);
+  for (std::thread& thread : threads_) thread.join();
+  threads_.clear();
+}
+
+// Takes tasks until there are none and nobody is left who could add one.
+void CopyQueue::work(CopyScratch& scratch) {
+  std::unique_lock lock(mutex_);
+  while (true) {
+    if (!tasks_.empty()) {
+      const Task task = std::move(tasks_.front());
+      tasks_.pop_front();
+      --waiting_;
+      lock.unlock();
+      runGuarded(task, scratch);
+      lock.lock();
+      continue;
+    }
+    if (--running_ == 0) changed_.notify_all();
+    changed_.wait(lock, [&] { return !tasks_.empty() || running_ == 0; });
+    if (tasks_.empty()) return;
+    ++running_;
+  }
+}
+
+void CopyQueue::runGuarded(const Task& task, CopyScratch& scratch) {
+  try {
+    if (!isStopped()) task(scratch);
+  } catch (const std::exception&) {
+    stop();
+  }
+}
+
+void CopyQueue::stop() { isStopped_.store(true, std::memory_order_relaxed); }
+
+}  // namespace halvorn

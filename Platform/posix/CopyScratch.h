@@ -1,0 +1,22 @@
+// The memory that one thread works in while it copies, made once.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <span>
+
+#include "Platform/posix/FolderListing.h"
+
+namespace halvorn {
+
+struct CopyScratch {
+  // Small enough to stay in the processor's own memory between reading and writing.
+  static constexpr std::size_t bufferSize = 128 * 1024;
+
+  [[nodiscard]] std::span<char> buffer() { return {memory.get(), bufferSize}; }
+
+  FolderListing listing;
+  std::unique_ptr<char[]> memory{new char[bufferSize]};
+};
+
+}  // namespace halvorn

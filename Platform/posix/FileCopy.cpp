@@ -1,0 +1,183 @@
+#include "Platform/posix/FileCopy.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "Platform/posix/BigFile.h"
+#include "Platform/posix/FileContents.h"
+#include "Platform/posix/SystemCalls.h"
+
+namespace halvorn {
+namespace {
+
+// Nothing here waits for the other end of a pipe, follows a link or gets a terminal.
+constexpr int openToRead = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+constexpr int create = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+
+// A handful of files is opened at a time: changing rights costs more than opening, and a disk that is asked
+// for several files at once fetches them faster.
+constexpr std::size_t handful = 16;
+
+struct Original {
+  FileDescriptor file;
+  struct stat facts {};
+};
+
+// Reading leaves the time of the last access alone where this process may do that.
+FileDescriptor openToCopy(CopyContext& context, int folder, const char* name) {
+  const int quietly = context.quietReading.isWorthTrying() ? SystemCalls::openQuietly : 0;
+  FileDescriptor file(retried([&] { return ::openat(folder, name, openToRead | quietly); }));
+  if (file || quietly == 0 || errno != EPERM) return file;
+  context.quietReading.refused();
+  return FileDescriptor(retried([&] { return ::openat(folder, name, openToRead); }));
+}
+
+Original openOriginal(CopyContext& context, int folder, const char* name) {
+  Original original;
+  original.file = openToCopy(context, folder, name);
+  if (!original.file || ::fstat(original.file.get(), &original.facts) != 0) return {};
+  if (context.isCold()) SystemCalls::fetchAhead(original.file.get(), 0, original.facts.st_size);
+  return original;
+}
+
+// The new, empty file; not open when the original was a further name of one that is copied already.
+struct Made {
+  FileDescriptor file;
+  struct stat facts {};
+  bool hasFailed = false;
+};
+
+Made makeFile(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
+  Made made;
+  const mode_t mode = context.giver.modeToStartWith(facts);
+  const auto make = [&] {
+    made.file =
+        FileDescriptor(retried([&] { return ::openat(place.targetFolder, place.targetName, create, mode); }));
+    return made.file.isOpen();
+  };
+  if (facts.st_nlink > 1) {
+    const auto answer =
+        context.links.makeOrLink(facts, place.targetFolder, place.targetName, place.path, make);
+    made.hasFailed = answer == HardLinks::Answer::Failed;
+  } else {
+    made.hasFailed = !make();
+  }
+  if (made.file && ::fstat(made.file.get(), &made.facts) != 0) made.hasFailed = true;
+  return made;
+}
+
+bool cloneContents(CopyContext& context, int source, int target, off_t size) {
+  if (size == 0 || !context.clones.isWorthTrying()) return false;
+  const bool isCloned = SystemCalls::clone(source, target);
+  isCloned ? context.clones.worked() : context.clones.refused();
+  return isCloned;
+}
+
+bool copyContents(CopyContext& context, CopyScratch& scratch, int source, int target,
+                  const struct stat& facts) {
+  if (cloneContents(context, source, target, facts.st_size)) return true;
+  if (FileContents::mayHaveHoles(facts)) {
+    return FileContents::copyWithHoles(source, target, facts.st_size, scratch.buffer());
+  }
+  return FileContents::copyRange(source, target, 0, facts.st_size, scratch.buffer(),
+                                 [&] { context.sawMissing(); });
+}
+
+// Takes the descriptor over, because a big file is copied by others, too.
+bool copyOpened(CopyContext& context, CopyScratch& scratch, Original original, const CopyPlace& place) {
+  const struct stat& facts = original.facts;
+  Made made = makeFile(context, place, facts);
+  if (made.hasFailed) return false;
+  if (!made.file) return true;
+  if (BigFile::isBig(facts) && !FileContents::mayHaveHoles(facts) &&
+      !cloneContents(context, original.file.get(), made.file.get(), facts.st_size)) {
+    return BigFile::copy(context, scratch, std::move(original.file), std::move(made.file), facts, made.facts,
+                         place.mayInherit);
+  }
+  return copyContents(context, scratch, original.file.get(), made.file.get(), facts) &&
+         context.giver.finishFile(original.file.get(), made.file.get(), facts, made.facts,
+                                  place.mayInherit) &&
+         made.file.closeAfterWriting();
+}
+
+std::optional<std::string> readLink(const CopyContext& context, const CopyPlace& place,
+                                    const struct stat& facts) {
+  const RightsOf rights(context.rules.readAs);
+  if (!rights.holds()) return std::nullopt;
+  std::string target(static_cast<std::size_t>(std::max<off_t>(facts.st_size, 4095)) + 1, '\0');
+  const ssize_t size = ::readlinkat(place.sourceFolder, place.name, target.data(), target.size());
+  if (size <= 0 || static_cast<std::size_t>(size) == target.size()) return std::nullopt;
+  target.resize(static_cast<std::size_t>(size));
+  return target;
+}
+
+bool makeUnopened(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
+  if (S_ISLNK(facts.st_mode)) {
+    const auto target = readLink(context, place, facts);
+    return target && ::symlinkat(target->c_str(), place.targetFolder, place.targetName) == 0;
+  }
+  const bool isDevice = S_ISBLK(facts.st_mode) || S_ISCHR(facts.st_mode);
+  // A device node made with the administrator's rights would open the device to whoever may open the node.
+  if (isDevice && context.rules.ownership == Ownership::ThisProcess) return false;
+  const mode_t mode = (facts.st_mode & S_IFMT) | (context.giver.modeToStartWith(facts) & 0777);
+  return ::mknodat(place.targetFolder, place.targetName, mode, isDevice ? facts.st_rdev : 0) == 0;
+}
+
+}  // namespace
+
+void copyUnopened(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
+  const auto make = [&] { return makeUnopened(context, place, facts); };
+  if (facts.st_nlink > 1) {
+    const auto answer =
+        context.links.makeOrLink(facts, place.targetFolder, place.targetName, place.path, make);
+    if (answer == HardLinks::Answer::Linked) return;
+    if (answer == HardLinks::Answer::Failed) return context.fail();
+  } else if (!make()) {
+    return context.fail();
+  }
+  if (!context.giver.finishUnopened(place.sourceFolder, place.name, place.targetFolder, place.targetName,
+                                    facts, place.mayInherit)) {
+    context.fail();
+  }
+}
+
+void copyFile(CopyContext& context, CopyScratch& scratch, const CopyPlace& place) {
+  Original original;
+  {
+    const RightsOf rights(context.rules.readAs);
+    if (!rights.holds()) return context.fail();
+    original = openOriginal(context, place.sourceFolder, place.name);
+  }
+  if (!original.file || !S_ISREG(original.facts.st_mode)) return context.fail();
+  if (!copyOpened(context, scratch, std::move(original), place)) context.fail();
+}
+
+void copyFiles(CopyContext& context, CopyScratch& scratch, const OpenFolder& folder,
+               std::span<const char* const> names) {
+  std::array<Original, handful> originals;
+  while (!names.empty() && !context.hasFailed()) {
+    const auto now = names.first(std::min(names.size(), handful));
+    names = names.subspan(now.size());
+    {
+      const RightsOf rights(context.rules.readAs);
+      if (!rights.holds()) return context.fail();
+      for (std::size_t i = 0; i < now.size(); ++i)
+        originals[i] = openOriginal(context, folder.source(), now[i]);
+    }
+    for (std::size_t i = 0; i < now.size() && !context.hasFailed(); ++i) {
+      const CopyPlace place{.sourceFolder = folder.source(),
+                            .name = now[i],
+                            .targetFolder = folder.target(),
+                            .targetName = now[i],
+                            .path = folder.path()};
+      const bool isFile = originals[i].file.isOpen() && S_ISREG(originals[i].facts.st_mode);
+      if (!isFile || !copyOpened(context, scratch, std::move(originals[i]), place)) return context.fail();
+    }
+  }
+}
+
+}  // namespace halvorn

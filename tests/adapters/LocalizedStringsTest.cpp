@@ -39,6 +39,8 @@ TEST(PreferredLanguages, ComeFromTheCommandLineElseFromTheEnvironment) {
       {{"x", "-AppleLanguages", "(de, en)"}, {{"LANG", "fr"}}, {"de", "en"}, "a list"},
       {{"x", "-AppleLanguages", "(\"de-AT\")"}, {{"LANG", "fr"}}, {"de-AT"}, "a quoted one"},
       {{"x", "-AppleLanguages", "de"}, {{"LANG", "fr"}}, {"de"}, "one without parentheses"},
+      {{"x", "-AppleLanguages", "(de,", "en)", "-a", "b"}, {}, {"de", "en"}, "a list split at its blanks"},
+      {{"x", "-AppleLanguages", "(de,", "en"}, {{"LANG", "fr"}}, {"fr"}, "a list without its end"},
       {{"x", "-a", "b", "-AppleLanguages", "(de)"}, {}, {"de"}, "anywhere"},
       {{"x", "-AppleLanguages", "((("}, {{"LANG", "fr"}}, {"fr"}, "not a list"},
       {{"x", "-AppleLanguages", "(\"../x\")"}, {{"LANG", "fr"}}, {"fr"}, "not a language"},

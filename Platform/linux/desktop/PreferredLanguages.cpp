@@ -51,6 +51,13 @@ std::vector<Text> languagesFromArgument(const Text& argument) {
   return languages;
 }
 
+// The value behind the option. A list that was split at its blanks comes in several arguments: "(de," "en)".
+Text valueFrom(std::vector<Text>::const_iterator first, std::vector<Text>::const_iterator end) {
+  Text value = *first;
+  while (value.hasPrefix("(") && !value.contains(")") && ++first != end) value = value + Text(" ") + *first;
+  return value;
+}
+
 bool isUntranslated(const std::string& locale) { return locale == "C" || locale == "POSIX"; }
 
 std::vector<Text> languagesFromEnvironment(const Environment& environment) {
@@ -81,7 +88,7 @@ void appendChineseScript(std::vector<Text>& names, const Text& language) {
 std::vector<Text> preferredLanguages(const std::vector<Text>& arguments, const Environment& environment) {
   const auto option = std::find(arguments.begin(), arguments.end(), Text("-AppleLanguages"));
   if (option != arguments.end() && option + 1 != arguments.end()) {
-    const std::vector<Text> languages = languagesFromArgument(*(option + 1));
+    const std::vector<Text> languages = languagesFromArgument(valueFrom(option + 1, arguments.end()));
     if (!languages.empty()) return languages;
   }
   return languagesFromEnvironment(environment);

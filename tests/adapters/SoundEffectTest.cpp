@@ -12,6 +12,7 @@
 #include "Platform/posix/PosixClock.h"
 #include "Platform/posix/PosixWorkers.h"
 #include "Sources/CompletionSound.h"
+#include "tests/fakes/FakeMainThread.h"
 #include "tests/fakes/SoundWorld.h"
 #include "tests/support/SoundData.h"
 #include "tests/support/SoundServer.h"
@@ -243,13 +244,18 @@ TEST_P(SoundEffectTest, NothingIsConnectedBeforeASoundIsPlayedNorAfterwards) {
 }
 
 TEST_P(SoundEffectTest, ADoneSoundThatIsMissingEmptyOrDamagedIsSilence) {
+  FakeWorkers workers;  // run here, so that the files can be changed between two sounds
+  SoundExtensions effects(program->world.services(program->sounds, program->devices, workers));
+  CompletionSound completionSound(effects);
   const std::string aiff = shippedSound("Done.aiff");
   for (const std::string& contents : {std::string(), std::string("no sound"), aiff.substr(0, 40)}) {
     program->world.addApplicationSound("Done.aiff", contents);
-    program->completionSound.play(Text("YES"));
+    completionSound.play(Text("YES"));
+    workers.runAll();
   }
   program->world.bundles.bundles.clear();
-  program->completionSound.play(Text("YES"));
+  completionSound.play(Text("YES"));
+  workers.runAll();
   EXPECT_EQ(speakers->peak(), 0.0);
   EXPECT_TRUE(program->world.log.lines().empty());
 }
@@ -335,9 +341,9 @@ TEST_F(FailingServer, ThatDoesNotAnswerKeepsNeitherTheInstallationNorItsEndWaiti
   program->completionSound.play(Text("YES"));
   program->effects.prepareForSound();
   std::promise<void> waits;
-  program->effects.inBackground([&] {
+  program->effects.inBackground([&waits, &effects = program->effects] {
     waits.set_value();
-    static_cast<void>(program->effects.systemAudioDeviceID());
+    static_cast<void>(effects.systemAudioDeviceID());
   });
   waits.get_future().wait();
   program.reset();  // while all of them wait

@@ -173,11 +173,15 @@ TEST_F(InstallFlow, TheKeyboardAloneInstalls) {
   ASSERT_TRUE(startedVersion("2.0"));
   // The product's window may come up after the installer's came forward: what a person's window switcher
   // does.
-  ASSERT_EQ(runCommand({"xdotool", "search", "--onlyvisible", "--pid",
-                        std::to_string(installer.process().pid()), "windowactivate", "--sync"},
+  ASSERT_EQ(runCommand({"xdotool", "search", "--onlyvisible", "--name", "^Install Sample$", "windowactivate"},
                        {.environment = desktop().environment()})
                 .status,
             0);
+  ASSERT_TRUE(eventually([&] {
+    const auto front =
+        runCommand({"xdotool", "getactivewindow", "getwindowname"}, {.environment = desktop().environment()});
+    return front.output == "Install Sample\n";
+  }));
   installer.key("Return");
   EXPECT_EQ(installer.process().waitForEnd(20), 0);
 }

@@ -1,5 +1,4 @@
 # The installer as a bundle: the program in Contents/Linux, everything else in Contents/Resources.
-set(KT_BUNDLE_DIR "${CMAKE_BINARY_DIR}/HalvornInstaller.app" CACHE PATH "Where the installer bundle is made")
 set(contents ${KT_BUNDLE_DIR}/Contents)
 
 set_target_properties(HalvornInstaller PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${contents}/Linux)

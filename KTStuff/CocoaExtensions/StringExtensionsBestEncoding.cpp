@@ -77,7 +77,9 @@ OptionalText detectedText(std::string_view bytes, const TextCodecs& codecs, cons
       if (holdsControlBytes(bytes)) continue;
       return bestOf(kSingleByteCandidates, bytes, codecs, unicode);
     }
-    if (guess.confidence < kCredibleConfidence) continue;
+    // Nothing is UTF-8 by accident, however little a detector makes of it.
+    const bool isUtf8 = guess.encoding == TextEncodings::utf8 && !holdsControlBytes(bytes);
+    if (guess.confidence < kCredibleConfidence && !isUtf8) continue;
     if (const auto text = codecs.decode(bytes, guess.encoding)) return *text;
   }
   return std::nullopt;

@@ -17,11 +17,12 @@ namespace halvorn::StringExtensions {
 // Replaces by regular expression. One object is made at the program's root.
 class RegexReplacing {
  public:
-  // How long one replacement may take; a pattern that goes astray is given up after that.
-  static constexpr double kSecondsAllowed = 2.0;
+  static constexpr double kSecondsAllowed = 5.0;
 
-  RegexReplacing(const KTRegularExpression& regularExpressions, const Clock& clock, const Log& log)
-      : regularExpressions_(regularExpressions), clock_(clock), log_(log) {}
+  // One replacement may take that many seconds; a pattern that goes astray is given up after that.
+  RegexReplacing(const KTRegularExpression& regularExpressions, const Clock& clock, const Log& log,
+                 double secondsAllowed = kSecondsAllowed)
+      : regularExpressions_(regularExpressions), clock_(clock), log_(log), secondsAllowed_(secondsAllowed) {}
 
   // All matches of the pattern replaced by the template: $0 is the whole match, $1 ... its groups ("" for a
   // group that took no part or does not exist); a backslash takes the meaning off the unit after it. Word
@@ -35,6 +36,7 @@ class RegexReplacing {
   const KTRegularExpression& regularExpressions_;
   const Clock& clock_;
   const Log& log_;
+  const double secondsAllowed_;
   mutable std::atomic<bool> hasLoggedUnavailability_ = false;
 };
 

@@ -113,7 +113,7 @@ Text RegexReplacing::stringByReplacingOccurrencesOfRegexPattern(const Text& text
   }
   const CompiledRegex& expression = *compilation.expression;
   const ReplacementTemplate replacement(withTemplate.units(), expression.numberOfCaptureGroups());
-  Replacer replacer(text, replacement, clock_, kSecondsAllowed);
+  Replacer replacer(text, replacement, clock_, secondsAllowed_);
   if (const OptionalText error = expression.enumerateMatches(text, replacer)) {
     log_("Regular expression error: %@", *error);
     return text;

@@ -23,3 +23,5 @@ kt_library(kt_text
     ${KT_TEXT}Wildcards.cpp
     KTClasses/KTRegularExpression.cpp
   USES kt_core)
+# Texts of ten megabytes are part of the tests, also of builds that are not optimised.
+target_compile_options(kt_text PRIVATE $<$<CONFIG:Debug>:-O1>)

@@ -55,6 +55,8 @@ XkbKeyboard::XkbKeyboard(const std::string& display) {
       XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr);
   connection->context.reset(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
   if (hasExtension == 0 || !connection->context) return;
+  // What goes wrong is answered, not printed.
+  xkb_context_set_log_level(connection->context.get(), XKB_LOG_LEVEL_CRITICAL);
   connection->device = xkb_x11_get_core_keyboard_device_id(connection->display.get());
   if (connection->device >= 0) connection_ = std::move(connection);
 }

@@ -25,15 +25,25 @@ class Reading {
     if (++depth_ > XmlHtmlText::kDeepestNesting) {
       stop(HtmlAnswer::NestedTooDeeply);
     } else {
-      guarded([&] { visitor_.startElement(viewOf(name)); });
+      guarded([&] {
+        handOn();
+        visitor_.startElement(viewOf(name));
+      });
     }
   }
   void end(const xmlChar* name) {
     --depth_;
-    guarded([&] { visitor_.endElement(viewOf(name)); });
+    guarded([&] {
+      handOn();
+      visitor_.endElement(viewOf(name));
+    });
   }
+  // The parser hands out crumbs, at worst a byte at a time.
   void characters(const xmlChar* bytes, int length) {
-    guarded([&] { visitor_.characters(viewOf(bytes).substr(0, static_cast<std::size_t>(length))); });
+    guarded([&] { pending_.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length)); });
+  }
+  void finish() {
+    guarded([&] { handOn(); });
   }
   [[nodiscard]] HtmlAnswer answer() const { return answer_; }
 
@@ -52,8 +62,14 @@ class Reading {
     xmlStopParser(parser_);
   }
 
+  void handOn() {
+    if (!pending_.empty()) visitor_.characters(Text(pending_));
+    pending_.clear();
+  }
+
   HtmlVisitor& visitor_;
   htmlParserCtxt* parser_;
+  std::string pending_;
   HtmlAnswer answer_ = HtmlAnswer::Read;
   int depth_ = 0;
 };
@@ -126,6 +142,7 @@ HtmlAnswer XmlHtmlText::read(const Text& html, HtmlVisitor& visitor) const {
   const int options = HTML_PARSE_NOERROR | HTML_PARSE_NOWARNING | HTML_PARSE_NONET | HTML_PARSE_IGNORE_ENC;
   xmlFreeDoc(htmlCtxtReadMemory(parser.get(), bytes.data(), static_cast<int>(bytes.size()), nullptr, "UTF-8",
                                 options));
+  reading.finish();
   return reading.answer();
 }
 

@@ -133,7 +133,7 @@ class FakeTabView : public FakeView, public TabView {
     record("showWithoutTabsAndBorder");
   }
   void selectItem(int index) override {
-    selected_ = index;
+    if (index == 0 || index == 1) selected_ = index;  // there are no other pages
     record("selectItem", std::to_string(index));
   }
   int selectedItem() const override { return selected_; }

@@ -9,6 +9,7 @@
 #include "Platform/linux/ui/InterfaceReader.h"
 #include "Platform/linux/ui/QtText.h"
 #include "Platform/linux/ui/QtViews.h"
+#include "Platform/linux/ui/StringsTranslator.h"
 
 namespace halvorn {
 namespace {
@@ -38,13 +39,17 @@ QString missingOutlet(const WindowWidget& window) {
 }  // namespace
 
 struct InstallerWindow::Parts {
-  explicit Parts(std::unique_ptr<WindowWidget> read) : widget(std::move(read)) {}
+  Parts(std::unique_ptr<WindowWidget> read, const LocalizedStrings& strings)
+      : translator(strings), widget(std::move(read)) {
+    QCoreApplication::installTranslator(&translator);
+  }
 
   template <typename Widget>
   Widget& named(const char* id) {
     return *widget->find<Widget>(QLatin1String(id));
   }
 
+  StringsTranslator translator;  // takes itself out when it ends
   std::unique_ptr<WindowWidget> widget;
   InstallerActions actions;
   QtWindow window{*widget};
@@ -61,7 +66,6 @@ struct InstallerWindow::Parts {
   QtButton cancelButton{*widget, named<ActionButton>("cancelButton")};
   QtButton helpButton{*widget, named<ActionButton>("helpButton")};
   QtProgressIndicator progressIndicator{*widget, named<Spinner>("progressIndicator")};
-  bool shown = false;
 };
 
 InstallerWindow::Loaded InstallerWindow::load(const Text& descriptionPath, const LocalizedStrings& strings,
@@ -76,7 +80,7 @@ InstallerWindow::Loaded InstallerWindow::load(const Text& descriptionPath, const
   if (const QString missing = missingOutlet(*read.window); !missing.isEmpty()) {
     return {nullptr, format("%@: no usable %@", descriptionPath, toText(missing))};
   }
-  auto parts = std::make_unique<Parts>(std::move(read.window));
+  auto parts = std::make_unique<Parts>(std::move(read.window), strings);
   return {std::unique_ptr<InstallerWindow>(new InstallerWindow(std::move(parts))), {}};
 }
 

@@ -24,11 +24,11 @@ class WindowWidget;
 
 // What the controls of the window do, by the selectors that the interface description names.
 struct InstallerActions {
-  std::function<void()> install;                  // install:
-  std::function<void()> cancel;                   // cancel:
-  std::function<void()> openDocumentation;        // openDocumentation:
-  std::function<void()> windowClosed;             // after the window has been closed
-  std::function<void(const Text& url)> openLink;  // a link of the read-me, web and mail addresses only
+  std::function<void()> install = {};                  // install:
+  std::function<void()> cancel = {};                   // cancel:
+  std::function<void()> openDocumentation = {};        // openDocumentation:
+  std::function<void()> windowClosed = {};             // after the window has been closed
+  std::function<void(const Text& url)> openLink = {};  // a link of the read-me, web and mail addresses only
 };
 
 class InstallerWindow {

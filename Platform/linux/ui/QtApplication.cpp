@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cstdio>
 #include <string>
 #include <utility>
 
@@ -32,6 +33,11 @@ class InputWatch : public QObject {
   std::atomic<bool> optionKey_ = false;
 };
 
+// The toolkit's remarks are no lines of the log; what ends the program is.
+void keepQuiet(QtMsgType type, const QMessageLogContext&, const QString& message) {
+  if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "%s\n", qUtf8Printable(message));
+}
+
 }  // namespace
 
 struct QtApplication::Parts {
@@ -40,6 +46,9 @@ struct QtApplication::Parts {
     application.installEventFilter(&watch);
   }
 
+  ~Parts() { qInstallMessageHandler(before); }
+
+  QtMessageHandler before = qInstallMessageHandler(keepQuiet);
   std::string path;
   int count = 1;
   char* arguments[2] = {path.data(), nullptr};

@@ -99,6 +99,7 @@ void RtfReader::closeGroup() {
   toSkip_ = 0;
   optional_ = false;
   if (groups_.size() < 2) return;
+  if (groups_.size() == 2 && !runs_.empty()) endParagraph();  // the document's own group
   const Group closed = group();
   groups_.pop_back();
   if (group().destination != closed.destination) endDestination(closed.destination);
@@ -272,8 +273,7 @@ void RtfReader::endRow() {
 
 void RtfReader::finish() {
   flushBytes();
-  groups_.resize(1);  // a cut document ends inside its groups
-  if (!runs_.empty()) endParagraph();
+  if (!runs_.empty()) endParagraph();  // a cut document ends inside its groups
   endRow();
   // Font numbers of the document become places in its table.
   const auto place = [this](int number) { return fontPlaces_.value(number < 0 ? defaultFont_ : number, -1); };

@@ -48,6 +48,7 @@ void WindowWidget::fitTexts() {
   int missing = 0;
   const QWidget* tabs = find<QWidget>(QStringLiteral("tabView"));
   for (const QWidget* page : pages_) {
+    page->layout()->activate();
     missing = std::max(missing, page->layout()->totalHeightForWidth(width()) - tabs->height());
   }
   const int most = screen()->availableGeometry().height();

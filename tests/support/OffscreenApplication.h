@@ -1,0 +1,38 @@
+// A toolkit application without a display for all cases of a test program.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <QCoreApplication>
+#include <memory>
+
+#include "Platform/linux/ui/QtApplication.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace halvorn {
+
+class OffscreenApplication : public testing::Environment {
+ public:
+  void SetUp() override {
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    ::setenv("XDG_RUNTIME_DIR", folder_.path().c_str(), 1);
+    ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    application_ = std::make_unique<QtApplication>("/test/window");
+  }
+  void TearDown() override { application_.reset(); }
+
+  [[nodiscard]] QtApplication& application() { return *application_; }
+
+ private:
+  TemporaryFolder folder_;
+  std::unique_ptr<QtApplication> application_;
+};
+
+// To be put at namespace level of one source: `OffscreenApplication& desktop = offscreenApplication();`
+// offscreenApplication();`
+inline OffscreenApplication& offscreenApplication() {
+  return *static_cast<OffscreenApplication*>(testing::AddGlobalTestEnvironment(new OffscreenApplication));
+}
+
+}  // namespace halvorn

@@ -1,0 +1,4 @@
+# The copy, the removal and the Trash on real disks.
+kt_test(copy_adapter KIND adapter SUBJECT copy
+  SOURCES adapters/copy/TreeCopyTest.cpp support/SampleTrees.cpp
+  USES kt_platform_posix)

@@ -78,7 +78,7 @@ PkexecRun::PkexecRun(pid_t pid, std::string pkexecName, FileDescriptor signal, F
 }
 
 PkexecRun::~PkexecRun() {
-  if (!isCollected_) ::waitpid(pid_, nullptr, WNOHANG);
+  if (!end_) ::waitpid(pid_, nullptr, WNOHANG);
 }
 
 bool PkexecRun::hasEnded() const {
@@ -149,7 +149,8 @@ bool PkexecRun::endedAsPkexec(bool& isKnown) const {
   return isKnown && name == pkexecName_;
 }
 
-PkexecRun::End PkexecRun::waitForEnd() {
+const PkexecRun::End& PkexecRun::waitForEnd() {
+  if (end_) return *end_;
   if (toolStarted_) passOn(false);
   while (!hasEnded()) (void)wait();
   // What it wrote is in the pipe; others may hold the pipe open, so its end is not waited for.
@@ -159,7 +160,6 @@ PkexecRun::End PkexecRun::waitForEnd() {
   const bool wasPkexec = endedAsPkexec(nameIsKnown);
   int status = 0;
   if (retried([&] { return ::waitpid(pid_, &status, 0); }) == pid_) end.waitStatus = status;
-  isCollected_ = true;
   // Where processes of others are hidden: the two numbers that are pkexec's own, and a violent end.
   const bool looksLikePkexec =
       !end.waitStatus || !WIFEXITED(status) || WEXITSTATUS(status) == 126 || WEXITSTATUS(status) == 127;
@@ -169,7 +169,8 @@ PkexecRun::End PkexecRun::waitForEnd() {
   } else {
     complaint_ = std::move(unfinishedLine_);
   }
-  return end;
+  end_ = end;
+  return *end_;
 }
 
 }  // namespace halvorn

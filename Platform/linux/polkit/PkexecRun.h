@@ -40,9 +40,9 @@ class PkexecRun {
     bool toolRan = false;           // else it was pkexec that ended
     std::optional<int> waitStatus;  // as waitpid() tells it; nullopt when the system does not tell
   };
-  // Blocks until the process has ended. From the tool's start on, what it says on its standard output and
-  // error goes to the standard error of this process, line by line.
-  [[nodiscard]] End waitForEnd();
+  // Blocks until the process has ended; later calls answer the same at once. From the tool's start on, what
+  // it says on its standard output and error goes to the standard error of this process, line by line.
+  [[nodiscard]] const End& waitForEnd();
 
   // What pkexec said before any tool ran; at most some kilobytes.
   [[nodiscard]] const std::string& complaint() const { return complaint_; }
@@ -68,7 +68,7 @@ class PkexecRun {
   FileDescriptor signal_;   // our end of the tool's standard input
   FileDescriptor output_;
   bool toolStarted_ = false;
-  bool isCollected_ = false;
+  std::optional<End> end_;
   std::string complaint_;
   std::string unfinishedLine_;
 };

@@ -18,44 +18,47 @@ namespace {
 
 constexpr int exitDismissed = 126;
 
-// The rights for a tool that runs, or has run, or could not be started.
+// The rights for a tool that runs or has run by now.
 class PolkitAuthorization : public Authorization {
  public:
   PolkitAuthorization(const Log& log, std::unique_ptr<PkexecRun> run) : log_(log), run_(std::move(run)) {}
-  PolkitAuthorization(const Log& log, ToolEnd end) : log_(log), end_(end) {}
 
   ToolEnd run() override {
-    if (run_ == nullptr) return end_;
-    end_ = endFrom(log_, run_->waitForEnd().waitStatus);
-    run_ = nullptr;
-    return end_;
-  }
-
-  [[nodiscard]] static ToolEnd endFrom(const Log& log, std::optional<int> waitStatus) {
+    const auto waitStatus = run_->waitForEnd().waitStatus;
     if (!waitStatus) return ToolUnknown{};
     if (WIFSIGNALED(*waitStatus)) {
-      log("The administrator's tool was ended by signal %d", WTERMSIG(*waitStatus));
+      log_("The administrator's tool was ended by signal %d", WTERMSIG(*waitStatus));
       return ToolDied{WTERMSIG(*waitStatus)};
     }
     const int status = WEXITSTATUS(*waitStatus);
-    if (status != 0) log("The administrator's tool ended with status %d", status);
+    if (status != 0) log_("The administrator's tool ended with status %d", status);
     return ToolExited{status};
   }
 
  private:
   const Log& log_;
   std::unique_ptr<PkexecRun> run_;
-  ToolEnd end_ = ToolUnknown{};
 };
 
-Authorizer::Result granted(const Log& log, ToolEnd end) {
-  return {AuthorizationAnswer::Granted, std::make_unique<PolkitAuthorization>(log, end)};
+// The rights for a tool that cannot be started.
+class EmptyAuthorization : public Authorization {
+ public:
+  explicit EmptyAuthorization(int error) : error_(error) {}
+  ToolEnd run() override { return ToolNotStarted{error_}; }
+
+ private:
+  int error_;
+};
+
+Authorizer::Result grantedInVain(int error) {
+  return {AuthorizationAnswer::Granted, std::make_unique<EmptyAuthorization>(error)};
 }
 
 void logObstacle(const Log& log, const Text& tool, const ToolObstacle& obstacle) {
   const Text reason(std::strerror(obstacle.error));
   switch (obstacle.kind) {
     case ToolObstacle::Kind::NoAbsolutePath:
+      if (tool.isEmpty()) return log("The installer has no tool for the administrator");
       return log("The administrator's tool '%@' is not named by an absolute path", tool);
     case ToolObstacle::Kind::Missing:
       return log("The administrator's tool '%@' is missing: %@", tool, reason);
@@ -96,12 +99,12 @@ Authorizer::Result PolkitAuthorizer::requestAdministratorRights(const Text& tool
                                                                 const std::vector<Text>& arguments) {
   if (const auto obstacle = obstacleToTool(toolPath.bytes())) {
     logObstacle(log_, toolPath, *obstacle);
-    return granted(log_, ToolNotStarted{obstacle->error});
+    return grantedInVain(obstacle->error);
   }
   std::vector<std::string> words;
   if (!toBytes(arguments, words)) {
     log_("The administrator's tool was not started: an argument holds a NUL character");
-    return granted(log_, ToolNotStarted{EINVAL});
+    return grantedInVain(EINVAL);
   }
   const OptionalText pkexec = firstExecutable(programs_.pkexec);
   if (!pkexec) {
@@ -114,12 +117,11 @@ Authorizer::Result PolkitAuthorizer::requestAdministratorRights(const Text& tool
     log_("No administrator rights: %@ could not be started: %@", pkexec, std::strerror(error));
     return {};
   }
-  if (run->waitForStartOrEnd() == PkexecRun::Moment::ToolStarted) {
-    return {AuthorizationAnswer::Granted, std::make_unique<PolkitAuthorization>(log_, std::move(run))};
+  if (run->waitForStartOrEnd() == PkexecRun::Moment::Ended) {
+    const PkexecRun::End& end = run->waitForEnd();
+    if (!end.toolRan) return answerOfPkexec(*run, end.waitStatus);
   }
-  const PkexecRun::End end = run->waitForEnd();
-  if (end.toolRan) return granted(log_, PolkitAuthorization::endFrom(log_, end.waitStatus));
-  return answerOfPkexec(*run, end.waitStatus);
+  return {AuthorizationAnswer::Granted, std::make_unique<PolkitAuthorization>(log_, std::move(run))};
 }
 
 Authorizer::Result PolkitAuthorizer::answerOfPkexec(const PkexecRun& run,
@@ -151,10 +153,10 @@ Authorizer::Result PolkitAuthorizer::answerOfPkexec(const PkexecRun& run,
       return {};
     case PkexecComplaint::ToolUnreachable:
       log_("The administrator's tool cannot be reached by the administrator (%@)", said);
-      return granted(log_, ToolNotStarted{EACCES});
+      return grantedInVain(EACCES);
     case PkexecComplaint::ToolUnstartable:
       log_("The administrator's tool could not be started (%@)", said);
-      return granted(log_, ToolNotStarted{ENOEXEC});
+      return grantedInVain(ENOEXEC);
     case PkexecComplaint::Unknown:
       break;
   }

@@ -13,6 +13,13 @@ kt_test(kt_privileged_adapter_tests KIND adapter SUBJECT privileged
   SOURCES adapters/PolkitAuthorizerTest.cpp
   USES kt_polkit_world)
 add_dependencies(kt_privileged_adapter_tests kt_polkit_agent kt_authorize_probe kt_zoo_tool)
+kt_test(kt_privileged_contract_tests KIND contract SUBJECT privileged
+  SOURCES contract/AuthorizerContractTest.cpp
+  USES kt_polkit_world kt_core)
+add_dependencies(kt_privileged_contract_tests kt_polkit_agent kt_authorize_probe kt_zoo_tool)
+kt_test(kt_privileged_unit_tests KIND unit SUBJECT privileged
+  SOURCES unit/PolkitTextsTest.cpp
+  USES kt_platform_linux_polkit kt_privileged_process)
 
 # What the administrator's tool must withstand, and a tool that does not.
 add_library(kt_naive_install STATIC adapters/attacks/NaiveInstall.cpp)

@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "tests/adapters/attacks/AttackScene.h"
+#include "tests/support/PrivateMedium.h"
 
 namespace halvorn {
 namespace {
@@ -98,6 +99,20 @@ TEST_F(DiskAttacks, ADiskThatTurnsReadOnlyMidwayFailsAndSaysSo) {
     if (status != 2) return "exits with " + std::to_string(status.value_or(-1000));
     if (tool.output().find("ERROR -- Could not copy myself to ") == std::string::npos) return tool.output();
     return std::nullopt;
+  });
+}
+
+// What only the person can reach (FUSE): the file rights of the person alone do not reach it.
+TEST_F(DiskAttacks, ASourceOnAMediumThatOnlyThePersonCanReadFailsAndDoesNotHang) {
+  if (const auto reason = PrivateMedium::missing()) GTEST_SKIP() << *reason;
+  expectHarmless([](AttackScene& scene) -> Harm {
+    scene.addFolder(scene / "medium");
+    scene.addFolder(scene / "target");
+    const PrivateMedium medium(scene / "medium", AttackScene::person,
+                               {{"Nas.app/Contents/Info.plist", "<plist/>"}});
+    const auto run = scene.install(scene / "medium/Nas.app", scene / "target/Nas.app");
+    if (run.status != 2) return "exits with " + std::to_string(run.status);
+    return says(run, "ERROR -- Could not copy myself to ") ? std::nullopt : Harm(run.output);
   });
 }
 

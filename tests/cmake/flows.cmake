@@ -22,3 +22,5 @@ target_compile_definitions(installer_tour PRIVATE KT_SOURCE_DIR="${CMAKE_SOURCE_
 target_link_libraries(installer_tour PRIVATE kt_flow_support)
 add_executable(sample_image ${CMAKE_CURRENT_SOURCE_DIR}/flows/sample_image.cpp)
 target_link_libraries(sample_image PRIVATE kt_flow_support)
+
+include(${CMAKE_CURRENT_LIST_DIR}/privileged_flow.cmake)

@@ -44,12 +44,14 @@ bool Control::has(const std::string& state) const {
 InstallerDriver::InstallerDriver(Desktop& desktop, std::vector<std::string> arguments,
                                  const DriverOptions& options)
     : desktop_(desktop),
+      accessibleProbe_(options.accessibleProbe.empty() ? KT_BINARY_DIR "/tests/accessible_probe"
+                                                       : options.accessibleProbe),
       process_(commandLine(options.program, std::move(arguments)),
                {.environment = desktop.environmentWith(options.environment)}) {}
 
 std::vector<Control> InstallerDriver::controls() const {
   const CommandResult seen =
-      runCommand({KT_BINARY_DIR "/tests/accessible_probe", std::to_string(process_.pid())},
+      runCommand({accessibleProbe_, std::to_string(process_.pid())},
                  {.environment = desktop_.environment()});
   std::vector<Control> result;
   if (seen.status != 0) return result;

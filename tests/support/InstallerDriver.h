@@ -30,6 +30,7 @@ struct Control {
 struct DriverOptions {
   std::string program = {};                   // the built installer when empty
   std::vector<std::string> environment = {};  // added to the desktop's
+  std::string accessibleProbe = {};           // the built one when empty
 };
 
 class InstallerDriver {
@@ -56,6 +57,7 @@ class InstallerDriver {
   [[nodiscard]] std::optional<Control> button(const std::string& name) const;
 
   Desktop& desktop_;
+  std::string accessibleProbe_;
   ChildProcess process_;
 };
 

@@ -5,6 +5,7 @@
 //   wrong    types a wrong one three times and gives up
 //   cancel   dismisses the dialog
 //   vanish   ends as soon as it is asked
+// and with "wait-" before it, only after a line came on standard input.
 // Prints "registered", then "asked: <action> <message>" each time.
 #define POLKIT_AGENT_I_KNOW_API_IS_SUBJECT_TO_CHANGE 1
 #include <polkitagent/polkitagent.h>
@@ -12,6 +13,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <string>
 
 namespace {
@@ -19,6 +21,7 @@ namespace {
 constexpr const char* rightPassword = "right-password";
 constexpr int mostAttempts = 3;
 
+const std::string waiting = "wait-";
 std::string mode;
 
 struct Conversation {
@@ -58,6 +61,12 @@ void begin(PolkitAgentListener* listener, const gchar* action, const gchar* mess
            PolkitDetails*, const gchar* cookie, GList* identities, GCancellable* cancellable,
            GAsyncReadyCallback done, gpointer data) {
   std::printf("asked: %s %s\n", action, message);
+  if (mode.starts_with(waiting)) {
+    // The dialog is on the screen, and the person thinks.
+    std::string line;
+    std::getline(std::cin, line);
+    mode.erase(0, waiting.size());
+  }
   if (mode == "vanish") std::_Exit(0);
   GTask* task = g_task_new(listener, cancellable, done, data);
   if (mode == "cancel") {

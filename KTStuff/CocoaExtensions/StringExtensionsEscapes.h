@@ -20,6 +20,7 @@ namespace StringExtensions {
 // Takes the backslash off each of the characters; \t, \r and \n become tab, return and line feed when the
 // characters hold these. What a backslash produced is not looked at again: "\\\\n" becomes a backslash and
 // "n". A backslash before anything else stays. The text itself when there is nothing to expand.
+// KEEP: an "n", "r" or "t" among the characters is taken for the control character that it stands for.
 [[nodiscard]] Text stringByExpandingEscapedCharacters(const Text& text, const Text& characters);
 
 // Replaces the target where an even number of backslashes (or none) stands before it.

@@ -67,6 +67,10 @@ TEST(StringByExpandingEscapedCharacters, ABackslashBeforeAnythingElseStays) {
   EXPECT_EQ(stringByExpandingEscapedCharacters("\\t\\n", "\t"), Text("\t\\n"));
 }
 
+TEST(StringByExpandingEscapedCharacters, TheLettersThemselvesStandForControlCharacters) {
+  EXPECT_EQ(stringByExpandingEscapedCharacters("a\\nb", "n"), Text("a\nb"));
+}
+
 TEST(StringByExpandingEscapedCharacters, NothingToExpandReturnsTheReceiver) {
   for (const Text& text : {Text(""), Text("\\"), Text("x"), Text("abc"), Text("\\q"), Text("ab\\")}) {
     EXPECT_TRUE(stringByExpandingEscapedCharacters(text, KTEscapeCharacters).isSameObject(text))

@@ -1,0 +1,32 @@
+// Bytes of unknown encoding, and of each known one.
+#include "KTStuff/CocoaExtensions/StringExtensions.h"
+#include "Platform/linux/text/IcuTextCodecs.h"
+#include "Platform/linux/text/IcuUnicode.h"
+#include "tests/fakes/FakeFileManager.h"
+#include "tests/fuzz/FuzzInput.h"
+
+using namespace halvorn;
+using namespace halvorn::StringExtensions;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const IcuTextCodecs codecs;
+  static const IcuUnicode unicode;
+  const std::string bytes(FuzzInput(data, size).rest());
+  FakeFileManager files;
+  files.addFile("/file", bytes);
+  const OptionalText best = stringWithBestEncodingFromFile("/file", files, codecs, unicode);
+  require(best.has_value() || bytes.empty(), "bytes are some text, in Latin-1 at least");
+  if (best && !best->isEmpty())
+    require(reasonableTextFactor(*best, "", unicode) <= 1.0F, "no score is better than 1");
+
+  using namespace TextEncodings;
+  for (const TextEncoding encoding : {ascii, utf8, latin1, TextEncodings::unicode, macRoman, utf16BigEndian,
+                                      utf16LittleEndian, utf32BigEndian, utf32LittleEndian}) {
+    const auto text = codecs.decode(bytes, encoding);
+    if (!text || text->isEmpty() || text->at(0) == 0xFEFF)
+      continue;  // what begins like a mark is taken for one
+    const auto again = codecs.encode(*text, encoding);
+    require(again && codecs.decode(*again, encoding) == text, "what was decoded can be encoded");
+  }
+  return 0;
+}

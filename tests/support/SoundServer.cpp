@@ -211,9 +211,9 @@ struct SoundRecording::Client {
     return connection.locked([&] { return samples.size() / 2; });
   }
 
-  TestClient connection;
+  std::vector<float> samples;  // under the connection's lock; outlives the thread that fills it
   pa_stream* stream = nullptr;
-  std::vector<float> samples;  // under the connection's lock
+  TestClient connection;
 };
 
 namespace {
@@ -245,6 +245,8 @@ SoundRecording::SoundRecording(SoundServer& /*server*/, const std::string& sink)
 
 SoundRecording::~SoundRecording() {
   client_->connection.locked([&] {
+    // Until the server has confirmed the end, pieces still arrive.
+    pa_stream_set_read_callback(client_->stream, nullptr, nullptr);
     pa_stream_disconnect(client_->stream);
     pa_stream_unref(client_->stream);
   });

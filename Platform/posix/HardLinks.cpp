@@ -4,6 +4,8 @@
 #include <limits.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <optional>
 #include <vector>
 
 #include "Platform/posix/FileDescriptor.h"
@@ -24,37 +26,56 @@ std::vector<const std::string*> namesUp(const FolderPath* path) {
 }
 
 // In one piece, or empty when the system would not take that.
-std::string joined(const std::vector<const std::string*>& names, const std::string& last) {
-  std::size_t size = last.size() + 1;
+std::string joined(const std::vector<const std::string*>& names) {
+  std::size_t size = 0;
   for (const std::string* name : names) size += name->size() + 1;
   std::string path;
   if (size > PATH_MAX) return path;
   path.reserve(size);
-  for (auto name = names.rbegin(); name != names.rend(); ++name) path.append(**name).push_back('/');
-  return path + last;
+  for (auto name = names.rbegin(); name != names.rend(); ++name) {
+    if (!path.empty()) path.push_back('/');
+    path.append(**name);
+  }
+  return path;
 }
 
+// No link is followed on the way: where others may write, one may stand there by now.
 FileDescriptor openDown(int top, const std::vector<const std::string*>& names) {
+  constexpr int flags = SystemCalls::openPath | O_DIRECTORY | O_CLOEXEC;
+  const std::string whole = joined(names);
+  if (!whole.empty()) {
+    const auto resolution = SystemCalls::Resolution::BeneathWithoutLinks;
+    if (auto folder = SystemCalls::openResolving(top, whole, flags, resolution)) return std::move(*folder);
+  }
   FileDescriptor folder(::fcntl(top, F_DUPFD_CLOEXEC, 0));
   for (auto name = names.rbegin(); name != names.rend() && folder; ++name) {
-    folder = FileDescriptor(retried([&] {
-      return ::openat(folder.get(), (*name)->c_str(),
-                      SystemCalls::openPath | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    }));
+    folder =
+        FileDescriptor(retried([&] { return ::openat(folder.get(), (*name)->c_str(), flags | O_NOFOLLOW); }));
   }
   return folder;
+}
+
+std::optional<std::pair<dev_t, ino_t>> identityOf(int folder, const char* name) {
+  struct stat facts {};
+  if (::fstatat(folder, name, &facts, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
+  return std::pair(facts.st_dev, facts.st_ino);
 }
 
 }  // namespace
 
 bool HardLinks::link(const Copy& copy, int folder, const char* name,
                      const std::shared_ptr<const FolderPath>& path) const {
-  if (copy.folder == path) return ::linkat(folder, copy.name.c_str(), folder, name, 0) == 0;
-  const auto names = namesUp(copy.folder.get());
-  const std::string whole = joined(names, copy.name);
-  if (!whole.empty()) return ::linkat(top_, whole.c_str(), folder, name, 0) == 0;
-  const FileDescriptor holder = openDown(top_, names);
-  return holder && ::linkat(holder.get(), copy.name.c_str(), folder, name, 0) == 0;
+  FileDescriptor holder;
+  if (copy.folder != path) {
+    holder = openDown(top_, namesUp(copy.folder.get()));
+    if (!holder) return false;
+  }
+  if (::linkat(holder ? holder.get() : folder, copy.name.c_str(), folder, name, 0) != 0) return false;
+  if (identityOf(folder, name) == copy.identity) return true;
+  // Another folder has the name of the one that the copy was made in.
+  ::unlinkat(folder, name, 0);
+  errno = ESTALE;
+  return false;
 }
 
 HardLinks::Answer HardLinks::makeOrLink(const struct stat& facts, int folder, const char* name,
@@ -73,7 +94,9 @@ HardLinks::Answer HardLinks::makeOrLink(const struct stat& facts, int folder, co
     copies_.erase(found);
   }
   if (!make()) return Answer::Failed;
-  copies_[key] = {.folder = path, .name = name, .namesLeft = facts.st_nlink - 1};
+  const auto identity = identityOf(folder, name);
+  if (!identity) return Answer::Failed;
+  copies_[key] = {.folder = path, .name = name, .namesLeft = facts.st_nlink - 1, .identity = *identity};
   return Answer::Made;
 }
 

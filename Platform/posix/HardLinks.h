@@ -43,6 +43,7 @@ class HardLinks {
     std::shared_ptr<const FolderPath> folder;
     std::string name;
     nlink_t namesLeft = 0;
+    std::pair<dev_t, ino_t> identity = {};  // of the copy
   };
   [[nodiscard]] bool link(const Copy& copy, int folder, const char* name,
                           const std::shared_ptr<const FolderPath>& path) const;

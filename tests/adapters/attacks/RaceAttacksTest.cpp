@@ -214,6 +214,43 @@ TEST_F(RaceAttacks, TheNewFolderSwappedForALinkWhileItIsFilled) {
             }});
 }
 
+// The second name of a file is made from the first, which must not be looked up through what was put there
+// meanwhile.
+TEST_F(RaceAttacks, TheNewFolderSwappedForALinkWhileHardLinksAreMade) {
+  race(someRounds, {.prepare =
+                        [](AttackScene& scene) {
+                          scene.addFile(scene / "source/Nas.app/a/file", "bytes", 0644, AttackScene::person);
+                          scene.addFolder(scene / "source/Nas.app/b", 0755, AttackScene::person);
+                          fs::create_hard_link(scene / "source/Nas.app/a/file",
+                                               scene / "source/Nas.app/b/file");
+                          scene.addFile(scene / "victim/a/file", "data", 0600);
+                          scene.addFile(scene / "victim/b/file", "data", 0600);
+                          scene.addFolder(scene / "arena", 0755, AttackScene::person);
+                          scene.addLink(scene / "arena/aside", scene / "victim", AttackScene::person);
+                        },
+                    .swapped = "arena/Nas.app",
+                    .swappedWith = "arena/aside",
+                    .round =
+                        [](AttackScene& scene, Operations& operations) {
+                          operations.copy(scene / "source/Nas.app", scene / "arena/Nas.app");
+                        },
+                    .isHarmed =
+                        [](AttackScene& scene) {
+                          for (const char* name : {"victim/a/file", "victim/b/file"}) {
+                            const auto facts = factsOf(scene / name);
+                            if (!facts || facts->st_nlink != 1 || facts->st_size != 4) return true;
+                          }
+                          return false;
+                        },
+                    .tidy =
+                        [](AttackScene& scene) {
+                          std::error_code ignored;
+                          fs::remove_all(scene / "arena/Nas.app", ignored);
+                          fs::remove_all(scene / "arena/aside", ignored);
+                          fs::create_symlink(scene / "victim", scene / "arena/aside", ignored);
+                        }});
+}
+
 TEST_F(RaceAttacks, AFolderSwappedForALinkWhileItsTreeIsRemoved) {
   const auto fill = [](AttackScene& scene) {
     scene.addFile(scene / "arena/Extras/folder/file", "bytes", 0644, AttackScene::person);

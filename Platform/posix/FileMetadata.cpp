@@ -62,7 +62,14 @@ mode_t MetadataGiver::modeToGive(const struct stat& facts, const struct stat& ma
 // `change` is a chown of the item. Not being allowed to give a file away is no failure.
 template <typename Change>
 bool MetadataGiver::giveOwner(const struct stat& facts, struct stat& made, const Change& change) const {
-  if (ownership_ == Ownership::ThisProcess) return true;
+  if (ownership_ == Ownership::ThisProcess) {
+    // A folder may hand its group down to what is made in it.
+    if (made.st_uid == user_ && made.st_gid == group_) return true;
+    if (change(user_, group_) != 0) return false;
+    made.st_uid = user_;
+    made.st_gid = group_;
+    return true;
+  }
   constexpr auto unchanged = static_cast<uid_t>(-1);
   const uid_t user = made.st_uid != facts.st_uid && mayGiveUser(facts.st_uid) ? facts.st_uid : unchanged;
   const gid_t group = made.st_gid != facts.st_gid && mayGiveGroup(facts.st_gid) ? facts.st_gid : unchanged;

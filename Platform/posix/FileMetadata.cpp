@@ -85,6 +85,9 @@ bool MetadataGiver::giveOwner(const struct stat& facts, struct stat& made, const
 bool MetadataGiver::isCarried(std::string_view name) const {
   // A label says what may be done at a place; the system gives one that fits the new place.
   if (name == "security.selinux") return false;
+  // The form in which one file system keeps the access lists, shown to the administrator beside the lists
+  // themselves.
+  if (name.starts_with("trusted.SGI_ACL_")) return false;
   return ownership_ == Ownership::Kept || name.starts_with("user.");
 }
 

@@ -3,3 +3,9 @@ kt_test(copy_adapter KIND adapter SUBJECT copy
   SOURCES adapters/copy/TreeCopyTest.cpp adapters/copy/TreeRemovalTest.cpp adapters/copy/XdgTrashTest.cpp
     support/SampleTrees.cpp
   USES kt_platform_posix kt_test_support)
+
+# On file systems of their own, which only the administrator can mount.
+kt_test(copy_mounted KIND adapter SUBJECT copy
+  SOURCES adapters/copy/FidelityTest.cpp adapters/copy/MountedScene.cpp
+    support/SampleTrees.cpp support/OddTree.cpp support/TreeCompare.cpp
+  USES kt_platform_posix kt_test_support)

@@ -104,6 +104,40 @@ TEST_P(InstallCases, AnExistingCopyGoesToTheTrashOfThePerson) {
             std::nullopt);
 }
 
+// Put back by the person, with the desktop's own tools, into a folder that is the person's by then.
+TEST_P(InstallCases, TrashCliListsTheOldCopyAndRestoresItForThePerson) {
+  if (!programExists("trash-list")) GTEST_SKIP() << "trash-cli is not installed";
+  addOldCopy(destination());
+  ASSERT_EQ(install({source(), destination()}).status, 0);
+  const auto asPerson = [&](const std::vector<std::string>& command) {
+    return runCommand(world_->asPerson(command), {.environment = world_->personsEnvironment()});
+  };
+  EXPECT_NE(asPerson({"trash-list"}).output.find(destination()), std::string::npos);
+  fs::remove_all(destination());
+  ASSERT_EQ(::chown(at("target").c_str(), AttackScene::person, AttackScene::person), 0);
+  const auto restored = asPerson({"sh", "-c", "echo 0 | trash-restore '" + destination() + "'"});
+  EXPECT_EQ(bytesOf(destination() + "/Contents/old"), "old") << restored.output;
+  EXPECT_EQ(trashed(), 0);
+  EXPECT_EQ(asPerson({"rm", "-r", destination()}).status, 0) << "not the person's to throw away";
+}
+
+TEST_P(InstallCases, GioListsTheOldCopyAndRestoresItForThePerson) {
+  addOldCopy(destination());
+  ASSERT_EQ(install({source(), destination()}).status, 0);
+  const auto asPerson = [&](std::vector<std::string> command) {
+    command.insert(command.begin(), {"dbus-run-session", "--"});
+    return runCommand(world_->asPerson(command), {.environment = world_->personsEnvironment()});
+  };
+  if (!programExists("gio") || !programExists("dbus-run-session")) GTEST_SKIP() << "gio is not installed";
+  const auto listed = asPerson({"gio", "trash", "--list"});
+  if (listed.status != 0) GTEST_SKIP() << "no trash:/// here (gvfs is not installed): " << listed.output;
+  EXPECT_NE(listed.output.find(destination()), std::string::npos) << listed.output;
+  fs::remove_all(destination());
+  ASSERT_EQ(::chown(at("target").c_str(), AttackScene::person, AttackScene::person), 0);
+  const auto restored = asPerson({"gio", "trash", "--restore", "trash:///Nas.app"});
+  EXPECT_EQ(bytesOf(destination() + "/Contents/old"), "old") << restored.output;
+}
+
 TEST_P(InstallCases, AMissingParentIsMadeFromTheWrapper) {
   scene_->addFile(at("wrapper/notes"), "notes", 0644, AttackScene::person);
   scene_->addFile(at("wrapper/.hidden"), "hidden", 0644, AttackScene::person);

@@ -38,8 +38,8 @@ bool copyRange(int source, int target, off_t start, off_t end, std::span<char> b
       if (count < 0) sawMissing();
       count = retried([&] { return ::pread(source, buffer.data(), wanted, start); });
     }
-    if (count < 0) return false;
-    if (count == 0) return true;
+    // An original that ends early was cut off meanwhile; half a file must not pass for a whole one.
+    if (count <= 0) return false;
     if (!writeAll(target, buffer.data(), static_cast<std::size_t>(count), start)) return false;
     start += count;
   }

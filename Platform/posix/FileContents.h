@@ -11,7 +11,7 @@ namespace halvorn::FileContents {
 // Whether the original takes less room than its size, as a file with holes does.
 [[nodiscard]] bool mayHaveHoles(const struct stat& facts);
 
-// Fills the new file from `start` up to `end`, or up to the original's end where that comes first.
+// Fills the new file from `start` up to `end`. Fails: false also when the original ends before.
 // `sawMissing` is called when the original has to be fetched from its disk.
 [[nodiscard]] bool copyRange(int source, int target, off_t start, off_t end, std::span<char> buffer,
                              const std::function<void()>& sawMissing);

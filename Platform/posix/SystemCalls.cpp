@@ -1,12 +1,16 @@
 #include "Platform/posix/SystemCalls.h"
 
 #include <limits.h>
+#include <sched.h>
 #include <stdio.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <thread>
 
 #ifdef __linux__
 #include <linux/fs.h>
@@ -155,6 +159,16 @@ bool reserve(int file, off_t size) {
   (void)file, (void)size;
   return true;
 #endif
+}
+
+unsigned usableProcessors() {
+#ifdef __linux__
+  // The library's own count takes in those that this process may not use.
+  cpu_set_t allowed;
+  if (::sched_getaffinity(0, sizeof allowed, &allowed) == 0)
+    return static_cast<unsigned>(CPU_COUNT(&allowed));
+#endif
+  return std::max(1u, std::thread::hardware_concurrency());
 }
 
 }  // namespace halvorn::SystemCalls

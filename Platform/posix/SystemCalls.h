@@ -74,4 +74,7 @@ void fetchAhead(int file, off_t start, off_t count);
 // enough room.
 [[nodiscard]] bool reserve(int file, off_t size);
 
+// How many processors this process may use; at least 1.
+[[nodiscard]] unsigned usableProcessors();
+
 }  // namespace halvorn::SystemCalls

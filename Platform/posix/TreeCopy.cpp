@@ -4,17 +4,17 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <thread>
 
 #include "Platform/posix/FileCopy.h"
 #include "Platform/posix/FolderWalk.h"
+#include "Platform/posix/SystemCalls.h"
 
 namespace halvorn {
 namespace {
 
 constexpr unsigned mostWorkers = 8;
 
-unsigned usualWorkers() { return std::clamp(std::thread::hardware_concurrency(), 2u, mostWorkers); }
+unsigned usualWorkers() { return std::min(SystemCalls::usableProcessors(), mostWorkers); }
 
 void copyTop(CopyContext& context, CopyScratch& scratch, const CopyPlace& place) {
   struct stat facts {};

@@ -9,3 +9,10 @@ kt_test(copy_mounted KIND adapter SUBJECT copy
   SOURCES adapters/copy/FidelityTest.cpp adapters/copy/MountedScene.cpp
     support/SampleTrees.cpp support/OddTree.cpp support/TreeCompare.cpp
   USES kt_platform_posix kt_test_support)
+
+# With one call of the system going wrong at a time.
+kt_test(copy_faults KIND adapter SUBJECT copy TIMEOUT 120
+  SOURCES adapters/copy/FaultSweepTest.cpp adapters/copy/SweepScene.cpp adapters/copy/MountedScene.cpp
+    support/TreeCompare.cpp
+  USES kt_platform_posix kt_test_support)
+add_dependencies(copy_faults train)

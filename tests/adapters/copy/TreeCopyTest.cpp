@@ -6,6 +6,7 @@
 
 #include <set>
 
+#include "Platform/posix/FileContents.h"
 #include "tests/adapters/copy/CopyScene.h"
 #include "tests/support/SampleTrees.h"
 
@@ -377,6 +378,15 @@ TEST_F(TreeCopy, ReadingLeavesTheTimeOfTheLastAccessAlone) {
   setTimes("from/file", {1'000'000'000, 0}, {1'500'000'000, 0});
   ASSERT_TRUE(copy());
   EXPECT_EQ(facts("from/file").st_atim.tv_sec, 1'000'000'000);
+}
+
+TEST_F(TreeCopy, AnOriginalThatEndsBeforeItsSizeIsNoSuccess) {
+  addFile("from", "cut off");
+  const FileDescriptor source(::open(at("from").c_str(), O_RDONLY | O_CLOEXEC));
+  const FileDescriptor target(::open(at("to").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+  std::vector<char> buffer(4'096);
+  EXPECT_TRUE(FileContents::copyRange(source.get(), target.get(), 0, 7, buffer, [] {}));
+  EXPECT_FALSE(FileContents::copyRange(source.get(), target.get(), 0, 8, buffer, [] {}));
 }
 
 TEST_F(TreeCopy, NoDescriptorStaysOpen) {

@@ -9,4 +9,17 @@ kt_test(test_contract_process KIND contract SUBJECT process SOURCES
   USES kt_test_processes)
 kt_test(test_adapter_process KIND adapter SUBJECT process SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/adapters/ProcessPartsTest.cpp
-  USES kt_test_processes kt_platform_linux_dbus kt_platform_linux_atspi)
+  ${CMAKE_CURRENT_SOURCE_DIR}/adapters/process/AttributesTest.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/adapters/process/AccessibilityWatchTest.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/adapters/process/BusEventsTest.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/adapters/process/EventsTest.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/adapters/process/PidReuseTest.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/adapters/process/QuittingTest.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/adapters/process/SessionTest.cpp
+  USES kt_test_processes kt_installer kt_platform_linux_dbus kt_platform_linux_atspi)
+# Watched by the accessibility tests, and only started by them.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets)
+add_executable(kt_watched ${CMAKE_CURRENT_SOURCE_DIR}/support/zoo/WatchedMain.cpp)
+target_link_libraries(kt_watched PRIVATE Qt6::Widgets)
+target_compile_definitions(test_adapter_process PRIVATE KT_WATCHED_PROGRAM="$<TARGET_FILE:kt_watched>")
+add_dependencies(test_adapter_process kt_watched)

@@ -23,6 +23,7 @@ std::string xml(const ZooBundle& bundle) {
 std::string zooProgram() { return KT_ZOO_PROGRAM; }
 
 void placeZooProgram(const fs::path& path) {
+  if (fs::exists(path)) return;
   fs::create_directories(path.parent_path());
   std::error_code failed;
   fs::create_hard_link(zooProgram(), path, failed);

@@ -1,35 +1,38 @@
 #include "Platform/linux/dbus/BusConnection.h"
 
+#include <poll.h>
+
 #include <algorithm>
+#include <chrono>
 #include <cmath>
-#include <limits>
+#include <string_view>
 #include <tuple>
+#include <utility>
 
 namespace halvorn {
 namespace {
 
 constexpr double kBusSeconds = 2.0;
 
-class BusError {
- public:
-  BusError() { dbus_error_init(&error_); }
-  ~BusError() { dbus_error_free(&error_); }
-  BusError(const BusError&) = delete;
-  BusError& operator=(const BusError&) = delete;
+// How long a message may lie unsent before somebody looks whether it can go now.
+constexpr double kSecondsBetweenWrites = 0.005;
 
-  [[nodiscard]] DBusError* get() { return &error_; }
-  [[nodiscard]] bool isOneOf(std::initializer_list<const char*> names) const {
-    return std::any_of(names.begin(), names.end(),
-                       [&](const char* name) { return dbus_error_has_name(&error_, name); });
+double steadySeconds() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+CallResult resultFrom(BusMessage reply) {
+  if (dbus_message_get_type(reply.get()) == DBUS_MESSAGE_TYPE_METHOD_RETURN) return reply;
+  const std::string_view error = dbus_message_get_error_name(reply.get());
+  for (const char* timedOut : {DBUS_ERROR_NO_REPLY, DBUS_ERROR_TIMEOUT, DBUS_ERROR_TIMED_OUT}) {
+    if (error == timedOut) return CallFailure::TimedOut;
   }
-
- private:
-  DBusError error_;
-};
-
-int milliseconds(double seconds) {
-  const double limit = static_cast<double>(std::numeric_limits<int>::max() - 1);
-  return static_cast<int>(std::clamp(std::ceil(seconds * 1000), 0.0, limit));
+  for (const char* unknown :
+       {DBUS_ERROR_UNKNOWN_METHOD, DBUS_ERROR_UNKNOWN_INTERFACE, DBUS_ERROR_UNKNOWN_OBJECT,
+        DBUS_ERROR_SERVICE_UNKNOWN, DBUS_ERROR_NAME_HAS_NO_OWNER}) {
+    if (error == unknown) return CallFailure::NoSuchMethod;
+  }
+  return CallFailure::Refused;
 }
 
 }  // namespace
@@ -84,27 +87,42 @@ std::unique_ptr<BusConnection> BusConnection::open(const std::string& address) {
   return result;
 }
 
+void BusConnection::exchangeUntil(double deadline) {
+  dbus_connection_read_write(connection_.get(), 0);
+  if (dbus_connection_get_dispatch_status(connection_.get()) == DBUS_DISPATCH_DATA_REMAINS) return;
+  double wait = std::max(deadline - steadySeconds(), 0.0);
+  if (dbus_connection_has_messages_to_send(connection_.get())) wait = std::min(wait, kSecondsBetweenWrites);
+  pollfd entry{descriptor(), POLLIN, 0};
+  ::poll(&entry, 1, static_cast<int>(std::min(std::ceil(wait * 1000), 1e9)));
+}
+
+// The library's own way of waiting has no limit while a server does not greet.
 CallResult BusConnection::call(const BusMessage& message, double seconds) {
-  if (!message) return CallFailure::Refused;
-  BusError error;
-  BusMessage reply(dbus_connection_send_with_reply_and_block(connection_.get(), message.get(),
-                                                             milliseconds(seconds), error.get()));
-  if (reply) return reply;
-  if (error.isOneOf({DBUS_ERROR_NO_REPLY, DBUS_ERROR_TIMEOUT, DBUS_ERROR_TIMED_OUT})) {
-    return CallFailure::TimedOut;
+  dbus_uint32_t serial = 0;
+  if (!message || !dbus_connection_send(connection_.get(), message.get(), &serial))
+    return CallFailure::Refused;
+  const double deadline = steadySeconds() + seconds;
+  for (bool isFirst = true; isConnected() && (isFirst || steadySeconds() < deadline); isFirst = false) {
+    exchangeUntil(deadline);
+    while (BusMessage received{dbus_connection_pop_message(connection_.get())}) {
+      if (dbus_message_get_reply_serial(received.get()) == serial) return resultFrom(std::move(received));
+      const bool isSignal = dbus_message_get_type(received.get()) == DBUS_MESSAGE_TYPE_SIGNAL;
+      if (isSignal) received_.push_back(std::move(received));
+    }
   }
-  const bool isUnknown =
-      error.isOneOf({DBUS_ERROR_UNKNOWN_METHOD, DBUS_ERROR_UNKNOWN_INTERFACE, DBUS_ERROR_UNKNOWN_OBJECT,
-                     DBUS_ERROR_SERVICE_UNKNOWN, DBUS_ERROR_NAME_HAS_NO_OWNER});
-  return isUnknown ? CallFailure::NoSuchMethod : CallFailure::Refused;
+  return isConnected() ? CallFailure::TimedOut : CallFailure::Refused;
 }
 
 bool BusConnection::send(const BusMessage& message) {
   if (!message || !isConnected()) return false;
   dbus_message_set_no_reply(message.get(), TRUE);
   if (!dbus_connection_send(connection_.get(), message.get(), nullptr)) return false;
-  dbus_connection_flush(connection_.get());
-  return isConnected();
+  const double deadline = steadySeconds() + kBusSeconds;
+  while (isConnected() && dbus_connection_has_messages_to_send(connection_.get()) &&
+         steadySeconds() < deadline) {
+    exchangeUntil(deadline);
+  }
+  return isConnected() && !dbus_connection_has_messages_to_send(connection_.get());
 }
 
 CallResult BusConnection::askBus(const char* member, const std::string* argument) {
@@ -147,7 +165,13 @@ int BusConnection::descriptor() const {
 
 bool BusConnection::readMessages(const std::function<void(DBusMessage*)>& received) {
   dbus_connection_read_write(connection_.get(), 0);
-  while (const BusMessage message{dbus_connection_pop_message(connection_.get())}) received(message.get());
+  while (BusMessage message{dbus_connection_pop_message(connection_.get())})
+    received_.push_back(std::move(message));
+  while (!received_.empty()) {
+    const BusMessage message = std::move(received_.front());
+    received_.pop_front();
+    received(message.get());
+  }
   return isConnected();
 }
 

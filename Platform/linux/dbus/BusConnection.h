@@ -5,6 +5,7 @@
 
 #include <dbus/dbus.h>
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -69,9 +70,12 @@ class BusConnection {
     void operator()(DBusConnection* connection) const;
   };
   explicit BusConnection(DBusConnection* connection) : connection_(connection) {}
+  // Moves bytes both ways, waiting at most until that time of the steady clock for some to come.
+  void exchangeUntil(double deadline);
   [[nodiscard]] CallResult askBus(const char* member, const std::string* argument);
 
   std::unique_ptr<DBusConnection, Close> connection_;
+  std::deque<BusMessage> received_;  // what came while a reply was awaited
 };
 
 }  // namespace halvorn

@@ -24,6 +24,7 @@ void replyWithList(DBusMessage* reply, const std::string& action) {
 std::string pathOf(const std::string& name) {
   std::string path = "/" + name;
   std::replace(path.begin(), path.end(), '.', '/');
+  std::replace(path.begin(), path.end(), '-', '_');
   return path;
 }
 
@@ -60,11 +61,17 @@ void Bus::readCalls(const std::function<void()>& quit) {
                                options_.exportsApplication;
     const bool isToolkit = interface == "org.qtproject.Qt.QCoreApplication" && path == "/MainApplication" &&
                            options_.exportsToolkitQuit;
+    const bool isDescription = interface == "org.freedesktop.DBus.Introspectable" &&
+                               path == "/MainApplication" && options_.exportsToolkitQuit;
     const char* action = "";
     dbus_message_get_args(raw, nullptr, DBUS_TYPE_STRING, &action, DBUS_TYPE_INVALID);
-    DBusMessage* reply = isActions || isApplication || isToolkit
+    DBusMessage* reply = isActions || isApplication || isToolkit || isDescription
                              ? dbus_message_new_method_return(raw)
                              : dbus_message_new_error(raw, DBUS_ERROR_UNKNOWN_METHOD, "not exported");
+    if (isDescription) {
+      const char* description = "<node><interface name=\"org.qtproject.Qt.QCoreApplication\"/></node>";
+      dbus_message_append_args(reply, DBUS_TYPE_STRING, &description, DBUS_TYPE_INVALID);
+    }
     bool isQuit = false;
     if (isActions && member == "List") replyWithList(reply, options_.exportsActions ? "quit" : "help");
     if (isActions && member == "Activate") isQuit = std::string(action) == "quit";

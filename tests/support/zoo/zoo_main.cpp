@@ -11,7 +11,7 @@
 //   --forks            asked to end it leaves a copy of itself behind
 //   --seconds S        so long until it ends, once asked
 //   --rename NAME      the name it gives itself in the process table (bytes as they are)
-//   --leader-leaves    its first thread ends, another one carries on
+//   --leader-leaves    its first thread ends at a line of input, another one carries on
 //   --stops            stops itself, as ^Z does
 //   --burns S          uses so many seconds of processor time before it is ready
 //   --not-dumpable     hides from other processes of its user
@@ -89,9 +89,12 @@ Habits parse(int count, char** arguments) {
   return habits;
 }
 
+// In user mode: asking for the time is work of the kernel.
 void burn(double seconds) {
+  volatile unsigned long long spun = 0;
   timespec time{};
   do {
+    for (int i = 0; i < 2'000'000; ++i) spun = spun + 1;
     ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
   } while (static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9 < seconds);
 }
@@ -110,7 +113,6 @@ class Animal {
   }
 
   [[noreturn]] void live() {
-    std::puts("ready");
     for (;;) {
       pollfd entries[] = {{signals_, POLLIN, 0},
                           {windows_ ? windows_->descriptor() : -1, POLLIN, 0},
@@ -164,11 +166,7 @@ class Animal {
   std::unique_ptr<Bus> bus_;
 };
 
-void* carryOn(void* animal) {
-  // The first thread has had the time to end.
-  ::usleep(100'000);
-  static_cast<Animal*>(animal)->live();
-}
+void* carryOn(void* animal) { static_cast<Animal*>(animal)->live(); }
 
 }  // namespace
 }  // namespace halvorn::zoo
@@ -181,14 +179,13 @@ int main(int count, char** arguments) {
   if (habits.isNotDumpable) ::prctl(PR_SET_DUMPABLE, 0);
   if (habits.burns > 0) burn(habits.burns);
   static Animal* animal = new Animal(habits);
+  std::puts("ready");
   if (habits.leaderLeaves) {
+    std::getchar();
     pthread_t thread{};
     ::pthread_create(&thread, nullptr, carryOn, animal);
     ::pthread_exit(nullptr);
   }
-  if (habits.stops) {
-    std::puts("ready");
-    ::raise(SIGSTOP);
-  }
+  if (habits.stops) ::raise(SIGSTOP);
   animal->live();
 }

@@ -64,8 +64,7 @@ Ordering compareUnits(std::u16string_view& a, std::u16string_view& b, Case lette
 // Steps over what both texts begin with, back to a place where a number, or a letter with its marks, begins.
 // Nothing below U+0300 is a mark.
 void skipCommonStart(std::u16string_view& a, std::u16string_view& b) {
-  auto common =
-      static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());
+  std::size_t common = commonPrefixLength(a, b);
   if (common == a.size() && common == b.size()) {
     a = b = {};
     return;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "KTStuff/CocoaExtensions/StringExtensionsUnits.h"
 
@@ -89,51 +90,81 @@ std::optional<std::u16string> expanded(std::u16string_view rest) {
   return result;
 }
 
-void appendEscape(std::u16string& result, char32_t byte) {
-  const char16_t escape[] = {u'%', kDigits[byte >> 4 & 0xF], kDigits[byte & 0xF]};
-  result.append(escape, 3);
-}
+// Collects escaped units in a small buffer of its own, which is much quicker than adding them to a text one
+// by one.
+class EscapeWriter {
+ public:
+  explicit EscapeWriter(std::size_t expectedLength) { result_.reserve(expectedLength); }
 
-void appendEscaped(std::u16string& result, char32_t scalar) {
-  if (scalar < 0x80) return appendEscape(result, scalar);
-  if (scalar < 0x800) {
-    appendEscape(result, 0xC0 | scalar >> 6);
-  } else if (scalar < 0x10000) {
-    appendEscape(result, 0xE0 | scalar >> 12);
-    appendEscape(result, 0x80 | (scalar >> 6 & 0x3F));
-  } else {
-    appendEscape(result, 0xF0 | scalar >> 18);
-    appendEscape(result, 0x80 | (scalar >> 12 & 0x3F));
-    appendEscape(result, 0x80 | (scalar >> 6 & 0x3F));
+  void add(char16_t unit) {
+    if (length_ == kCapacity) flush();
+    buffer_[length_++] = unit;
   }
-  appendEscape(result, 0x80 | (scalar & 0x3F));
-}
+  // As the escapes of its UTF-8 bytes.
+  void addEscaped(char32_t scalar) {
+    if (length_ + kLongestEscape > kCapacity) flush();
+    if (scalar < 0x80) {
+      addByte(scalar);
+      return;
+    }
+    if (scalar < 0x800) {
+      addByte(0xC0 | scalar >> 6);
+    } else if (scalar < 0x10000) {
+      addByte(0xE0 | scalar >> 12);
+      addByte(0x80 | (scalar >> 6 & 0x3F));
+    } else {
+      addByte(0xF0 | scalar >> 18);
+      addByte(0x80 | (scalar >> 12 & 0x3F));
+      addByte(0x80 | (scalar >> 6 & 0x3F));
+    }
+    addByte(0x80 | (scalar & 0x3F));
+  }
+  [[nodiscard]] std::u16string finish() && {
+    flush();
+    return std::move(result_);
+  }
+
+ private:
+  static constexpr std::size_t kCapacity = 512;
+  static constexpr std::size_t kLongestEscape = 12;  // four bytes
+
+  void addByte(char32_t byte) {
+    buffer_[length_++] = u'%';
+    buffer_[length_++] = kDigits[byte >> 4 & 0xF];
+    buffer_[length_++] = kDigits[byte & 0xF];
+  }
+  void flush() {
+    result_.append(buffer_, length_);
+    length_ = 0;
+  }
+
+  char16_t buffer_[kCapacity];
+  std::size_t length_ = 0;
+  std::u16string result_;
+};
 
 // nullopt for a lone surrogate.
 std::optional<std::u16string> escaped(std::u16string_view units) {
-  std::u16string result;
-  result.reserve(units.size() + units.size() / 2);
+  EscapeWriter writer(units.size() + units.size() / 4);
   for (std::size_t i = 0; i < units.size(); ++i) {
-    const std::size_t start = i;
-    while (i < units.size() && isLegal(units[i])) ++i;
-    result.append(units, start, i - start);
-    if (i == units.size()) break;
-    if (!isSurrogate(units[i])) {
-      appendEscaped(result, units[i]);
-      continue;
+    if (isLegal(units[i])) {
+      writer.add(units[i]);
+    } else if (!isSurrogate(units[i])) {
+      writer.addEscaped(units[i]);
+    } else {
+      const bool isPair = isHighSurrogate(units[i]) && i + 1 < units.size() && isLowSurrogate(units[i + 1]);
+      if (!isPair) return std::nullopt;
+      writer.addEscaped(scalarOfPair(units[i], units[i + 1]));
+      ++i;
     }
-    const bool isPair = isHighSurrogate(units[i]) && i + 1 < units.size() && isLowSurrogate(units[i + 1]);
-    if (!isPair) return std::nullopt;
-    appendEscaped(result, scalarOfPair(units[i], units[i + 1]));
-    ++i;
   }
-  return result;
+  return std::move(writer).finish();
 }
 
 }  // namespace
 
 Text stringWithExpandedPercentEscapes(const Text& text) {
-  if (text.find(u'%') == Text::npos) return text;
+  if (findUnit(text.units(), 0, [](char16_t unit) { return unit == u'%'; }) == Text::npos) return text;
   auto result = expanded(text.units());
   return result ? Text(std::move(*result)) : text;
 }

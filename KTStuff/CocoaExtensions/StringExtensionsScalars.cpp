@@ -31,7 +31,8 @@ std::uint32_t numberOfUnicodeCharacters(const Text& text) {
   const std::u16string_view units = text.units();
   std::size_t count = units.size();
   for (std::size_t i = 1; i < units.size(); ++i) {
-    count -= static_cast<std::size_t>(isLowSurrogate(units[i]) & isHighSurrogate(units[i - 1]));
+    const bool isPair = isHighSurrogate(units[i - 1]) && isLowSurrogate(units[i]);
+    count -= isPair ? 1 : 0;
   }
   return static_cast<std::uint32_t>(count);
 }

@@ -10,22 +10,53 @@ namespace {
 constexpr std::size_t kFreeComparisons = 256;
 constexpr std::size_t kComparisonsPerUnit = 4;
 
-std::size_t commonPrefixLength(std::u16string_view a, std::u16string_view b) {
-  const auto end = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
-  return static_cast<std::size_t>(end.first - a.begin());
+constexpr std::size_t kBlock = 16;
+
+// The first position from `start` on where the pattern could begin: its first and its last unit are in their
+// places. npos when there is none that leaves room for the pattern.
+std::size_t findCandidate(std::u16string_view units, std::size_t start, std::u16string_view pattern) {
+  const std::size_t end = units.size() - pattern.size() + 1;
+  const char16_t first = pattern.front();
+  const char16_t last = pattern.back();
+  const char16_t* const firsts = units.data();
+  const char16_t* const lasts = units.data() + pattern.size() - 1;
+  const auto isCandidate = [&](std::size_t i) { return firsts[i] == first && lasts[i] == last; };
+  std::size_t i = start;
+  for (; i + kBlock <= end; i += kBlock) {
+    std::uint16_t hits = 0;
+    for (std::size_t j = i; j < i + kBlock; ++j) {
+      const auto differences = static_cast<std::uint16_t>((firsts[j] ^ first) | (lasts[j] ^ last));
+      hits = static_cast<std::uint16_t>(hits | (differences == 0 ? 1 : 0));
+    }
+    if (hits != 0) break;
+  }
+  while (i < end && !isCandidate(i)) ++i;
+  return i < end ? i : Text::npos;
 }
 
 }  // namespace
+
+std::size_t commonPrefixLength(std::u16string_view a, std::u16string_view b) {
+  const std::size_t end = std::min(a.size(), b.size());
+  std::size_t i = 0;
+  for (; i + kBlock <= end; i += kBlock) {
+    std::uint16_t differences = 0;
+    for (std::size_t j = i; j < i + kBlock; ++j)
+      differences = static_cast<std::uint16_t>(differences | (a[j] ^ b[j]));
+    if (differences != 0) break;
+  }
+  while (i < end && a[i] == b[i]) ++i;
+  return i;
+}
 
 std::size_t UnitSearch::find(std::u16string_view units, std::size_t start, std::size_t end) {
   end = std::min(end, units.size());
   const std::size_t length = pattern_.size();
   if (length == 0 || start > end || end - start < length) return Text::npos;
   if (firstStart_ == Text::npos) firstStart_ = start;
-  const char16_t first = pattern_.front();
   std::size_t at = start;
   while (borders_.empty()) {
-    at = findUnit(units.substr(0, end - length + 1), at, [first](char16_t unit) { return unit == first; });
+    at = findCandidate(units.substr(0, end), at, pattern_);
     if (at == Text::npos) return Text::npos;
     const std::size_t matched = commonPrefixLength(units.substr(at, length), pattern_);
     compared_ += matched;

@@ -21,8 +21,8 @@ constexpr char32_t scalarOfPair(char16_t high, char16_t low) {
 }
 
 constexpr bool hasHighSurrogate(std::u16string_view units) {
-  unsigned hits = 0;
-  for (const char16_t unit : units) hits |= static_cast<unsigned>(isHighSurrogate(unit));
+  std::uint16_t hits = 0;
+  for (const char16_t unit : units) hits = static_cast<std::uint16_t>(hits | (isHighSurrogate(unit) ? 1 : 0));
   return hits != 0;
 }
 
@@ -44,8 +44,9 @@ std::size_t findUnit(std::u16string_view units, std::size_t start, UnitTest pass
   std::size_t i = start;
   for (; i + kBlock <= units.size(); i += kBlock) {
     const char16_t* const block = units.data() + i;
-    unsigned hits = 0;
-    for (std::size_t j = 0; j < kBlock; ++j) hits |= static_cast<unsigned>(passes(block[j]));
+    std::uint16_t hits = 0;
+    for (std::size_t j = 0; j < kBlock; ++j)
+      hits = static_cast<std::uint16_t>(hits | (passes(block[j]) ? 1 : 0));
     if (hits != 0) break;
   }
   for (; i < units.size(); ++i) {
@@ -53,6 +54,9 @@ std::size_t findUnit(std::u16string_view units, std::size_t start, UnitTest pass
   }
   return Text::npos;
 }
+
+// How many units both begin with.
+[[nodiscard]] std::size_t commonPrefixLength(std::u16string_view a, std::u16string_view b);
 
 // Finds a text in another, unit for unit. Quick on ordinary texts, and never worse than linear in what it
 // reads, also where both texts repeat themselves ("aaaa...ab" in "aaaa..."). One search goes through one

@@ -180,6 +180,26 @@ TEST(XmlHtmlText, ResolvesMarkupAsABrowserShowsIt) {
     EXPECT_EQ(stringByExpandingHTMLEntities(page, html), Text(text)) << page;
 }
 
+TEST(XmlHtmlText, EveryStartHasItsEndAlsoWhereAPageBreaksOffWithinATag) {
+  class Balance : public HtmlVisitor {
+   public:
+    void startElement(std::string_view name) override { open.emplace_back(name); }
+    void endElement(std::string_view name) override {
+      ASSERT_FALSE(open.empty());
+      EXPECT_EQ(open.back(), name);
+      open.pop_back();
+    }
+    void characters(const Text&) override {}
+    std::vector<std::string> open;
+  };
+  for (const char* const page :
+       {"a<b", "<pre> a <c --> b</pr><e", "<b><i>x</b>y</i>", "<p>a<", "<table><td>a<x y="}) {
+    Balance balance;
+    EXPECT_EQ(XmlHtmlText().read(page, balance), HtmlAnswer::Read) << page;
+    EXPECT_TRUE(balance.open.empty()) << page;
+  }
+}
+
 TEST(XmlHtmlText, LoneSurrogatesAndZerosBecomeTheReplacementCharacter) {
   const Text page(std::u16string(u"a\xD800\0b", 4));
   EXPECT_EQ(stringByExpandingHTMLEntities(page, XmlHtmlText()), Text("a\uFFFD\uFFFD"

@@ -2,9 +2,12 @@
 
 #include <libxml/HTMLparser.h>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace halvorn {
 namespace {
@@ -22,20 +25,21 @@ class Reading {
   Reading(HtmlVisitor& visitor, htmlParserCtxt* parser) : visitor_(visitor), parser_(parser) {}
 
   void start(const xmlChar* name) {
-    if (++depth_ > XmlHtmlText::kDeepestNesting) {
-      stop(HtmlAnswer::NestedTooDeeply);
-    } else {
-      guarded([&] {
-        handOn();
-        visitor_.startElement(viewOf(name));
-      });
+    if (open_.size() == static_cast<std::size_t>(XmlHtmlText::kDeepestNesting)) {
+      return stop(HtmlAnswer::NestedTooDeeply);
     }
-  }
-  void end(const xmlChar* name) {
-    --depth_;
     guarded([&] {
       handOn();
-      visitor_.endElement(viewOf(name));
+      open_.push_back(viewOf(name));
+      visitor_.startElement(open_.back());
+    });
+  }
+  // Where a page breaks off within a tag, the parser forgets to end elements: they end with the one around
+  // them.
+  void end(const xmlChar* name) {
+    guarded([&] {
+      const auto found = std::find(open_.rbegin(), open_.rend(), viewOf(name));
+      if (found != open_.rend()) endAllFrom(static_cast<std::size_t>(open_.rend() - found) - 1);
     });
   }
   // The parser hands out crumbs, at worst a byte at a time.
@@ -43,7 +47,7 @@ class Reading {
     guarded([&] { pending_.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length)); });
   }
   void finish() {
-    guarded([&] { handOn(); });
+    guarded([&] { endAllFrom(0); });
   }
   [[nodiscard]] HtmlAnswer answer() const { return answer_; }
 
@@ -62,6 +66,13 @@ class Reading {
     xmlStopParser(parser_);
   }
 
+  void endAllFrom(std::size_t position) {
+    handOn();
+    while (open_.size() > position) {
+      visitor_.endElement(open_.back());
+      open_.pop_back();
+    }
+  }
   void handOn() {
     if (!pending_.empty()) visitor_.characters(Text(pending_));
     pending_.clear();
@@ -71,7 +82,7 @@ class Reading {
   htmlParserCtxt* parser_;
   std::string pending_;
   HtmlAnswer answer_ = HtmlAnswer::Read;
-  int depth_ = 0;
+  std::vector<std::string_view> open_;  // names that the parser keeps as long as it lives
 };
 
 xmlSAXHandler makeHandler() {

@@ -6,9 +6,10 @@ kt_test(copy_adapter KIND adapter SUBJECT copy
 
 # On file systems of their own, which only the administrator can mount.
 kt_test(copy_mounted KIND adapter SUBJECT copy
-  SOURCES adapters/copy/FidelityTest.cpp adapters/copy/MountedScene.cpp
+  SOURCES adapters/copy/FidelityTest.cpp adapters/copy/DisksTest.cpp adapters/copy/MountedScene.cpp
     support/SampleTrees.cpp support/OddTree.cpp support/TreeCompare.cpp
   USES kt_platform_posix kt_test_support)
+add_dependencies(copy_mounted train)
 
 # With one call of the system going wrong at a time.
 kt_test(copy_faults KIND adapter SUBJECT copy TIMEOUT 120

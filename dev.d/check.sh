@@ -25,5 +25,5 @@ check_tidy() {
 
 check_fuzz() {
   need fuzz
-  tests/fuzz/run_all
+  tests/fuzz/run.sh
 }

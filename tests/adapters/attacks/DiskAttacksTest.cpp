@@ -137,7 +137,7 @@ TEST_F(DiskAttacks, AFileThatChangesWhileItIsCopiedDoesNotKeepTheToolForever) {
       ::_exit(0);
     }
     Harm harm;
-    for (int time = 0; time < 20 && !harm; ++time) {
+    for (int time = 0; time < 8 && !harm; ++time) {
       const auto run = scene.install(scene / "source/Nas.app", scene / "target/Nas.app");
       const auto facts = factsOf(scene / "target/Nas.app/file");
       if (run.hangs()) harm = "does not end";

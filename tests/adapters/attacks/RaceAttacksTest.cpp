@@ -28,7 +28,7 @@ namespace fs = std::filesystem;
 
 constexpr int manyRounds = 100'000;
 constexpr double naivePatience = 30;  // seconds
-constexpr int someRounds = 5'000;
+constexpr int someRounds = 2'500;
 
 // Swaps two names again and again, as the person, until it is dropped.
 class Racer {
@@ -318,7 +318,7 @@ TEST_F(RaceAttacks, AFolderOfTheSourceSwappedForALinkIntoAPrivateFolder) {
 
 // The tool as it is run, with all its steps.
 TEST_F(RaceAttacks, TheParentSwappedForALinkWhileTheToolRuns) {
-  constexpr int runs = 60;
+  constexpr int runs = 30;
   expectDefended([&](AttackScene& scene) -> Harm {
     scene.addProduct(scene / "source/Nas.app");
     scene.addFile(scene / "wrapper/Extras/file", "bytes", 0644, AttackScene::person);

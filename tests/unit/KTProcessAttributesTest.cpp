@@ -380,7 +380,7 @@ TEST_F(KTProcessAttributes, TheHashSourceOfSignatureQuestionMarksIsTheName) {
 }
 
 TEST_F(KTProcessAttributes, TheHashIsTheDigestOfItsSource) {
-  fake.digests.digests["sig:EDIT"] = {0x00, 0x01, 0x0F, 0xFF};
+  fake.digests.known["sig:EDIT"] = {0x00, 0x01, 0x0F, 0xFF};
   EXPECT_EQ(start({.signature = fourCharCode("EDIT")})->hashString(),
             Text("00010fff000000000000000000000000"));
 }

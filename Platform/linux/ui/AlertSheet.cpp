@@ -3,6 +3,7 @@
 #include <QBoxLayout>
 #include <QShowEvent>
 #include <QStyle>
+#include <QWindow>
 #include <algorithm>
 #include <utility>
 
@@ -97,6 +98,13 @@ void AlertSheet::addButtons(const AlertDescription& alert, QBoxLayout* into) {
   }
 }
 
+// A click on the window below would otherwise take the keyboard there, where nothing can be pressed.
+void AlertSheet::letWindowHaveKeyboard(bool may) {
+  if (QWindow* below = parentWidget()->window()->windowHandle()) {
+    below->setFlag(Qt::WindowDoesNotAcceptFocus, !may);
+  }
+}
+
 void AlertSheet::showEvent(QShowEvent* event) {
   // As high as its texts need; in the middle of its window, as far as the screen goes.
   layout()->activate();
@@ -105,12 +113,15 @@ void AlertSheet::showEvent(QShowEvent* event) {
   const QRect owner = parentWidget()->window()->frameGeometry();
   move(owner.center().x() - width / 2, owner.top() + std::max(24, (owner.height() - height()) / 3));
   QDialog::showEvent(event);
+  letWindowHaveKeyboard(false);
 }
 
 void AlertSheet::end(int returnCode) {
   const auto ended = std::exchange(ended_, nullptr);
   if (!ended) return;
+  letWindowHaveKeyboard(true);
   close();
+  parentWidget()->window()->activateWindow();
   ended(returnCode);
 }
 

@@ -20,6 +20,7 @@ class AlertSheet : public QDialog {
 
  private:
   void end(int returnCode);
+  void letWindowHaveKeyboard(bool may);
   void addButtons(const AlertDescription& alert, QBoxLayout* into);
 
   std::function<void(int)> ended_;

@@ -5,19 +5,15 @@
 
 namespace halvorn {
 
+// A notification that comes into view is read out whole. One is made for each text: a screen reader remembers
+// the name of the one before.
 class AnnouncementArea : public QWidget {
  public:
-  explicit AnnouncementArea(QWidget* parent) : QWidget(parent) {
+  AnnouncementArea(const QString& text, QWidget* parent) : QWidget(parent) {
     setFixedSize(1, 1);
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    lower();
-    hide();
-  }
-
-  // A notification that comes into view is read out whole.
-  void announce(const QString& text) {
-    hide();
     setAccessibleName(text);
+    lower();
     show();
   }
 };

@@ -7,8 +7,9 @@
 
 namespace halvorn {
 
-QtScreenReader::QtScreenReader(InstallerWindow& window) : area_(*new AnnouncementArea(&window.widget())) {}
-
-void QtScreenReader::announce(const Text& text) { area_.announce(forDisplay(text)); }
+void QtScreenReader::announce(const Text& text) {
+  delete area_;
+  area_ = new AnnouncementArea(forDisplay(text), &window_.widget());
+}
 
 }  // namespace halvorn

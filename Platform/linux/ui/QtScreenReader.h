@@ -3,19 +3,21 @@
 
 #include "Platform/ScreenReader.h"
 
+class QObject;
+
 namespace halvorn {
 
-class AnnouncementArea;
 class InstallerWindow;
 
 class QtScreenReader : public ScreenReader {
  public:
   // The window must outlive it.
-  explicit QtScreenReader(InstallerWindow& window);
+  explicit QtScreenReader(InstallerWindow& window) : window_(window) {}
   void announce(const Text& text) override;
 
  private:
-  AnnouncementArea& area_;
+  InstallerWindow& window_;
+  QObject* area_ = nullptr;  // of the last announcement; belongs to the window
 };
 
 }  // namespace halvorn

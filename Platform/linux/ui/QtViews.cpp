@@ -13,6 +13,7 @@ namespace halvorn {
 void QtView::setHidden(Hidden hidden) {
   hidden_ = hidden;
   const bool visible = hidden == Hidden::No;
+  if (!visible) widget_.clearFocus();  // or the toolkit hands the keyboard to the next control
   widget_.setVisible(visible);
   for (QWidget* caption : window_.followersOf(&widget_)) caption->setVisible(visible);
   if (!window_.isVisible()) return;
@@ -53,6 +54,7 @@ void QtButton::setTitle(const Text& title) {
 }
 
 void QtButton::setEnabled(Enabled enabled) {
+  if (enabled == Enabled::No) button_.clearFocus();  // or the toolkit hands the keyboard to the next control
   button_.setEnabled(enabled == Enabled::Yes);
   if (window_.isVisible()) window_.restoreFocus();
 }
@@ -67,6 +69,9 @@ bool QtTextView::setDocumentFromFile(const Text& path) {
 void QtTabView::showWithoutTabsAndBorder() {
   tabs_.tabBar()->hide();
   tabs_.setDocumentMode(true);
+  // Without tabs there is nothing in it for the Tab key to stop at.
+  tabs_.setFocusPolicy(Qt::NoFocus);
+  tabs_.tabBar()->setFocusPolicy(Qt::NoFocus);
 }
 
 void QtTabView::selectItem(int index) {

@@ -105,6 +105,8 @@ class Probe {
     if (verb == "sheet") sheet(rest);
     if (verb == "announce") reader_.announce(Text(rest));
     if (verb == "screenshot") screenshot(rest);
+    if (verb == "where") where(rest);
+    if (verb == "focus") say("focus " + focus());
     if (verb == "option") say(application_.currentEventHasOptionKey() ? "option" : "no option");
     if (verb == "terminate") application_.terminate();
     if (verb != "window") return;
@@ -125,6 +127,18 @@ class Probe {
     alert.buttonTitles = {"Quit", "Visit Archive"};
     alert.icon = images_.imageNamed(Text(icon));
     alerts_.beginSheet(alert, [](int code) { say("sheet ended " + std::to_string(code)); });
+  }
+
+  // The middle of a control on the screen.
+  void where(const std::string& id) {
+    const QWidget* widget = window_.widget().find<QWidget>(QString::fromStdString(id));
+    const QPoint middle = widget->mapToGlobal(widget->rect().center());
+    say("at " + std::to_string(middle.x()) + " " + std::to_string(middle.y()));
+  }
+
+  std::string focus() {
+    const QWidget* owner = QApplication::focusWidget();
+    return owner == nullptr ? "none" : owner->objectName().toStdString();
   }
 
   void screenshot(const std::string& path) {

@@ -150,7 +150,10 @@ bool PkexecRun::endedAsPkexec(bool& isKnown) const {
 }
 
 const PkexecRun::End& PkexecRun::waitForEnd() {
-  if (end_) return *end_;
+  if (end_) {
+    if (end_->toolRan) passOn(true);
+    return *end_;
+  }
   if (toolStarted_) passOn(false);
   while (!hasEnded()) (void)wait();
   // What it wrote is in the pipe; others may hold the pipe open, so its end is not waited for.
@@ -164,11 +167,9 @@ const PkexecRun::End& PkexecRun::waitForEnd() {
   const bool looksLikePkexec =
       !end.waitStatus || !WIFEXITED(status) || WEXITSTATUS(status) == 126 || WEXITSTATUS(status) == 127;
   end.toolRan = toolStarted_ || (nameIsKnown ? !wasPkexec : !looksLikePkexec);
-  if (end.toolRan) {
-    passOn(true);
-  } else {
-    complaint_ = std::move(unfinishedLine_);
-  }
+  // A tool that was over before its start was seen has its say when its end is asked for again.
+  if (toolStarted_) passOn(true);
+  if (!end.toolRan) complaint_ = std::move(unfinishedLine_);
   end_ = end;
   return *end_;
 }

@@ -41,7 +41,8 @@ class PkexecRun {
     std::optional<int> waitStatus;  // as waitpid() tells it; nullopt when the system does not tell
   };
   // Blocks until the process has ended; later calls answer the same at once. From the tool's start on, what
-  // it says on its standard output and error goes to the standard error of this process, line by line.
+  // it says on its standard output and error goes to the standard error of this process, line by line; when
+  // it was over before its start was seen, that happens in the second call.
   [[nodiscard]] const End& waitForEnd();
 
   // What pkexec said before any tool ran; at most some kilobytes.

@@ -1,6 +1,7 @@
 // The composition root on Linux: the one place that names the adapters.
 #include <unistd.h>
 
+#include <csignal>
 #include <optional>
 #include <random>
 #include <string>
@@ -227,6 +228,8 @@ class Installer {
 }  // namespace
 
 int applicationMain(int argumentCount, char** arguments) {
+  // Whoever started this program may have ignored the ends of its children; the tool's end must be told here.
+  std::signal(SIGCHLD, SIG_DFL);
   const std::vector<Text> argumentList(arguments, arguments + argumentCount);
   Ground ground(argumentList);
   QtApplication application(LinuxBundles::pathOfThisProgram());

@@ -17,3 +17,6 @@ kt_test(copy_faults KIND adapter SUBJECT copy TIMEOUT 120
     support/TreeCompare.cpp
   USES kt_platform_posix kt_test_support)
 add_dependencies(copy_faults train)
+foreach(program copy_mounted copy_faults)
+  target_compile_definitions(${program} PRIVATE KT_TRAIN="$<TARGET_FILE:train>")
+endforeach()

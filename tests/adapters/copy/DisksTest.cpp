@@ -21,7 +21,7 @@ class Disks : public MountedScene {
     SampleTrees::makeMixed(at("source"), newBytes);
   }
   std::vector<std::string> command(const std::string& source) const {
-    return {"env", "-i", "HOME=" + at("home"), KT_BINARY_DIR "/train/train", source, at("disk/apps/Nas.app")};
+    return {"env", "-i", "HOME=" + at("home"), KT_TRAIN, source, at("disk/apps/Nas.app")};
   }
   CommandResult install() { return runCommand(command(at("source")), {}, 50); }
   // The disk's own Trash, since the home folder is elsewhere.

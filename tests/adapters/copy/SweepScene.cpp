@@ -62,7 +62,7 @@ void SweepScene::prepare() {
 std::map<std::string, SweepScene::Calls> SweepScene::callsOfTheTool() {
   prepare();
   (void)runCommand({"strace", "-f", "-qq", "-o", at("trace"), "env", "-i", "HOME=" + at("disk/home"),
-                    KT_BINARY_DIR "/train/train", at("disk/source/Nas.app"), at("disk/apps/Nas.app")});
+                    KT_TRAIN, at("disk/source/Nas.app"), at("disk/apps/Nas.app")});
   std::map<std::string, Calls> calls;
   std::istringstream trace(readAll(at("trace")));
   bool isAtWork = false;
@@ -89,8 +89,8 @@ SweepScene::Outcome SweepScene::install(const std::string& injection) {
     command = {"strace", "-f", "-qq", "-o", at("trace"), "-e", "trace=" + call, "-e", "inject=" + injection};
   }
   for (const std::string& word :
-       {std::string("env"), std::string("-i"), "HOME=" + at("disk/home"),
-        std::string(KT_BINARY_DIR "/train/train"), at("disk/source/Nas.app"), at("disk/apps/Nas.app")}) {
+       {std::string("env"), std::string("-i"), "HOME=" + at("disk/home"), std::string(KT_TRAIN),
+        at("disk/source/Nas.app"), at("disk/apps/Nas.app")}) {
     command.push_back(word);
   }
   const CommandResult result = runCommand(command);

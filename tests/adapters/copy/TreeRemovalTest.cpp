@@ -1,5 +1,6 @@
 // The permanent removal on a real disk.
 #include "tests/adapters/copy/CopyScene.h"
+#include "tests/support/OrdinaryUser.h"
 #include "tests/support/SampleTrees.h"
 
 namespace halvorn {
@@ -41,19 +42,19 @@ TEST_F(TreeRemoval, AFurtherNameOfAFileKeepsTheFile) {
 }
 
 TEST_F(TreeRemoval, NothingInItGoesWhenTheFolderItStandsInIsClosed) {
-  if (isRoot()) GTEST_SKIP() << "nothing is closed to the administrator";
   addFile("closed/file", "kept");
   ASSERT_EQ(::chmod(at("closed").c_str(), 0555), 0);
+  const OrdinaryUser user(at(""));
   EXPECT_FALSE(files.removeItem(at("closed/file")));
   EXPECT_EQ(contents("closed/file"), "kept");
   ASSERT_EQ(::chmod(at("closed").c_str(), 0755), 0);
 }
 
 TEST_F(TreeRemoval, WhatCannotBeRemovedIsSaidAndTheRestGoes) {
-  if (isRoot()) GTEST_SKIP() << "nothing is closed to the administrator";
   addFile("tree/closed/file", "kept");
   addFile("tree/open/file");
   ASSERT_EQ(::chmod(at("tree/closed").c_str(), 0555), 0);
+  const OrdinaryUser user(at(""));
   EXPECT_FALSE(files.removeItem(at("tree")));
   EXPECT_EQ(contents("tree/closed/file"), "kept");
   EXPECT_FALSE(exists("tree/open"));

@@ -20,5 +20,4 @@ report_skipped() {
   [ "$count" = 0 ] && return 0
   say "$count skipped:"
   sed -n '/did not run:/,$p' "$1" | head -n 40 >&2
-}" = true ]; then say "nothing may be skipped here"; return 1; fi
 }

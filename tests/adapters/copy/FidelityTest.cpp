@@ -14,7 +14,7 @@ class Fidelity : public MountedScene, public testing::WithParamInterface<const c
   void makeTrees(const std::string& where) {
     addFolder(where);
     SampleTrees::makeSmallFiles(at(where + "/small"), 300);
-    SampleTrees::makeMixed(at(where + "/mixed"), 20'000'000);
+    SampleTrees::makeMixed(at(where + "/mixed"), 5'000'000);
     SampleTrees::makeBigFile(at(where + "/big"), 20'000'001);
     SampleTrees::makeDeep(at(where + "/deep"), 20, 3);
   }

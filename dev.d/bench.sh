@@ -1,14 +1,18 @@
 # Benchmarks measure ours against what people would use instead, side by side in one run, as ratios.
+# benchmarks/run_NAME is told the folder of its programs, and that of the installer where it measures that.
 dev_bench() {
-  need build bench
-  local name="${1:-}"
+  local name="${1:-}" each
   if [ -z "$name" ]; then
-    say "benchmarks:"; for each in benchmarks/run_*; do say "  $(basename "$each" | sed 's/^run_//')"; done
+    say "benchmarks:"
+    for each in benchmarks/run_*; do say "  ${each#benchmarks/run_}"; done
     return 0
   fi
   shift
   [ -x "benchmarks/run_$name" ] || die "no benchmark '$name'"
-  need run
+  need build run bench
+  cmake --preset release -DKT_BENCHMARKS=ON >/dev/null || die "configuring failed"
   configure_and_build release
-  "benchmarks/run_$name" "$PWD/build/release" "$@"
+  local programs="$PWD/build/release/benchmarks/$name"
+  if [ "$name" = startup ]; then set -- "$PWD/build/HalvornInstaller.app" "$@"; fi
+  "benchmarks/run_$name" "$programs" "$@"
 }

@@ -7,6 +7,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -16,21 +17,27 @@
 namespace halvorn {
 namespace {
 
-// Watches what people do with the keyboard and the mouse.
-class InputWatch : public QObject {
+// Watches what people do with the keyboard and the mouse, and for the first window to be painted.
+class EventWatch : public QObject {
  public:
   [[nodiscard]] bool optionKey() const { return optionKey_; }
+  [[nodiscard]] bool hasPainted() const { return hasPainted_; }
+  std::function<void()> firstPaint;
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
     if (event->isInputEvent()) {
       optionKey_ = static_cast<QInputEvent*>(event)->modifiers().testFlag(Qt::AltModifier);
+    } else if (event->type() == QEvent::Paint && !hasPainted_) {
+      hasPainted_ = true;
+      if (firstPaint) firstPaint();
     }
     return false;
   }
 
  private:
   std::atomic<bool> optionKey_ = false;
+  bool hasPainted_ = false;
 };
 
 // The toolkit's remarks are no lines of the log; what ends the program is.
@@ -56,7 +63,7 @@ struct QtApplication::Parts {
   // first.
   [[maybe_unused]] QStyle* style = QApplication::setStyle(QStringLiteral("fusion"));
   QApplication application{count, arguments};
-  InputWatch watch;
+  EventWatch watch;
   QObject tasks;  // what waits on it is dropped with it
   bool terminated = false;
 };
@@ -74,11 +81,18 @@ void QtApplication::terminate() {
 }
 
 void QtApplication::setApplicationIcon(const ImagePointer& icon) {
+  const auto set = [this, icon] {
+    perform([icon] {
+      const QtImage* picture = qtImage(icon);
+      QApplication::setWindowIcon(picture != nullptr ? picture->icon() : QIcon());
+    });
+  };
   // The sizes for task bars take longer to decode than the window takes to be painted.
-  perform([icon] {
-    const QtImage* picture = qtImage(icon);
-    QApplication::setWindowIcon(picture != nullptr ? picture->icon() : QIcon());
-  });
+  if (parts_->watch.hasPainted()) {
+    set();
+  } else {
+    parts_->watch.firstPaint = set;
+  }
 }
 
 void QtApplication::beep() { QApplication::beep(); }

@@ -7,7 +7,8 @@ kt_test(test_unit_process KIND unit SUBJECT process SOURCES
 kt_test(test_contract_process KIND contract SUBJECT process SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/contract/ProcessContractTest.cpp
   USES kt_test_processes)
-kt_test(test_adapter_process KIND adapter SUBJECT process SOURCES
+# Alone: other tests' programs are applications of this user too.
+kt_test(test_adapter_process KIND adapter SUBJECT process SERIAL SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/adapters/ProcessPartsTest.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/adapters/process/AttributesTest.cpp
   ${CMAKE_CURRENT_SOURCE_DIR}/adapters/process/AccessibilityWatchTest.cpp

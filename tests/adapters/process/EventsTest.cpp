@@ -31,7 +31,6 @@ TEST_F(RealEvents, ABurstOf200LaunchesAndEndsLosesNoneAndLeavesNoObject) {
   const auto cached = live->processes.cachedProcessesEnumerator();
   ASSERT_TRUE(cached);
   for (const auto& left : *cached) EXPECT_TRUE(left->isStillRunning());
-  
 }
 
 TEST_F(RealEvents, ObserversNeverRunInsideACall) {

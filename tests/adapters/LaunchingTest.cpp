@@ -215,8 +215,8 @@ TEST_F(LaunchingTest, UnderTheAdministratorsRightsThePersonWhoAskedIsTheOneWhoLa
   for (const char* const name : {"PKEXEC_UID", "SUDO_UID"}) {
     variables_.erase("PKEXEC_UID");
     variables_[name] = "65534";
-    variables_["XDG_CONFIG_HOME"] = "/root/.config";
-    variables_["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/root/bus";
+    variables_["XDG_CONFIG_HOME"] = "/admin/.config";
+    variables_["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/admin/bus";
     ASSERT_TRUE(open(probeBundle(name)));
     const LaunchReport started = report();
     ASSERT_TRUE(started.exists());

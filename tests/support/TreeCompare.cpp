@@ -2,11 +2,13 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -137,6 +139,21 @@ class Comparer {
   std::set<Identity> copies_;
 };
 
+// Thousands of folders in one another are thousands of calls in one another, and the sanitizers make each of
+// them large.
+void onLargeStack(std::function<void()> task) {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, std::size_t{512} << 20);
+  const auto run = [](void* context) -> void* {
+    (*static_cast<std::function<void()>*>(context))();
+    return nullptr;
+  };
+  pthread_t thread = {};
+  if (pthread_create(&thread, &attributes, run, &task) == 0) pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
 }  // namespace
 
 std::vector<std::string> differencesBetween(const std::string& original, const std::string& copy) {
@@ -144,7 +161,7 @@ std::vector<std::string> differencesBetween(const std::string& original, const s
   const int first = ::open(original.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const int second = ::open(copy.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (first < 0 || second < 0) return {"cannot be opened"};
-  comparer.compare(first, second, ".", "");
+  onLargeStack([&] { comparer.compare(first, second, ".", ""); });
   ::close(first);
   ::close(second);
   return comparer.differences;

@@ -14,8 +14,8 @@ class Application {
   virtual void setApplicationIcon(const ImagePointer& icon) = 0;
   // The system's alert sound. Thread: main.
   virtual void beep() = 0;
-  // Whether the event that the main thread works on, or worked on last, was made with the Option (Alt) key held.
-  // Thread: any.
+  // Whether the press of a key or button that the main thread works on, or worked on last, was made with the
+  // Option (Alt) key held. Thread: any.
   [[nodiscard]] virtual bool currentEventHasOptionKey() const = 0;
 };
 

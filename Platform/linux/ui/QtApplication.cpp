@@ -25,8 +25,13 @@ class EventWatch : public QObject {
   std::function<void()> firstPaint;
 
  protected:
+  // What sets something off. Whoever lets go of the keys or moves the mouse on has not taken it back.
+  static bool isDeed(QEvent::Type type) {
+    return type == QEvent::KeyPress || type == QEvent::MouseButtonPress ||
+           type == QEvent::MouseButtonRelease || type == QEvent::TouchBegin || type == QEvent::TouchEnd;
+  }
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->isInputEvent()) {
+    if (isDeed(event->type())) {
       optionKey_ = static_cast<QInputEvent*>(event)->modifiers().testFlag(Qt::AltModifier);
     } else if (event->type() == QEvent::Paint && !hasPainted_) {
       hasPainted_ = true;

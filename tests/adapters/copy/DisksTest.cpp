@@ -24,6 +24,14 @@ class Disks : public MountedScene {
     return {"env", "-i", "HOME=" + at("home"), KT_TRAIN, source, at("disk/apps/Nas.app")};
   }
   CommandResult install() { return runCommand(command(at("source")), {}, 50); }
+  // Takes all the room of the disk but that much, without writing.
+  void fillAllBut(off_t bytes) {
+    const FileDescriptor file(::open(at("disk/filling").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+    const auto free = static_cast<off_t>(std::filesystem::space(at("disk")).available);
+    if (free > bytes) {
+      ASSERT_EQ(::fallocate(file.get(), 0, 0, free - bytes), 0);
+    }
+  }
   // The disk's own Trash, since the home folder is elsewhere.
   std::string trashed() { return contents("disk/.Trash-0/files/Nas.app/Contents/Info.plist"); }
   std::string copyLine() const {
@@ -36,9 +44,10 @@ class Disks : public MountedScene {
 class FullDisk : public Disks, public testing::WithParamInterface<const char*> {};
 
 TEST_P(FullDisk, AFullDiskGivesTwoKeepsTheOldCopyInTheTrashAndTouchesNothingElse) {
-  const std::string failure = mountNew(GetParam(), "disk", std::string(GetParam()) == "xfs" ? 320 : 130);
+  const std::string failure = mountNew(GetParam(), "disk", std::string(GetParam()) == "xfs" ? 320 : 120);
   if (!failure.empty()) GTEST_SKIP() << failure;
-  addProducts(400'000'000);
+  addProducts(30'000'000);
+  fillAllBut(8'000'000);
   const CommandResult result = install();
   EXPECT_EQ(result.status, 2) << result.output;
   EXPECT_TRUE(endsWith(result.output, copyLine())) << result.output;
@@ -66,12 +75,12 @@ TEST_F(Disks, ADiskThatIsReadOnlyGivesOneAndLeavesTheOldCopyInPlace) {
 // waits for no disk, so this either shows while it goes on, or the copy is whole as far as anybody can read
 // it.
 TEST_F(Disks, ADiskThatLiesGivesTwoOrACopyThatReadsWholeAndNeverLosesTheOldOne) {
-  std::string failure = mountAt("small", {"-t", "tmpfs", "-o", "size=24m", "tmpfs"});
-  if (failure.empty()) failure = run({"truncate", "-s", "200M", at("small/image")});
+  std::string failure = mountAt("small", {"-t", "tmpfs", "-o", "size=10m", "tmpfs"});
+  if (failure.empty()) failure = run({"truncate", "-s", "60M", at("small/image")});
   if (failure.empty()) failure = run({"mkfs.ext4", "-q", "-F", "-O", "^has_journal", at("small/image")});
   if (failure.empty()) failure = mountAt("disk", {"-o", "loop", at("small/image")});
   if (!failure.empty()) GTEST_SKIP() << failure;
-  addProducts(100'000'000);
+  addProducts(30'000'000);
   ASSERT_EQ(run({"sync", "-f", at("disk")}), "") << "the old copy is on the disk";
   const CommandResult result = install();
   if (result.status == 0) {
@@ -87,11 +96,11 @@ TEST_F(Disks, ADiskThatLiesGivesTwoOrACopyThatReadsWholeAndNeverLosesTheOldOne) 
 }
 
 TEST_F(Disks, AMediumThatIsPulledOutMidwayEndsTheInstallationAndTheOldCopyIsInTheTrash) {
-  std::string failure = mountNew("ext4", "medium", 400);
-  if (failure.empty()) failure = mountNew("tmpfs", "disk", 600);
+  std::string failure = mountNew("ext4", "medium", 120);
+  if (failure.empty()) failure = mountNew("tmpfs", "disk", 200);
   if (!failure.empty()) GTEST_SKIP() << failure;
   addProducts(1'000'000);
-  SampleTrees::makeMixed(at("medium/Nas.app"), 250'000'000);
+  SampleTrees::makeMixed(at("medium/Nas.app"), 60'000'000);
   ChildProcess tool(command(at("medium/Nas.app")));
   while (tool.isRunning() && !exists("disk/apps/Nas.app/Contents")) std::this_thread::yield();
   // Out of the tree of folders; whoever has a file of it open may go on, so the tool may be done with what it
@@ -129,7 +138,7 @@ TEST_F(Disks, ACopyThatIsClonedSharesItsBlocks) {
     const std::string failure = mountNew(kind, std::string("disk-") + kind, 400);
     if (!failure.empty()) GTEST_SKIP() << failure;
     const std::string disk = std::string("disk-") + kind;
-    SampleTrees::makeBigFile(at(disk + "/from"), 100'000'000);
+    SampleTrees::makeBigFile(at(disk + "/from"), 40'000'000);
     ASSERT_EQ(run({"sync", "-f", at(disk)}), "");
     const auto free = [&] { return std::filesystem::space(at(disk)).free; };
     const auto before = free();

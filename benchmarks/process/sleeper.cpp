@@ -1,0 +1,6 @@
+// Waits until it is ended.
+#include <unistd.h>
+
+int main() {
+  for (;;) ::pause();
+}

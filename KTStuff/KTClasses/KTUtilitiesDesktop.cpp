@@ -19,7 +19,10 @@ EventAnswer MonitorMenuBarEventHandler(const MenuBarEvent& event, bool& isMenuBa
 
 KTUtilitiesDesktop::KTUtilitiesDesktop(const KTUtilitiesVersions& versions,
                                        const KTUtilitiesDesktopServices& services)
-    : versions_(versions), services_(services), self_(std::make_shared<KTUtilitiesDesktop*>(this)) {
+    : KTUtilitiesTheme(versions, services.defaults, services.interfaceStyle),
+      versions_(versions),
+      services_(services),
+      self_(std::make_shared<KTUtilitiesDesktop*>(this)) {
   initialize();
 }
 
@@ -73,21 +76,6 @@ void KTUtilitiesDesktop::installMenuBarMonitor() {
   // KEEP: the cut-off word and the stray parenthesis.
   if (!isWatched) services_.log("could not install menu bar visibility event handl)");
 }
-
-bool KTUtilitiesDesktop::darkMenuTheme() {
-  if (!versions_.yosemiteOrNewer()) return false;
-  if (!isThemeObserverInstalled_) {
-    isThemeObserverInstalled_ = true;
-    services_.interfaceStyle.installChangeHandler([weakSelf = std::weak_ptr(self_)] {
-      if (const auto self = weakSelf.lock()) (*self)->darkModeChanged();
-    });
-  }
-  // A style in the defaults is the person's word for this program and wins over that of the desktop.
-  if (const auto style = services_.defaults.objectForKey("AppleInterfaceStyle")) return *style == "Dark";
-  return services_.interfaceStyle.current() == Text("Dark");
-}
-
-bool KTUtilitiesDesktop::darkAppearance() { return versions_.mojaveOrNewer() && darkMenuTheme(); }
 
 ImagePointer KTUtilitiesDesktop::systemTintImage() {
   Text name = "tintMav";

@@ -15,6 +15,7 @@
 #include "Core/Log.h"
 #include "Core/Text.h"
 #include "KTStuff/KTClasses/KTProcess.h"
+#include "KTStuff/KTClasses/KTUtilitiesTheme.h"
 #include "KTStuff/KTClasses/KTUtilitiesVersions.h"
 #include "Platform/Bundles.h"
 #include "Platform/ControlTint.h"
@@ -48,7 +49,7 @@ struct KTUtilitiesDesktopServices {
   const Log& log;
 };
 
-class KTUtilitiesDesktop {
+class KTUtilitiesDesktop : public KTUtilitiesTheme {
  public:
   // All that is passed in must outlive this object.
   KTUtilitiesDesktop(const KTUtilitiesVersions& versions, const KTUtilitiesDesktopServices& services);
@@ -67,17 +68,12 @@ class KTUtilitiesDesktop {
   // The application that changed the clipboard last; null while none was seen to.
   [[nodiscard]] KTProcessPointer clipboardPublisherProcess();
 
-  // --- how things look
+  // --- how things look; the dark style is the theme's
 
   // Whether the desktop has hidden its menu bar for a window that fills the screen. The first call begins to
   // watch; what the desktop tells thereupon is answered from the next turn of the main loop on. Logs: when it
   // cannot be watched.
   [[nodiscard]] bool fullScreenMode();
-  // Whether the dark interface style is in force, read afresh at each call.
-  [[nodiscard]] bool darkMenuTheme();
-  // Hears of changes of the style; there is nothing to do, since nothing is kept.
-  void darkModeChanged() {}
-  [[nodiscard]] bool darkAppearance();
   [[nodiscard]] bool displayIsZoomed() const { return false; }
   // "tintYosBlue" and its like, out of the resources of the application; null when it has no such image.
   [[nodiscard]] ImagePointer systemTintImage();
@@ -112,7 +108,6 @@ class KTUtilitiesDesktop {
 
   bool isMenuBarMonitorInstalled_ = false;
   bool isMenuBarHidden_ = false;
-  bool isThemeObserverInstalled_ = false;
 };
 
 // What an event of the menu bar means for the flag. Leaves every event to other handlers too.

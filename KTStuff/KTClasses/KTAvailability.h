@@ -1,0 +1,14 @@
+// What the running system has.
+#pragma once
+
+#include "Platform/SystemInfo.h"
+
+namespace halvorn {
+
+// Appearances came with 10.14, whose first release has this version of the framework. Thread: any.
+[[nodiscard]] inline bool hasAppearances(const SystemInfo& system) {
+  constexpr double firstWithAppearances = 1639.0;
+  return system.frameworkVersion() >= firstWithAppearances;
+}
+
+}  // namespace halvorn

@@ -3,16 +3,21 @@
 // Thread: main, all of them.
 #pragma once
 
+#include <memory>
+
+#include "Core/Geometry.h"
 #include "Core/Text.h"
+#include "Platform/Appearances.h"
+#include "Platform/Color.h"
 #include "Platform/Images.h"
+#include "Platform/ScrollViews.h"
 
 namespace halvorn {
 
 enum class Hidden { No, Yes };
 enum class Enabled { No, Yes };
 
-// The appearances a view can be held to.
-enum class AppearanceName { Inherited, Aqua, DarkAqua };
+enum class ViewPosition { Above, Below };
 
 class View {
  public:
@@ -21,12 +26,27 @@ class View {
   [[nodiscard]] virtual Hidden isHidden() const = 0;
   virtual void setAppearance(AppearanceName name) = 0;
   [[nodiscard]] virtual AppearanceName appearance() const = 0;
+
+  // The view that holds this one; null for the outermost and for one that nothing holds.
+  [[nodiscard]] virtual std::shared_ptr<View> superview() = 0;
+  // Takes the view out of its superview, which is drawn again only when something else asks for it.
+  virtual void removeFromSuperviewWithoutNeedingDisplay() = 0;
+  // Puts the view in front of (above) or behind (below) its sibling, or all of them for null.
+  virtual void addSubview(View& subview, ViewPosition positioned, View* relativeTo) = 0;
+  // Null when the view is in none.
+  [[nodiscard]] virtual std::shared_ptr<ScrollView> enclosingScrollView() = 0;
+  // The part of the view that nothing which holds it cuts off, in coordinates as ScrollViews.h has them.
+  [[nodiscard]] virtual Rect visibleRect() const = 0;
+  // Scrolls at once, as little as shows the rectangle; false when nothing had to be scrolled.
+  virtual bool scrollRectToVisible(const Rect& rect) = 0;
 };
 
 class TextField : public virtual View {
  public:
   [[nodiscard]] virtual Text stringValue() const = 0;
   virtual void setStringValue(const Text& text) = 0;
+  // Asked anew whenever the field is drawn; null for that of the appearance.
+  virtual void setTextColor(const ColorPointer& color) = 0;
 };
 
 class Button : public virtual View {
@@ -45,9 +65,11 @@ class ImageView : public virtual View {
 // A read-only document.
 class TextView : public virtual View {
  public:
-  // Replaces the text by the document in the file: rich text, plain text, HTML, Markdown. False (and an empty view)
-  // when the file cannot be read. Loads nothing from anywhere else and runs nothing.
+  // Replaces the text by the document in the file: rich text, plain text, HTML, Markdown. False (and an empty
+  // view) when the file cannot be read. Loads nothing from anywhere else and runs nothing.
   virtual bool setDocumentFromFile(const Text& path) = 0;
+  // Asked anew whenever the view is drawn; null for that of the appearance.
+  virtual void setBackgroundColor(const ColorPointer& color) = 0;
 };
 
 class TabView : public virtual View {

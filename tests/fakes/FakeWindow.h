@@ -55,6 +55,16 @@ class FakeView : public virtual View {
   }
   AppearanceName appearance() const override { return appearance_; }
 
+  // Nothing holds the outlets; views that hold each other are in FakeScrollView.h.
+  std::shared_ptr<View> superview() override { return nullptr; }
+  void removeFromSuperviewWithoutNeedingDisplay() override {
+    record("removeFromSuperviewWithoutNeedingDisplay");
+  }
+  void addSubview(View&, ViewPosition, View*) override { record("addSubview"); }
+  std::shared_ptr<ScrollView> enclosingScrollView() override { return nullptr; }
+  Rect visibleRect() const override { return {}; }
+  bool scrollRectToVisible(const Rect&) override { return false; }
+
   [[nodiscard]] bool visible() const { return hidden_ == Hidden::No; }
 
   Hidden hidden_ = Hidden::No;
@@ -78,7 +88,12 @@ class FakeTextField : public FakeView, public TextField {
     text_ = text;
     record("setStringValue", text.bytes());
   }
+  void setTextColor(const ColorPointer& color) override {
+    textColor_ = color;
+    record("setTextColor");
+  }
   Text text_;
+  ColorPointer textColor_;
 };
 
 class FakeButton : public FakeView, public Button {
@@ -121,7 +136,12 @@ class FakeTextView : public FakeView, public TextView {
     record("setDocumentFromFile", path.bytes());
     return readable_;
   }
+  void setBackgroundColor(const ColorPointer& color) override {
+    backgroundColor_ = color;
+    record("setBackgroundColor");
+  }
   OptionalText document_;
+  ColorPointer backgroundColor_;
   bool readable_ = true;
 };
 

@@ -1,6 +1,7 @@
 #include "Platform/linux/ui/DesktopAppearance.h"
 
 #include <QApplication>
+#include <QWidget>
 
 #include "Platform/linux/ui/ColorSchemeWatch.h"
 #include "Platform/linux/ui/Palettes.h"
@@ -25,6 +26,8 @@ InterfaceStyle DesktopAppearance::style() const { return style_; }
 void DesktopAppearance::use(InterfaceStyle style) {
   style_ = style;
   QApplication::setPalette(paletteFor(style == InterfaceStyle::Dark ? Look::Dark : Look::Light));
+  // Also what is held to a look of its own: its colours may follow the desktop all the same.
+  for (QWidget* window : QApplication::topLevelWidgets()) window->update();
 }
 
 }  // namespace halvorn

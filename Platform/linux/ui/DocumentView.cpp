@@ -2,11 +2,14 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <memory>
 #include <vector>
+
+#include "Platform/linux/ui/QtGraphicsContext.h"
 
 namespace halvorn {
 namespace {
@@ -58,6 +61,21 @@ void DocumentView::showDocument(std::unique_ptr<QTextDocument> document) {
   delete shown_;  // the one before; the toolkit deletes only the document that the view was made with
   shown_ = shown;
   moveCursor(QTextCursor::Start);
+}
+
+void DocumentView::setBackgroundColor(const ColorPointer& color) {
+  backgroundColor_ = color;
+  viewport()->update();
+}
+
+void DocumentView::paintEvent(QPaintEvent* event) {
+  if (backgroundColor_) {
+    QPainter painter(viewport());
+    QtGraphicsContext context(painter);
+    backgroundColor_->setFill(context);
+    painter.fillRect(event->rect(), painter.brush());
+  }
+  QTextEdit::paintEvent(event);
 }
 
 void DocumentView::follow(const QString& address) {

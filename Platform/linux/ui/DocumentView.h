@@ -7,6 +7,8 @@
 #include <functional>
 #include <memory>
 
+#include "Platform/Color.h"
+
 namespace halvorn {
 
 class DocumentView : public QTextEdit {
@@ -16,9 +18,13 @@ class DocumentView : public QTextEdit {
   // Shows the document, which becomes the view's, or nothing for null.
   void showDocument(std::unique_ptr<QTextDocument> document);
 
+  // Asked at each painting; null for that of the palette.
+  void setBackgroundColor(const ColorPointer& color);
+
   std::function<void(const QString& address)> openLink;  // only web and mail addresses
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -31,6 +37,7 @@ class DocumentView : public QTextEdit {
 
   QPointer<QTextDocument> shown_;
   QString pressedLink_;
+  ColorPointer backgroundColor_;
 };
 
 }  // namespace halvorn

@@ -5,6 +5,8 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "Platform/linux/ui/QtGraphicsContext.h"
+
 namespace halvorn {
 
 FieldLabel::FieldLabel(QWidget* parent) : QLabel(parent) {
@@ -19,6 +21,11 @@ void FieldLabel::setFieldText(const QString& text) {
   setText(text);
   setToolTip({});
   updateGeometry();
+  update();
+}
+
+void FieldLabel::setTextColor(const ColorPointer& color) {
+  textColor_ = color;
   update();
 }
 
@@ -86,6 +93,10 @@ void FieldLabel::paintEvent(QPaintEvent*) {
   if (text().isEmpty()) return;
   QPainter painter(this);
   painter.setPen(palette().color(foregroundRole()));
+  if (textColor_) {
+    QtGraphicsContext context(painter);
+    textColor_->set(context);
+  }
   painter.setLayoutDirection(layoutDirection());
   const Qt::Alignment leading =
       QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading | Qt::AlignVCenter);

@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QTextLayout>
 
+#include "Platform/Color.h"
+
 namespace halvorn {
 
 class FieldLabel : public QLabel {
@@ -15,6 +17,8 @@ class FieldLabel : public QLabel {
   void setMaximumLines(int lines) { maximumLines_ = lines; }
   // For paths: they read from left to right in every language.
   void setLeftToRightText(bool leftToRight) { leftToRightText_ = leftToRight; }
+  // Asked at each painting; null for that of the palette.
+  void setTextColor(const ColorPointer& color);
 
   [[nodiscard]] bool hasHeightForWidth() const override { return true; }
   [[nodiscard]] int heightForWidth(int width) const override;
@@ -36,6 +40,7 @@ class FieldLabel : public QLabel {
 
   int maximumLines_ = 10;
   bool leftToRightText_ = false;
+  ColorPointer textColor_;
 };
 
 }  // namespace halvorn

@@ -4,7 +4,6 @@
 #include <QScreen>
 #include <QTabBar>
 
-#include "Platform/linux/ui/Palettes.h"
 #include "Platform/linux/ui/QtText.h"
 #include "Platform/linux/ui/ReadMeDocument.h"
 
@@ -19,21 +18,6 @@ void QtView::setHidden(Hidden hidden) {
   if (!window_.isVisible()) return;
   window_.restoreFocus();
   window_.fitTexts();
-}
-
-void QtView::setAppearance(AppearanceName name) {
-  appearance_ = name;
-  switch (name) {
-    case AppearanceName::Inherited:
-      widget_.setPalette(QPalette());
-      break;
-    case AppearanceName::Aqua:
-      widget_.setPalette(paletteFor(Look::Light));
-      break;
-    case AppearanceName::DarkAqua:
-      widget_.setPalette(paletteFor(Look::Dark));
-      break;
-  }
 }
 
 QtTextField::QtTextField(WindowWidget& window, FieldLabel& label)

@@ -10,18 +10,17 @@
 #include "Platform/linux/ui/DocumentView.h"
 #include "Platform/linux/ui/FieldLabel.h"
 #include "Platform/linux/ui/PictureLabel.h"
+#include "Platform/linux/ui/QtWidgetView.h"
 #include "Platform/linux/ui/Spinner.h"
 #include "Platform/linux/ui/WindowWidget.h"
 
 namespace halvorn {
 
-class QtView : public virtual View {
+class QtView : public QtWidgetView {
  public:
-  QtView(WindowWidget& window, QWidget& widget) : window_(window), widget_(widget) {}
+  QtView(WindowWidget& window, QWidget& widget) : QtWidgetView(widget), window_(window), widget_(widget) {}
   void setHidden(Hidden hidden) override;
   Hidden isHidden() const override { return hidden_; }
-  void setAppearance(AppearanceName name) override;
-  AppearanceName appearance() const override { return appearance_; }
 
  protected:
   WindowWidget& window_;
@@ -29,7 +28,6 @@ class QtView : public virtual View {
  private:
   QWidget& widget_;
   Hidden hidden_ = Hidden::No;
-  AppearanceName appearance_ = AppearanceName::Inherited;
 };
 
 class QtTextField : public QtView, public TextField {
@@ -37,6 +35,7 @@ class QtTextField : public QtView, public TextField {
   QtTextField(WindowWidget& window, FieldLabel& label);
   Text stringValue() const override { return text_; }
   void setStringValue(const Text& text) override;
+  void setTextColor(const ColorPointer& color) override { label_.setTextColor(color); }
 
  private:
   FieldLabel& label_;
@@ -69,6 +68,10 @@ class QtTextView : public QtView, public TextView {
  public:
   QtTextView(WindowWidget& window, DocumentView& view) : QtView(window, view), view_(view) {}
   bool setDocumentFromFile(const Text& path) override;
+  void setBackgroundColor(const ColorPointer& color) override { view_.setBackgroundColor(color); }
+
+ protected:
+  QAbstractScrollArea* ownScrollArea() const override { return &view_; }
 
  private:
   DocumentView& view_;

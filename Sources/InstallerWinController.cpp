@@ -9,6 +9,7 @@
 #include "Platform/ScreenReader.h"
 #include "Platform/Workers.h"
 #include "Platform/Workspace.h"
+#include "Sources/WindowColors.h"
 
 namespace halvorn {
 namespace {
@@ -32,6 +33,7 @@ InstallerWinController::InstallerWinController(const InstallerServices& services
                [this](const InstallOutcome& outcome) { installationFinished(outcome); }}) {}
 
 void InstallerWinController::awakeFromNib() {
+  colorWindow(outlets_, services_.colors);
   Startup startup(services_.startup, outlets_, arguments_,
                   {[this](int index) { selectTab(index); }, [this] { extractArguments(); },
                    [this] { playDoneSound(); }, [this](const Text& message) { showSetupError(message); },
@@ -48,6 +50,7 @@ void InstallerWinController::extractArguments() {
 void InstallerWinController::showSetupError(const Text& message) {
   services_.startup.log("%@", message);
   showFinalMessage(message);
+  colorSetupError(outlets_, services_.colors);
   // Still the format of the interface description: there was no product name to put in.
   if (outlets_.window.title().contains("%")) outlets_.window.setTitle("");
 }

@@ -18,6 +18,7 @@
 
 namespace halvorn {
 
+class KTDynamicColorClass;
 class Workers;
 
 struct InstallerServices {
@@ -25,6 +26,7 @@ struct InstallerServices {
   CompletionServices completion;
   InstallWorkerServices worker;
   Workers& workers;
+  KTDynamicColorClass& colors;
 };
 
 class InstallerWinController {

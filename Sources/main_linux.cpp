@@ -10,8 +10,10 @@
 #include "Core/Paths.h"
 #include "KTStuff/CocoaExtensions/SoundExtensions.h"
 #include "KTStuff/KTClasses/KTCompatibility.h"
+#include "KTStuff/KTClasses/KTDynamicColorClass.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
 #include "KTStuff/KTClasses/KTProcessClass.h"
+#include "KTStuff/KTClasses/KTUtilitiesTheme.h"
 #include "KTStuff/KTClasses/KTUtilitiesVersions.h"
 #include "Platform/linux/audio/PulseAudioDevices.h"
 #include "Platform/linux/audio/PulseServer.h"
@@ -44,8 +46,10 @@
 #include "Platform/linux/ui/DesktopAppearance.h"
 #include "Platform/linux/ui/InstallerWindow.h"
 #include "Platform/linux/ui/QtAlerts.h"
+#include "Platform/linux/ui/QtAppearances.h"
 #include "Platform/linux/ui/QtApplication.h"
 #include "Platform/linux/ui/QtImages.h"
+#include "Platform/linux/ui/QtInterfaceStyle.h"
 #include "Platform/linux/ui/QtRunLoop.h"
 #include "Platform/linux/ui/QtScreenReader.h"
 #include "Platform/linux/x11/XWindowSystem.h"
@@ -153,13 +157,28 @@ std::optional<InterfaceStyle> styleOf(const Defaults& defaults) {
   return *style->text() == Text("Dark") ? InterfaceStyle::Dark : InterfaceStyle::Light;
 }
 
+// Colours that follow the appearance. Nothing is asked of the desktop that the window does not follow anyway.
+struct Colors {
+  Colors(Ground& ground, DesktopAppearance& appearance)
+      : appearances(appearance),
+        style(appearance),
+        theme(ground.versions, ground.defaults, style),
+        colors({appearances, theme, ground.systemInfo, ground.log}) {}
+
+  const QtAppearances appearances;
+  QtInterfaceStyle style;
+  KTUtilitiesTheme theme;
+  KTDynamicColorClass colors;
+};
+
 // The window, the controller and what they need.
 class Installer {
  public:
-  Installer(Ground& ground, QtApplication& application, InstallerWindow& window, QtImages& images,
-            std::vector<Text> arguments)
+  Installer(Ground& ground, QtApplication& application, KTDynamicColorClass& colors,
+            InstallerWindow& window, QtImages& images, std::vector<Text> arguments)
       : ground_(ground),
         application_(application),
+        colors_(colors),
         window_(window),
         processes_(ground, application, loop_, images),
         sound_(ground, workers_),
@@ -204,11 +223,13 @@ class Installer {
             .worker = {install_, destinations_, processes_.processes, authorizer_, ground_.workspace,
                        ground_.changes, application_, ground_.bundles, ground_.strings, application_,
                        ground_.clock, ground_.log},
-            .workers = workers_};
+            .workers = workers_,
+            .colors = colors_};
   }
 
   Ground& ground_;
   QtApplication& application_;
+  KTDynamicColorClass& colors_;
   InstallerWindow& window_;
   QtRunLoop loop_;
   Processes processes_;
@@ -233,7 +254,8 @@ int applicationMain(int argumentCount, char** arguments) {
   const std::vector<Text> argumentList(arguments, arguments + argumentCount);
   Ground ground(argumentList);
   QtApplication application(LinuxBundles::pathOfThisProgram());
-  const DesktopAppearance appearance(styleOf(ground.defaults));
+  DesktopAppearance appearance(styleOf(ground.defaults));
+  Colors colors(ground, appearance);
 
   const Text bundle = ground.bundles.mainBundlePath();
   const OptionalText description = ground.bundles.pathForResource(bundle, "InstallerWindow", "xml");
@@ -244,7 +266,7 @@ int applicationMain(int argumentCount, char** arguments) {
     ground.log("ERROR -- Could not load the window from %@: %@", bundle, loaded.problem);
     return 1;
   }
-  return Installer(ground, application, *loaded.window, images, argumentList).run();
+  return Installer(ground, application, colors.colors, *loaded.window, images, argumentList).run();
 }
 
 }  // namespace halvorn

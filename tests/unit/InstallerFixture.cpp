@@ -5,6 +5,8 @@ namespace halvorn {
 InstallerFixture::Installer::Installer(InstallerFixture& fixture, std::vector<Text> argumentList)
     : install{fixture.files, fixture.trash, fixture.notices, fixture.log},
       versions(fixture.bundles, fixture.system, fixture.processes.unicode, fixture.dates, fixture.log),
+      theme(versions, fixture.defaults, fixture.interfaceStyle),
+      colors({fixture.appearances, theme, fixture.system, fixture.log}),
       destinations({.loginItems = fixture.loginItems,
                     .processes = fixture.processes.processes,
                     .files = fixture.files,
@@ -43,7 +45,8 @@ InstallerFixture::Installer::Installer(InstallerFixture& fixture, std::vector<Te
                           .mainThread = fixture.mainThread,
                           .clock = fixture.clock,
                           .log = fixture.log},
-               .workers = fixture.workers},
+               .workers = fixture.workers,
+               .colors = colors},
       controller(services, fixture.window.outlets(), std::move(argumentList)) {}
 
 }  // namespace halvorn

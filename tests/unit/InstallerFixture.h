@@ -14,13 +14,17 @@
 #include <vector>
 
 #include "KTStuff/CocoaExtensions/SoundExtensions.h"
+#include "KTStuff/KTClasses/KTDynamicColorClass.h"
+#include "KTStuff/KTClasses/KTUtilitiesTheme.h"
 #include "KTStuff/KTClasses/KTUtilitiesVersions.h"
 #include "Sources/CompletionSound.h"
 #include "Sources/DestinationChoice.h"
 #include "Sources/InstallerWinController.h"
+#include "tests/fakes/FakeAppearances.h"
 #include "tests/fakes/FakeAuthorizer.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDefaults.h"
+#include "tests/fakes/FakeDesktopFacts.h"
 #include "tests/fakes/FakeFileChangeNotices.h"
 #include "tests/fakes/FakeLocalizedDates.h"
 #include "tests/fakes/FakeLocalizedStrings.h"
@@ -144,6 +148,8 @@ class InstallerFixture : public ::testing::Test {
   FakeMainThread mainThread;
   FakeWorkers workers;
   FakeWindow window;
+  FakeAppearances appearances;
+  FakeInterfaceStyleSetting interfaceStyle;
   FakeHostApplication application;
   FakeAlerts alerts;
   FakeImages images;
@@ -159,6 +165,8 @@ class InstallerFixture : public ::testing::Test {
 
     InstallServices install;
     KTUtilitiesVersions versions;
+    KTUtilitiesTheme theme;
+    KTDynamicColorClass colors;
     DestinationChoice destinations;
     SoundExtensions soundExtensions;
     CompletionSound sound;

@@ -3,14 +3,13 @@
 #include <algorithm>
 
 #include "Core/MacRoman.h"
+#include "Core/TextPieces.h"
 
 namespace halvorn {
 namespace {
 
-std::shared_ptr<const std::u16string> share(std::u16string units) {
-  static const auto empty = std::make_shared<const std::u16string>();
-  return units.empty() ? empty : std::make_shared<const std::u16string>(std::move(units));
-}
+// A part may keep a buffer of up to that many times its own length.
+constexpr std::size_t kLargestShare = 8;
 
 void appendScalar(std::u16string& units, char32_t scalar) {
   if (scalar < 0x10000) {
@@ -94,11 +93,14 @@ bool isTrimmable(char16_t unit) {
 
 }  // namespace
 
-Text::Text() : units_(share({})) {}
 Text::Text(const char* utf8) : Text(std::string_view(utf8)) {}
-Text::Text(std::string_view utf8) : units_(share(*decode(utf8, Invalid::Keep))) {}
+Text::Text(std::string_view utf8) : Text(*decode(utf8, Invalid::Keep)) {}
 Text::Text(const std::string& utf8) : Text(std::string_view(utf8)) {}
-Text::Text(std::u16string units) : units_(share(std::move(units))) {}
+Text::Text(std::u16string units) {
+  if (units.empty()) return;
+  buffer_ = std::make_shared<const std::u16string>(std::move(units));
+  units_ = *buffer_;
+}
 
 std::optional<Text> Text::fromStrictUtf8(std::string_view bytes) {
   auto units = decode(bytes, Invalid::Refuse);
@@ -119,18 +121,13 @@ Text Text::fromScalar(char32_t scalar) {
   return Text(std::move(units));
 }
 
-std::size_t Text::length() const { return units_->size(); }
-bool Text::isEmpty() const { return units_->empty(); }
-char16_t Text::at(std::size_t index) const { return (*units_)[index]; }
-std::u16string_view Text::units() const { return *units_; }
-
 std::string Text::bytes() const {
   std::string result;
-  result.reserve(units_->size());
-  for (std::size_t i = 0; i < units_->size(); ++i) {
-    const char16_t unit = (*units_)[i];
+  result.reserve(units_.size());
+  for (std::size_t i = 0; i < units_.size(); ++i) {
+    const char16_t unit = units_[i];
     const bool isHigh = unit >= 0xD800 && unit < 0xDC00;
-    const char16_t next = i + 1 < units_->size() ? (*units_)[i + 1] : u'\0';
+    const char16_t next = i + 1 < units_.size() ? units_[i + 1] : u'\0';
     if (isHigh && next >= 0xDC00 && next < 0xE000) {
       appendUtf8(result, 0x10000 + (static_cast<char32_t>(unit - 0xD800) << 10) + (next - 0xDC00u));
       ++i;
@@ -143,12 +140,16 @@ std::string Text::bytes() const {
   return result;
 }
 
-bool Text::isSameObject(const Text& other) const { return units_ == other.units_; }
+bool Text::isSameObject(const Text& other) const {
+  return units_.data() == other.units_.data() && units_.size() == other.units_.size();
+}
 
 Text Text::substring(std::size_t start, std::size_t count) const {
   if (start == 0 && count >= length()) return *this;
   if (start >= length()) return Text();
-  return Text(units_->substr(start, count));
+  count = std::min(count, length() - start);
+  const bool isShared = buffer_->capacity() <= kPage || count >= buffer_->capacity() / kLargestShare;
+  return isShared ? sharedPart(start, count) : Text(std::u16string(units_.substr(start, count)));
 }
 
 bool Text::hasPrefix(const Text& prefix) const { return units().starts_with(prefix.units()); }
@@ -161,11 +162,12 @@ std::size_t Text::find(char16_t unit, std::size_t start) const { return units().
 
 std::vector<Text> Text::split(char16_t separator) const {
   std::vector<Text> parts;
+  TextPieces pieces(*this);
   std::size_t start = 0;
   while (true) {
-    const std::size_t end = find(separator, start);
-    parts.push_back(substring(start, end == npos ? npos : end - start));
-    if (end == npos) return parts;
+    const std::size_t end = std::min(find(separator, start), length());
+    pieces.cutInto(parts, start, end - start);
+    if (end == length()) return parts;
     start = end + 1;
   }
 }
@@ -189,13 +191,15 @@ Text Text::trimmed() const {
   return substring(static_cast<std::size_t>(first - text.begin()), static_cast<std::size_t>(last - first));
 }
 
-bool operator==(const Text& a, const Text& b) { return a.units_ == b.units_ || *a.units_ == *b.units_; }
-std::strong_ordering operator<=>(const Text& a, const Text& b) { return a.units_->compare(*b.units_) <=> 0; }
+bool operator==(const Text& a, const Text& b) { return a.isSameObject(b) || a.units_ == b.units_; }
+std::strong_ordering operator<=>(const Text& a, const Text& b) { return a.units_.compare(b.units_) <=> 0; }
 
 Text operator+(const Text& a, const Text& b) {
   if (a.isEmpty()) return b;
   if (b.isEmpty()) return a;
-  return Text(*a.units_ + *b.units_);
+  std::u16string units;
+  units.reserve(a.length() + b.length());
+  return Text(std::move(units.append(a.units_).append(b.units_)));
 }
 
 Text join(const std::vector<Text>& parts, const Text& separator) {

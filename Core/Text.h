@@ -1,7 +1,10 @@
-// Text: an immutable run of UTF-16 code units on a shared buffer.
+// Text: an immutable run of UTF-16 code units, all or a part of a shared buffer.
 //
 // A copy is the same object: `Text b = a;` costs a reference count and `a.isSameObject(b)` holds, so a
 // function that "returns the receiver itself" simply returns its argument. `==` compares content.
+//
+// A part shares the buffer of its text where that is small or the part is a good share of it; else it is
+// copied. So no text keeps more in memory than eight times itself, or a page of kPage units.
 //
 // Any bytes can become a Text and come back unchanged. Bytes that are not UTF-8 are kept as lone low
 // surrogates, byte 0xNN as U+DCNN; bytes() turns those into the bytes they were. So every path that exists
@@ -24,14 +27,14 @@ namespace halvorn {
 
 class Text {
  public:
-  // The empty text. All default-made texts are the same object.
-  Text();
+  // The empty text. All empty texts are the same object.
+  Text() = default;
   // From UTF-8; invalid bytes are kept, see above. Implicit, so that literals read as texts.
   Text(const char* utf8);
   Text(std::string_view utf8);
   Text(const std::string& utf8);
   explicit Text(std::u16string units);
-  // Copies only: a text that was moved from would have no buffer.
+  // Copies only: a text that was moved from would be another one.
   Text(const Text&) = default;
   Text& operator=(const Text&) = default;
 
@@ -42,10 +45,11 @@ class Text {
   // One Unicode scalar value; a surrogate value gives that lone unit.
   [[nodiscard]] static Text fromScalar(char32_t scalar);
 
-  [[nodiscard]] std::size_t length() const;  // in UTF-16 units
-  [[nodiscard]] bool isEmpty() const;
-  [[nodiscard]] char16_t at(std::size_t index) const;  // index < length()
-  [[nodiscard]] std::u16string_view units() const;     // lives as long as any copy of this text
+  [[nodiscard]] std::size_t length() const { return units_.size(); }  // in UTF-16 units
+  [[nodiscard]] bool isEmpty() const { return units_.empty(); }
+  [[nodiscard]] char16_t at(std::size_t index) const { return units_[index]; }  // index < length()
+  // Lives as long as any copy of this text. Nothing ends it: the unit behind it may be anything.
+  [[nodiscard]] std::u16string_view units() const { return units_; }
   // UTF-8; lone U+DC80..U+DCFF become the bytes they were made of, other lone surrogates their three-byte
   // form.
   [[nodiscard]] std::string bytes() const;
@@ -53,6 +57,7 @@ class Text {
   [[nodiscard]] bool isSameObject(const Text& other) const;
 
   // Positions and lengths are clamped to the text. A range that is the whole text gives the same object.
+  // Many pieces of one long text: TextPieces.
   [[nodiscard]] Text substring(std::size_t start, std::size_t count = npos) const;
   [[nodiscard]] bool hasPrefix(const Text& prefix) const;  // true for the empty prefix
   [[nodiscard]] bool hasSuffix(const Text& suffix) const;
@@ -79,9 +84,25 @@ class Text {
   friend Text operator+(const Text& a, const Text& b);
 
   static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+  // A buffer of at most that many units is kept by the smallest part of it.
+  static constexpr std::size_t kPage = 2048;
 
  private:
-  std::shared_ptr<const std::u16string> units_;  // never null
+  friend class TextPieces;
+
+  // A part of the text on its own buffer, whatever the buffer's size. The range lies in the text.
+  [[nodiscard]] Text sharedPart(std::size_t start, std::size_t count) const {
+    Text part;
+    if (count == 0) return part;
+    part.buffer_ = buffer_;
+    part.units_ = std::u16string_view(units_.data() + start, count);
+    return part;
+  }
+
+  static constexpr char16_t kNothing[1] = {};
+
+  std::shared_ptr<const std::u16string> buffer_;  // null when the text is empty
+  std::u16string_view units_{kNothing, 0};        // the part of the buffer that this text is
 };
 
 using OptionalText = std::optional<Text>;

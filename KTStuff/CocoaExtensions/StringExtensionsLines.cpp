@@ -1,5 +1,6 @@
 #include "KTStuff/CocoaExtensions/StringExtensionsLines.h"
 
+#include "Core/TextPieces.h"
 #include "KTStuff/CocoaExtensions/StringExtensionsUnits.h"
 
 namespace halvorn::StringExtensions {
@@ -11,14 +12,15 @@ std::vector<Text> split(const Text& text, std::u16string_view separator) {
   const std::u16string_view units = text.units();
   UnitSearch search(separator);
   std::vector<Text> parts;
+  TextPieces pieces(text);
   std::size_t start = 0;
   while (true) {
     const std::size_t at = search.find(units, start, units.size());
     if (at == Text::npos) break;
-    parts.push_back(text.substring(start, at - start));
+    pieces.cutInto(parts, start, at - start);
     start = at + separator.size();
   }
-  parts.push_back(text.substring(start));
+  pieces.cutInto(parts, start, units.size() - start);
   return parts;
 }
 
@@ -71,17 +73,17 @@ Text withLineSeparator(const Text& text, const OptionalText& separator) {
 
 std::vector<Text> componentsSeparatedByCharacter(const Text& text, char16_t character) {
   const std::u16string_view units = text.units();
-  std::vector<Text> parts;
-  parts.reserve(units.size() / 10);
-  std::size_t start = 0;
   const auto isSeparator = [character](char16_t unit) { return unit == character; };
-  for (std::size_t at = findUnit(units, 0, isSeparator); at != Text::npos;
-       at = findUnit(units, start, isSeparator)) {
-    parts.push_back(text.substring(start, at - start));
+  std::vector<Text> parts;
+  parts.reserve(std::max(units.size() / 10, countUnits(units, isSeparator) + 1));
+  TextPieces pieces(text);
+  std::size_t start = 0;
+  forEachUnit(units, isSeparator, [&](std::size_t at) {
+    pieces.cutInto(parts, start, at - start);
     start = at + 1;
-  }
+  });
   // KEEP: a separator at the end is not followed by an empty part.
-  if (start < units.size()) parts.push_back(text.substring(start));
+  if (start < units.size()) pieces.cutInto(parts, start, units.size() - start);
   return parts;
 }
 

@@ -2,8 +2,11 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +38,17 @@ inline void appendCode(std::u16string& units, char32_t code) {
   units.push_back(code < 0x10000 ? static_cast<char16_t>(code) : lowSurrogateOf(code));
 }
 
+// Of eight truth values in memory: the place of the first that is true, and the word without it.
+constexpr std::size_t firstByteOf(std::uint64_t word) {
+  const int zeros =
+      std::endian::native == std::endian::little ? std::countr_zero(word) : std::countl_zero(word);
+  return static_cast<std::size_t>(zeros) / 8;
+}
+constexpr std::uint64_t withoutFirstByte(std::uint64_t word) {
+  if (std::endian::native == std::endian::little) return word & (word - 1);
+  return word & ~(std::uint64_t{1} << (63 - std::countl_zero(word)));
+}
+
 // The first position from `start` on whose unit passes the test, else npos. The test is asked about whole
 // blocks at a time, so it should be a plain comparison that compilers can turn into one instruction for eight
 // units.
@@ -53,6 +67,41 @@ std::size_t findUnit(std::u16string_view units, std::size_t start, UnitTest pass
     if (passes(units[i])) return i;
   }
   return Text::npos;
+}
+
+// How many units pass the test.
+template <typename UnitTest>
+std::size_t countUnits(std::u16string_view units, UnitTest passes) {
+  constexpr std::size_t kBlock = 0x8000;  // as many as sixteen bits count
+  std::size_t total = 0;
+  for (std::size_t start = 0; start < units.size(); start += kBlock) {
+    std::uint16_t count = 0;
+    for (const char16_t unit : units.substr(start, kBlock))
+      count = static_cast<std::uint16_t>(count + (passes(unit) ? 1 : 0));
+    total += count;
+  }
+  return total;
+}
+
+// Calls the block with each position whose unit passes the test, in order: findUnit for texts in which many
+// do. The test is asked about whole blocks at a time here too.
+template <typename UnitTest, typename Block>
+void forEachUnit(std::u16string_view units, UnitTest passes, Block&& block) {
+  constexpr std::size_t kBlock = 64;
+  std::size_t i = 0;
+  for (; i + kBlock <= units.size(); i += kBlock) {
+    std::array<bool, kBlock> hits{};
+    for (std::size_t j = 0; j < kBlock; ++j) hits[j] = passes(units[i + j]);
+    // Most words are zero and passed over as one.
+    for (std::size_t j = 0; j < kBlock; j += sizeof(std::uint64_t)) {
+      std::uint64_t word = 0;
+      std::memcpy(&word, &hits[j], sizeof word);
+      for (; word != 0; word = withoutFirstByte(word)) block(i + j + firstByteOf(word));
+    }
+  }
+  for (; i < units.size(); ++i) {
+    if (passes(units[i])) block(i);
+  }
 }
 
 // How many units both begin with.

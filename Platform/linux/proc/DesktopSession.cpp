@@ -42,6 +42,10 @@ DesktopSession DesktopSession::ofThisProgram() {
   return from(entries);
 }
 
+bool DesktopSession::isNamed() const {
+  return !sessionId.empty() || !display.empty() || !waylandDisplay.empty();
+}
+
 bool DesktopSession::differsFrom(const DesktopSession& other) const {
   return areTwo(sessionId, other.sessionId) || areTwo(display, other.display) ||
          areTwo(waylandDisplay, other.waylandDisplay);

@@ -17,6 +17,8 @@ struct DesktopSession {
   // Of this program.
   [[nodiscard]] static DesktopSession ofThisProgram();
 
+  // Whether anything can differ from it.
+  [[nodiscard]] bool isNamed() const;
   // True only when both name a session of the same kind and not the same one: what is not told is no
   // evidence.
   [[nodiscard]] bool differsFrom(const DesktopSession& other) const;

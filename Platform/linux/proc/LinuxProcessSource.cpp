@@ -65,7 +65,8 @@ OptionalText LinuxProcessSource::displayName(ProcessSerialNumber number) {
 
 std::optional<PropertyDictionary> LinuxProcessSource::informationDictionary(ProcessSerialNumber number) {
   const auto application = applications_.withNumber(number);
-  return application ? std::optional(application->program.information) : std::nullopt;
+  if (!application) return std::nullopt;
+  return application->program.information ? *application->program.information : PropertyDictionary();
 }
 
 OptionalText LinuxProcessSource::bundleLocation(ProcessSerialNumber number) {

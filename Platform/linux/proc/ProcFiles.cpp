@@ -52,19 +52,22 @@ std::optional<std::string_view> lineOf(std::string_view content, std::string_vie
   return std::nullopt;
 }
 
-std::vector<std::string> splitAtZero(const std::string& content) {
-  std::vector<std::string> result;
-  for (std::size_t start = 0; start < content.size();) {
-    const std::size_t end = std::min(content.find('\0', start), content.size());
-    result.push_back(content.substr(start, end - start));
-    start = end + 1;
+// "4711/name"; thousands are made for one walk, so none is put on the heap.
+class ProcPath {
+ public:
+  ProcPath(pid_t pid, std::string_view name) {
+    char* end = std::to_chars(path_, path_ + sizeof path_, pid).ptr;
+    *end++ = '/';
+    end += name.copy(end, static_cast<std::size_t>(path_ + sizeof path_ - end - 1));
+    *end = '\0';
   }
-  return result;
-}
+  [[nodiscard]] const char* get() const { return path_; }
 
-bool sameFile(const struct stat& a, const struct stat& b) {
-  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
-}
+ private:
+  char path_[64];
+};
+
+FileIdentity identityFrom(const struct stat& item) { return {item.st_dev, item.st_ino}; }
 
 }  // namespace
 
@@ -99,6 +102,21 @@ std::optional<ProcStatus> parseProcStatus(std::string_view content) {
   return status;
 }
 
+std::vector<std::string> splitAtZero(std::string_view content) {
+  std::vector<std::string> result;
+  for (std::size_t start = 0; start < content.size();) {
+    const std::size_t end = std::min(content.find('\0', start), content.size());
+    result.emplace_back(content.substr(start, end - start));
+    start = end + 1;
+  }
+  return result;
+}
+
+std::optional<FileIdentity> identityOfFile(const std::string& path) {
+  struct stat item {};
+  return ::stat(path.c_str(), &item) == 0 ? std::optional(identityFrom(item)) : std::nullopt;
+}
+
 ProcFiles::ProcFiles(const std::string& root)
     : root_(root), folder_(::open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
 
@@ -114,28 +132,23 @@ std::vector<pid_t> ProcFiles::pids() const {
 }
 
 std::optional<std::string> ProcFiles::read(pid_t pid, const char* name, std::size_t limit) const {
-  const std::string path = std::to_string(pid) + "/" + name;
-  const FileDescriptor file(::openat(folder_.get(), path.c_str(), O_RDONLY | O_CLOEXEC));
+  const FileDescriptor file(::openat(folder_.get(), ProcPath(pid, name).get(), O_RDONLY | O_CLOEXEC));
   if (!file) return std::nullopt;
   std::string content;
-  char buffer[4096];
+  char buffer[16 * 1024];
   while (content.size() < limit) {
     const ssize_t count = retried([&] { return ::read(file.get(), buffer, sizeof buffer); });
     if (count < 0) return std::nullopt;
-    if (count == 0) break;
     content.append(buffer, static_cast<std::size_t>(count));
-    // A short answer is the last one for the small files.
-    if (static_cast<std::size_t>(count) < sizeof buffer && limit <= kStatusLimit) break;
+    // The kernel fills what it is given, so a short answer is the last one.
+    if (static_cast<std::size_t>(count) < sizeof buffer) break;
   }
   return content;
 }
 
 std::optional<std::string> ProcFiles::readLink(pid_t pid, const char* name) const {
-  char path[64];
-  const int length = std::snprintf(path, sizeof path, "%d/%s", pid, name);
   char target[PATH_MAX + 32];
-  if (length < 0) return std::nullopt;
-  const ssize_t count = ::readlinkat(folder_.get(), path, target, sizeof target);
+  const ssize_t count = ::readlinkat(folder_.get(), ProcPath(pid, name).get(), target, sizeof target);
   if (count < 0 || static_cast<std::size_t>(count) == sizeof target) return std::nullopt;
   return std::string(target, static_cast<std::size_t>(count));
 }
@@ -152,26 +165,29 @@ std::optional<ProcStatus> ProcFiles::status(pid_t pid) const {
 
 std::optional<std::string> ProcFiles::executableLink(pid_t pid) const { return readLink(pid, "exe"); }
 
+std::optional<FileIdentity> ProcFiles::identity(pid_t pid, const char* name) const {
+  struct stat item {};
+  return ::fstatat(folder_.get(), ProcPath(pid, name).get(), &item, 0) == 0
+             ? std::optional(identityFrom(item))
+             : std::nullopt;
+}
+
+std::optional<FileIdentity> ProcFiles::executable(pid_t pid) const { return identity(pid, "exe"); }
+
 bool ProcFiles::runsFile(pid_t pid, const std::string& path) const {
-  struct stat running {};
-  struct stat named {};
-  const std::string link = std::to_string(pid) + "/exe";
-  return ::fstatat(folder_.get(), link.c_str(), &running, 0) == 0 && ::stat(path.c_str(), &named) == 0 &&
-         sameFile(running, named);
+  const auto running = executable(pid);
+  return running && running == identityOfFile(path);
 }
 
 bool ProcFiles::sharesMounts(pid_t pid) const {
-  struct stat own {};
-  struct stat other {};
-  const std::string link = std::to_string(pid) + "/ns/mnt";
-  return ::fstatat(folder_.get(), "self/ns/mnt", &own, 0) == 0 &&
-         ::fstatat(folder_.get(), link.c_str(), &other, 0) == 0 && sameFile(own, other);
+  const auto other = identity(pid, "ns/mnt");
+  return other && other == identity(::getpid(), "ns/mnt");
 }
 
 std::optional<std::string> ProcFiles::workingFolder(pid_t pid) const { return readLink(pid, "cwd"); }
 
-std::vector<std::string> ProcFiles::arguments(pid_t pid) const {
-  return splitAtZero(read(pid, "cmdline", kArgumentsLimit).value_or(""));
+std::string ProcFiles::commandLine(pid_t pid) const {
+  return read(pid, "cmdline", kArgumentsLimit).value_or("");
 }
 
 std::vector<std::string> ProcFiles::environment(pid_t pid) const {

@@ -37,6 +37,18 @@ struct ProcStatus {
 };
 [[nodiscard]] std::optional<ProcStatus> parseProcStatus(std::string_view content);
 
+// Which file it is, whatever it is called.
+struct FileIdentity {
+  dev_t device = 0;
+  ino_t number = 0;
+
+  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+[[nodiscard]] std::optional<FileIdentity> identityOfFile(const std::string& path);
+
+// The texts that stand in front of each zero, and what is left behind the last one.
+[[nodiscard]] std::vector<std::string> splitAtZero(std::string_view content);
+
 class ProcFiles {
  public:
   explicit ProcFiles(const std::string& root = "/proc");
@@ -47,18 +59,22 @@ class ProcFiles {
   [[nodiscard]] std::optional<ProcStatus> status(pid_t pid) const;
   // Where the program's file is now, with " (deleted)" behind it once it is nowhere any more.
   [[nodiscard]] std::optional<std::string> executableLink(pid_t pid) const;
+  // The file that the process runs, as this process sees it.
+  [[nodiscard]] std::optional<FileIdentity> executable(pid_t pid) const;
   // Whether the path, as this process sees it, is the file that the process runs.
   [[nodiscard]] bool runsFile(pid_t pid, const std::string& path) const;
   // Whether the process sees the same file systems as this one.
   [[nodiscard]] bool sharesMounts(pid_t pid) const;
   [[nodiscard]] std::optional<std::string> workingFolder(pid_t pid) const;
-  [[nodiscard]] std::vector<std::string> arguments(pid_t pid) const;
+  // The arguments, each with a zero behind it; "" for none.
+  [[nodiscard]] std::string commandLine(pid_t pid) const;
   // The environment the program was started with, "NAME=value".
   [[nodiscard]] std::vector<std::string> environment(pid_t pid) const;
 
  private:
   [[nodiscard]] std::optional<std::string> read(pid_t pid, const char* name, std::size_t limit) const;
   [[nodiscard]] std::optional<std::string> readLink(pid_t pid, const char* name) const;
+  [[nodiscard]] std::optional<FileIdentity> identity(pid_t pid, const char* name) const;
 
   std::string root_;
   FileDescriptor folder_;

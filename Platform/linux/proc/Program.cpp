@@ -11,6 +11,7 @@
 namespace halvorn {
 namespace {
 
+constexpr std::string_view kInBundle = ".app/";
 constexpr std::string_view kDeleted = " (deleted)";
 // An interpreter, at most one argument that the kernel takes apart no further (env does), then the script.
 constexpr std::size_t kLastScriptPosition = 8;
@@ -46,7 +47,13 @@ Program programOfBundle(const Text& bundlePath, const PropertyDictionary& inform
   const OptionalText identifier = textForKey(information, "CFBundleIdentifier");
   const Text identity = identifier && !identifier->isEmpty() ? *identifier : bundlePath;
   return {nameOfBundle(bundlePath, information), signatureFrom(information, identity), bundlePath, true,
-          information};
+          std::make_shared<const PropertyDictionary>(information)};
+}
+
+// Scripts are named by a whole path or by one that starts at the working folder.
+bool mayNameScript(std::string_view commandLine) {
+  return commandLine.find(".app/") != std::string_view::npos ||
+         commandLine.find("./") != std::string_view::npos;
 }
 
 }  // namespace
@@ -73,30 +80,48 @@ std::optional<Interpreter> parseInterpreter(std::string_view scriptStart) {
 ProgramFinder::ProgramFinder(const ProcFiles& files, const Bundles& bundles)
     : files_(files), bundles_(bundles) {}
 
-std::optional<Program> ProgramFinder::programInBundle(pid_t pid) const {
+bool ProgramFinder::mayBeInBundle(pid_t pid) const {
+  const auto link = files_.executableLink(pid);
+  return link && (link->find(kInBundle) != std::string::npos || mayNameScript(files_.commandLine(pid)));
+}
+
+std::optional<Program> ProgramFinder::programInBundle(pid_t pid, Walk& walk) const {
   const auto link = files_.executableLink(pid);
   if (!link) return std::nullopt;
-  OptionalText bundlePath = bundleOfExecutable(pid, *link);
-  if (!bundlePath) bundlePath = bundleOfScript(pid, *link);
-  if (!bundlePath) return std::nullopt;
-  const auto information = bundles_.infoDictionary(*bundlePath);
+  if (auto program = programOfExecutable(pid, *link, walk)) return program;
+  return programOfScript(pid, *link);
+}
+
+std::optional<Program> ProgramFinder::programAround(const Text& path) const {
+  const OptionalText bundlePath = bundleAround(path);
+  const auto information = bundlePath ? bundles_.infoDictionary(*bundlePath) : std::nullopt;
   return information ? std::optional(programOfBundle(*bundlePath, *information)) : std::nullopt;
 }
 
-OptionalText ProgramFinder::bundleOfExecutable(pid_t pid, const std::string& link) const {
-  if (link.find(".app/") == std::string::npos) return std::nullopt;
+std::optional<Program> ProgramFinder::programOfExecutable(pid_t pid, const std::string& link,
+                                                          Walk& walk) const {
+  if (link.find(kInBundle) == std::string::npos) return std::nullopt;
   // A path means something here only if it leads us to the very file that the process runs: the process may
   // live in a container of its own. The path of a file that is gone means something when both see the same
   // file systems.
-  if (files_.runsFile(pid, link)) return bundleAround(link);
+  const auto running = files_.executable(pid);
+  auto known = walk.paths_.find(link);
+  if (known == walk.paths_.end() || known->second.file != running) {
+    const auto file = identityOfFile(link);
+    known = walk.paths_.insert_or_assign(link, Walk::Known{file, file ? programAround(link) : std::nullopt})
+                .first;
+  }
+  if (running && known->second.file == running) return known->second.program;
   if (!link.ends_with(kDeleted) || !files_.sharesMounts(pid)) return std::nullopt;
-  return bundleAround(link.substr(0, link.size() - kDeleted.size()));
+  return programAround(link.substr(0, link.size() - kDeleted.size()));
 }
 
-OptionalText ProgramFinder::bundleOfScript(pid_t pid, const std::string& link) const {
-  const std::vector<std::string> arguments = files_.arguments(pid);
+std::optional<Program> ProgramFinder::programOfScript(pid_t pid, const std::string& link) const {
+  const std::string commandLine = files_.commandLine(pid);
+  if (!mayNameScript(commandLine)) return std::nullopt;
+  const std::vector<std::string> arguments = splitAtZero(commandLine);
   for (std::size_t i = 1; i < std::min(arguments.size(), kLastScriptPosition); ++i) {
-    if (arguments[i].find(".app/") == std::string::npos && !arguments[i].starts_with("./")) continue;
+    if (arguments[i].find(kInBundle) == std::string::npos && !arguments[i].starts_with("./")) continue;
     Text path = arguments[i];
     if (!Paths::isAbsolute(path)) {
       const auto folder = files_.workingFolder(pid);
@@ -105,7 +130,7 @@ OptionalText ProgramFinder::bundleOfScript(pid_t pid, const std::string& link) c
     }
     const OptionalText bundlePath = bundleAround(path);
     if (!bundlePath || bundles_.executablePath(*bundlePath) != path) continue;
-    if (runsScript(pid, link, arguments, i, path)) return bundlePath;
+    if (runsScript(pid, link, arguments, i, path)) return programAround(path);
   }
   return std::nullopt;
 }
@@ -124,8 +149,8 @@ bool ProgramFinder::runsScript(pid_t pid, const std::string& link, const std::ve
   return files_.runsFile(pid, interpreter->program);
 }
 
-Program ProgramFinder::anyProgram(pid_t pid) const {
-  if (auto program = programInBundle(pid)) return *program;
+Program ProgramFinder::anyProgram(pid_t pid, Walk& walk) const {
+  if (auto program = programInBundle(pid, walk)) return *program;
   Program program;
   auto link = files_.executableLink(pid);
   if (link && link->ends_with(kDeleted) && !files_.runsFile(pid, *link)) {

@@ -24,31 +24,46 @@ RunningApplications::RunningApplications(const ProcFiles& files, const Bundles& 
 RunningApplications::~RunningApplications() = default;
 
 std::vector<HeldApplicationPointer> RunningApplications::all() {
-  retireEnded();
-  lookAtWindows();
-  for (const pid_t pid : files_.pids()) hold(pid, Wanted::InBundle);
+  // The kernel tells which of those that are held have ended, so nothing is asked of each.
+  lookForEnds();
+  ProgramFinder::Walk walk;
+  holdOwners(walk);
+  for (const pid_t pid : notHeld(files_.pids())) hold(pid, Wanted::InBundle, walk);
+  lookForEnds();
   std::vector<HeldApplicationPointer> result;
   {
     const std::lock_guard lock(mutex_);
+    result.reserve(held_.size());
     for (const auto& [pid, application] : held_) result.push_back(application);
   }
-  std::erase_if(result, [](const auto& application) { return application->descriptor.hasEnded(); });
   std::sort(result.begin(), result.end(), [](const auto& a, const auto& b) {
     return std::pair(a->number.high, a->number.low) < std::pair(b->number.high, b->number.low);
   });
   return result;
 }
 
+std::vector<pid_t> RunningApplications::notHeld(std::vector<pid_t> pids) {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(pids, [&](pid_t pid) { return held_.contains(pid); });
+  return pids;
+}
+
 void RunningApplications::lookAtWindows() {
-  for (const pid_t pid : windows_.owners()) hold(pid, Wanted::AnyProgram);
+  ProgramFinder::Walk walk;
+  holdOwners(walk);
+}
+
+void RunningApplications::holdOwners(ProgramFinder::Walk& walk) {
+  for (const pid_t pid : windows_.owners()) hold(pid, Wanted::AnyProgram, walk);
 }
 
 HeldApplicationPointer RunningApplications::withPid(pid_t pid) {
   if (pid == ::getpid()) return thisProgram();
-  if (auto application = hold(pid, Wanted::InBundle)) return application;
+  ProgramFinder::Walk walk;
+  if (auto application = hold(pid, Wanted::InBundle, walk)) return application;
   const std::vector<pid_t> owners = windows_.owners();
   const bool ownsWindows = std::find(owners.begin(), owners.end(), pid) != owners.end();
-  return ownsWindows ? hold(pid, Wanted::AnyProgram) : nullptr;
+  return ownsWindows ? hold(pid, Wanted::AnyProgram, walk) : nullptr;
 }
 
 HeldApplicationPointer RunningApplications::withNumber(ProcessSerialNumber number) {
@@ -56,7 +71,10 @@ HeldApplicationPointer RunningApplications::withNumber(ProcessSerialNumber numbe
   return application && application->number == number ? application : nullptr;
 }
 
-HeldApplicationPointer RunningApplications::thisProgram() { return hold(::getpid(), Wanted::AnyProgram); }
+HeldApplicationPointer RunningApplications::thisProgram() {
+  ProgramFinder::Walk walk;
+  return hold(::getpid(), Wanted::AnyProgram, walk);
+}
 
 HeldApplicationPointer RunningApplications::knownWithPid(pid_t pid) {
   HeldApplicationPointer application;
@@ -71,17 +89,17 @@ HeldApplicationPointer RunningApplications::knownWithPid(pid_t pid) {
   return nullptr;
 }
 
-HeldApplicationPointer RunningApplications::hold(pid_t pid, Wanted wanted) {
+HeldApplicationPointer RunningApplications::hold(pid_t pid, Wanted wanted, ProgramFinder::Walk& walk) {
   if (pid <= 1) return nullptr;
   if (auto known = knownWithPid(pid)) return known;
   // A first look without a hold: most processes are none of ours, and descriptors are few.
-  if (wanted == Wanted::InBundle && !programs_.programInBundle(pid)) return nullptr;
+  if (wanted == Wanted::InBundle && !programs_.mayBeInBundle(pid)) return nullptr;
   PidDescriptor descriptor(pid);
   if (!descriptor.isHeld()) return nullptr;
   std::optional<Program> program =
-      wanted == Wanted::InBundle ? programs_.programInBundle(pid) : programs_.anyProgram(pid);
-  const auto stat = files_.stat(pid);
-  const bool isOurs = program && stat && belongsHere(pid, wanted);
+      wanted == Wanted::InBundle ? programs_.programInBundle(pid, walk) : programs_.anyProgram(pid, walk);
+  const auto stat = program ? files_.stat(pid) : std::nullopt;
+  const bool isOurs = stat && belongsHere(pid, wanted);
   // As long as it has not ended, all that was read is about the process that is held.
   if (!isOurs || descriptor.hasEnded()) return nullptr;
   return add(pid, stat->startTicks, std::move(descriptor), std::move(*program));
@@ -91,7 +109,7 @@ bool RunningApplications::belongsHere(pid_t pid, Wanted wanted) const {
   const auto status = files_.status(pid);
   if (!status || status->realUser != user_ || status->effectiveUser != user_) return false;
   // What shows a window on our display is in our session, whatever its environment says.
-  return wanted == Wanted::AnyProgram || pid == ::getpid() ||
+  return wanted == Wanted::AnyProgram || !session_.isNamed() || pid == ::getpid() ||
          !session_.differsFrom(DesktopSession::from(files_.environment(pid)));
 }
 
@@ -116,7 +134,10 @@ HeldApplicationPointer RunningApplications::add(pid_t pid, std::uint64_t startTi
     epoll_event event{};
     event.events = EPOLLIN;
     event.data.fd = pid;
-    ::epoll_ctl(ends_.get(), EPOLL_CTL_ADD, application->descriptor.descriptor(), &event);
+    // Refused when this user waits for too many things already.
+    if (::epoll_ctl(ends_.get(), EPOLL_CTL_ADD, application->descriptor.descriptor(), &event) != 0) {
+      untold_.push_back(pid);
+    }
     noteLocked(Event::Launched);
   }
   tellWaiting();
@@ -137,27 +158,23 @@ void RunningApplications::retireLocked(const HeldApplicationPointer& application
   // Somebody may keep the application, and with it the descriptor, which would be ready for ever.
   ::epoll_ctl(ends_.get(), EPOLL_CTL_DEL, application->descriptor.descriptor(), nullptr);
   held_.erase(application->pid);
+  std::erase(untold_, application->pid);
   noteLocked(Event::Ended);
-}
-
-void RunningApplications::retireEnded() {
-  std::vector<HeldApplicationPointer> ended;
-  {
-    const std::lock_guard lock(mutex_);
-    for (const auto& [pid, application] : held_) {
-      if (application->descriptor.hasEnded()) ended.push_back(application);
-    }
-  }
-  for (const auto& application : ended) retire(application);
 }
 
 void RunningApplications::lookForEnds() {
   epoll_event events[64];
   for (;;) {
     const int count = ::epoll_wait(ends_.get(), events, std::size(events), 0);
-    if (count <= 0) return;
+    if (count <= 0) break;
     for (int i = 0; i < count; ++i) std::ignore = knownWithPid(events[i].data.fd);
   }
+  std::vector<pid_t> untold;
+  {
+    const std::lock_guard lock(mutex_);
+    untold = untold_;
+  }
+  for (const pid_t pid : untold) std::ignore = knownWithPid(pid);
 }
 
 void RunningApplications::recordEvents(std::function<void()> waiting) {

@@ -77,11 +77,12 @@ class RunningApplications {
  private:
   enum class Wanted { InBundle, AnyProgram };
   [[nodiscard]] HeldApplicationPointer knownWithPid(pid_t pid);
-  HeldApplicationPointer hold(pid_t pid, Wanted wanted);
+  HeldApplicationPointer hold(pid_t pid, Wanted wanted, ProgramFinder::Walk& walk);
+  void holdOwners(ProgramFinder::Walk& walk);
+  [[nodiscard]] std::vector<pid_t> notHeld(std::vector<pid_t> pids);
   [[nodiscard]] bool belongsHere(pid_t pid, Wanted wanted) const;
   HeldApplicationPointer add(pid_t pid, std::uint64_t startTicks, PidDescriptor descriptor, Program program);
   void retire(const HeldApplicationPointer& application);
-  void retireEnded();
   void retireLocked(const HeldApplicationPointer& application);
   void noteLocked(Event event);
   void tellWaiting();
@@ -95,6 +96,7 @@ class RunningApplications {
 
   std::mutex mutex_;  // guards what follows
   std::map<pid_t, HeldApplicationPointer> held_;
+  std::vector<pid_t> untold_;  // of those held, the ones whose end the system will not tell by itself
   std::set<std::pair<pid_t, std::uint32_t>> given_;  // serial numbers, ever
   bool isRecording_ = false;
   std::function<void()> waiting_;

@@ -34,8 +34,6 @@ bool KTProcess::isEqual(const std::any& object) const {
   return other != nullptr && isEqual(*other);
 }
 
-std::uint32_t KTProcess::hash() const { return psn_.high + psn_.low; }
-
 Ordering KTProcess::compare(const KTProcess& other) const {
   return services().unicode.compareCaseInsensitive(name().value_or(Text()), other.name().value_or(Text()));
 }

@@ -58,7 +58,10 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
   [[nodiscard]] bool isEqual(const std::shared_ptr<KTProcess>& other) const;  // false for null
   [[nodiscard]] bool isEqual(const std::any& object) const;  // false unless it holds a shared_ptr<KTProcess>
   // Equal for equal processes.
-  [[nodiscard]] std::uint32_t hash() const;
+  [[nodiscard]] std::uint32_t hash() const { return hash(psn_); }
+  [[nodiscard]] static std::uint32_t hash(ProcessSerialNumber serialNumber) {
+    return serialNumber.high + serialNumber.low;
+  }
   // By name, without regard to case.
   [[nodiscard]] Ordering compare(const KTProcess& other) const;
   // Process "Editor" (EDIT) 2.1

@@ -1,6 +1,8 @@
 #include "KTStuff/KTClasses/KTProcessClass.h"
 
 #include <algorithm>
+#include <iterator>
+#include <unordered_set>
 #include <utility>
 
 #include "Platform/ApplicationEvents.h"
@@ -45,10 +47,8 @@ KTProcessPointer KTProcessClass::processWithSerialNumber(ProcessSerialNumber ser
   const KTProcessPointer made = KTProcess::create(*this, serialNumber);
   const std::lock_guard lock(mutex_);
   // Another thread may have been faster.
-  const std::int64_t index = indexLocked(serialNumber);
-  if (index != kNotFound) return moveToFrontLocked(index);
-  if (!cache_) cache_.emplace();
-  cache_->insert(cache_->begin(), made);
+  if (const auto place = findLocked(serialNumber)) return moveToFrontLocked(*place);
+  insertAtFrontLocked(made);
   return made;
 }
 
@@ -103,51 +103,64 @@ KTProcessPointer KTProcessClass::processWithIdentifier(const Text& identifier) {
 
 KTProcessPointer KTProcessClass::cachedProcessWithSerialNumber(ProcessSerialNumber serialNumber) {
   const std::lock_guard lock(mutex_);
-  const std::int64_t index = indexLocked(serialNumber);
-  return index == kNotFound ? nullptr : moveToFrontLocked(index);
+  const auto place = findLocked(serialNumber);
+  return place ? moveToFrontLocked(*place) : nullptr;
 }
 
 std::int64_t KTProcessClass::indexOfCachedProcessWithSerialNumber(ProcessSerialNumber serialNumber) const {
   const std::lock_guard lock(mutex_);
-  return indexLocked(serialNumber);
+  const auto place = findLocked(serialNumber);
+  return place ? std::distance(cache_->begin(), *place) : kNotFound;
 }
 
-std::int64_t KTProcessClass::indexLocked(ProcessSerialNumber serialNumber) const {
-  if (!cache_) return kNotFound;
-  const auto found = std::find_if(cache_->begin(), cache_->end(), [&](const KTProcessPointer& process) {
-    return process->isSameProcess(serialNumber);
-  });
-  return found == cache_->end() ? kNotFound : found - cache_->begin();
+// The first one in the order of the cache.
+std::optional<KTProcessClass::Cache::iterator> KTProcessClass::findLocked(
+    ProcessSerialNumber serialNumber) const {
+  std::vector<Cache::iterator> matches;
+  const auto [first, last] = placesByHash_.equal_range(KTProcess::hash(serialNumber));
+  for (auto entry = first; entry != last; ++entry) {
+    if ((*entry->second)->isSameProcess(serialNumber)) matches.push_back(entry->second);
+  }
+  if (matches.empty()) return std::nullopt;
+  if (matches.size() == 1) return matches.front();
+  return std::find_if(cache_->begin(), cache_->end(),
+                      [&](const KTProcessPointer& process) { return process->isSameProcess(serialNumber); });
 }
 
-KTProcessPointer KTProcessClass::moveToFrontLocked(std::int64_t index) {
-  std::rotate(cache_->begin(), cache_->begin() + index, cache_->begin() + index + 1);
+KTProcessPointer KTProcessClass::moveToFrontLocked(Cache::iterator place) {
+  cache_->splice(cache_->begin(), *cache_, place);
   return cache_->front();
 }
 
 void KTProcessClass::insertAtFront(const KTProcessPointer& process) {
   const std::lock_guard lock(mutex_);
+  insertAtFrontLocked(process);
+}
+
+void KTProcessClass::insertAtFrontLocked(const KTProcessPointer& process) {
   if (!cache_) cache_.emplace();
-  cache_->insert(cache_->begin(), process);
+  cache_->push_front(process);
+  placesByHash_.emplace(process->hash(), cache_->begin());
 }
 
 void KTProcessClass::cleanupCache() {
   const auto cached = cachedProcessesEnumerator();
   if (!cached) return;
   // The system is asked without the lock; what ended in between is found by the next cleanup.
-  std::vector<KTProcessPointer> ended;
+  std::unordered_set<KTProcessPointer> ended;
   for (const KTProcessPointer& process : *cached) {
-    if (!process->isStillRunning()) ended.push_back(process);
+    if (!process->isStillRunning()) ended.insert(process);
   }
+  if (ended.empty()) return;
   const std::lock_guard lock(mutex_);
-  std::erase_if(*cache_, [&](const KTProcessPointer& process) {
-    return std::find(ended.begin(), ended.end(), process) != ended.end();
-  });
+  std::erase_if(placesByHash_, [&](const auto& entry) { return ended.contains(*entry.second); });
+  std::erase_if(*cache_, [&](const KTProcessPointer& process) { return ended.contains(process); });
 }
 
 std::optional<std::vector<KTProcessPointer>> KTProcessClass::cachedProcessesEnumerator() const {
   const std::lock_guard lock(mutex_);
-  return cache_;
+  if (!cache_) return std::nullopt;
+  return std::vector<KTProcessPointer>(cache_->begin(), cache_->end());
 }
 
 void KTProcessClass::applicationStarted() {

@@ -12,9 +12,11 @@
 
 #include <cstdint>
 #include <limits>
+#include <list>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "KTStuff/KTClasses/KTProcess.h"
@@ -109,9 +111,12 @@ class KTProcessClass {
 
  private:
   friend class KTProcess;
+  using Cache = std::list<KTProcessPointer>;
+
   void insertAtFront(const KTProcessPointer& process);
-  [[nodiscard]] std::int64_t indexLocked(ProcessSerialNumber serialNumber) const;
-  [[nodiscard]] KTProcessPointer moveToFrontLocked(std::int64_t index);
+  void insertAtFrontLocked(const KTProcessPointer& process);
+  [[nodiscard]] std::optional<Cache::iterator> findLocked(ProcessSerialNumber serialNumber) const;
+  [[nodiscard]] KTProcessPointer moveToFrontLocked(Cache::iterator place);
 
   const KTProcessServices services_;
   // What events and notifications hold instead of this object, so that one that comes late finds nobody.
@@ -119,7 +124,9 @@ class KTProcessClass {
 
   // Guards what follows.
   mutable std::mutex mutex_;
-  std::optional<std::vector<KTProcessPointer>> cache_;
+  mutable std::optional<Cache> cache_;
+  // Equal processes have equal hashes, so only few of the cache are compared, however long it is.
+  std::unordered_multimap<std::uint32_t, Cache::iterator> placesByHash_;
   std::uint32_t launchEndCount_ = 0;
   KTProcessPointer currentProcess_;
   bool isHandlerInstalled_ = false;

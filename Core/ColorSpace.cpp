@@ -172,6 +172,7 @@ double ColorSpace::decoded(double value) const {
 
 double ColorSpace::encoded(double light) const {
   const double given = clampedToUnit(light);
+  if (given >= 1.0) return 1.0;  // the curve's own end is a little beside it
   switch (curve_) {
     case Curve::Gamma22:
       return std::pow(given, 1.0 / 2.2);
@@ -182,7 +183,7 @@ double ColorSpace::encoded(double light) const {
     case Curve::SRGB:
       break;
   }
-  return clampedToUnit(given <= 0.0031308 ? given * 12.92 : 1.055 * std::pow(given, 1.0 / 2.4) - 0.055);
+  return given <= 0.0031308 ? given * 12.92 : 1.055 * std::pow(given, 1.0 / 2.4) - 0.055;
 }
 
 std::vector<double> ColorSpace::convertedAmongLights(const std::vector<double>& given,

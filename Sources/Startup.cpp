@@ -143,7 +143,11 @@ void Startup::bringForward() {
   outlets_.window.makeKeyAndOrderFront();
   outlets_.window.orderFrontRegardless();
   outlets_.window.makeMain();
-  if (const auto current = services_.processes.currentProcess()) current->setFrontProcess();
+  // The process model looks at every process and connects to the desktop when it is first asked; the window
+  // is on the screen by then.
+  services_.application.performWhenShown([&processes = services_.processes] {
+    if (const auto current = processes.currentProcess()) current->setFrontProcess();
+  });
 }
 
 void Startup::showSystemVersionAlert(const OptionalText& version, const OptionalText& minimum) {

@@ -15,9 +15,6 @@
 #include "KTStuff/KTClasses/KTProcessClass.h"
 #include "KTStuff/KTClasses/KTUtilitiesTheme.h"
 #include "KTStuff/KTClasses/KTUtilitiesVersions.h"
-#include "Platform/linux/audio/PulseAudioDevices.h"
-#include "Platform/linux/audio/PulseServer.h"
-#include "Platform/linux/audio/PulseSounds.h"
 #include "Platform/linux/audio/XdgSoundFolders.h"
 #include "Platform/linux/dbus/BusAppleEvents.h"
 #include "Platform/linux/desktop/Environment.h"
@@ -32,6 +29,8 @@
 #include "Platform/linux/desktop/XdgFolders.h"
 #include "Platform/linux/desktop/XdgLoginItems.h"
 #include "Platform/linux/desktop/XdgSearchPaths.h"
+#include "Platform/linux/loading/LoadedDigests.h"
+#include "Platform/linux/loading/LoadedSounds.h"
 #include "Platform/linux/polkit/PolkitAuthorizer.h"
 #include "Platform/linux/proc/DesktopSession.h"
 #include "Platform/linux/proc/LinuxApplicationControl.h"
@@ -40,7 +39,6 @@
 #include "Platform/linux/proc/LinuxProcessSource.h"
 #include "Platform/linux/proc/ProcFiles.h"
 #include "Platform/linux/proc/RunningApplications.h"
-#include "Platform/linux/text/CryptoDigests.h"
 #include "Platform/linux/text/IcuLocalizedDates.h"
 #include "Platform/linux/text/IcuUnicode.h"
 #include "Platform/linux/ui/DesktopAppearance.h"
@@ -74,6 +72,10 @@ namespace {
 constexpr char kProgramName[] = "HalvornInstaller";
 constexpr char kBundleIdentifier[] = "example.halvorn.installer";
 
+Text moduleBesideProgram(const char* name) {
+  return Paths::appending(Paths::deletingLastComponent(LinuxBundles::pathOfThisProgram()), name);
+}
+
 // What asks the system nothing but files: made first, needed by everything.
 struct Ground {
   explicit Ground(const std::vector<Text>& arguments) : arguments_(arguments) {}
@@ -91,7 +93,7 @@ struct Ground {
   const XdgSearchPaths searchPaths{folders};
   const LinuxSystemInfo systemInfo;
   const IcuUnicode unicode;
-  const CryptoDigests digests;
+  const LoadedDigests digests{moduleBesideProgram("HalvornDigests.so")};
   const IcuLocalizedDates dates;
   const KTUtilitiesVersions versions{bundles, systemInfo, unicode, dates, log};
   PosixFileManager files;
@@ -131,21 +133,17 @@ struct Processes {
   KTProcessClass processes;
 };
 
-// Sound. Nothing is connected before one is played.
+// Sound. Nothing is loaded or connected before one is played.
 struct Sound {
   Sound(Ground& ground, Workers& workers)
-      : server(ground.clock, kProgramName),
-        devices(server),
-        sounds(server, workers),
+      : sounds(moduleBesideProgram("HalvornSound.so"), ground.clock, workers, kProgramName),
         folders(ground.folders.dataHome()),
-        extensions({sounds, devices, folders, ground.searchPaths, ground.files, ground.bundles,
+        extensions({sounds, sounds, folders, ground.searchPaths, ground.files, ground.bundles,
                     ground.defaults, ground.propertyLists, ground.versions, workers, ground.clock, ground.log,
                     ::getuid()}),
         completion(extensions) {}
 
-  PulseServer server;
-  PulseAudioDevices devices;
-  PulseSounds sounds;
+  LoadedSounds sounds;
   const XdgSoundFolders folders;
   SoundExtensions extensions;
   CompletionSound completion;

@@ -3,7 +3,7 @@ set(contents ${KT_BUNDLE_DIR}/Contents)
 
 set_target_properties(HalvornInstaller PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${contents}/Linux)
 set_target_properties(train PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${contents}/Resources)
-add_dependencies(HalvornInstaller train Micro)
+add_dependencies(HalvornInstaller train Micro HalvornSound HalvornDigests)
 
 configure_file(${CMAKE_SOURCE_DIR}/Resources/Info.plist.in ${contents}/Info.plist @ONLY)
 

@@ -9,6 +9,7 @@ class NullApplication : public Application {
  public:
   void terminate() override { isTerminated_ = true; }
   void setApplicationIcon(const ImagePointer&) override {}
+  void performWhenShown(std::function<void()> task) override { task(); }  // no window is on its way
   void beep() override {}
   bool currentEventHasOptionKey() const override { return false; }
 

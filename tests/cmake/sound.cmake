@@ -12,6 +12,8 @@ kt_test(sound_contract_test KIND contract SUBJECT sound SOURCES
 # Real files, real servers and what they make heard.
 kt_test(sound_adapter_test KIND adapter SUBJECT sound SOURCES
   adapters/SoundDecoderTest.cpp adapters/SoundEffectTest.cpp adapters/SoundLookupTest.cpp
-  adapters/ShippedSoundsTest.cpp support/SoundServer.cpp ${CMAKE_SOURCE_DIR}/Sources/CompletionSound.cpp
-  USES kt_sound kt_platform_linux_audio kt_platform_linux_desktop kt_platform_posix kt_test_support
-  PkgConfig::KT_PULSE)
+  adapters/ShippedSoundsTest.cpp adapters/SoundModuleTest.cpp support/SoundServer.cpp ${CMAKE_SOURCE_DIR}/Sources/CompletionSound.cpp
+  USES kt_sound kt_platform_linux_audio kt_platform_linux_loading kt_platform_linux_desktop kt_platform_posix
+  kt_test_support PkgConfig::KT_PULSE)
+target_compile_definitions(sound_adapter_test PRIVATE KT_MODULE_FOLDER="${KT_BUNDLE_DIR}/Contents/Linux")
+add_dependencies(sound_adapter_test HalvornSound HalvornDigests)

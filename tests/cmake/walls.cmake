@@ -1,7 +1,8 @@
 kt_test(test_unit_walls KIND unit SUBJECT core SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/unit/WallsTest.cpp
   USES kt_test_support)
-target_compile_definitions(test_unit_walls PRIVATE KT_TRAIN_PROGRAM="$<TARGET_FILE:train>")
-add_dependencies(test_unit_walls train)
+target_compile_definitions(test_unit_walls PRIVATE KT_TRAIN_PROGRAM="$<TARGET_FILE:train>"
+  KT_INSTALLER_BUNDLE="${KT_BUNDLE_DIR}")
+add_dependencies(test_unit_walls train HalvornInstaller)
 
 # The same in every build, so the plain one does it.
 if(NOT KT_SANITIZE)

@@ -53,6 +53,10 @@ class FakeWorld {
     mainThread_.runAll();
     mainThread_.runDelayed(0.05);
   }
+  void showWindow() {
+    application_.show();
+    mainThread_.runAll();
+  }
 
   int installs = 0;
 
@@ -97,6 +101,10 @@ class RealWorld {
       QApplication::processEvents();
       std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
+  }
+  void showWindow() {
+    window_->outlets().window.makeKeyAndOrderFront();
+    runMainThread();
   }
 
   int installs = 0;
@@ -251,6 +259,15 @@ TYPED_TEST(WindowContract, TheWindowComesForwardAndCanBeMinimised) {
   this->outlets.window.orderFrontRegardless();
   this->outlets.window.makeMain();
   EXPECT_TRUE(this->outlets.window.isMiniaturizeEnabled());
+}
+
+TYPED_TEST(WindowContract, WhatWaitsForTheWindowRunsOnceItIsShownInOrderAndLater) {
+  std::vector<int> done;
+  this->world.application().performWhenShown([&] { done.push_back(1); });
+  this->world.application().performWhenShown([&] { done.push_back(2); });
+  EXPECT_TRUE(done.empty());
+  this->world.showWindow();
+  EXPECT_EQ(done, (std::vector<int>{1, 2}));
 }
 
 TYPED_TEST(WindowContract, ImagesAreFoundOrNull) {

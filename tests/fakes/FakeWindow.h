@@ -240,12 +240,18 @@ class FakeHostApplication : public Application {
  public:
   void terminate() override { ++terminations; }
   void setApplicationIcon(const ImagePointer& image) override { icon = image; }
+  void performWhenShown(std::function<void()> task) override { whenShown.push_back(std::move(task)); }
   void beep() override { ++beeps; }
   bool currentEventHasOptionKey() const override { return optionKey; }
+  // The first window has been painted.
+  void show() {
+    for (const auto& task : std::exchange(whenShown, {})) task();
+  }
 
   int terminations = 0;
   int beeps = 0;
   ImagePointer icon;
+  std::vector<std::function<void()>> whenShown;
   std::atomic<bool> optionKey = false;
 };
 

@@ -66,6 +66,14 @@ TEST_F(Startup, WithoutAVersionTheNameStandsAlone) {
   EXPECT_EQ(window.nameField.text_, Text("Foo"));
 }
 
+TEST_F(Startup, LooksAtNoProcessBeforeItsWindowIsShown) {
+  start({"-sourcePath", product, "-destinationPath", "/Applications/Foo.app"});
+  EXPECT_TRUE(processes.applications.requestsOfInstaller().empty());
+  EXPECT_FALSE(installerCameToFront());
+  application.show();
+  EXPECT_TRUE(installerCameToFront());
+}
+
 TEST_F(Startup, BringsTheWindowForwardInOrderAndThenTheProcess) {
   start({"-sourcePath", product});
   const auto at = std::find(window.calls.begin(), window.calls.end(), "window.center");
@@ -73,6 +81,7 @@ TEST_F(Startup, BringsTheWindowForwardInOrderAndThenTheProcess) {
   EXPECT_EQ(std::vector<std::string>(at, at + 4),
             (std::vector<std::string>{"window.center", "window.makeKeyAndOrderFront",
                                       "window.orderFrontRegardless", "window.makeMain"}));
+  application.show();
   EXPECT_TRUE(installerCameToFront());
 }
 

@@ -150,20 +150,31 @@ TEST(Walls, NoSystemIsAskedForInTheCore) {
   }
 }
 
-TEST(Walls, TheToolLinksTheCAndCppLibrariesAlone) {
-  const CommandResult dump = runCommand({"objdump", "-p", KT_TRAIN_PROGRAM});
-  ASSERT_EQ(dump.status, 0) << dump.output;
+// What the program is linked with, by the files' names.
+std::vector<std::string> librariesOf(const std::string& program) {
+  const CommandResult dump = runCommand({"objdump", "-p", program});
+  EXPECT_EQ(dump.status, 0) << dump.output;
   const std::regex needed(R"(NEEDED\s+(\S+))");
+  std::vector<std::string> libraries;
+  for (std::sregex_iterator match(dump.output.begin(), dump.output.end(), needed), end; match != end; ++match)
+    libraries.push_back((*match)[1]);
+  return libraries;
+}
+
+TEST(Walls, TheInstallerLoadsNoLibraryOfSoundOrDigestsWhenItStarts) {
+  const auto libraries = librariesOf(KT_INSTALLER_BUNDLE "/Contents/Linux/HalvornInstaller");
+  EXPECT_GE(libraries.size(), 5U);
+  for (const std::string& library : libraries) {
+    EXPECT_FALSE(startsWithAny(library, {"libpulse", "libsndfile", "libcrypto", "libssl"})) << library;
+  }
+}
+
+TEST(Walls, TheToolLinksTheCAndCppLibrariesAlone) {
   const std::regex allowed(
       R"(^(libc|libm|libgcc_s|libstdc\+\+|ld-linux.*|libasan|libubsan|libtsan)\.so\..*)");
-  int count = 0;
-  for (std::sregex_iterator match(dump.output.begin(), dump.output.end(), needed), end; match != end;
-       ++match) {
-    const std::string library = (*match)[1];
-    EXPECT_TRUE(std::regex_match(library, allowed)) << library;
-    ++count;
-  }
-  EXPECT_GE(count, 2);
+  const auto libraries = librariesOf(KT_TRAIN_PROGRAM);
+  EXPECT_GE(libraries.size(), 2U);
+  for (const std::string& library : libraries) EXPECT_TRUE(std::regex_match(library, allowed)) << library;
 }
 
 }  // namespace

@@ -17,7 +17,18 @@ FieldLabel::FieldLabel(QWidget* parent) : QLabel(parent) {
   setSizePolicy(policy);
 }
 
+void FieldLabel::setMaximumLines(int lines) {
+  maximumLines_ = lines;
+  lines_.clear();
+}
+
+void FieldLabel::setLeftToRightText(bool leftToRight) {
+  leftToRightText_ = leftToRight;
+  lines_.clear();
+}
+
 void FieldLabel::setFieldText(const QString& text) {
+  lines_.clear();
   setText(text);
   setToolTip({});
   updateGeometry();
@@ -29,7 +40,15 @@ void FieldLabel::setTextColor(const ColorPointer& color) {
   update();
 }
 
-FieldLabel::Lines FieldLabel::linesFor(int width) const {
+const FieldLabel::Lines& FieldLabel::linesFor(int width) const {
+  constexpr qsizetype kWidthsKept = 8;
+  const auto known = lines_.constFind(width);
+  if (known != lines_.constEnd()) return *known;
+  if (lines_.size() == kWidthsKept) lines_.clear();
+  return *lines_.insert(width, brokenFor(width));
+}
+
+FieldLabel::Lines FieldLabel::brokenFor(int width) const {
   Lines lines;
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
@@ -87,6 +106,11 @@ QSize FieldLabel::minimumSizeHint() const {
 void FieldLabel::resizeEvent(QResizeEvent* event) {
   QLabel::resizeEvent(event);
   setToolTip(linesFor(std::max(event->size().width(), 1)).cut ? text().left(4096) : QString());
+}
+
+void FieldLabel::changeEvent(QEvent* event) {
+  lines_.clear();  // another font or direction of writing
+  QLabel::changeEvent(event);
 }
 
 void FieldLabel::paintEvent(QPaintEvent*) {

@@ -2,6 +2,7 @@
 // more lines than it may have (the whole text is then its tool tip).
 #pragma once
 
+#include <QHash>
 #include <QLabel>
 #include <QTextLayout>
 
@@ -14,9 +15,9 @@ class FieldLabel : public QLabel {
   explicit FieldLabel(QWidget* parent = nullptr);
 
   void setFieldText(const QString& text);
-  void setMaximumLines(int lines) { maximumLines_ = lines; }
+  void setMaximumLines(int lines);
   // For paths: they read from left to right in every language.
-  void setLeftToRightText(bool leftToRight) { leftToRightText_ = leftToRight; }
+  void setLeftToRightText(bool leftToRight);
   // Asked at each painting; null for that of the palette.
   void setTextColor(const ColorPointer& color);
 
@@ -28,6 +29,7 @@ class FieldLabel : public QLabel {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   // The lines at that width, and whether some of the text is left over.
@@ -35,12 +37,14 @@ class FieldLabel : public QLabel {
     QStringList texts;
     bool cut = false;
   };
-  [[nodiscard]] Lines linesFor(int width) const;
+  [[nodiscard]] const Lines& linesFor(int width) const;
+  [[nodiscard]] Lines brokenFor(int width) const;
   [[nodiscard]] int lineHeight() const;
 
   int maximumLines_ = 10;
   bool leftToRightText_ = false;
   ColorPointer textColor_;
+  mutable QHash<int, Lines> lines_;  // layouts ask for the same few widths again and again
 };
 
 }  // namespace halvorn

@@ -40,7 +40,9 @@ int rasterSide(const QByteArray& bytes, const QByteArray& format) {
   QByteArray copy = bytes;
   QBuffer device(&copy);
   device.open(QIODevice::ReadOnly);
-  const QSize size = QImageReader(&device, format).size();
+  QImageReader reader(&device, format);
+  reader.setAutoDetectImageFormat(false);
+  const QSize size = reader.size();
   const int longer = std::max(size.width(), size.height());
   return longer > kLargestSide ? 0 : std::max(longer, 0);
 }

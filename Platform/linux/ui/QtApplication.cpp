@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Platform/linux/ui/Palettes.h"
 #include "Platform/linux/ui/QtImage.h"
@@ -17,12 +18,19 @@
 namespace halvorn {
 namespace {
 
+// A window that comes up covered by others may never be painted.
+constexpr double kLongestToBePainted = 1.0;
+
 // Watches what people do with the keyboard and the mouse, and for the first window to be painted.
 class EventWatch : public QObject {
  public:
   [[nodiscard]] bool optionKey() const { return optionKey_; }
-  [[nodiscard]] bool hasPainted() const { return hasPainted_; }
-  std::function<void()> firstPaint;
+  [[nodiscard]] bool isShown() const { return isShown_; }
+  std::function<void()> shown;
+  void tellShown() {
+    if (std::exchange(isShown_, true)) return;
+    if (shown) shown();
+  }
 
  protected:
   // What sets something off. Whoever lets go of the keys or moves the mouse on has not taken it back.
@@ -33,16 +41,15 @@ class EventWatch : public QObject {
   bool eventFilter(QObject*, QEvent* event) override {
     if (isDeed(event->type())) {
       optionKey_ = static_cast<QInputEvent*>(event)->modifiers().testFlag(Qt::AltModifier);
-    } else if (event->type() == QEvent::Paint && !hasPainted_) {
-      hasPainted_ = true;
-      if (firstPaint) firstPaint();
+    } else if (event->type() == QEvent::Paint) {
+      tellShown();
     }
     return false;
   }
 
  private:
   std::atomic<bool> optionKey_ = false;
-  bool hasPainted_ = false;
+  bool isShown_ = false;
 };
 
 // The toolkit's remarks are no lines of the log; what ends the program is.
@@ -70,6 +77,7 @@ struct QtApplication::Parts {
   QApplication application{count, arguments};
   EventWatch watch;
   QObject tasks;  // what waits on it is dropped with it
+  std::vector<std::function<void()>> whenShown;
   bool terminated = false;
 };
 
@@ -86,18 +94,21 @@ void QtApplication::terminate() {
 }
 
 void QtApplication::setApplicationIcon(const ImagePointer& icon) {
-  const auto set = [this, icon] {
-    perform([icon] {
-      const QtImage* picture = qtImage(icon);
-      QApplication::setWindowIcon(picture != nullptr ? picture->icon() : QIcon());
-    });
-  };
   // The sizes for task bars take longer to decode than the window takes to be painted.
-  if (parts_->watch.hasPainted()) {
-    set();
-  } else {
-    parts_->watch.firstPaint = set;
-  }
+  performWhenShown([icon] {
+    const QtImage* picture = qtImage(icon);
+    QApplication::setWindowIcon(picture != nullptr ? picture->icon() : QIcon());
+  });
+}
+
+void QtApplication::performWhenShown(std::function<void()> task) {
+  if (parts_->watch.isShown()) return perform(std::move(task));
+  parts_->whenShown.push_back(std::move(task));
+  if (parts_->whenShown.size() > 1) return;
+  parts_->watch.shown = [this] {
+    for (auto& waiting : std::exchange(parts_->whenShown, {})) perform(std::move(waiting));
+  };
+  performAfter(kLongestToBePainted, [this] { parts_->watch.tellShown(); });
 }
 
 void QtApplication::beep() { QApplication::beep(); }

@@ -20,6 +20,7 @@ class QtApplication : public Application, public MainThread {
 
   void terminate() override;
   void setApplicationIcon(const ImagePointer& icon) override;  // once the window has been painted
+  void performWhenShown(std::function<void()> task) override;
   void beep() override;
   [[nodiscard]] bool currentEventHasOptionKey() const override;
 

@@ -6,16 +6,19 @@
 #include <cmath>
 
 #include "Platform/linux/ui/ImageLimits.h"
+#include "Platform/linux/ui/PngImage.h"
 
 namespace halvorn {
 namespace {
 
 // Decodes with that decoder and no other; a drawing comes out that many pixels large.
 QImage decode(const EncodedImage::Representation& source, int pixels) {
+  if (source.format == "png") return decodePng(source.bytes);
   QByteArray bytes = source.bytes;
   QBuffer device(&bytes);
   device.open(QIODevice::ReadOnly);
   QImageReader reader(&device, source.format);
+  reader.setAutoDetectImageFormat(false);
   const QSize size = reader.size();
   if (size.width() > kLargestSide || size.height() > kLargestSide) return {};
   if (source.side == 0) {

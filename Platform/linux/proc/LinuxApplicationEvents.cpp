@@ -22,6 +22,7 @@ class LinuxApplicationEvents::Watching {
 
   void start(std::function<void(int)> handler) {
     handler_ = std::move(handler);
+    applications_.findWhatRunsAlready();
     front_ = windows_.activeOwner();
     ends_ = loop_.whenReadable(applications_.endsDescriptor(), [this] {
       applications_.lookForEnds();
@@ -86,9 +87,9 @@ LinuxApplicationEvents::LinuxApplicationEvents(RunningApplications& applications
 LinuxApplicationEvents::~LinuxApplicationEvents() { applications_.recordEvents(nullptr); }
 
 void LinuxApplicationEvents::installHandler(std::function<void(int kind)> handler) {
-  // What runs already is no news.
+  // Whoever asks for one process waits for this; the walk over all of them comes with the next list, or when
+  // the main thread has time. This program is no news whether it counts as an application or not.
   std::ignore = applications_.thisProgram();
-  std::ignore = applications_.all();
   const std::weak_ptr<Watching> watching = watching_;
   applications_.recordEvents([watching, &mainThread = mainThread_] {
     mainThread.perform([watching] {

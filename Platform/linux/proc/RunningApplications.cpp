@@ -1,6 +1,7 @@
 #include "Platform/linux/proc/RunningApplications.h"
 
 #include <sys/epoll.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,6 +12,17 @@
 #include "Platform/linux/proc/WindowSystem.h"
 
 namespace halvorn {
+namespace {
+
+std::uint64_t ticksSinceSystemStart() {
+  timespec time{};
+  ::clock_gettime(CLOCK_BOOTTIME, &time);
+  const auto perSecond = static_cast<std::uint64_t>(::sysconf(_SC_CLK_TCK));
+  return static_cast<std::uint64_t>(time.tv_sec) * perSecond +
+         static_cast<std::uint64_t>(time.tv_nsec) * perSecond / 1'000'000'000u;
+}
+
+}  // namespace
 
 RunningApplications::RunningApplications(const ProcFiles& files, const Bundles& bundles,
                                          WindowSystem& windows, DesktopSession session)
@@ -33,6 +45,7 @@ std::vector<HeldApplicationPointer> RunningApplications::all() {
   std::vector<HeldApplicationPointer> result;
   {
     const std::lock_guard lock(mutex_);
+    knowsWhatRan_ = true;
     result.reserve(held_.size());
     for (const auto& [pid, application] : held_) result.push_back(application);
   }
@@ -138,7 +151,7 @@ HeldApplicationPointer RunningApplications::add(pid_t pid, std::uint64_t startTi
     if (::epoll_ctl(ends_.get(), EPOLL_CTL_ADD, application->descriptor.descriptor(), &event) != 0) {
       untold_.push_back(pid);
     }
-    noteLocked(Event::Launched);
+    if (isNewsLocked(startTicks)) noteLocked(Event::Launched);
   }
   tellWaiting();
   return application;
@@ -180,8 +193,24 @@ void RunningApplications::lookForEnds() {
 void RunningApplications::recordEvents(std::function<void()> waiting) {
   const std::lock_guard lock(mutex_);
   isRecording_ = waiting != nullptr;
+  knowsWhatRan_ = false;
+  recordingStartTicks_ = ticksSinceSystemStart();
   waiting_ = std::move(waiting);
   events_.clear();
+}
+
+void RunningApplications::findWhatRunsAlready() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (knowsWhatRan_) return;
+  }
+  std::ignore = all();
+}
+
+// A program that has run for long is news when it becomes an application, but not when it was one all the
+// time.
+bool RunningApplications::isNewsLocked(std::uint64_t startTicks) const {
+  return knowsWhatRan_ || startTicks >= recordingStartTicks_;
 }
 
 std::vector<RunningApplications::Event> RunningApplications::takeEvents() {

@@ -64,9 +64,12 @@ class RunningApplications {
   [[nodiscard]] HeldApplicationPointer thisProgram();
 
   // From now on launches and ends are kept for takeEvents(). `waiting` is called after the first one of a
-  // batch, on the thread that saw it; null ends it.
+  // batch, on the thread that saw it; null ends it. Ends are seen of what all() has found: what runs already
+  // is found, and is no news, once that was asked for.
   enum class Event { Launched, Ended };
   void recordEvents(std::function<void()> waiting);
+  // all(), unless it was asked for since the recording began.
+  void findWhatRunsAlready();
   [[nodiscard]] std::vector<Event> takeEvents();
   // Looks for applications that own windows by now; of those alone, and so quickly.
   void lookAtWindows();
@@ -84,6 +87,7 @@ class RunningApplications {
   HeldApplicationPointer add(pid_t pid, std::uint64_t startTicks, PidDescriptor descriptor, Program program);
   void retire(const HeldApplicationPointer& application);
   void retireLocked(const HeldApplicationPointer& application);
+  [[nodiscard]] bool isNewsLocked(std::uint64_t startTicks) const;
   void noteLocked(Event event);
   void tellWaiting();
 
@@ -99,6 +103,8 @@ class RunningApplications {
   std::vector<pid_t> untold_;  // of those held, the ones whose end the system will not tell by itself
   std::set<std::pair<pid_t, std::uint32_t>> given_;  // serial numbers, ever
   bool isRecording_ = false;
+  bool knowsWhatRan_ = false;  // when the recording began
+  std::uint64_t recordingStartTicks_ = 0;
   std::function<void()> waiting_;
   std::vector<Event> events_;
   bool hasToldWaiting_ = false;  // of the events in events_

@@ -55,6 +55,19 @@ TEST_F(RealEvents, WhatRanBeforeIsNoNewsUntilItEnds) {
   EXPECT_TRUE(live->settles([&] { return count("ended") == 1; }));
 }
 
+TEST_F(RealEvents, ALaunchBeforeTheFirstLookIsToldAndWhatRanIsNot) {
+  watch({});
+  ChildProcess& before = startBundle("Editor", "EDIT");
+  giveItAMoment(before);
+  live->processes.installNotifications();
+  startBundle("Mail", "MAIL");
+  EXPECT_TRUE(live->settles([&] { return count("started") == 1; }, 5));
+  live->loop.runFor(0.1);
+  EXPECT_EQ(count("started"), 1);
+  before.end(SIGKILL);
+  EXPECT_TRUE(live->settles([&] { return count("ended") == 1; }));
+}
+
 TEST_F(RealEvents, WithADesktopNothingWakesTheProgramUp) {
   startDesktopAndWatch();
   if (!live) return;

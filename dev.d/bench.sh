@@ -13,6 +13,6 @@ dev_bench() {
   cmake --preset release -DKT_BENCHMARKS=ON >/dev/null || die "configuring failed"
   configure_and_build release
   local programs="$PWD/build/release/benchmarks/$name"
-  if [ "$name" = startup ]; then set -- "$PWD/build/HalvornInstaller.app" "$@"; fi
+  case "$name" in startup | process) set -- "$PWD/build/HalvornInstaller.app" "$@" ;; esac
   "benchmarks/run_$name" "$programs" "$@"
 }

@@ -31,22 +31,21 @@ bool isReplacedOnce(std::u16string_view separator) {
 
 Text withEveryBreakReplaced(const Text& text, std::u16string_view separator) {
   const std::u16string_view units = text.units();
+  const char16_t own = separator.size() == 1 ? separator.front() : u'\0';
+  const auto isForeign = [own](char16_t unit) { return isBreakUnit(unit) & (unit != own); };
+  if (findUnit(units, 0, isForeign) == Text::npos) return text;
+
   std::u16string result;
+  result.reserve(units.size() + (separator.size() > 1 ? units.size() / 8 : 0));
   std::size_t start = 0;  // of what is not yet in the result
-  std::size_t replaced = 0;
-  std::size_t at = findUnit(units, 0, isBreakUnit);
-  if (at != Text::npos) result.reserve(units.size() + units.size() / 8);
-  for (; at != Text::npos; at = findUnit(units, at, isBreakUnit)) {
-    const std::size_t length = units.substr(at, 2) == u"\r\n" ? 2 : 1;
-    const bool isSame = units.substr(at, length) == separator;
-    if (!isSame) {
-      result.append(units, start, at - start).append(separator);
-      start = at + length;
-      ++replaced;
-    }
-    at += length;
-  }
-  if (replaced == 0) return text;
+  forEachUnit(units, isForeign, [&](std::size_t at) {
+    result.append(units, start, at - start);
+    start = at + 1;
+    // Of a "\r\n" one unit becomes the separator, or is it, and the other goes.
+    const bool isSecond = units[at] == u'\n' && at > 0 && units[at - 1] == u'\r';
+    const bool isBeforeOwn = own == u'\n' && start < units.size() && units[start] == u'\n';
+    if (!isSecond && !isBeforeOwn) result.append(separator);
+  });
   return Text(std::move(result.append(units, start)));
 }
 

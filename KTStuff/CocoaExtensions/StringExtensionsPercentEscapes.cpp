@@ -1,5 +1,6 @@
 #include "KTStuff/CocoaExtensions/StringExtensionsPercentEscapes.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -90,75 +91,57 @@ std::optional<std::u16string> expanded(std::u16string_view rest) {
   return result;
 }
 
-// Collects escaped units in a small buffer of its own, which is much quicker than adding them to a text one
-// by one.
-class EscapeWriter {
- public:
-  explicit EscapeWriter(std::size_t expectedLength) { result_.reserve(expectedLength); }
+char16_t* writeEscapedByte(char16_t* to, char32_t byte) {
+  *to++ = u'%';
+  *to++ = kDigits[byte >> 4 & 0xF];
+  *to++ = kDigits[byte & 0xF];
+  return to;
+}
 
-  void add(char16_t unit) {
-    if (length_ == kCapacity) flush();
-    buffer_[length_++] = unit;
+// The escapes of the UTF-8 bytes; returns where they end.
+char16_t* writeEscaped(char16_t* to, char32_t scalar) {
+  const auto following = [&](int shift) { return 0x80 | (scalar >> shift & 0x3F); };
+  if (scalar < 0x80) return writeEscapedByte(to, scalar);
+  if (scalar < 0x800) {
+    to = writeEscapedByte(to, 0xC0 | scalar >> 6);
+    return writeEscapedByte(to, following(0));
   }
-  // As the escapes of its UTF-8 bytes.
-  void addEscaped(char32_t scalar) {
-    if (length_ + kLongestEscape > kCapacity) flush();
-    if (scalar < 0x80) {
-      addByte(scalar);
-      return;
-    }
-    if (scalar < 0x800) {
-      addByte(0xC0 | scalar >> 6);
-    } else if (scalar < 0x10000) {
-      addByte(0xE0 | scalar >> 12);
-      addByte(0x80 | (scalar >> 6 & 0x3F));
-    } else {
-      addByte(0xF0 | scalar >> 18);
-      addByte(0x80 | (scalar >> 12 & 0x3F));
-      addByte(0x80 | (scalar >> 6 & 0x3F));
-    }
-    addByte(0x80 | (scalar & 0x3F));
+  if (scalar < 0x10000) {
+    to = writeEscapedByte(to, 0xE0 | scalar >> 12);
+  } else {
+    to = writeEscapedByte(to, 0xF0 | scalar >> 18);
+    to = writeEscapedByte(to, following(12));
   }
-  [[nodiscard]] std::u16string finish() && {
-    flush();
-    return std::move(result_);
-  }
+  to = writeEscapedByte(to, following(6));
+  return writeEscapedByte(to, following(0));
+}
 
- private:
-  static constexpr std::size_t kCapacity = 512;
-  static constexpr std::size_t kLongestEscape = 12;  // four bytes
-
-  void addByte(char32_t byte) {
-    buffer_[length_++] = u'%';
-    buffer_[length_++] = kDigits[byte >> 4 & 0xF];
-    buffer_[length_++] = kDigits[byte & 0xF];
-  }
-  void flush() {
-    result_.append(buffer_, length_);
-    length_ = 0;
-  }
-
-  char16_t buffer_[kCapacity];
-  std::size_t length_ = 0;
-  std::u16string result_;
-};
-
-// nullopt for a lone surrogate.
+// nullopt for a lone surrogate. Units are collected in a small buffer that always has room, which is much
+// quicker than adding them to a text one by one.
 std::optional<std::u16string> escaped(std::u16string_view units) {
-  EscapeWriter writer(units.size() + units.size() / 4);
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    if (isLegal(units[i])) {
-      writer.add(units[i]);
-    } else if (!isSurrogate(units[i])) {
-      writer.addEscaped(units[i]);
-    } else {
-      const bool isPair = isHighSurrogate(units[i]) && i + 1 < units.size() && isLowSurrogate(units[i + 1]);
-      if (!isPair) return std::nullopt;
-      writer.addEscaped(scalarOfPair(units[i], units[i + 1]));
-      ++i;
+  constexpr std::size_t kChunk = 64;
+  constexpr std::size_t kLongestEscape = 12;  // four bytes
+  std::u16string result;
+  result.reserve(units.size() + units.size() / 4);
+  char16_t buffer[kChunk * kLongestEscape];
+  for (std::size_t i = 0; i < units.size();) {
+    const std::size_t end = std::min(i + kChunk, units.size());
+    char16_t* to = buffer;
+    while (i < end) {
+      const char16_t unit = units[i];
+      if (isLegal(unit)) {
+        *to++ = unit;
+        ++i;
+        continue;
+      }
+      const bool isPair = isHighSurrogate(unit) && i + 1 < units.size() && isLowSurrogate(units[i + 1]);
+      if (isSurrogate(unit) && !isPair) return std::nullopt;
+      to = writeEscaped(to, isPair ? scalarOfPair(unit, units[i + 1]) : unit);
+      i += isPair ? 2 : 1;
     }
+    result.append(buffer, static_cast<std::size_t>(to - buffer));
   }
-  return std::move(writer).finish();
+  return result;
 }
 
 }  // namespace

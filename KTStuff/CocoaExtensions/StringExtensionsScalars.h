@@ -26,12 +26,10 @@ void forUTF32Characters(const Text& text, Block&& block) {
       continue;
     }
     const std::size_t end = std::min(i + kRun, units.size());
-    while (i < end) {
-      const bool isHigh = isHighSurrogate(units[i]);
-      const bool isPair = isHigh && i + 1 < units.size() && isLowSurrogate(units[i + 1]);
+    while (i < end && !isHighSurrogate(units[i])) block(static_cast<char32_t>(units[i++]));
+    for (; i < end && isHighSurrogate(units[i]); i += 2) {
+      const bool isPair = i + 1 < units.size() && isLowSurrogate(units[i + 1]);
       if (isPair) block(scalarOfPair(units[i], units[i + 1]));
-      if (!isHigh) block(static_cast<char32_t>(units[i]));
-      i += isHigh ? 2 : 1;
     }
   }
 }

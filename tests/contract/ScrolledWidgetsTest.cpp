@@ -23,6 +23,11 @@ class ScrolledWidgetsTest : public testing::Test {
   QtWidgetView document{*widgets.document};
 };
 
+TEST_F(ScrolledWidgetsTest, TheyAreOnTheDisplayThatWasAskedFor) {
+  const bool onDisplay = qEnvironmentVariableIsSet("KT_TEST_ON_DISPLAY");
+  EXPECT_EQ(QGuiApplication::platformName(), onDisplay ? QStringLiteral("xcb") : QStringLiteral("offscreen"));
+}
+
 TEST_F(ScrolledWidgetsTest, AnAnimationTakesTimeGoesThroughPlacesBetweenAndEndsAtTheRightOne) {
   widgets.placeAt({300, 0});
   QElapsedTimer timer;

@@ -14,9 +14,9 @@ dev_package() {
   for format in libqicns libqsvg libqjpeg; do
     if [ -e "$plugins/imageformats/$format.so" ]; then cp "$plugins/imageformats/$format.so" "$into/imageformats/"; fi
   done
-  bundle_libraries "$libraries" "$bundle/Contents/Linux/HalvornInstaller" "$into"/*/*.so
-  patchelf --force-rpath --set-rpath '$ORIGIN/../Frameworks' "$bundle/Contents/Linux/HalvornInstaller"
+  bundle_libraries "$libraries" "$bundle/Contents/Linux"/* "$into"/*/*.so
   local file
+  for file in "$bundle/Contents/Linux"/*; do patchelf --force-rpath --set-rpath '$ORIGIN/../Frameworks' "$file"; done
   for file in "$libraries"/*; do patchelf --force-rpath --set-rpath '$ORIGIN' "$file"; done
   for file in "$into"/*/*.so; do patchelf --force-rpath --set-rpath '$ORIGIN/../../Frameworks' "$file"; done
   printf '[Paths]\nPrefix=..\nPlugins=PlugIns\n' >"$bundle/Contents/Linux/qt.conf"

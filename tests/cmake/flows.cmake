@@ -15,6 +15,7 @@ add_dependencies(kt_flow_support accessible_probe Sample HalvornInstaller)
 
 kt_test(test_flow_install KIND flow SUBJECT install TIMEOUT 300 SOURCES
   ${CMAKE_CURRENT_SOURCE_DIR}/flows/InstallFlowTest.cpp ${CMAKE_CURRENT_SOURCE_DIR}/flows/FlowFixture.cpp
+  ${CMAKE_CURRENT_SOURCE_DIR}/flows/WholeLog.cpp
   USES kt_flow_support)
 
 add_executable(installer_tour ${CMAKE_CURRENT_SOURCE_DIR}/flows/installer_tour.cpp)

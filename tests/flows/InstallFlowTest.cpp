@@ -7,14 +7,25 @@
 #include <sstream>
 
 #include "tests/flows/FlowFixture.h"
+#include "tests/flows/WholeLog.h"
 
 namespace halvorn {
 namespace {
 
 namespace fs = std::filesystem;
-using Lines = std::vector<std::string>;
+const Lines kInstall = {"Install"};
+const Lines kQuitting = {"Quitting 'SMPL': Sample", "quit Sample: terminated after #s (# attempts)"};
+const Lines kStillRunning = {"Still running 'SMPL': Sample"};
+const Lines kPlain = startLog({"-sourcePath", "<image>/Sample.app"});
 
-class InstallFlow : public FlowFixture {};
+class InstallFlow : public FlowFixture {
+ protected:
+  [[nodiscard]] Lines whole(const Lines& lines) {
+    return withoutPlaces(
+        lines, {{builtInstaller(), "<installer>"}, {image(), "<image>"}, {desktop().homeFolder(), "<home>"}});
+  }
+  [[nodiscard]] Lines wholeLog() { return whole(installerLog()); }
+};
 
 TEST_F(InstallFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
   const fs::path readMe = makeReadMe(image());
@@ -28,27 +39,11 @@ TEST_F(InstallFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
   EXPECT_TRUE(startedVersion("2.0")) << report();
   EXPECT_EQ(versionOfBundle(destination()), "2.0");
 
-  const std::string d = destination();
-  EXPECT_EQ(
-      installerLog(),
-      (Lines{
-          "arguments: (\"" + builtInstaller() + "\", \"-sourcePath\", \"" + product() +
-              "\", \"-readMePath\", \"" + readMe.string() + "\", \"-documentationPath\", \"" +
-              guide.string() + "\")",
-          "autolaunch = (null)",
-          "Can't write to /Applications, checking ~/Applications",
-          "User applicationsDirectory: " + desktop().homeFolder() + "/Applications",
-          "Updated arguments: {\"\" = \"" + builtInstaller() + "\"; \"destinationPath\" = \"" + d +
-              "\"; \"documentationPath\" = \"" + guide.string() +
-              "\"; \"productCode\" = (\"SMPL\"); \"productName\" = \"Sample\"; \"quitCode\" = (\"SMPL\"); "
-              "\"readMePath\" = \"" +
-              readMe.string() + "\"; \"sourcePath\" = \"" + product() + "\"; }",
-          "Install",
-          "successfully copied",
-          "launching " + d,
-          "registered app: 0",
-          "launched immediately: 1",
-      }));
+  EXPECT_EQ(wholeLog(), startLog({"-sourcePath", "<image>/Sample.app", "-readMePath", "<image>/Read Me.rtf",
+                                  "-documentationPath", "<image>/Guide.html"},
+                                 {{"readMePath", "\"<image>/Read Me.rtf\""},
+                                  {"documentationPath", "\"<image>/Guide.html\""}}) +
+                            kInstall + installLog());
 
   ASSERT_TRUE(installer.click("OK"));
   EXPECT_EQ(installer.process().waitForEnd(20), 0);
@@ -65,12 +60,14 @@ TEST_F(InstallFlow, DirectInvocationKeepsTheLogOnStandardError) {
   EXPECT_TRUE(startedVersion("2.0"));
   ASSERT_TRUE(installer.click("OK"));
   EXPECT_EQ(installer.process().waitForEnd(20), 0);
-  const Lines lines = logLines(installer.process().output());
-  ASSERT_GE(lines.size(), 4u);
-  EXPECT_EQ(lines[0], "direct invocation");
-  EXPECT_EQ(lines[2], "shortened path = " + product() + "/Contents");
-  EXPECT_EQ(lines[3], "shortened path = " + product());
-  EXPECT_EQ(lines.back(), "launched immediately: 1");
+  const std::string program =
+      "<image>/Sample.app/Contents/Resources/HalvornInstaller.app/Contents/Linux/HalvornInstaller";
+  const Lines expected =
+      Lines{"direct invocation", "arguments: (\"" + program + "\")",
+            "shortened path = <image>/Sample.app/Contents", "shortened path = <image>/Sample.app"} +
+      Lines(kPlain.begin() + 1, kPlain.end() - 1) + Lines{updatedLine({{"", "\"" + program + "\""}})} +
+      kInstall + installLog();
+  EXPECT_EQ(whole(logLines(installer.process().output())), expected);
   EXPECT_FALSE(fs::exists(desktop().homeFolder() + "/Library/Logs/HalvornInstaller.log"));
 }
 
@@ -91,7 +88,7 @@ TEST_F(InstallFlow, ARunningCopyIsQuitAndTheOldOneGoesToTheTrash) {
   EXPECT_TRUE(startedVersion("2.0"));
   EXPECT_FALSE(running.isRunning());
   EXPECT_TRUE(bystander.isRunning());
-  EXPECT_TRUE(logHas("Quitting 'SMPL': Sample"));
+  EXPECT_EQ(wholeLog(), kPlain + kInstall + kQuitting + installLog());
   EXPECT_EQ(versionOfBundle(destination()), "2.0");
   EXPECT_EQ(versionOfBundle(desktop().homeFolder() + "/.local/share/Trash/files/Sample.app"), "1.0");
 }
@@ -106,8 +103,10 @@ TEST_F(InstallFlow, AProductThatKeepsComingBackCancelsTheInstallationWithTheMess
   EXPECT_TRUE(eventually([&] { return logHas("Sample refused to quit; installation cancelled"); }, 90));
   EXPECT_TRUE(installer.waitForButton("Install", 20)) << "enabled again";
   EXPECT_TRUE(installer.waitForButton("Cancel", 20));
-  EXPECT_EQ(countOf("Sample did not quit; will retry"), 1);
-  EXPECT_EQ(countOf("Still running 'SMPL': Sample"), 5);
+  EXPECT_EQ(wholeLog(), kPlain + kInstall + kQuitting + kStillRunning +
+                            Lines{"Sample did not quit; will retry"} + kQuitting + kStillRunning + kQuitting +
+                            kStillRunning + kQuitting + kStillRunning + kStillRunning +
+                            Lines{"Sample refused to quit; installation cancelled"});
   EXPECT_EQ(versionOfBundle(destination()), "1.0") << "nothing was touched";
 }
 
@@ -123,6 +122,9 @@ TEST_F(InstallFlow, AFailureLeavesBothButtonsAndASecondClickSucceeds) {
   fs::rename(away, product());
   ASSERT_TRUE(installer.click("Install"));
   EXPECT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_EQ(wholeLog(), kPlain + kInstall +
+                            Lines{"ERROR -- Could not copy myself to <home>/Applications/Sample.app"} +
+                            kInstall + installLog());
 }
 
 TEST_F(InstallFlow, AProductForANewerSystemIsRefusedWithTheAlert) {
@@ -133,6 +135,7 @@ TEST_F(InstallFlow, AProductForANewerSystemIsRefusedWithTheAlert) {
   ASSERT_TRUE(installer.click("Quit"));
   EXPECT_EQ(installer.process().waitForEnd(20), 0);
   EXPECT_FALSE(fs::exists(destination()));
+  EXPECT_EQ(wholeLog(), kPlain);
 }
 
 TEST_F(InstallFlow, ABundleForAnotherSystemRaisesTheAlertAndInstallsWhenOverridden) {
@@ -150,9 +153,14 @@ TEST_F(InstallFlow, ABundleForAnotherSystemRaisesTheAlertAndInstallsWhenOverridd
   InstallerDriver installer(desktop(), {"-sourcePath", product(), "-minSystemVersion", "1.0"});
   ASSERT_TRUE(installer.click("Install"));
   ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
-  EXPECT_TRUE(logHas("launched immediately: 0"));
-  EXPECT_EQ(countOf("retry opening"), 10);
-  EXPECT_EQ(countOf("launched: 0"), 10);
+  Lines launches = {"launched immediately: 0"};
+  for (int i = 0; i < 10; ++i) launches = launches + Lines{"retry opening", "launched: 0"};
+  const Lines copied = installLog();
+  // The first program wrote to the same file.
+  EXPECT_EQ(wholeLog(), kPlain +
+                            startLog({"-sourcePath", "<image>/Sample.app", "-minSystemVersion", "1.0"},
+                                     {{"minSystemVersion", "\"1.0\""}}) +
+                            kInstall + Lines(copied.begin(), copied.end() - 1) + launches);
   EXPECT_EQ(versionOfBundle(destination()), "2.0");
 }
 
@@ -163,6 +171,7 @@ TEST_F(InstallFlow, ASetUpErrorIsTheFinalMessage) {
   ASSERT_TRUE(installer.waitForText("missing product signature", 30));
   ASSERT_TRUE(installer.click("OK"));
   EXPECT_EQ(installer.process().waitForEnd(20), 0);
+  EXPECT_EQ(wholeLog(), Lines(kPlain.begin(), kPlain.end() - 1) + Lines{"missing product signature"});
 }
 
 TEST_F(InstallFlow, TheKeyboardAloneInstalls) {
@@ -184,6 +193,7 @@ TEST_F(InstallFlow, TheKeyboardAloneInstalls) {
   }));
   installer.key("Return");
   EXPECT_EQ(installer.process().waitForEnd(20), 0);
+  EXPECT_EQ(wholeLog(), kPlain + kInstall + installLog());
 }
 
 TEST_F(InstallFlow, HostileNamesAreInstalledAndEachEventIsOneLine) {
@@ -196,7 +206,15 @@ TEST_F(InstallFlow, HostileNamesAreInstalledAndEachEventIsOneLine) {
   ASSERT_TRUE(installer.click("Install"));
   ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
   EXPECT_EQ(versionOfBundle(applications() / (name + ".app")), "2.0");
-  EXPECT_TRUE(logHas("launching " + applications().string() + "/Sa\\nm \"p\" %@ \\xE4 '$(x)'.app"));
+  const std::string shown = "Sa\\nm \"p\" %@ \\xE4 '$(x)'.app";
+  const std::string to = "<home>/Applications/" + shown;
+  // The desktop's files have no way to say such a name.
+  const Lines installed = {"successfully copied", "launching " + to, "registered app: -50",
+                           "launched immediately: 1"};
+  EXPECT_EQ(wholeLog(),
+            startLog({"-sourcePath", "<image>/" + shown, "-productName", "Sample"},
+                     {{"sourcePath", "\"<image>/" + shown + "\""}, {"destinationPath", "\"" + to + "\""}}) +
+                kInstall + installed);
   EXPECT_EQ(installerLog().size(), rawLogLineCount());
 }
 
@@ -204,7 +222,9 @@ TEST_F(InstallFlow, ItQuitsByItselfAfterTheDelay) {
   InstallerDriver installer(desktop(), {"-sourcePath", product(), "-completionQuit", "0.5"});
   ASSERT_TRUE(installer.click("Install"));
   EXPECT_EQ(installer.process().waitForEnd(60), 0);
-  EXPECT_TRUE(logHas("quit delay: 0.5"));
+  EXPECT_EQ(wholeLog(), startLog({"-sourcePath", "<image>/Sample.app", "-completionQuit", "0.5"},
+                                 {{"completionQuit", "\"0.5\""}}) +
+                            kInstall + installLog() + Lines{"quit delay: 0.5"});
   EXPECT_EQ(versionOfBundle(destination()), "2.0");
 }
 
@@ -218,7 +238,14 @@ TEST_F(InstallFlow, AWrapperBringsItsItemsAlong) {
   ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
   EXPECT_TRUE(fs::exists(applications() / "Sample Suite/Manual.txt"));
   EXPECT_EQ(versionOfBundle(applications() / "Sample Suite/Sample.app"), "2.0");
-  EXPECT_TRUE(logHas("wrapper = " + suite.string()));
+  const std::string from = "<image>/Sample Suite/Sample.app",
+                    to = "<home>/Applications/Sample Suite/Sample.app";
+  const Lines start = startLog({"-sourcePath", from, "-wrapperPath", "<image>/Sample Suite"},
+                               {{"sourcePath", "\"" + from + "\""},
+                                {"destinationPath", "\"" + to + "\""},
+                                {"wrapperPath", "\"<image>/Sample Suite\""}});
+  EXPECT_EQ(wholeLog(), Lines(start.begin(), start.end() - 1) + Lines{"wrapper = <image>/Sample Suite"} +
+                            Lines{start.back()} + kInstall + installLog(to));
 }
 
 TEST_F(InstallFlow, BundlesOfTheDistributionAreInstalledReplacedAndLaunched) {
@@ -234,8 +261,17 @@ TEST_F(InstallFlow, BundlesOfTheDistributionAreInstalledReplacedAndLaunched) {
                                 {"-sourcePath", bundle, "-productCode", "GNUS", "-completionQuit", "0.2"});
       ASSERT_TRUE(installer.click("Install"));
       EXPECT_EQ(installer.process().waitForEnd(90), 0);
-      EXPECT_TRUE(logHas("launched immediately: 1"));
       const fs::path installed = applications() / bundle.filename();
+      const std::string to = "<home>/Applications/" + bundle.filename().string();
+      EXPECT_EQ(wholeLog(),
+                startLog({"-sourcePath", bundle, "-productCode", "GNUS", "-completionQuit", "0.2"},
+                         {{"sourcePath", "\"" + bundle.string() + "\""},
+                          {"destinationPath", "\"" + to + "\""},
+                          {"productName", "\"" + std::string(name) + "\""},
+                          {"productCode", "(\"GNUS\")"},
+                          {"quitCode", "(\"GNUS\")"},
+                          {"completionQuit", "\"0.2\""}}) +
+                    kInstall + installLog(to) + Lines{"quit delay: 0.2"});
       EXPECT_TRUE(sameTree(bundle, installed));
       EXPECT_TRUE(endProgramsBelow(installed)) << "the launched program runs";
     }

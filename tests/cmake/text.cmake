@@ -1,8 +1,9 @@
 # Texts: the operations on fakes and against oracles.
 kt_test(text_unit_test KIND unit SUBJECT text
   SOURCES unit/MutableTextTest.cpp unit/StringEncodingsTest.cpp unit/StringEscapesTest.cpp unit/StringMarkupTest.cpp
-    unit/StringNumbersTest.cpp unit/StringOracleTest.cpp unit/StringPatternsTest.cpp unit/StringScalarsTest.cpp
-    unit/StringWhitespaceTest.cpp
+    unit/StringNumbersTest.cpp unit/StringPatternsTest.cpp unit/StringScalarsTest.cpp unit/StringWhitespaceTest.cpp
+    unit/StringEscapesOracleTest.cpp unit/StringLinesOracleTest.cpp unit/StringNumbersOracleTest.cpp
+    unit/StringPatternsOracleTest.cpp unit/StringScalarsOracleTest.cpp
   USES kt_text)
 # The fakes and the libraries behind the same interfaces.
 kt_test(text_contract_test KIND contract SUBJECT text

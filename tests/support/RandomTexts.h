@@ -31,9 +31,9 @@ class RandomTexts {
   // 0 to limit - 1.
   [[nodiscard]] std::size_t below(std::size_t limit) { return engine_() % limit; }
 
-  // Mostly short, now and then long enough for code that goes by blocks.
+  // Mostly short, now and then long enough for code that goes by blocks, rarely for code that goes by pages.
   [[nodiscard]] std::u16string units(std::u16string_view alphabet) {
-    const std::size_t length = below(16) == 0 ? below(120) : below(14);
+    const std::size_t length = below(2048) == 0 ? below(6000) : below(16) == 0 ? below(200) : below(14);
     std::u16string result;
     while (result.size() < length) result.push_back(alphabet[below(alphabet.size())]);
     return result;

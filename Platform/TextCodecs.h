@@ -47,8 +47,9 @@ class TextCodecs {
   // A byte-order mark at the start belongs to the encoding, not to the text. nullopt when the bytes are not
   // of that encoding to their very end, or the encoding is unknown.
   [[nodiscard]] virtual std::optional<Text> decode(std::string_view bytes, TextEncoding encoding) const = 0;
-  // Never writes a byte-order mark. nullopt when the encoding lacks a character of the text, or is unknown; a
-  // lone surrogate is a character that no encoding has.
+  // Never writes a byte-order mark, so a text that begins with U+FEFF or, in `unicode`, with U+FFFE does not
+  // come back. nullopt when the encoding lacks a character of the text, or is unknown; a lone surrogate is a
+  // character that no encoding has.
   [[nodiscard]] virtual std::optional<std::string> encode(const Text& text, TextEncoding encoding) const = 0;
 
   // By registered name or alias, in any case: "utf-8", "ISO-8859-1". nullopt for an unknown name.

@@ -118,6 +118,13 @@ TYPED_TEST(TextCodecsContract, AByteOrderMarkBelongsToTheEncoding) {
   EXPECT_EQ(this->subject.decode("\xFF\xFE\0\0A\0\0\0"s, utf32LittleEndian), Text("A"));
 }
 
+TYPED_TEST(TextCodecsContract, ATextThatBeginsLikeAMarkIsTakenForMarkedWhenItIsReadAgain) {
+  using namespace TextEncodings;
+  EXPECT_EQ(this->subject.decode("\xFE\xFF\xFF\xFE"s, unicode), Text(u"\uFFFE"));
+  EXPECT_EQ(this->subject.encode(Text(u"\uFFFE"), unicode), "\xFF\xFE"s);
+  EXPECT_EQ(this->subject.decode("\xFF\xFE"s, unicode), Text());
+}
+
 TYPED_TEST(TextCodecsContract, EveryByteIsACharacterOfLatin1AndMacRoman) {
   std::string bytes;
   for (int byte = 0; byte < 0x100; ++byte) bytes.push_back(static_cast<char>(byte));

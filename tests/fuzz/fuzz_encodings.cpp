@@ -8,6 +8,13 @@
 using namespace halvorn;
 using namespace halvorn::StringExtensions;
 
+namespace {
+
+// What begins with the mark, or with the mark of the other byte order, is taken for marked when it is read.
+bool beginsLikeMark(const Text& text) { return text.at(0) == 0xFEFF || text.at(0) == 0xFFFE; }
+
+}  // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const IcuTextCodecs codecs;
   static const IcuUnicode unicode;
@@ -23,8 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const TextEncoding encoding : {ascii, utf8, latin1, TextEncodings::unicode, macRoman, utf16BigEndian,
                                       utf16LittleEndian, utf32BigEndian, utf32LittleEndian}) {
     const auto text = codecs.decode(bytes, encoding);
-    if (!text || text->isEmpty() || text->at(0) == 0xFEFF)
-      continue;  // what begins like a mark is taken for one
+    if (!text || text->isEmpty() || beginsLikeMark(*text)) continue;
     const auto again = codecs.encode(*text, encoding);
     require(again && codecs.decode(*again, encoding) == text, "what was decoded can be encoded");
   }

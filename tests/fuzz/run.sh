@@ -22,14 +22,15 @@ status=0
 for target in $targets; do
   case $target in
     pages) seeds=$root/tests/data/text/pages ;;
-    encodings) seeds=$root/tests/data/text/corpus ;;
+    encodings) seeds="$root/tests/data/text/corpus $root/tests/fuzz/seeds/encodings" ;;
     *) seeds=$root/tests/fuzz/seeds/$target ;;
   esac
   work=$build/fuzz/$target
   mkdir -p "$work/found"
   echo "fuzz_$target: $seconds s"
+  # shellcheck disable=SC2086
   if ! "$build/tests/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
-    -artifact_prefix="$work/" "$work/found" "$seeds" >"$work/log" 2>&1; then
+    -artifact_prefix="$work/" "$work/found" $seeds >"$work/log" 2>&1; then
     tail -n 30 "$work/log" >&2
     status=1
   fi

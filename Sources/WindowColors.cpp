@@ -5,10 +5,13 @@
 
 namespace halvorn {
 
+std::shared_ptr<KTDynamicColor> readMePaper(KTDynamicColorClass& colors) {
+  return colors.lightColor(PlainColor::calibratedRGB(1.0, 0.992, 0.969),
+                           PlainColor::calibratedRGB(0.129, 0.125, 0.114));
+}
+
 void colorWindow(const InstallerOutlets& outlets, KTDynamicColorClass& colors) {
-  const ColorPointer paper = PlainColor::calibratedRGB(1.0, 0.992, 0.969);
-  const ColorPointer darkPaper = PlainColor::calibratedRGB(0.129, 0.125, 0.114);
-  outlets.readMeTextView.setBackgroundColor(colors.lightColor(paper, darkPaper));
+  outlets.readMeTextView.setBackgroundColor(readMePaper(colors));
   outlets.messageField.setTextColor(colors.redWarningTextColor());
 }
 

@@ -3,11 +3,17 @@
 // Thread: main.
 #pragma once
 
+#include <memory>
+
 #include "Platform/InstallerOutlets.h"
 
 namespace halvorn {
 
+class KTDynamicColor;
 class KTDynamicColorClass;
+
+// What the read-me is written on.
+[[nodiscard]] std::shared_ptr<KTDynamicColor> readMePaper(KTDynamicColorClass& colors);
 
 // The background of the read-me page and the text of failures, before anything is shown.
 void colorWindow(const InstallerOutlets& outlets, KTDynamicColorClass& colors);

@@ -140,8 +140,13 @@ class FakeTextView : public FakeView, public TextView {
     backgroundColor_ = color;
     record("setBackgroundColor");
   }
+  void setTextColor(const ColorPointer& color) override {
+    textColor_ = color;
+    record("setTextColor");
+  }
   OptionalText document_;
   ColorPointer backgroundColor_;
+  ColorPointer textColor_;
   bool readable_ = true;
 };
 

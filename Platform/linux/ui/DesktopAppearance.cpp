@@ -27,7 +27,7 @@ void DesktopAppearance::use(InterfaceStyle style) {
   style_ = style;
   QApplication::setPalette(paletteFor(style == InterfaceStyle::Dark ? Look::Dark : Look::Light));
   // Also what is held to a look of its own: its colours may follow the desktop all the same.
-  for (QWidget* window : QApplication::topLevelWidgets()) window->update();
+  for (QWidget* widget : QApplication::allWidgets()) widget->update();
 }
 
 }  // namespace halvorn

@@ -1,8 +1,10 @@
 #include "Platform/linux/ui/DocumentView.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -68,14 +70,41 @@ void DocumentView::setBackgroundColor(const ColorPointer& color) {
   viewport()->update();
 }
 
+void DocumentView::setTextColor(const ColorPointer& color) {
+  textColor_ = color;
+  viewport()->update();
+}
+
 void DocumentView::paintEvent(QPaintEvent* event) {
+  QPainter painter(viewport());
   if (backgroundColor_) {
-    QPainter painter(viewport());
     QtGraphicsContext context(painter);
     backgroundColor_->setFill(context);
     painter.fillRect(event->rect(), painter.brush());
   }
+  if (textColor_) return drawDocument(painter, event->rect());
+  painter.end();
   QTextEdit::paintEvent(event);
+}
+
+// As the toolkit does, which takes the text's colour from the palette only.
+void DocumentView::drawDocument(QPainter& painter, const QRect& part) {
+  QAbstractTextDocumentLayout::PaintContext how;
+  how.palette = palette();
+  if (const auto color = textColor_->CGColor()) how.palette.setColor(QPalette::Text, toQColor(*color));
+  if (textCursor().hasSelection()) {
+    QTextCharFormat format;
+    format.setBackground(palette().brush(QPalette::Highlight));
+    format.setForeground(palette().brush(QPalette::HighlightedText));
+    how.selections.append({textCursor(), format});
+  }
+  const int across = horizontalScrollBar()->value();
+  const QPoint offset(isRightToLeft() ? horizontalScrollBar()->maximum() - across : across,
+                      verticalScrollBar()->value());
+  painter.translate(-offset);
+  how.clip = part.translated(offset);
+  painter.setClipRect(how.clip);
+  document()->documentLayout()->draw(&painter, how);
 }
 
 void DocumentView::follow(const QString& address) {

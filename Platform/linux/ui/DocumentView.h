@@ -20,6 +20,7 @@ class DocumentView : public QTextEdit {
 
   // Asked at each painting; null for that of the palette.
   void setBackgroundColor(const ColorPointer& color);
+  void setTextColor(const ColorPointer& color);
 
   std::function<void(const QString& address)> openLink;  // only web and mail addresses
 
@@ -34,10 +35,12 @@ class DocumentView : public QTextEdit {
  private:
   void follow(const QString& address);
   bool selectLink(bool next);
+  void drawDocument(QPainter& painter, const QRect& part);
 
   QPointer<QTextDocument> shown_;
   QString pressedLink_;
   ColorPointer backgroundColor_;
+  ColorPointer textColor_;
 };
 
 }  // namespace halvorn

@@ -69,6 +69,7 @@ class QtTextView : public QtView, public TextView {
   QtTextView(WindowWidget& window, DocumentView& view) : QtView(window, view), view_(view) {}
   bool setDocumentFromFile(const Text& path) override;
   void setBackgroundColor(const ColorPointer& color) override { view_.setBackgroundColor(color); }
+  void setTextColor(const ColorPointer& color) override { view_.setTextColor(color); }
 
  protected:
   QAbstractScrollArea* ownScrollArea() const override { return &view_; }

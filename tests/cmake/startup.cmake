@@ -9,5 +9,6 @@ kt_installer_test(arguments ArgumentsTest.cpp)
 kt_installer_test(startup StartupTest.cpp)
 kt_installer_test(worker WorkerTest.cpp)
 kt_installer_test(completion CompletionTest.cpp)
+kt_installer_test(colour WindowColorsTest.cpp)
 kt_test(test_unit_page_flow KIND unit SUBJECT window SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/unit/PageFlowTest.cpp
   USES kt_installer_fixture)

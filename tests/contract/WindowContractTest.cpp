@@ -159,7 +159,9 @@ TYPED_TEST(WindowContract, AFreshWindowHasTheTextsOfItsDescription) {
 
 TYPED_TEST(WindowContract, EveryViewIsShownUntilItIsHidden) {
   for (View* view : this->views()) {
-    EXPECT_EQ(view->isHidden(), Hidden::No);
+    // The success mark waits for a success; a set-up error leaves the window as the description has it.
+    const bool isMark = view == &this->outlets.checkmarkField;
+    EXPECT_EQ(view->isHidden(), isMark ? Hidden::Yes : Hidden::No);
     view->setHidden(Hidden::Yes);
     view->setHidden(Hidden::Yes);
     EXPECT_EQ(view->isHidden(), Hidden::Yes);

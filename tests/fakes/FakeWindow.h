@@ -212,7 +212,7 @@ class FakePlainWindow : public Window {
 // The whole window with the texts of the interface description.
 class FakeWindow {
  public:
-  FakeWindow() = default;
+  FakeWindow() { checkmarkField.hidden_ = Hidden::Yes; }
   FakeWindow(const FakeWindow&) = delete;
   FakeWindow& operator=(const FakeWindow&) = delete;
 

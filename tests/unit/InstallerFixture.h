@@ -54,6 +54,7 @@ class InstallerFixture : public ::testing::Test {
     window.introField.text_ = "Installs %@.";
     window.explanationField.text_ = "Click to install %@.";
     window.window.title_ = "Install %@";
+    window.checkmarkField.hidden_ = Hidden::No;  // start-up hides it, whatever the description says
     files.addFile("/usr/share/sounds/Done.wav", "RIFF");
     bundles.setInfo(
         product,

@@ -170,13 +170,14 @@ void Reader::readTextField(QBoxLayout* into) {
 }
 
 void Reader::readImageView(QBoxLayout* into) {
-  if (!known({"id", "name", "size", "image", "stretch"})) return;
+  if (!known({"id", "name", "size", "image", "hidden", "stretch"})) return;
   auto* view = new PictureLabel(number("size", 64), window_.get());
   registerWidget(view);
   if (const Text name = toText(value("image")); !name.isEmpty()) {
     view->setImageSource([find = imageNamed_, name] { return find(name); });
   }
   place(into, view, Qt::AlignTop);
+  if (value("hidden") == u"yes") view->hide();
   xml_.skipCurrentElement();
 }
 

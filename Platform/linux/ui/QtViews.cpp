@@ -9,6 +9,14 @@
 
 namespace halvorn {
 
+// A view that the description hides was told so; the others are not on the screen yet either.
+QtView::QtView(WindowWidget& window, QWidget& widget)
+    : QtWidgetView(widget),
+      window_(window),
+      widget_(widget),
+      hidden_(widget.testAttribute(Qt::WA_WState_ExplicitShowHide) && widget.isHidden() ? Hidden::Yes
+                                                                                        : Hidden::No) {}
+
 void QtView::setHidden(Hidden hidden) {
   hidden_ = hidden;
   const bool visible = hidden == Hidden::No;

@@ -18,7 +18,7 @@ namespace halvorn {
 
 class QtView : public QtWidgetView {
  public:
-  QtView(WindowWidget& window, QWidget& widget) : QtWidgetView(widget), window_(window), widget_(widget) {}
+  QtView(WindowWidget& window, QWidget& widget);
   void setHidden(Hidden hidden) override;
   Hidden isHidden() const override { return hidden_; }
 
@@ -27,7 +27,7 @@ class QtView : public QtWidgetView {
 
  private:
   QWidget& widget_;
-  Hidden hidden_ = Hidden::No;
+  Hidden hidden_;
 };
 
 class QtTextField : public QtView, public TextField {

@@ -18,6 +18,7 @@ bool appendToFile(const Text& text, const Text& path, TextEncoding encoding, Fil
   auto handle = handles.openForWriting(path);
   if (!handle && files.createEmptyFile(path)) handle = handles.openForWriting(path);
   if (!handle || !handle->seekToEnd()) return false;
+  // KEEP: only now, so that a missing file has been made also when the text cannot be converted.
   const auto bytes = codecs.encode(text, encoding);
   return bytes && handle->write(*bytes);
 }

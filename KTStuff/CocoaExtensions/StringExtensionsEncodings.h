@@ -49,9 +49,9 @@ constexpr std::size_t kLargestTextFile = std::size_t{256} << 20;
 // in Latin" and "no HTML in Unicode".
 [[nodiscard]] Text stringWithHTML(std::string_view data, const TextCodecs& codecs, const Log& log);
 
-// Writes the text behind what the file holds, without byte-order mark or line break. A missing file is made.
-// Fails: false, and nothing was written, when the file cannot be opened or the encoding lacks a character of
-// the text.
+// Writes the text behind what the file holds, without byte-order mark or line break. A missing file is made,
+// also when nothing comes to be written. Fails: false, and nothing was written, when the file cannot be
+// opened or the encoding lacks a character of the text.
 [[nodiscard]] bool appendToFile(const Text& text, const Text& path, TextEncoding encoding, FileManager& files,
                                 const FileHandles& handles, const TextCodecs& codecs);
 

@@ -213,6 +213,18 @@ TEST_F(StringWithHTML, AQuotedValueIsNotRecognisedAndStaysLatin1) {
   EXPECT_EQ(page("<html><meta charset=\"utf-8\">\xC3\xA4"), Text("<html><meta charset=\"utf-8\">Ã¤"));
 }
 
+TEST_F(StringWithHTML, TheDeclarationIsLookedForFromTheFirstMetaToTheEndOfThePage) {
+  const std::string pages[] = {
+      "<html><meta name=x><meta charset=utf-8>\xC3\xA4",  // in a later element
+      "<html><meta name=x><p>The charset utf-8\xC3\xA4",  // in the text of the page
+      "<html><meta charsetutf-8>\xC3\xA4",                // without anything between
+      "<meta charset=utf-8><p>html\xC3\xA4",              // "html" anywhere makes it a page
+  };
+  for (const std::string& bytes : pages) EXPECT_TRUE(page(bytes).hasSuffix("ä")) << bytes;
+  EXPECT_TRUE(
+      page("<html><meta charset=klingon charset=utf-8>\xC3\xA4").hasSuffix("Ã¤"));  // the first counts
+}
+
 TEST_F(StringWithHTML, WithoutAnUsableDeclarationThePageIsLatin1) {
   const std::pair<std::string, Text> rows[] = {
       {"<html>\xC3\xA4", "<html>Ã¤"},                                                        // no meta
@@ -272,6 +284,19 @@ TEST_F(AppendToFile, AnEncodingThatCannotRepresentTheTextReturnsFalseAndLeavesTh
   EXPECT_FALSE(append("日本", "/folder/file", TextEncodings::latin1));
   EXPECT_EQ(files_.node("/folder/file")->contents, "before");
   EXPECT_EQ(handles_.opened, handles_.closed);
+}
+
+// KEEP: the file is opened, and made, before the text is converted.
+TEST_F(AppendToFile, AMissingFileIsCreatedAlsoForATextThatTheEncodingCannotRepresent) {
+  EXPECT_FALSE(append("日本", "/folder/file", TextEncodings::latin1));
+  ASSERT_NE(files_.node("/folder/file"), nullptr);
+  EXPECT_EQ(files_.node("/folder/file")->contents, "");
+}
+
+TEST_F(AppendToFile, AnEmptyTextCreatesAnEmptyFile) {
+  EXPECT_TRUE(append("", "/folder/file"));
+  ASSERT_NE(files_.node("/folder/file"), nullptr);
+  EXPECT_EQ(files_.node("/folder/file")->contents, "");
 }
 
 TEST_F(AppendToFile, AFileThatCannotBeOpenedOrCreatedReturnsFalse) {

@@ -176,6 +176,19 @@ TEST(VirtualCharacters, ALigatureIsTheStoredObject) {
   EXPECT_EQ(characters.stringWithUTF32Character(0xB0001), Text::fromScalar(0xB0001));
 }
 
+// Only isVirtualCharacter() knows where the range of ligatures ends.
+TEST(VirtualCharacters, ALigatureBeyondTheRangeOfVirtualCharactersIsTheStoredObjectToo) {
+  VirtualCharacters characters;
+  const std::vector<Text> ligatures(0x10001, Text("ffi"));
+  characters.defineLigatures(ligatures);
+  for (const std::int32_t code : {0xBFFFF, 0xC0000}) {
+    EXPECT_FALSE(VirtualCharacters::isVirtualCharacter(code));
+    EXPECT_TRUE(
+        characters.stringWithUTF32Character(static_cast<std::uint32_t>(code)).isSameObject(ligatures[0]));
+  }
+  EXPECT_EQ(characters.stringWithUTF32Character(0xC0001), Text::fromScalar(0xC0001));
+}
+
 TEST(VirtualCharacters, DefiningLigaturesKeepsACopy) {
   VirtualCharacters characters;
   std::vector<Text> ligatures = {"ffi"};

@@ -3,6 +3,7 @@
 
 #include <QHBoxLayout>
 #include <QTextEdit>
+#include <QWheelEvent>
 #include <set>
 
 #include "KTStuff/CocoaExtensions/ViewExtensions.h"
@@ -67,6 +68,17 @@ TEST_F(ScrolledWidgetsTest, WhoeverTakesHoldOfTheScrollBarStopsTheAnimation) {
   widgets.down()->triggerAction(QAbstractSlider::SliderToMaximum);
   EXPECT_FALSE(widgets.isAnimating());
   EXPECT_EQ(widgets.origin().y, 0) << "the lower end, where the bar was taken";
+}
+
+TEST_F(ScrolledWidgetsTest, TheWheelStopsTheAnimationToo) {
+  widgets.placeAt({0, 0});
+  ViewExtensions::scrollPointAnimated(document, {0, 1900});
+  EXPECT_TRUE(ScrolledWidgets::eventually([&] { return widgets.origin().y > 100; }));
+  QWidget* place = widgets.area->viewport();
+  QWheelEvent turn({5, 5}, place->mapToGlobal(QPointF(5, 5)), {0, 0}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                   Qt::NoScrollPhase, false);
+  QApplication::sendEvent(place, &turn);
+  EXPECT_FALSE(widgets.isAnimating());
 }
 
 TEST_F(ScrolledWidgetsTest, AViewThatEndsTakesItsAnimationAlong) {

@@ -6,6 +6,7 @@
 #include <QBuffer>
 #include <QPainter>
 #include <QtEndian>
+#include <filesystem>
 #include <fstream>
 #include <random>
 #include <string>
@@ -234,6 +235,27 @@ TEST_F(QtImagesFiles, TheThemesIconIsFoundByAFoldersOwnWish) {
   std::ofstream(folder_ / "Things/.directory")
       << "[Desktop Entry]\nIcon=" << (folder_ / "house/16/box.png") << "\n";
   EXPECT_EQ(images_.iconForFile(folder_ / "Things"), nullptr) << "a path could lead anywhere";
+}
+
+TEST_F(QtImagesFiles, TheIconOfABundleIsThePictureItNames) {
+  const auto bundle = [&](const std::string& name, const std::string& iconFile) {
+    const std::filesystem::path contents = folder_.path() / name / "Contents";
+    std::filesystem::create_directories(contents / "Resources");
+    std::ofstream(contents / "Info.plist")
+        << "<plist><dict><key>CFBundleIconFile</key><string>" << iconFile << "</string></dict></plist>";
+    return name;
+  };
+  write(bundle("Red.app", "Red") + "/Contents/Resources/Red.png", encoded(16, 16, "PNG", Qt::red));
+  const ImagePointer red = images_.iconForFile(folder_ / "Red.app");
+  ASSERT_NE(red, nullptr);
+  EXPECT_EQ(middleOf(qtImage(red)->pixmap(16, 1.0)), QColor(Qt::red));
+  // Neither a name that leads out of the bundle, nor a folder that is none.
+  write("Outside.png", encoded(16, 16, "PNG", Qt::red));
+  for (const std::string& name : {bundle("Out.app", "../../../Outside.png"), bundle("Plain", "Red")}) {
+    write(name + "/Contents/Resources/Red.png", encoded(16, 16, "PNG", Qt::red));
+    const ImagePointer icon = images_.iconForFile(folder_ / name);
+    EXPECT_TRUE(!icon || middleOf(qtImage(icon)->pixmap(16, 1.0)) != QColor(Qt::red)) << name;
+  }
 }
 
 }  // namespace

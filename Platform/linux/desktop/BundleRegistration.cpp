@@ -9,6 +9,7 @@
 #include "Core/Paths.h"
 #include "Platform/Bundles.h"
 #include "Platform/linux/desktop/BundleFolder.h"
+#include "Platform/linux/desktop/BundleIcon.h"
 #include "Platform/linux/desktop/DesktopEntry.h"
 #include "Platform/linux/desktop/DisplayNames.h"
 #include "Platform/linux/desktop/IconPictures.h"
@@ -158,11 +159,7 @@ int BundleRegistration::registerBundle(const Text& bundlePath) const {
 }
 
 std::string BundleRegistration::installIcons(const Text& bundlePath, const std::string& iconName) const {
-  const auto info = bundles_.infoDictionary(bundlePath);
-  const OptionalText file = info ? textForKey(*info, "CFBundleIconFile") : std::nullopt;
-  OptionalText icon = file ? bundles_.pathForResource(bundlePath, *file, "icns") : std::nullopt;
-  if (file && !icon) icon = bundles_.pathForResource(bundlePath, *file, "");
-  if (file && !icon) icon = bundles_.pathForResource(bundlePath, *file, "png");
+  const OptionalText icon = bundleIconFile(bundles_, bundlePath);
   const auto bytes = icon ? readRegularFile(icon->bytes(), kLargestIcon) : std::nullopt;
   const auto pictures = picturesByFolder(bytes ? picturesInIcon(*bytes) : std::vector<IconPicture>());
   const std::string theme = folders_.dataHome() + "/icons/hicolor";

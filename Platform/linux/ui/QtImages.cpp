@@ -6,6 +6,8 @@
 #include <filesystem>
 
 #include "Core/Paths.h"
+#include "Platform/linux/desktop/BundleIcon.h"
+#include "Platform/linux/desktop/LinuxBundles.h"
 #include "Platform/linux/ui/BoundedFile.h"
 #include "Platform/linux/ui/ImageFormats.h"
 #include "Platform/linux/ui/ImageLimits.h"
@@ -62,12 +64,19 @@ ImagePointer QtImages::imageNamed(const Text& name) {
   return sizes.empty() ? nullptr : std::make_shared<const EncodedImage>(std::move(sizes));
 }
 
+ImagePointer QtImages::iconOfBundle(const Text& path) {
+  if (Paths::extension(path) != "app") return nullptr;
+  const OptionalText file = bundleIconFile(LinuxBundles(path, {}), path);
+  return file ? imageFromFile(*file) : nullptr;
+}
+
 ImagePointer QtImages::iconForFile(const Text& path) {
   std::error_code error;
   const auto status = std::filesystem::status(std::filesystem::path(path.bytes()), error);
   if (error || !std::filesystem::exists(status)) return nullptr;
   QStringList names;
   if (std::filesystem::is_directory(status)) {
+    if (ImagePointer own = iconOfBundle(path)) return own;
     names = iconNamesForFolder(path);
   } else {
     const QMimeType type = QMimeDatabase().mimeTypeForFile(toQString(path), QMimeDatabase::MatchExtension);

@@ -13,10 +13,13 @@ class QtImages : public Images {
   // Reads at most 32 MiB; pictures larger than 4096 pixels on a side count as unreadable.
   [[nodiscard]] ImagePointer imageFromFile(const Text& path) override;
   [[nodiscard]] ImagePointer imageNamed(const Text& name) override;
-  // A folder's own icon when its ".directory" file names one, else the icon of its kind in the icon theme.
+  // The picture in the bundle where the item is one and has it; a folder's own icon when its ".directory"
+  // file names one; else the icon of its kind in the icon theme.
   [[nodiscard]] ImagePointer iconForFile(const Text& path) override;
 
  private:
+  [[nodiscard]] ImagePointer iconOfBundle(const Text& path);
+
   Text resourcesFolder_;
 };
 

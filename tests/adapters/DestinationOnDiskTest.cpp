@@ -100,6 +100,9 @@ TEST_F(DestinationOnDisk, ARunningCopyOnAnInstallationVolumeIsSkipped) {
   const std::string development = bundle(folder_ / "wyn/project/build/Foo.app", code_);
   const ChildProcess another(running(development));
   EXPECT_EQ(choose({code_})["preferred"], "(none)");
+  const std::string trashed = bundle(folder_ / "disk/.Trash/Foo.app", code_);
+  const ChildProcess fourth(running(trashed));
+  EXPECT_EQ(choose({code_})["preferred"], "(none)");
   const std::string kept = bundle(folder_ / "opt/Foo.app", code_);
   const ChildProcess third(running(kept));
   EXPECT_EQ(choose({code_})["preferred"], kept);

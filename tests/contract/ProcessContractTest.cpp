@@ -11,6 +11,7 @@
 #include "tests/fakes/FakeProcesses.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/LiveProcesses.h"
+#include "tests/support/OwnProcesses.h"
 #include "tests/support/ZooBundle.h"
 
 namespace halvorn {
@@ -99,6 +100,7 @@ class LiveWorld : public World {
     if (animal.ignoresRequests) arguments.emplace_back("--ignores-term");
     children_.emplace_back(arguments, ChildOptions{.environment = desktop_.environment()});
     ChildProcess& child = children_.back();
+    own_.add(child.pid());
     EXPECT_EQ(child.readLine(10), "ready");
     const auto owns = [&] {
       const auto owners = live_.windows.owners();
@@ -122,7 +124,8 @@ class LiveWorld : public World {
  private:
   TemporaryFolder folder_;
   Desktop desktop_{{.bus = false}};
-  LiveProcesses live_{{.display = desktop_.displayName()}};
+  OwnProcesses own_;
+  LiveProcesses live_{{.display = desktop_.displayName(), .table = own_.path()}};
   std::deque<ChildProcess> children_;
   std::unique_ptr<Notifications::Observation> observation_ = live_.notifications.addObserver(
       KTProcessChangeNotification, nullptr,
@@ -241,6 +244,17 @@ TEST_P(ProcessContract, TheActivatedApplicationIsInFront) {
     process->setFrontProcessFrontWindowOnly();
     EXPECT_TRUE(world->settles([&] { return process->isFrontProcess(); })) << pid;
   }
+}
+
+TEST_P(ProcessContract, SwitchedOutForAMomentAnApplicationIsInFrontAgain) {
+  const KTProcessPointer editor = listed(world->start({"Editor", "EDIT"}));
+  const KTProcessPointer mail = listed(world->start({"Mail", "MAIL"}));
+  for (const KTProcessPointer& process : {editor, mail, mail}) {
+    process->temporarilySwitchOut();
+    EXPECT_TRUE(world->settles([&] { return process->isFrontProcess(); }));
+  }
+  EXPECT_TRUE(editor->isStillRunning());
+  EXPECT_TRUE(world->logLines().empty());
 }
 
 TEST_P(ProcessContract, AnApplicationThatFollowsEndsOnThePoliteRequest) {

@@ -3,7 +3,8 @@
 namespace halvorn {
 
 LiveProcesses::LiveProcesses(const LiveOptions& options)
-    : windows(options.display,
+    : procFiles(options.table),
+      windows(options.display,
               options.waylandDisplay.empty() ? XWindowSystem::Coverage::AllWindows
                                              : XWindowSystem::Coverage::SomeWindows,
               procFiles),
@@ -13,7 +14,8 @@ LiveProcesses::LiveProcesses(const LiveOptions& options)
       events(running, windows, loop, loop),
       processes({source, events, control, options.appleEvents ? *options.appleEvents : noAppleEvents,
                  options.accessibility ? *options.accessibility : noAccessibility, notifications, bundles,
-                 items, files, images, tasks, unicode, digests, clock, log}),
+                 items, files, options.images ? *options.images : noImages, tasks, unicode,
+                 options.digests ? *options.digests : knownDigests, clock, log}),
       observation_(notifications.addObserver(KTProcessChangeNotification, nullptr,
                                              [this](const Notification& notification) {
                                                changes.push_back(notification.text("change")->bytes());

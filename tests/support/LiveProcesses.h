@@ -38,8 +38,11 @@ namespace halvorn {
 struct LiveOptions {
   std::string display = {};                // "" for none
   std::string waylandDisplay = {};         // "" for none
+  std::string table = "/proc";             // or that of OwnProcesses
   AppleEvents* appleEvents = nullptr;      // null: none reach anybody
   Accessibility* accessibility = nullptr;  // null: nobody can be watched
+  Images* images = nullptr;                // null: no pictures
+  const Digests* digests = nullptr;        // null: those that everybody knows
 };
 
 class LiveProcesses {
@@ -62,8 +65,8 @@ class LiveProcesses {
   PosixTasks tasks;
   FakeWorkspace workspace;
   FakeUnicode unicode;
-  FakeDigests digests;
-  NullImages images;
+  FakeDigests knownDigests;
+  NullImages noImages;
   NullAppleEvents noAppleEvents;
   NullAccessibility noAccessibility;
   ProcFiles procFiles;

@@ -136,6 +136,38 @@ TEST_F(KTProcessAttributes, TheBundleIsThePathWhenAFolderIsThere) {
   EXPECT_EQ(process->bundle(), Text(kBundle));
 }
 
+// The desktop's icons, and what was asked of them.
+class RecordingImages : public NullImages {
+ public:
+  struct Icon : Image {};
+  ImagePointer iconForFile(const Text& path) override {
+    asked.push_back(path.bytes());
+    return hasIcons ? std::make_shared<Icon>() : nullptr;
+  }
+  Strings asked;
+  bool hasIcons = true;
+};
+
+TEST_F(KTProcessAttributes, TheIconIsThatOfThePathAndIsKept) {
+  RecordingImages images;
+  const KTProcessServices s = fake.processes.services();
+  KTProcessClass processes({s.source, s.events, s.control, s.appleEvents, s.accessibility, s.notifications,
+                            s.bundles, s.items, s.files, images, s.tasks, s.unicode, s.digests, s.clock,
+                            s.log});
+  start({.name = "Editor", .path = kBundle});
+  const KTProcessPointer process = processes.processWithSerialNumber(started->number);
+  images.hasIcons = false;
+  EXPECT_EQ(process->icon(), nullptr);
+  images.hasIcons = true;
+  const ImagePointer icon = process->icon();
+  EXPECT_NE(icon, nullptr);
+  EXPECT_EQ(process->icon(), icon);
+  EXPECT_EQ(images.asked, (Strings{kBundle, kBundle}));
+  start({.name = "Nowhere", .path = std::nullopt});
+  EXPECT_EQ(processes.processWithSerialNumber(started->number)->icon(), nullptr);
+  EXPECT_EQ(images.asked.size(), 2u) << "without a path nothing is asked";
+}
+
 TEST_F(KTProcessAttributes, TheFrontProcessIsTheOneThatIsEqualToIt) {
   const KTProcessPointer process = start({});
   EXPECT_FALSE(process->isFrontProcess());

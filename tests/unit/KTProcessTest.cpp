@@ -125,6 +125,49 @@ TEST_F(KTProcessCache, AddToCachePutsTheReceiverInFront) {
   EXPECT_EQ(object(editor), made);
 }
 
+TEST_F(KTProcessCache, OfTwoObjectsForOneProcessTheOneInFrontIsFound) {
+  FakeApplication& editor = start("Editor");
+  const KTProcessPointer first = object(editor);
+  const KTProcessPointer second = KTProcess::create(processes, editor.number);
+  second->addToCache();
+  EXPECT_EQ(object(editor), second);
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber(editor.number), 0);
+  object(start("Mail"));
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber(editor.number), 1);
+  first->addToCache();
+  EXPECT_EQ(object(editor), first);
+  applications.end(editor);
+  processes.cleanupCache();
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber(editor.number), KTProcessClass::kNotFound);
+  EXPECT_EQ(processes.cachedProcessesEnumerator()->size(), 1u);
+}
+
+TEST_F(KTProcessCache, TwoProcessesWithEqualHashesAreTwo) {
+  const KTProcessPointer one = processes.processWithSerialNumber({1, 5});
+  const KTProcessPointer other = processes.processWithSerialNumber({2, 4});
+  EXPECT_EQ(one->hash(), other->hash());
+  EXPECT_NE(one, other);
+  EXPECT_FALSE(one->isEqual(other));
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber({1, 5}), 1);
+  EXPECT_EQ(processes.processWithSerialNumber({1, 5}), one);
+  EXPECT_EQ(processes.processWithSerialNumber({2, 4}), other);
+  EXPECT_EQ(processes.cachedProcessWithSerialNumber({3, 3}), nullptr);
+}
+
+TEST_F(KTProcessCache, ALongCacheKeepsItsOrder) {
+  std::vector<KTProcessPointer> expected;
+  for (std::uint32_t i = 0; i < 300; ++i) {
+    expected.insert(expected.begin(), processes.processWithSerialNumber({i / 3, i}));
+  }
+  for (const std::uint32_t i : {17u, 299u, 0u, 17u}) {
+    const auto asked =
+        std::find(expected.begin(), expected.end(), processes.processWithSerialNumber({i / 3, i}));
+    ASSERT_NE(asked, expected.end());
+    std::rotate(expected.begin(), asked, asked + 1);
+    EXPECT_EQ(processes.cachedProcessesEnumerator(), expected);
+  }
+}
+
 TEST_F(KTProcessCache, ACachedObjectOutlivesItsCallers) {
   FakeApplication& editor = start("Editor");
   const std::weak_ptr<KTProcess> watched = object(editor);
@@ -255,6 +298,11 @@ TEST_F(KTProcessCache, EventsBecomeNotificationsInOrderAndOnlyWhenIdle) {
   applications.endAndTell(editor);
   EXPECT_EQ(fake.idle.tasks.size(), 3u);
   EXPECT_EQ(changes(), (Strings{"started", "front", "ended"}));
+}
+
+TEST_F(KTProcessCache, NotificationsHaveTheNamesOfTheirConstants) {
+  EXPECT_STREQ(KTProcessChangeNotification, "KTProcessChangeNotification");
+  EXPECT_STREQ(KTProcessUINotification, "KTProcessUINotification");
 }
 
 TEST_F(KTProcessCache, AnUnknownKindOfEventIsPostedWithTheChangeEmpty) {

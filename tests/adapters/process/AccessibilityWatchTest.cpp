@@ -11,9 +11,7 @@ class AccessibilityWatch : public LiveFixture {
     startDesktop({.accessibility = true});
     if (!desktop) return;
     useBus(desktop->busAddress());
-    children.emplace_back(std::vector<std::string>{KT_WATCHED_PROGRAM},
-                          ChildOptions{.environment = desktop->environment()});
-    program = &children.back();
+    program = &launch({KT_WATCHED_PROGRAM});
     ASSERT_EQ(program->readLine(20), "ready") << program->output();
     watched = process(*program);
     ASSERT_NE(watched, nullptr);

@@ -11,6 +11,7 @@
 
 #include "tests/support/Desktop.h"
 #include "tests/support/LiveProcesses.h"
+#include "tests/support/OwnProcesses.h"
 #include "tests/support/ZooBundle.h"
 
 namespace halvorn {
@@ -24,19 +25,32 @@ class LiveFixture : public testing::Test {
     if (const auto missing = Desktop::missing(parts)) GTEST_SKIP() << *missing;
     desktop = std::make_unique<Desktop>(parts);
   }
-  void watch(const LiveOptions& options) { live = std::make_unique<LiveProcesses>(options); }
+  // The processes of this test alone, or all of this user.
+  enum class Table { Own, Whole };
+  void watch(LiveOptions options, Table table = Table::Own) {
+    if (table == Table::Own) options.table = own.path();
+    live = std::make_unique<LiveProcesses>(options);
+  }
   void startDesktopAndWatch(const DesktopParts& parts = {.bus = false}) {
     startDesktop(parts);
     if (desktop) watch({.display = desktop->displayName()});
   }
 
+  // As it is, without waiting for it.
+  ChildProcess& launch(const Strings& arguments, const ChildOptions& options) {
+    children.emplace_back(arguments, options);
+    own.add(children.back().pid());
+    return children.back();
+  }
+  ChildProcess& launch(const Strings& arguments) {
+    return launch(arguments, {.environment = desktop ? desktop->environment() : Strings{}});
+  }
   ChildProcess& start(const std::string& program, const Strings& habits = {}) {
     Strings arguments = {program};
     arguments.insert(arguments.end(), habits.begin(), habits.end());
-    const ChildOptions options = {.environment = desktop ? desktop->environment() : Strings{}};
-    children.emplace_back(arguments, options);
-    EXPECT_EQ(children.back().readLine(20), "ready") << children.back().output();
-    return children.back();
+    ChildProcess& started = launch(arguments);
+    EXPECT_EQ(started.readLine(20), "ready") << started.output();
+    return started;
   }
   // In a bundle of that name and signature ("" declares none).
   ChildProcess& startBundle(const std::string& name, const std::string& code, const Strings& habits = {}) {
@@ -62,6 +76,7 @@ class LiveFixture : public testing::Test {
   static void giveItAMoment(ChildProcess& child) { std::ignore = child.waitForOutput("(never said)", 0.25); }
 
   TemporaryFolder folder;
+  OwnProcesses own;
   std::unique_ptr<Desktop> desktop;
   std::unique_ptr<LiveProcesses> live;
   std::deque<ChildProcess> children;

@@ -117,6 +117,7 @@ TEST_F(RealQuitting, ACopyThatIsLeftBehindIsAProcessOfItsOwn) {
   EXPECT_TRUE(process(child)->quitRunningApplication(4.0F));
   ASSERT_TRUE(child.waitForOutput("forked ", 5));
   const pid_t copy = std::stoi(child.output().substr(child.output().find("forked ") + 7));
+  own.add(copy);
   const KTProcessPointer left = live->processes.processWithSignature(fourCharCode("EDIT"));
   ASSERT_NE(left, nullptr);
   EXPECT_EQ(left->unixPID(), copy);
@@ -149,6 +150,74 @@ TEST_F(RealQuitting, TheWorstCaseTakesTwiceTheTimeout) {
   EXPECT_GE(testSeconds() - start, 1.0);
   EXPECT_LT(testSeconds() - start, 1.5);
   EXPECT_EQ(onlyLogLine(), "quitting Editor failed");
+}
+
+// An application that ends by itself at the worst moment.
+TEST_F(RealQuitting, AnApplicationThatEndsJustBeforeItIsAskedHasStopped) {
+  class EndsFirst : public RunningApplication {
+   public:
+    EndsFirst(std::unique_ptr<RunningApplication> application, ChildProcess& child, bool isPolite)
+        : application_(std::move(application)), child_(child), isPolite_(isPolite) {}
+    bool terminate() override {
+      if (isPolite_) child_.end(SIGKILL);
+      return isPolite_ ? application_->terminate() : true;
+    }
+    bool forceTerminate() override {
+      child_.end(SIGKILL);
+      return application_->forceTerminate();
+    }
+    bool isTerminated() override { return application_->isTerminated(); }
+
+   private:
+    std::unique_ptr<RunningApplication> application_;
+    ChildProcess& child_;
+    const bool isPolite_;
+  };
+  class Control : public LinuxApplicationControl {
+   public:
+    using LinuxApplicationControl::LinuxApplicationControl;
+    std::unique_ptr<RunningApplication> runningApplication(std::int32_t pid) override {
+      auto application = LinuxApplicationControl::runningApplication(pid);
+      return std::make_unique<EndsFirst>(std::move(application), *child, isPolite);
+    }
+    ChildProcess* child = nullptr;
+    bool isPolite = true;
+  } control(live->running, live->windows);
+  const KTProcessServices s = live->processes.services();
+  KTProcessClass processes({s.source, s.events, control, s.appleEvents, s.accessibility, s.notifications,
+                            s.bundles, s.items, s.files, s.images, s.tasks, s.unicode, s.digests, s.clock,
+                            s.log});
+  control.child = &startBundle("Editor", "EDIT");
+  EXPECT_TRUE(processes.processWithPID(control.child->pid())->quitRunningApplication(4.0F));
+  control.child = &startBundle("Mail", "MAIL");
+  control.isPolite = false;
+  EXPECT_TRUE(processes.processWithPID(control.child->pid())->quitRunningApplication(0.1F));
+  const auto lines = live->log.lines();
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_TRUE(matches(lines[0], R"(quit Editor: process stopped after 0\.\d{3}s \(1 attempts\))"))
+      << lines[0];
+  EXPECT_TRUE(matches(lines[1], R"(foce-quit Mail: process stopped after 0\.\d{3}s \(1 attempts\))"))
+      << lines[1];
+}
+
+TEST_F(RealQuitting, AllWindowsComeForwardOrTheFrontOneAlone) {
+  ChildProcess& editor = startBundle("Editor", "EDIT", {"--windows", "2"});
+  ChildProcess& mail = startBundle("Mail", "MAIL", {"--windows", "1"});
+  live->processes.installNotifications();
+  // The processes by their lowest windows.
+  const auto settlesTo = [&](const std::vector<pid_t>& owners) {
+    return live->settles([&] { return live->windows.owners() == owners; });
+  };
+  ASSERT_TRUE(settlesTo({editor.pid(), mail.pid()}));
+  const KTProcessPointer process = this->process(editor);
+  process->setFrontProcessFrontWindowOnly();
+  EXPECT_TRUE(live->settles([&] { return process->isFrontProcess(); }));
+  EXPECT_TRUE(settlesTo({editor.pid(), mail.pid()})) << "its other window has stayed below";
+  this->process(mail)->setFrontProcess();
+  EXPECT_TRUE(live->settles([&] { return this->process(mail)->isFrontProcess(); }));
+  process->setFrontProcess();
+  EXPECT_TRUE(settlesTo({mail.pid(), editor.pid()}));
+  EXPECT_TRUE(live->settles([&] { return process->isFrontProcess(); }));
 }
 
 // The install worker does this while the main thread only animates.

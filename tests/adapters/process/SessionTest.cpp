@@ -30,6 +30,7 @@ class RealSession : public LiveFixture {
 };
 
 TEST_F(RealSession, ProgramsInBundlesAndOwnersOfWindowsAreListedAndNobodyElse) {
+  watch({.display = desktop->displayName()}, Table::Whole);
   ChildProcess& inBundle = startBundle("Editor", "EDIT");
   ChildProcess& withWindow = start(plainProgram("windowed"), {"--windows", "1"});
   ChildProcess& neither = start(plainProgram("plain"));
@@ -117,10 +118,9 @@ TEST_F(RealSession, ARunningProgramKeepsItsBundleWhenThatIsMovedOrRemoved) {
 
 TEST_F(RealSession, AnotherSessionsProgramsAreNotListed) {
   const std::string program = bundleProgram("Editor", "EDIT");
-  children.emplace_back(std::vector<std::string>{program},
-                        ChildOptions{.environment = desktop->environmentWith({"DISPLAY=:4711"})});
-  ASSERT_EQ(children.back().readLine(20), "ready");
-  EXPECT_FALSE(isListed(children.back()));
+  ChildProcess& elsewhere = launch({program}, {.environment = desktop->environmentWith({"DISPLAY=:4711"})});
+  ASSERT_EQ(elsewhere.readLine(20), "ready");
+  EXPECT_FALSE(isListed(elsewhere));
   EXPECT_EQ(live->processes.processWithSignature(fourCharCode("EDIT")), nullptr);
 }
 
@@ -147,9 +147,7 @@ TEST_F(RealSession, NoProcessOfAnotherUserIsEverListed) {
   if (::geteuid() != 0) GTEST_SKIP() << "needs the rights to start a program as another user";
   const std::string program = bundleProgram("Editor", "EDIT");
   std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
-  children.emplace_back(
-      std::vector<std::string>{"setpriv", "--reuid=65534", "--clear-groups", "--regid=65534", program},
-      ChildOptions{.environment = desktop->environment()});
+  launch({"setpriv", "--reuid=65534", "--clear-groups", "--regid=65534", program});
   ASSERT_EQ(children.back().readLine(20), "ready") << children.back().output();
   EXPECT_FALSE(isListed(children.back()));
   EXPECT_EQ(live->processes.processWithPID(children.back().pid()), nullptr);

@@ -30,27 +30,55 @@ bool BigFile::copy(CopyContext& context, CopyScratch& scratch, FileDescriptor so
   if (!SystemCalls::reserve(target.get(), facts.st_size)) return false;
   const std::shared_ptr<BigFile> file(
       new BigFile(context, std::move(source), std::move(target), facts, made, mayInherit));
-  const off_t ranges = facts.st_size / rangeSize;
-  for (off_t helper = 1; helper < ranges && context.queue.isHungry(); ++helper) {
-    context.queue.add([file](CopyScratch& theirs) { file->copyRanges(theirs); });
-  }
-  file->copyRanges(scratch);
+  file->copyRanges(scratch, file);
   return true;
 }
 
-void BigFile::copyRanges(CopyScratch& scratch) {
-  while (!context_.hasFailed()) {
+// Other files come first: the system lets only one thread at a time write to a file. An offer keeps nothing
+// open.
+void BigFile::offerHelp(const std::shared_ptr<BigFile>& file) {
+  file->context_.queue.offerHelp([offered = std::weak_ptr<BigFile>(file)](CopyScratch& scratch) {
+    if (const auto wanted = offered.lock()) wanted->help(scratch, wanted);
+  });
+}
+
+void BigFile::help(CopyScratch& scratch, const std::shared_ptr<BigFile>& self) {
+  ++threads_;
+  while (next_ < facts_.st_size && !context_.hasFailed() && !context_.queue.hasTasks()) {
     const off_t start = next_.fetch_add(rangeSize);
-    if (start >= facts_.st_size) return;
-    const off_t end = std::min(start + rangeSize, facts_.st_size);
-    const auto sawMissing = [&] {
-      context_.sawMissing();
-      SystemCalls::fetchAhead(source_.get(), start, end - start);
-    };
-    if (!FileContents::copyRange(source_.get(), target_.get(), start, end, scratch.buffer(), sawMissing)) {
-      context_.fail();
-    }
+    if (start < facts_.st_size && !copyRange(scratch, start)) context_.fail();
   }
+  --threads_;
+  if (next_ < facts_.st_size && !context_.hasFailed()) offerHelp(self);
+}
+
+void BigFile::copyRanges(CopyScratch& scratch, const std::shared_ptr<BigFile>& self) {
+  ++threads_;
+  bool hasAsked = false;
+  while (!context_.hasFailed()) {
+    if (context_.isCold() && !hasAsked) {
+      hasAsked = true;
+      const auto most = std::min<off_t>((facts_.st_size - next_) / rangeSize, context_.queue.workers());
+      for (off_t helper = 1; helper < most; ++helper) offerHelp(self);
+    }
+    const off_t start = next_.fetch_add(rangeSize);
+    if (start >= facts_.st_size) break;
+    if (!copyRange(scratch, start)) context_.fail();
+  }
+  --threads_;
+}
+
+bool BigFile::copyRange(CopyScratch& scratch, off_t start) {
+  const off_t end = std::min(start + rangeSize, facts_.st_size);
+  const auto sawMissing = [&] {
+    context_.sawMissing();
+    SystemCalls::fetchAhead(source_.get(), start, end - start);
+  };
+  // Copies by the system keep the others out for longer than writing alone.
+  if (threads_ > 1 || context_.isCold())
+    return FileContents::copyRange(source_.get(), target_.get(), start, end, scratch.buffer(), sawMissing);
+  return FileContents::copyRangeInSystem(source_.get(), target_.get(), start, end, scratch.buffer(),
+                                         context_.copiesInSystem, sawMissing);
 }
 
 BigFile::~BigFile() {

@@ -3,6 +3,9 @@
 
 #include <sys/stat.h>
 
+#include <atomic>
+#include <memory>
+
 #include "Platform/posix/CopyContext.h"
 #include "Platform/posix/CopyScratch.h"
 #include "Platform/posix/FileDescriptor.h"
@@ -28,7 +31,11 @@ class BigFile {
   BigFile(CopyContext& context, FileDescriptor source, FileDescriptor target, const struct stat& facts,
           const struct stat& made, MayInherit mayInherit);
   // Takes ranges until none is left.
-  void copyRanges(CopyScratch& scratch);
+  void copyRanges(CopyScratch& scratch, const std::shared_ptr<BigFile>& self);
+  [[nodiscard]] bool copyRange(CopyScratch& scratch, off_t start);
+  // Asks for one more thread that has nothing better to do.
+  static void offerHelp(const std::shared_ptr<BigFile>& file);
+  void help(CopyScratch& scratch, const std::shared_ptr<BigFile>& self);
 
   CopyContext& context_;
   FileDescriptor source_;
@@ -37,6 +44,7 @@ class BigFile {
   const struct stat made_;
   const MayInherit mayInherit_;
   std::atomic<off_t> next_ = 0;
+  std::atomic<unsigned> threads_ = 0;  // at work in here
 };
 
 }  // namespace halvorn

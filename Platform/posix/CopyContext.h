@@ -7,30 +7,14 @@
 #include "Platform/posix/FileMetadata.h"
 #include "Platform/posix/HardLinks.h"
 #include "Platform/posix/Person.h"
+#include "Platform/posix/SystemCalls.h"
+#include "Platform/posix/Trial.h"
 
 namespace halvorn {
 
 struct CopyRules {
   const Person* readAs = nullptr;  // whose rights open the originals; null: this process' own
   Ownership ownership = Ownership::Kept;
-};
-
-// Whether something works here that does not work everywhere. The first answer counts for all; once it
-// worked, a single refusal means that single case.
-class Trial {
- public:
-  [[nodiscard]] bool isWorthTrying() const {
-    return state_.load(std::memory_order_relaxed) != State::Refused;
-  }
-  void worked() { state_.store(State::Worked, std::memory_order_relaxed); }
-  void refused() {
-    State expected = State::Unknown;
-    state_.compare_exchange_strong(expected, State::Refused);
-  }
-
- private:
-  enum class State { Unknown, Worked, Refused };
-  std::atomic<State> state_ = State::Unknown;
 };
 
 struct CopyContext {
@@ -49,11 +33,18 @@ struct CopyContext {
   }
   [[nodiscard]] bool isCold() const { return missing_.load(std::memory_order_relaxed) >= missingWhenCold; }
 
+  // Files can share their blocks here. Where that only changes one tree of the file system's own, several
+  // threads would get in each other's way.
+  void sawClone(int target) {
+    if (!clones.worked() && SystemCalls::hasOneTree(target)) queue.allowWorkers(1);
+  }
+
   const CopyRules rules;
   const MetadataGiver giver;
   HardLinks links;
-  Trial clones;        // sharing the blocks of a file between two files
-  Trial quietReading;  // reading without noting the time of the access
+  Trial clones;          // sharing the blocks of a file between two files
+  Trial copiesInSystem;  // letting the system copy from file to file
+  Trial quietReading;    // reading without noting the time of the access
   CopyQueue queue;
 
  private:

@@ -28,7 +28,15 @@ void CopyQueue::add(Task task) {
   changed_.notify_one();
 }
 
-// The lock is held.
+void CopyQueue::offerHelp(Task task) {
+  const std::lock_guard lock(mutex_);
+  if (allowed_ == 1) return;
+  help_.push_back(std::move(task));
+  startWorkerIfUseful();
+  changed_.notify_one();
+}
+
+// The lock is held here and in the next two.
 void CopyQueue::startWorkerIfUseful() {
   if (threads_.size() + 1 >= allowed_) return;
   try {
@@ -38,6 +46,14 @@ void CopyQueue::startWorkerIfUseful() {
     // Whoever is here already does it alone.
     allowed_ = static_cast<unsigned>(threads_.size()) + 1;
   }
+}
+
+CopyQueue::Task CopyQueue::takeNext() {
+  std::deque<Task>& from = tasks_.empty() ? help_ : tasks_;
+  Task task = std::move(from.front());
+  from.pop_front();
+  if (&from == &tasks_) --waiting_;
+  return task;
 }
 
 void CopyQueue::runAll(const Task& task) {
@@ -56,18 +72,18 @@ void CopyQueue::runAll(const Task& task) {
 void CopyQueue::work(CopyScratch& scratch) {
   std::unique_lock lock(mutex_);
   while (true) {
-    if (!tasks_.empty()) {
-      const Task task = std::move(tasks_.front());
-      tasks_.pop_front();
-      --waiting_;
-      lock.unlock();
-      runGuarded(task, scratch);
+    if (!isIdle()) {
+      {
+        const Task task = takeNext();
+        lock.unlock();
+        runGuarded(task, scratch);
+      }
       lock.lock();
       continue;
     }
     if (--running_ == 0) changed_.notify_all();
-    changed_.wait(lock, [&] { return !tasks_.empty() || running_ == 0; });
-    if (tasks_.empty()) return;
+    changed_.wait(lock, [&] { return !isIdle() || running_ == 0; });
+    if (isIdle()) return;
     ++running_;
   }
 }

@@ -29,6 +29,12 @@ class CopyQueue {
   // Whether another thread would have use for more work. Cheap.
   [[nodiscard]] bool isHungry() const { return waiting_.load(std::memory_order_relaxed) < wanted_.load(); }
   void add(Task task);
+  // Help for somebody who would manage alone: taken when there is nothing else to do, and nobody is hungry
+  // less for it.
+  void offerHelp(Task task);
+  // Whether tasks wait that nobody else does.
+  [[nodiscard]] bool hasTasks() const { return waiting_.load(std::memory_order_relaxed) > 0; }
+  [[nodiscard]] unsigned workers() const { return allowed_.load(std::memory_order_relaxed); }
 
   // Runs the task, what it adds, and so on; returns when all is done. A task that throws stops the queue.
   void runAll(const Task& task);
@@ -39,15 +45,18 @@ class CopyQueue {
 
  private:
   void startWorkerIfUseful();
+  [[nodiscard]] bool isIdle() const { return tasks_.empty() && help_.empty(); }
+  [[nodiscard]] Task takeNext();
   void work(CopyScratch& scratch);
   void runGuarded(const Task& task, CopyScratch& scratch);
 
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<Task> tasks_;
+  std::deque<Task> help_;
   std::vector<std::thread> threads_;
-  unsigned allowed_ = 1;
   unsigned running_ = 0;  // threads that may still add tasks
+  std::atomic<unsigned> allowed_ = 1;
   std::atomic<unsigned> waiting_ = 0;
   std::atomic<unsigned> wanted_ = 0;
   std::atomic<bool> isStopped_ = false;

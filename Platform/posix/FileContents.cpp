@@ -46,6 +46,31 @@ bool copyRange(int source, int target, off_t start, off_t end, std::span<char> b
   return true;
 }
 
+bool copyRangeInSystem(int source, int target, off_t start, off_t end, std::span<char> buffer,
+                       Trial& copiesInSystem, const std::function<void()>& sawMissing) {
+  // The first piece tells whether the rest is in memory. What has to come from a disk is read here, where
+  // waiting for it is seen.
+  constexpr off_t firstPiece = off_t{64} << 10;
+  bool isInMemory = true;
+  const auto noteMissing = [&] {
+    isInMemory = false;
+    sawMissing();
+  };
+  off_t done = std::min(end, start + firstPiece);
+  if (!copyRange(source, target, start, done, buffer, noteMissing)) return false;
+  while (done < end && isInMemory && copiesInSystem.isWorthTrying()) {
+    const auto copied = SystemCalls::copyPart(source, target, done, end - done);
+    if (copied < 0) return false;
+    if (copied == 0) {
+      copiesInSystem.refused();
+      break;
+    }
+    (void)copiesInSystem.worked();
+    done += copied;
+  }
+  return copyRange(source, target, done, end, buffer, sawMissing);
+}
+
 bool copyWithHoles(int source, int target, off_t size, std::span<char> buffer) {
   const auto ignore = [] {};
   off_t position = 0;

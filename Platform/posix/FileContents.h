@@ -6,6 +6,8 @@
 #include <functional>
 #include <span>
 
+#include "Platform/posix/Trial.h"
+
 namespace halvorn::FileContents {
 
 // Whether the original takes less room than its size, as a file with holes does.
@@ -15,6 +17,11 @@ namespace halvorn::FileContents {
 // `sawMissing` is called when the original has to be fetched from its disk.
 [[nodiscard]] bool copyRange(int source, int target, off_t start, off_t end, std::span<char> buffer,
                              const std::function<void()>& sawMissing);
+
+// The same, but what is in memory is copied from file to file by the system where it can, without a way
+// through this process.
+[[nodiscard]] bool copyRangeInSystem(int source, int target, off_t start, off_t end, std::span<char> buffer,
+                                     Trial& copiesInSystem, const std::function<void()>& sawMissing);
 
 // The same for a whole file with holes; the copy has them in the same places.
 [[nodiscard]] bool copyWithHoles(int source, int target, off_t size, std::span<char> buffer);

@@ -44,12 +44,26 @@ Original openOriginal(CopyContext& context, int folder, const char* name) {
   return original;
 }
 
+HardLinks::Identity identityOf(const struct stat& facts) { return {facts.st_dev, facts.st_ino}; }
+
 // The new, empty file; not open when the original was a further name of one that is copied already.
 struct Made {
   FileDescriptor file;
   struct stat facts {};
   bool hasFailed = false;
 };
+
+// Not looking spares more than the call: a file whose times were seen gets new ones with the next write.
+bool lookAtNew(const CopyPlace& place, mode_t asked, Made& made) {
+  const auto known = place.newItems != nullptr ? place.newItems->madeWith(asked) : std::nullopt;
+  if (known) {
+    made.facts = *known;
+    return true;
+  }
+  if (::fstat(made.file.get(), &made.facts) != 0) return false;
+  if (place.newItems != nullptr) place.newItems->saw(asked, made.facts);
+  return true;
+}
 
 Made makeFile(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
   Made made;
@@ -59,22 +73,34 @@ Made makeFile(CopyContext& context, const CopyPlace& place, const struct stat& f
         FileDescriptor(retried([&] { return ::openat(place.targetFolder, place.targetName, create, mode); }));
     return made.file.isOpen();
   };
-  if (facts.st_nlink > 1) {
-    const auto answer =
-        context.links.makeOrLink(facts, place.targetFolder, place.targetName, place.path, make);
-    made.hasFailed = answer == HardLinks::Answer::Failed;
-  } else {
-    made.hasFailed = !make();
+  if (facts.st_nlink == 1) {
+    made.hasFailed = !make() || !lookAtNew(place, mode, made);
+    return made;
   }
-  if (made.file && ::fstat(made.file.get(), &made.facts) != 0) made.hasFailed = true;
+  const auto makeAndLook = [&]() -> std::optional<HardLinks::Identity> {
+    if (!make() || ::fstat(made.file.get(), &made.facts) != 0) return std::nullopt;
+    return identityOf(made.facts);
+  };
+  const auto answer =
+      context.links.makeOrLink(facts, place.targetFolder, place.targetName, place.path, makeAndLook);
+  made.hasFailed = answer == HardLinks::Answer::Failed;
   return made;
 }
 
 bool cloneContents(CopyContext& context, int source, int target, off_t size) {
   if (size == 0 || !context.clones.isWorthTrying()) return false;
   const bool isCloned = SystemCalls::clone(source, target);
-  isCloned ? context.clones.worked() : context.clones.refused();
+  isCloned ? context.sawClone(target) : context.clones.refused();
   return isCloned;
+}
+
+bool copyWithoutHoles(CopyContext& context, CopyScratch& scratch, int source, int target, off_t size) {
+  constexpr off_t leastToReserve = off_t{1} << 20;
+  if (size >= leastToReserve && !SystemCalls::reserve(target, size)) return false;
+  const auto sawMissing = [&] { context.sawMissing(); };
+  if (context.isCold()) return FileContents::copyRange(source, target, 0, size, scratch.buffer(), sawMissing);
+  return FileContents::copyRangeInSystem(source, target, 0, size, scratch.buffer(), context.copiesInSystem,
+                                         sawMissing);
 }
 
 bool copyContents(CopyContext& context, CopyScratch& scratch, int source, int target,
@@ -83,8 +109,7 @@ bool copyContents(CopyContext& context, CopyScratch& scratch, int source, int ta
   if (FileContents::mayHaveHoles(facts)) {
     return FileContents::copyWithHoles(source, target, facts.st_size, scratch.buffer());
   }
-  return FileContents::copyRange(source, target, 0, facts.st_size, scratch.buffer(),
-                                 [&] { context.sawMissing(); });
+  return copyWithoutHoles(context, scratch, source, target, facts.st_size);
 }
 
 // Takes the descriptor over, because a big file is copied by others, too.
@@ -130,17 +155,33 @@ bool makeUnopened(CopyContext& context, const CopyPlace& place, const struct sta
 }  // namespace
 
 void copyUnopened(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
-  const auto make = [&] { return makeUnopened(context, place, facts); };
+  struct stat made {};
+  const auto look = [&] {
+    return ::fstatat(place.targetFolder, place.targetName, &made, AT_SYMLINK_NOFOLLOW) == 0;
+  };
   if (facts.st_nlink > 1) {
+    const auto make = [&]() -> std::optional<HardLinks::Identity> {
+      if (!makeUnopened(context, place, facts) || !look()) return std::nullopt;
+      return identityOf(made);
+    };
     const auto answer =
         context.links.makeOrLink(facts, place.targetFolder, place.targetName, place.path, make);
     if (answer == HardLinks::Answer::Linked) return;
     if (answer == HardLinks::Answer::Failed) return context.fail();
-  } else if (!make()) {
-    return context.fail();
+  } else {
+    if (!makeUnopened(context, place, facts)) return context.fail();
+    // All links have the same mode.
+    const bool isPredictable = S_ISLNK(facts.st_mode) && place.newItems != nullptr;
+    const auto known = isPredictable ? place.newItems->madeByAnybody() : std::nullopt;
+    if (known) {
+      made = *known;
+    } else if (!look()) {
+      return context.fail();
+    }
+    if (isPredictable && !known) place.newItems->sawOwners(made);
   }
   if (!context.giver.finishUnopened(place.sourceFolder, place.name, place.targetFolder, place.targetName,
-                                    facts, place.mayInherit)) {
+                                    facts, made, place.mayInherit)) {
     context.fail();
   }
 }
@@ -173,7 +214,8 @@ void copyFiles(CopyContext& context, CopyScratch& scratch, const OpenFolder& fol
                             .name = now[i],
                             .targetFolder = folder.target(),
                             .targetName = now[i],
-                            .path = folder.path()};
+                            .path = folder.path(),
+                            .newItems = &folder.newItems()};
       const bool isFile = originals[i].file.isOpen() && S_ISREG(originals[i].facts.st_mode);
       if (!isFile || !copyOpened(context, scratch, std::move(originals[i]), place)) return context.fail();
     }

@@ -19,6 +19,7 @@ struct CopyPlace {
   int targetFolder = -1;
   const char* targetName = nullptr;
   std::shared_ptr<const FolderPath> path;  // the way down to the target folder
+  NewItems* newItems = nullptr;            // of the target folder; null: not a folder of our own
   MayInherit mayInherit = MayInherit::No;
 };
 

@@ -142,9 +142,7 @@ bool MetadataGiver::finishFolder(int target, const struct stat& facts, const str
 }
 
 bool MetadataGiver::finishUnopened(int sourceFolder, const char* name, int folder, const char* targetName,
-                                   const struct stat& facts, MayInherit mayInherit) const {
-  struct stat made {};
-  if (::fstatat(folder, targetName, &made, AT_SYMLINK_NOFOLLOW) != 0) return false;
+                                   const struct stat& facts, struct stat made, MayInherit mayInherit) const {
   const auto change = [&](uid_t user, gid_t group) {
     return ::fchownat(folder, targetName, user, group, AT_SYMLINK_NOFOLLOW);
   };

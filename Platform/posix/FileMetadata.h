@@ -50,7 +50,7 @@ class MetadataGiver {
                                   const LaterAttributes& later) const;
   // For a link, pipe, socket or device, which are not opened. The source is `name` in its folder, too.
   [[nodiscard]] bool finishUnopened(int sourceFolder, const char* name, int folder, const char* targetName,
-                                    const struct stat& facts, MayInherit mayInherit) const;
+                                    const struct stat& facts, struct stat made, MayInherit mayInherit) const;
 
  private:
   [[nodiscard]] mode_t modeToGive(const struct stat& facts, const struct stat& made) const;

@@ -117,7 +117,8 @@ void FolderWalk::visitEntry(const std::shared_ptr<OpenFolder>& folder, const Fol
                   .name = entry.name,
                   .targetFolder = folder->target(),
                   .targetName = entry.name,
-                  .path = folder->path()},
+                  .path = folder->path(),
+                  .newItems = &folder->newItems()},
                  facts);
   }
 }

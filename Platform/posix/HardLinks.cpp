@@ -55,7 +55,7 @@ FileDescriptor openDown(int top, const std::vector<const std::string*>& names) {
   return folder;
 }
 
-std::optional<std::pair<dev_t, ino_t>> identityOf(int folder, const char* name) {
+std::optional<HardLinks::Identity> identityOf(int folder, const char* name) {
   struct stat facts {};
   if (::fstatat(folder, name, &facts, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
   return std::pair(facts.st_dev, facts.st_ino);
@@ -78,25 +78,55 @@ bool HardLinks::link(const Copy& copy, int folder, const char* name,
   return false;
 }
 
-HardLinks::Answer HardLinks::makeOrLink(const struct stat& facts, int folder, const char* name,
-                                        const std::shared_ptr<const FolderPath>& path,
-                                        const std::function<bool()>& make) {
-  // Held throughout, so that the second name never comes before the first is there.
-  const std::lock_guard lock(mutex_);
-  const auto key = std::pair(facts.st_dev, facts.st_ino);
-  const auto found = copies_.find(key);
-  if (found != copies_.end()) {
-    if (link(found->second, folder, name, path)) {
-      if (--found->second.namesLeft == 0) copies_.erase(found);
-      return Answer::Linked;
-    }
-    if (!isNoMoreNames(errno)) return Answer::Failed;
-    copies_.erase(found);
+// Whoever waits for the copy is told how it ended, whatever happens.
+class HardLinks::Making {
+ public:
+  Making(HardLinks& links, const Identity& original) : links_(links), original_(original) {}
+  ~Making() {
+    const std::lock_guard lock(links_.mutex_);
+    if (!isDone_) links_.copies_.erase(original_);
+    links_.changed_.notify_all();
   }
-  if (!make()) return Answer::Failed;
-  const auto identity = identityOf(folder, name);
-  if (!identity) return Answer::Failed;
-  copies_[key] = {.folder = path, .name = name, .namesLeft = facts.st_nlink - 1, .identity = *identity};
+  Making(const Making&) = delete;
+  Making& operator=(const Making&) = delete;
+  void isDone(const Copy& copy) {
+    const std::lock_guard lock(links_.mutex_);
+    links_.copies_[original_] = copy;
+    isDone_ = true;
+  }
+
+ private:
+  HardLinks& links_;
+  const Identity original_;
+  bool isDone_ = false;
+};
+
+HardLinks::Answer HardLinks::makeOrLink(const struct stat& facts, int folder, const char* name,
+                                        const std::shared_ptr<const FolderPath>& path, const Make& make) {
+  const Identity original(facts.st_dev, facts.st_ino);
+  Copy mine{.folder = path, .name = name, .namesLeft = facts.st_nlink - 1, .identity = std::nullopt};
+  std::unique_lock lock(mutex_);
+  auto [copy, isFirst] = copies_.try_emplace(original, mine);
+  if (!isFirst) {
+    // The second name never comes before the first is there.
+    while (copy != copies_.end() && !copy->second.identity) {
+      changed_.wait(lock);
+      copy = copies_.find(original);
+    }
+    if (copy == copies_.end()) return Answer::Failed;
+    const Copy earlier = copy->second;
+    if (--copy->second.namesLeft == 0) copies_.erase(copy);
+    lock.unlock();
+    if (link(earlier, folder, name, path)) return Answer::Linked;
+    if (!isNoMoreNames(errno)) return Answer::Failed;
+    lock.lock();
+    copies_[original] = mine;
+  }
+  lock.unlock();
+  Making making(*this, original);
+  mine.identity = make();
+  if (!mine.identity) return Answer::Failed;
+  making.isDone(mine);
   return Answer::Made;
 }
 

@@ -4,10 +4,12 @@
 
 #include <sys/stat.h>
 
+#include <condition_variable>
 #include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -20,6 +22,7 @@ struct FolderPath {
   std::string name;
 };
 
+// Thread: any. Only those who come with names of one file wait for each other.
 class HardLinks {
  public:
   enum class Answer {
@@ -27,6 +30,9 @@ class HardLinks {
     Linked,  // to the earlier copy; nothing more to do
     Failed,
   };
+  using Identity = std::pair<dev_t, ino_t>;
+  // Makes a copy and says which item it is; nullopt when that failed.
+  using Make = std::function<std::optional<Identity>()>;
 
   // `top` is the folder that the copied item is put into.
   explicit HardLinks(int top) : top_(top) {}
@@ -35,22 +41,23 @@ class HardLinks {
   // copy made before. `facts` are the original's. Where the file system has no more names to give, `make`
   // makes another copy.
   [[nodiscard]] Answer makeOrLink(const struct stat& facts, int folder, const char* name,
-                                  const std::shared_ptr<const FolderPath>& path,
-                                  const std::function<bool()>& make);
+                                  const std::shared_ptr<const FolderPath>& path, const Make& make);
 
  private:
+  class Making;
   struct Copy {
     std::shared_ptr<const FolderPath> folder;
     std::string name;
     nlink_t namesLeft = 0;
-    std::pair<dev_t, ino_t> identity = {};  // of the copy
+    std::optional<Identity> identity;  // of the copy; none: somebody is making it
   };
   [[nodiscard]] bool link(const Copy& copy, int folder, const char* name,
                           const std::shared_ptr<const FolderPath>& path) const;
 
   int top_;
   std::mutex mutex_;
-  std::map<std::pair<dev_t, ino_t>, Copy> copies_;
+  std::condition_variable changed_;
+  std::map<Identity, Copy> copies_;  // by the original
 };
 
 }  // namespace halvorn

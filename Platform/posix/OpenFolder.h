@@ -10,6 +10,7 @@
 #include "Platform/posix/FileDescriptor.h"
 #include "Platform/posix/FileMetadata.h"
 #include "Platform/posix/HardLinks.h"
+#include "Platform/posix/NewItems.h"
 
 namespace halvorn {
 
@@ -30,6 +31,8 @@ class OpenFolder {
   [[nodiscard]] int source() const { return source_.get(); }
   [[nodiscard]] int target() const { return target_.get(); }
   [[nodiscard]] const std::shared_ptr<const FolderPath>& path() const { return path_; }
+  // What was made in the copy so far.
+  [[nodiscard]] NewItems& newItems() const { return newItems_; }
 
   // Closes both for as long as something far below is copied, and opens them again through "..", from a
   // child. What is found there must be the same folders. One user only.
@@ -47,6 +50,7 @@ class OpenFolder {
   struct stat made_ {};
   LaterAttributes later_;
   std::shared_ptr<const FolderPath> path_;
+  mutable NewItems newItems_;
 };
 
 }  // namespace halvorn

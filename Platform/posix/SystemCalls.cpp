@@ -14,7 +14,9 @@
 
 #ifdef __linux__
 #include <linux/fs.h>
+#include <linux/magic.h>
 #include <linux/openat2.h>
+#include <sys/vfs.h>
 #endif
 
 namespace halvorn::SystemCalls {
@@ -147,6 +149,32 @@ bool clone(int source, int target) {
   return ::ioctl(target, FICLONE, source) == 0;
 #else
   (void)source, (void)target;
+  return false;
+#endif
+}
+
+ssize_t copyPart(int source, int target, off_t offset, off_t count) {
+#ifdef __linux__
+  const ssize_t copied = retried([&] {
+    off64_t from = offset;
+    off64_t to = offset;
+    return ::copy_file_range(source, &from, target, &to, static_cast<std::size_t>(count), 0);
+  });
+  const bool isBeyondIt = copied < 0 && (errno == EXDEV || errno == ENOSYS || errno == EINVAL ||
+                                         errno == EOPNOTSUPP || errno == EPERM || errno == ETXTBSY);
+  return isBeyondIt ? 0 : copied;
+#else
+  (void)source, (void)target, (void)offset, (void)count;
+  return 0;
+#endif
+}
+
+bool hasOneTree(int file) {
+#ifdef BTRFS_SUPER_MAGIC
+  struct statfs facts {};
+  return ::fstatfs(file, &facts) == 0 && facts.f_type == BTRFS_SUPER_MAGIC;
+#else
+  (void)file;
   return false;
 #endif
 }

@@ -70,6 +70,12 @@ void fetchAhead(int file, off_t start, off_t count);
 
 // Lets the new, empty file share the original's blocks. False when the file systems cannot.
 [[nodiscard]] bool clone(int source, int target);
+// Lets the system copy up to `count` bytes at `offset` to the same place of the other file. Returns how many
+// it copied; 0 when it cannot copy between these two, or when the original ends; -1 on failure.
+[[nodiscard]] ssize_t copyPart(int source, int target, off_t offset, off_t count);
+// Whether the file's file system keeps the facts of all files in one tree, so that only one thread at a time
+// can change any.
+[[nodiscard]] bool hasOneTree(int file);
 // Finds room for so many bytes in a new file, where the file system can. Fails: false when there is not
 // enough room.
 [[nodiscard]] bool reserve(int file, off_t size);

@@ -79,6 +79,8 @@ TEST_F(FaultSweep, LookingFails) {
 TEST_F(FaultSweep, ReadingAndWritingFails) {
   sweep({{"pwrite64", {"ENOSPC", "EIO", "EDQUOT"}},
          {"preadv2", {"EIO", "EAGAIN", "EOPNOTSUPP"}},
+         {"fallocate", {"ENOSPC", "EDQUOT", "EIO", "EOPNOTSUPP"}},
+         {"copy_file_range", {"ENOSPC", "EIO", "EDQUOT", "EXDEV", "ENOSYS"}},
          {"write", {"ENOSPC", "EIO"}},
          {"close", {"EIO"}},
          {"fcntl", {"EMFILE"}}});
@@ -104,14 +106,16 @@ TEST_F(FaultSweep, WhereAFileCanHaveNoMoreNamesItIsCopiedAgain) {
 }
 
 TEST_F(FaultSweep, InterruptedCallsAreMadeAgain) {
-  for (const char* call : {"openat", "preadv2", "pwrite64", "write"}) sweepHarmless(call, "EINTR");
+  for (const char* call : {"openat", "preadv2", "pwrite64", "copy_file_range", "fallocate", "write"})
+    sweepHarmless(call, "EINTR");
 }
 
 TEST_F(FaultSweep, KilledBeforeAnyCallTheOldCopyIsNeverLost) {
   const auto calls = callsOfTheTool();
   std::map<std::string, int> table;
-  for (const char* call : {"openat", "mkdir", "mkdirat", "write", "pwrite64", "renameat2", "linkat",
-                           "symlinkat", "fchmod", "utimensat", "close", "getdents64", "exit_group"}) {
+  for (const char* call :
+       {"openat", "mkdir", "mkdirat", "write", "pwrite64", "renameat2", "linkat", "symlinkat", "fchmod",
+        "utimensat", "close", "getdents64", "copy_file_range", "fallocate", "exit_group"}) {
     const auto found = calls.find(call);
     ASSERT_NE(found, calls.end()) << call;
     for (int number = found->second.first; number <= found->second.last; ++number) {

@@ -39,12 +39,13 @@ void SweepScene::SetUp() {
   if (IsSkipped() || HasFatalFailure()) return;
   if (::access("/usr/bin/strace", X_OK) != 0) GTEST_SKIP() << "strace is not installed";
   // A file system of its own, so that no Trash appears in the machine's.
-  const std::string failure = mountNew("tmpfs", "disk", 64);
+  const std::string failure = mountNew("ext4", "disk", 64);
   if (!failure.empty()) GTEST_SKIP() << failure;
   useOneProcessor();
   addFile("disk/source/Nas.app/Contents/program", std::string(9'000, 'p'));
   addFile("disk/source/Nas.app/Contents/Info.plist", "version 2");
-  addFile("disk/source/Nas.app/Resources/icon", "icon");
+  // Big enough to be copied in the way of big files.
+  addFile("disk/source/Nas.app/Resources/icon", std::string(1'100'000, 'i'));
   addLink("disk/source/Nas.app/Contents/link", "program");
   ASSERT_EQ(
       ::link(at("disk/source/Nas.app/Contents/program").c_str(), at("disk/source/Nas.app/hard").c_str()), 0);

@@ -3,6 +3,8 @@
 
 #include <QApplication>
 #include <QPainter>
+#include <QScrollBar>
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -11,6 +13,7 @@
 #include "KTStuff/KTClasses/KTUtilitiesTheme.h"
 #include "KTStuff/KTClasses/PlainColor.h"
 #include "Platform/linux/ui/DesktopAppearance.h"
+#include "Platform/linux/ui/DocumentView.h"
 #include "Platform/linux/ui/InstallerWindow.h"
 #include "Platform/linux/ui/QtAppearances.h"
 #include "Platform/linux/ui/QtGraphicsContext.h"
@@ -149,6 +152,41 @@ TEST(ColoredWidgets, PlainColoursAreAcceptedWhereverDynamicOnesAre) {
   ColoredWindow window(InterfaceStyle::Dark);
   window.outlets().readMeTextView.setBackgroundColor(colorOf(kLight));
   EXPECT_EQ(window.shown("readMeTextView"), 'L');
+}
+
+TEST(ColoredWidgets, TheTextOfATextViewHasTheVariantToo) {
+  for (const auto& [style, variant] :
+       {std::pair{InterfaceStyle::Light, 'L'}, std::pair{InterfaceStyle::Dark, 'D'}}) {
+    ColoredWindow window(style);
+    ASSERT_TRUE(window.outlets().readMeTextView.setDocumentFromFile(KT_SOURCE_DIR "/README.md"));
+    window.outlets().readMeTextView.setBackgroundColor(nullptr);
+    EXPECT_EQ(window.shown("readMeTextView"), '?');
+    window.outlets().readMeTextView.setTextColor(window.color);
+    EXPECT_EQ(window.shown("readMeTextView"), variant);
+  }
+}
+
+TEST(ColoredWidgets, ATextInTheColourOfItsAppearanceIsDrawnAsWithoutOne) {
+  ColoredWindow window(InterfaceStyle::Light);
+  TextView& view = window.outlets().readMeTextView;
+  ASSERT_TRUE(view.setDocumentFromFile(KT_SOURCE_DIR "/README.md"));
+  auto& widget = dynamic_cast<DocumentView&>(window.widget("readMeTextView"));
+  const auto picture = [&] {
+    QApplication::processEvents();
+    return widget.viewport()->grab().toImage();
+  };
+  for (const auto& prepare : {std::function<void()>([] {}),
+                              std::function<void()>([&] { widget.verticalScrollBar()->setValue(157); }),
+                              std::function<void()>([&] { widget.selectAll(); })}) {
+    prepare();
+    view.setTextColor(nullptr);
+    const QImage without = picture();
+    view.setTextColor(colorOf(widget.palette().color(QPalette::Text).rgb()));
+    EXPECT_EQ(picture(), without);
+    if (widget.textCursor().hasSelection()) continue;  // all of it, in the selection's own colour
+    view.setTextColor(window.color);
+    EXPECT_NE(picture(), without);
+  }
 }
 
 TEST(ColoredWidgets, WhatAProgramDrawsItselfHasTheVariantOfTheWidgetItDrawsIn) {

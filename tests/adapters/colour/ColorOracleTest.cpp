@@ -219,7 +219,7 @@ TEST(ColorOracle, ColourSpacesAgreeWithAColourManagementLibrary) {
         const auto given = random.components(static_cast<int>(from.ours.numberOfComponents()));
         std::array<double, 4> theirs{};
         cmsDoTransform(transform, given.data(), theirs.data(), 1);
-        const auto ours = PlainColor(from.ours, given, 1.0).colorUsingColorSpace(to.ours)->getComponents();
+        const auto ours = from.ours.converted(given, to.ours);
         for (std::size_t k = 0; k < to.ours.numberOfComponents(); ++k) {
           difference.add(ours[k], clampedToUnit(theirs[k]), way + ", component " + std::to_string(k));
         }
@@ -234,12 +234,12 @@ TEST(ColorOracle, ToAnotherSpaceAndBackAColourIsTheSameWhereBothCanShowIt) {
   RandomColors random;
   Difference difference;
   for (int i = 0; i < kColors; ++i) {
-    const auto given = random.components(4);
-    const auto color = PlainColor::sRGB(given[0], given[1], given[2], given[3]);
-    for (const char* wide : {"DisplayP3", "LinearSRGB", "DeviceRGB", "DeviceCMYK"}) {
-      const auto back = color->colorUsingColorSpaceName(wide)->colorUsingColorSpaceName("SRGB");
+    const auto given = random.components(3);
+    for (const char* name : {"DisplayP3", "LinearSRGB", "DeviceRGB", "DeviceCMYK"}) {
+      const ColorSpace& wide = *ColorSpace::named(name);
+      const auto back = wide.converted(ColorSpace::sRGB().converted(given, wide), ColorSpace::sRGB());
       for (std::size_t k = 0; k < given.size(); ++k) {
-        difference.add(back->getComponents()[k], given[k], std::string("by way of ") + wide);
+        difference.add(back[k], given[k], std::string("by way of ") + name);
       }
     }
   }

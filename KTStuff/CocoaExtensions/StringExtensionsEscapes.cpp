@@ -39,45 +39,32 @@ class UnitSet {
   std::u16string others_;
 };
 
-// What is put in place of a control character; a backslash alone goes before any other unit.
+// Control characters with what stands for them: a backslash and a letter.
+struct ControlEscape {
+  char16_t unit;
+  std::u16string_view escape;
+};
+constexpr ControlEscape kControlEscapes[] = {{u'\t', u"\\t"}, {u'\r', u"\\r"}, {u'\n', u"\\n"}};
+
+// What takes the place of a control character, or goes before another unit.
 std::u16string_view escapeFor(char16_t unit) {
-  switch (unit) {
-    case u'\t':
-      return u"\\t";
-    case u'\r':
-      return u"\\r";
-    case u'\n':
-      return u"\\n";
-    default:
-      return u"\\";
+  for (const ControlEscape& control : kControlEscapes) {
+    if (control.unit == unit) return control.escape;
   }
+  return u"\\";
 }
 
 // The letter that stands for a control character after a backslash, or the unit itself.
 char16_t letterFor(char16_t unit) {
-  switch (unit) {
-    case u'\t':
-      return u't';
-    case u'\r':
-      return u'r';
-    case u'\n':
-      return u'n';
-    default:
-      return unit;
-  }
+  const std::u16string_view escape = escapeFor(unit);
+  return escape.size() == 2 ? escape[1] : unit;
 }
 
 char16_t unitForLetter(char16_t letter) {
-  switch (letter) {
-    case u't':
-      return u'\t';
-    case u'r':
-      return u'\r';
-    case u'n':
-      return u'\n';
-    default:
-      return letter;
+  for (const ControlEscape& control : kControlEscapes) {
+    if (control.escape[1] == letter) return control.unit;
   }
+  return letter;
 }
 
 Text expandableLetters(const Text& characters) {

@@ -36,6 +36,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Text normalised = withLineSeparator(text, "\n");
   require(withLineSeparator(normalised, "\n").isSameObject(normalised), "line ends are normalised once");
   (void)withLineSeparator(text, separator);
+  const Text comma = separator.isEmpty() ? Text(",") : separator.substring(0, 1);
+  const Text joined = join(componentsSeparatedByCharacter(text, comma.at(0)), comma);
+  require(joined == text || joined + comma == text, "parts are joined again but for an end");
   (void)UTF16SequenceString(text);
   return 0;
 }

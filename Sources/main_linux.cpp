@@ -172,8 +172,8 @@ struct Colors {
 // The window, the controller and what they need.
 class Installer {
  public:
-  Installer(Ground& ground, QtApplication& application, KTDynamicColorClass& colors,
-            InstallerWindow& window, QtImages& images, std::vector<Text> arguments)
+  Installer(Ground& ground, QtApplication& application, KTDynamicColorClass& colors, InstallerWindow& window,
+            QtImages& images, std::vector<Text> arguments)
       : ground_(ground),
         application_(application),
         colors_(colors),

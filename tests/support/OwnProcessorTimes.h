@@ -12,24 +12,40 @@
 
 namespace halvorn {
 
-// The administrator gets a file of the test's own in its place; anybody else shares it with their other
-// programs, and cannot have it when it is another person's. nullopt, or why it cannot be had.
-[[nodiscard]] inline std::optional<std::string> ownProcessorTimes(const std::string& ownFile) {
-  constexpr char kFile[] = "/tmp/proc_cpu_time.txt";
-  struct stat item {};
-  if (::geteuid() != 0) {
-    const bool isAnothers = ::lstat(kFile, &item) == 0 && item.st_uid != ::geteuid();
-    return isAnothers ? std::optional<std::string>("the file of processor times is another person's")
-                      : std::nullopt;
+// While it lives, the administrator has a file of the test's own in its place. Anybody else shares it with
+// their other programs, and cannot have it when it is another person's. Thread: the one that made it.
+class OwnProcessorTimes {
+ public:
+  explicit OwnProcessorTimes(const std::string& ownFile) {
+    struct stat item {};
+    const bool isThere = ::lstat(kFile, &item) == 0;
+    if (::geteuid() != 0) {
+      if (isThere && item.st_uid != ::geteuid()) missing_ = "the file of processor times is another person's";
+      return;
+    }
+    if (!isThere) std::ofstream{kFile};
+    isMade_ = !isThere;
+    std::ofstream{ownFile};
+    isOwn_ = ::unshare(CLONE_NEWNS) == 0 &&
+             ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+             ::mount(ownFile.c_str(), kFile, nullptr, MS_BIND, nullptr) == 0;
+    if (!isOwn_) missing_ = "no mount name space of its own can be had";
   }
-  if (::lstat(kFile, &item) != 0) std::ofstream{kFile};
-  std::ofstream{ownFile};
-  const bool isApart =
-      ::unshare(CLONE_NEWNS) == 0 && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-  // That of an earlier test in this program.
-  if (isApart) static_cast<void>(::umount2(kFile, MNT_DETACH));
-  const bool isOwn = isApart && ::mount(ownFile.c_str(), kFile, nullptr, MS_BIND, nullptr) == 0;
-  return isOwn ? std::nullopt : std::optional<std::string>("no mount name space of its own can be had");
-}
+  ~OwnProcessorTimes() {
+    if (isOwn_) ::umount2(kFile, MNT_DETACH);
+    if (isMade_) ::unlink(kFile);
+  }
+  OwnProcessorTimes(const OwnProcessorTimes&) = delete;
+  OwnProcessorTimes& operator=(const OwnProcessorTimes&) = delete;
+
+  // Why it cannot be had.
+  [[nodiscard]] const std::optional<std::string>& missing() const { return missing_; }
+
+ private:
+  static constexpr char kFile[] = "/tmp/proc_cpu_time.txt";
+  std::optional<std::string> missing_;
+  bool isMade_ = false;
+  bool isOwn_ = false;
+};
 
 }  // namespace halvorn

@@ -31,7 +31,8 @@ TEST_F(RealAttributes, TheLaunchDateIsThatOfPs) {
 }
 
 TEST_F(RealAttributes, TheProcessorTimeIsThatOfPs) {
-  if (const auto missing = ownProcessorTimes(folder / "times")) GTEST_SKIP() << *missing;
+  const OwnProcessorTimes times(folder / "times");
+  if (times.missing()) GTEST_SKIP() << *times.missing();
   ChildProcess& child = startBundle("Editor", "EDIT", {"--burns", "1.3"});
   const KTProcessPointer editor = process(child);
   // The file is one for all programs of a person, so another one may have written in between.

@@ -107,7 +107,8 @@ TEST_F(RealSample, HasTheTimesThatPsTells) {
   const double elapsed = ps("etimes");
   EXPECT_NEAR(live->clock.now().secondsSince1970 - sample->launchDate().secondsSince1970, elapsed, 1.5);
   // `ps` counts the kernel's work too, so the ticks of the program's own are taken from where it takes them.
-  if (const auto missing = ownProcessorTimes(folder / "times")) GTEST_SKIP() << *missing;
+  const OwnProcessorTimes times(folder / "times");
+  if (times.missing()) GTEST_SKIP() << *times.missing();
   EXPECT_TRUE(eventually([&] {
     const auto ticks = runCommand({"awk", "{ print $14 }", "/proc/" + pid + "/stat"});
     const double seconds = std::stod(ticks.output) / static_cast<double>(::sysconf(_SC_CLK_TCK));

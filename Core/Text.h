@@ -102,7 +102,7 @@ class Text {
   static constexpr char16_t kNothing[1] = {};
 
   std::shared_ptr<const std::u16string> buffer_;  // null when the text is empty
-  std::u16string_view units_{kNothing, 0};        // the part of the buffer that this text is
+  std::u16string_view units_ = kNothing;          // the part of the buffer that this text is
 };
 
 using OptionalText = std::optional<Text>;

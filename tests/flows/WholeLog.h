@@ -16,7 +16,8 @@ using Lines = std::vector<std::string>;
 // Where things are in one run, and what stands for it.
 using Places = std::vector<std::pair<std::string, std::string>>;
 
-// The lines with the places replaced, and the seconds and attempts of each quitting by "#".
+// The lines with the places replaced, and how, when and at which attempt each quitting ended by "gone after
+// #s".
 [[nodiscard]] Lines withoutPlaces(const Lines& lines, const Places& places);
 
 // From the arguments up to the last line of start-up. `updated` holds what differs from an installation of

@@ -40,8 +40,11 @@ std::vector<Folder> foldersOf(const std::filesystem::path& from, const std::file
       numbers[entry.path()] = folders.size();
       folders.push_back({to / entry.path().lexically_relative(from)});
     } else if (entry.is_regular_file()) {
-      folders[numbers[entry.path().parent_path()]].files.push_back(
-          {entry.path().filename(), static_cast<long long>(entry.file_size())});
+      struct stat facts {};
+      if (::lstat(entry.path().c_str(), &facts) != 0) continue;
+      // Holes are not filled.
+      const long long size = std::min<long long>(facts.st_size, facts.st_blocks * 512LL);
+      folders[numbers[entry.path().parent_path()]].files.push_back({entry.path().filename(), size});
     }
   }
   return folders;

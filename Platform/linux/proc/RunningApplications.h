@@ -65,7 +65,8 @@ class RunningApplications {
 
   // From now on launches and ends are kept for takeEvents(). `waiting` is called after the first one of a
   // batch, on the thread that saw it; null ends it. Ends are seen of what all() has found: what runs already
-  // is found, and is no news, once that was asked for.
+  // is found, and is no news, once that was asked for. Starts are told apart by ticks of the clock: what
+  // started in the same one counts as news, so that no launch is lost.
   enum class Event { Launched, Ended };
   void recordEvents(std::function<void()> waiting);
   // all(), unless it was asked for since the recording began.

@@ -23,6 +23,7 @@ class RealAttributes : public LiveFixture {
 
 TEST_F(RealAttributes, TheLaunchDateIsThatOfPs) {
   ChildProcess& child = startBundle("Editor", "EDIT");
+  giveItAMoment(child);  // `ps` takes a program that has just started for one of the future
   const double elapsed = std::stod(ps("etimes", child.pid()));
   const double started = live->clock.now().secondsSince1970 - elapsed;
   EXPECT_NEAR(process(child)->launchDate().secondsSince1970, started, 1.5);

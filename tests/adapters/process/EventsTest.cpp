@@ -44,6 +44,7 @@ TEST_F(RealEvents, WhatRanBeforeIsNoNewsUntilItEnds) {
   if (!live) return;
   ChildProcess& child = startBundle("Editor", "EDIT", {"--windows", "1"});
   EXPECT_TRUE(child.waitForOutput("shown", 5));
+  giveItAMoment(child);  // starts are told apart by ticks of the clock
   listen();
   live->loop.runFor(0.1);
   EXPECT_EQ(count("started"), 0);

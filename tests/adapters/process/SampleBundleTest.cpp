@@ -104,6 +104,7 @@ TEST_F(RealSample, HasTheTimesThatPsTells) {
   const auto ps = [&](const char* column) {
     return std::stod(runCommand({"ps", "-o", std::string(column) + "=", "-p", pid}).output);
   };
+  giveItAMoment(children.back());  // `ps` takes a program that has just started for one of the future
   const double elapsed = ps("etimes");
   EXPECT_NEAR(live->clock.now().secondsSince1970 - sample->launchDate().secondsSince1970, elapsed, 1.5);
   // `ps` counts the kernel's work too, so the ticks of the program's own are taken from where it takes them.

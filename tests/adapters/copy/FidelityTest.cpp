@@ -81,6 +81,7 @@ TEST_F(FidelityAcross, OnAnOverlay) {
   for (const char* part : {"disk/lower", "disk/upper", "disk/work"}) addFolder(part);
   if (failure.empty()) {
     makeTrees("disk/lower/from");
+    SampleTrees::makeOdd(at("disk/lower/from/odd"), 100'000'000, 60);
     const std::string layers =
         "lowerdir=" + at("disk/lower") + ",upperdir=" + at("disk/upper") + ",workdir=" + at("disk/work");
     failure = mountAt("both", {"-t", "overlay", "-o", layers, "overlay"});

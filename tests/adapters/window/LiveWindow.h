@@ -72,6 +72,11 @@ class LiveWindow : public testing::Test {
     return all.substr(0, all.find('\n'));
   }
   std::string activeWindow() { return run({"xdotool", "getactivewindow"}); }
+  // Whether a window is active that is not the one given; between two windows none is.
+  static bool isSheet(const std::string& active, const std::string& window) {
+    return active != window && !active.empty() && active != "0" &&
+           active.find_first_not_of("0123456789\n") == std::string::npos;
+  }
 
   std::string reason_;  // why there is no desktop
   std::unique_ptr<Desktop> desktop_;

@@ -104,7 +104,7 @@ TEST_F(WindowOnADesktop, TheWindowManagerKnowsItsTitleAndIcon) {
 TEST_F(WindowOnADesktop, ASheetTakesTheKeyboardAndEndsByReturn) {
   const std::string window = activeWindow();
   tell({"sheet AlertStopIcon"});
-  ASSERT_TRUE(eventually([&] { return activeWindow() != window; }));
+  ASSERT_TRUE(eventually([&] { return isSheet(activeWindow(), window); }));
   const std::string sheet = activeWindow();
   click("installButton");  // the window below cannot be used
   ASSERT_TRUE(eventually([&] { return activeWindow() == sheet; })) << "the keyboard goes back to the sheet";
@@ -116,23 +116,24 @@ TEST_F(WindowOnADesktop, ASheetTakesTheKeyboardAndEndsByReturn) {
 TEST_F(WindowOnADesktop, TheSecondButtonOfASheetIsReachedByTab) {
   const std::string window = activeWindow();
   tell({"sheet AlertStopIcon"});
-  ASSERT_TRUE(eventually([&] { return activeWindow() != window; }));
+  ASSERT_TRUE(eventually([&] { return isSheet(activeWindow(), window); }));
   key("Tab");
   key("space");
   EXPECT_TRUE(said("sheet ended 1001"));
 }
 
 TEST_F(WindowOnADesktop, EscapeAndTheCloseButtonCountAsTheFirstButtonOfASheet) {
+  const std::string window = activeWindow();
   for (const bool byKey : {true, false}) {
-    const std::string window = activeWindow();
     tell({"sheet AlertStopIcon"});
-    ASSERT_TRUE(eventually([&] { return activeWindow() != window; }));
+    ASSERT_TRUE(eventually([&] { return isSheet(activeWindow(), window); }));
     if (byKey) {
       key("Escape");
     } else {
       run({"wmctrl", "-i", "-c", activeWindow()});
     }
     ASSERT_TRUE(eventually([&] { return ask("focus") == "focus installButton"; }));
+    ASSERT_TRUE(eventually([&] { return activeWindow() == window; }));
   }
   EXPECT_EQ(times("sheet ended 1000"), 2) << probe_->output();
 }

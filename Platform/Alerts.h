@@ -26,8 +26,8 @@ inline constexpr int kAlertSecondButtonReturn = 1001;
 class Alerts {
  public:
   virtual ~Alerts() = default;
-  // Shows the alert as a sheet on the installer window and returns at once; `ended` is called once with the return
-  // code. Closing the sheet in any other way counts as the first button. Thread: main.
+  // Shows the alert as a sheet on the installer window and returns at once; `ended` is called once with the
+  // return code. Closing the sheet in any other way counts as the first button. Thread: main.
   virtual void beginSheet(const AlertDescription& alert, std::function<void(int returnCode)> ended) = 0;
 };
 

@@ -14,7 +14,8 @@ class Defaults {
   // Thread: any. The argument domain first, then the program's own domain, then the one for all programs.
   [[nodiscard]] virtual std::optional<PropertyValue> objectForKey(const Text& key) const = 0;
   // The value in the domain of another program ("com.example.sound").
-  [[nodiscard]] virtual std::optional<PropertyValue> objectForKey(const Text& key, const Text& domain) const = 0;
+  [[nodiscard]] virtual std::optional<PropertyValue> objectForKey(const Text& key,
+                                                                  const Text& domain) const = 0;
 
   // PropertyValue::isTrue() of the value; false when missing.
   [[nodiscard]] bool boolForKey(const Text& key) const {

@@ -10,8 +10,8 @@ class StandardStreams {
   enum class Stream { Output, Error };
 
   virtual ~StandardStreams() = default;
-  // Reopens the stream on the file for appending, made when missing. False when the file cannot be opened; the stream
-  // is then closed until reopened on something else. Thread: main, before others write.
+  // Reopens the stream on the file for appending, made when missing. False when the file cannot be opened;
+  // the stream is then closed until reopened on something else. Thread: main, before others write.
   [[nodiscard]] virtual bool reopen(Stream stream, const Text& path) = 0;
 };
 

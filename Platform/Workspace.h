@@ -11,13 +11,13 @@ class Workspace {
  public:
   virtual ~Workspace() = default;
 
-  // Opens the item as the user would: an application bundle is launched as the user, anything else goes to its default
-  // application. True when that started. Never waits for the program to end.
+  // Opens the item as the user would: an application bundle is launched as the user, anything else goes to
+  // its default application. True when that started. Never waits for the program to end.
   [[nodiscard]] virtual bool openFile(const Text& path) = 0;
   // Opens the web page in the default browser.
   virtual bool openUrl(const Text& url) = 0;
-  // Makes the bundle known to the desktop (launcher entry, icons). Takes the path as the text of a URL and accepts it
-  // with or without "file://". 0, or a negative status.
+  // Makes the bundle known to the desktop (launcher entry, icons). Takes the path as the text of a URL and
+  // accepts it with or without "file://". 0, or a negative status.
   [[nodiscard]] virtual int registerBundle(const Text& urlText) = 0;
   // Whether the desktop has an icon for the item.
   [[nodiscard]] virtual bool hasIcon(const Text& path) = 0;

@@ -32,8 +32,8 @@ inline constexpr std::int32_t copyFailed =
 //
 // An existing application goes to the Trash; existing items of the wrapper's names are removed for good.
 //
-// Where what is to be copied and what is to be replaced lie one in the other, the copy counts as failed before anything
-// is touched: trashing or removing the one would take the other along.
+// Where what is to be copied and what is to be replaced lie one in the other, the copy counts as failed
+// before anything is touched: trashing or removing the one would take the other along.
 //
 // Returns an InstallStatus. There is no rollback: what was copied or trashed before a failure stays as it is.
 // Thread: any; the caller sees to it that one installation runs at a time.

@@ -38,7 +38,8 @@ class FakeBundles : public Bundles {
     const Bundle* bundle = find(bundlePath);
     if (!bundle) return paths;
     for (const auto& [name, path] : bundle->resources) {
-      if (Paths::deletingLastComponent(path) == bundlePath + Text("/Contents/Resources")) paths.push_back(path);
+      if (Paths::deletingLastComponent(path) == bundlePath + Text("/Contents/Resources"))
+        paths.push_back(path);
     }
     return paths;
   }

@@ -51,8 +51,7 @@ InstallerDriver::InstallerDriver(Desktop& desktop, std::vector<std::string> argu
 
 std::vector<Control> InstallerDriver::controls() const {
   const CommandResult seen =
-      runCommand({accessibleProbe_, std::to_string(process_.pid())},
-                 {.environment = desktop_.environment()});
+      runCommand({accessibleProbe_, std::to_string(process_.pid())}, {.environment = desktop_.environment()});
   std::vector<Control> result;
   if (seen.status != 0) return result;
   for (const std::string& line : split(seen.output, '\n')) {
@@ -107,8 +106,7 @@ bool InstallerDriver::click(const std::string& name, double seconds) {
   if (!isThere) return false;
   const std::string x = std::to_string(target->x + target->width / 2);
   const std::string y = std::to_string(target->y + target->height / 2);
-  return runCommand({"xdotool", "mousemove", x, y, "click", "1"},
-                    {.environment = desktop_.environment()})
+  return runCommand({"xdotool", "mousemove", x, y, "click", "1"}, {.environment = desktop_.environment()})
              .status == 0;
 }
 

@@ -54,6 +54,20 @@ inline void require(bool isTrue, const char* what) {
   std::abort();
 }
 
-inline bool hasLoneSurrogate(const Text& text) { return !Text::fromStrictUtf8(text.bytes()).has_value(); }
+// Looks at the units: neighbours that stand for bytes which are not UTF-8 may be UTF-8 when put together.
+inline bool hasLoneSurrogate(const Text& text) {
+  const std::u16string_view units = text.units();
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    const bool isHigh = units[i] >= 0xD800 && units[i] < 0xDC00;
+    const bool isLow = units[i] >= 0xDC00 && units[i] < 0xE000;
+    const bool isPair = isHigh && i + 1 < units.size() && units[i + 1] >= 0xDC00 && units[i + 1] < 0xE000;
+    if (isPair) {
+      ++i;
+    } else if (isHigh || isLow) {
+      return true;
+    }
+  }
+  return false;
+}
 
 }  // namespace halvorn

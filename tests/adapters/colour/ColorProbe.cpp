@@ -11,7 +11,9 @@
 #include <atomic>
 #include <iostream>
 #include <map>
+#include <semaphore>
 #include <string>
+#include <thread>
 
 #include "Core/Paths.h"
 #include "KTStuff/CocoaExtensions/ViewExtensions.h"
@@ -33,7 +35,6 @@
 #include "tests/fakes/FakeLocalizedDates.h"
 #include "tests/fakes/FakeUnicode.h"
 #include "tests/fakes/RecordingLog.h"
-#include "tests/support/ProbeLoop.h"
 
 namespace halvorn {
 namespace {
@@ -133,7 +134,20 @@ int run(const std::string& program, const std::string& bundle, const std::string
       InstallerWindow::load(Paths::appending(resources, "InstallerWindow.xml"), strings, images);
   if (!loaded.window) return say(loaded.problem.bytes()), 1;
   Probe probe(desktop, *loaded.window);
-  return runProbe(application, [&probe](const std::string& line) { probe.obey(line); });
+  std::binary_semaphore obeyed(0);
+  std::thread reader([&] {
+    for (std::string line; std::getline(std::cin, line); obeyed.acquire()) {
+      application.perform([&probe, &obeyed, line] {
+        probe.obey(line);
+        obeyed.release();
+      });
+    }
+    application.perform([&application] { application.terminate(); });
+  });
+  say("ready");
+  const int status = application.run();
+  reader.detach();  // it waits for input that may never come; the program ends here
+  return status;
 }
 
 }  // namespace

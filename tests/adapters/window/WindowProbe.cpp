@@ -14,7 +14,9 @@
 #include <iostream>
 #include <map>
 #include <optional>
+#include <semaphore>
 #include <string>
+#include <thread>
 
 #include "Core/Paths.h"
 #include "Platform/linux/desktop/LinuxLocalizedStrings.h"
@@ -25,7 +27,6 @@
 #include "Platform/linux/ui/QtImages.h"
 #include "Platform/linux/ui/QtScreenReader.h"
 #include "Platform/linux/ui/WindowWidget.h"
-#include "tests/support/ProbeLoop.h"
 
 namespace halvorn {
 namespace {
@@ -173,7 +174,20 @@ int run(const std::string& program, const std::string& bundle, const std::string
       InstallerWindow::load(Paths::appending(resources, "InstallerWindow.xml"), strings, images);
   if (!loaded.window) return say(loaded.problem.bytes()), 1;
   Probe probe(application, images, *loaded.window);
-  return runProbe(application, [&probe](const std::string& line) { probe.obey(line); });
+  std::binary_semaphore obeyed(0);  // a command may turn the event loop; the next one waits until it is done
+  std::thread reader([&] {
+    for (std::string line; std::getline(std::cin, line); obeyed.acquire()) {
+      application.perform([&probe, &obeyed, line] {
+        probe.obey(line);
+        obeyed.release();
+      });
+    }
+    application.perform([&application] { application.terminate(); });
+  });
+  say("ready");
+  const int status = application.run();
+  reader.detach();  // it waits for input that may never come; the program ends here
+  return status;
 }
 
 }  // namespace

@@ -143,8 +143,7 @@ void Startup::bringForward() {
   outlets_.window.makeKeyAndOrderFront();
   outlets_.window.orderFrontRegardless();
   outlets_.window.makeMain();
-  // The process model looks at every process and connects to the desktop when it is first asked; the window
-  // is on the screen by then.
+  // The process model connects to the desktop when it is first asked; the window is on the screen by then.
   services_.application.performWhenShown([&processes = services_.processes] {
     if (const auto current = processes.currentProcess()) current->setFrontProcess();
   });

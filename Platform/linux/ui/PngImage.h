@@ -1,6 +1,5 @@
 // Decodes PNG pictures with the PNG library alone. The toolkit's reader asks every image format that is
-// installed whether it knows the picture, and loads its libraries for that: a fifth of the time until the
-// window is painted.
+// installed whether it knows the picture, and loads its libraries for that, before the window is painted.
 #pragma once
 
 #include <QImage>

@@ -56,7 +56,7 @@ void BigFile::copyRanges(CopyScratch& scratch, const std::shared_ptr<BigFile>& s
   ++threads_;
   bool hasAsked = false;
   while (!context_.hasFailed()) {
-    if (context_.isCold() && !hasAsked) {
+    if (context_.mayWaitForReads() && !hasAsked) {
       hasAsked = true;
       const auto most = std::min<off_t>((facts_.st_size - next_) / rangeSize, context_.queue.workers());
       for (off_t helper = 1; helper < most; ++helper) offerHelp(self);
@@ -70,15 +70,17 @@ void BigFile::copyRanges(CopyScratch& scratch, const std::shared_ptr<BigFile>& s
 
 bool BigFile::copyRange(CopyScratch& scratch, off_t start) {
   const off_t end = std::min(start + rangeSize, facts_.st_size);
-  const auto sawMissing = [&] {
+  const std::function<void()> sawMissing = [&] {
     context_.sawMissing();
     SystemCalls::fetchAhead(source_.get(), start, end - start);
   };
+  const FileContents::Original original{
+      .file = source_.get(), .asking = context_.asking, .sawMissing = sawMissing};
   // Copies by the system keep the others out for longer than writing alone.
   if (threads_ > 1 || context_.isCold())
-    return FileContents::copyRange(source_.get(), target_.get(), start, end, scratch.buffer(), sawMissing);
-  return FileContents::copyRangeInSystem(source_.get(), target_.get(), start, end, scratch.buffer(),
-                                         context_.copiesInSystem, sawMissing);
+    return FileContents::copyRange(original, target_.get(), start, end, scratch.buffer());
+  return FileContents::copyRangeInSystem(original, target_.get(), start, end, scratch.buffer(),
+                                         context_.copiesInSystem);
 }
 
 BigFile::~BigFile() {

@@ -33,6 +33,9 @@ struct CopyContext {
   }
   [[nodiscard]] bool isCold() const { return missing_.load(std::memory_order_relaxed) >= missingWhenCold; }
 
+  // Also where nobody can say: an image, for one, may have to be unpacked.
+  [[nodiscard]] bool mayWaitForReads() const { return isCold() || !asking.isWorthTrying(); }
+
   // Files can share their blocks here. Where that only changes one tree of the file system's own, several
   // threads would get in each other's way.
   void sawClone(int target) {
@@ -44,6 +47,7 @@ struct CopyContext {
   HardLinks links;
   Trial clones;          // sharing the blocks of a file between two files
   Trial copiesInSystem;  // letting the system copy from file to file
+  Trial asking;          // asking what of an original is in memory
   Trial quietReading;    // reading without noting the time of the access
   CopyQueue queue;
 

@@ -1,6 +1,7 @@
 #include "Platform/posix/CopyQueue.h"
 
 #include <exception>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -8,7 +9,9 @@ namespace halvorn {
 
 namespace {
 constexpr unsigned tasksPerWorker = 2;
-}
+// Each keeps its folder open.
+constexpr std::size_t mostForLater = 32;
+}  // namespace
 
 CopyQueue::~CopyQueue() {
   for (std::thread& thread : threads_) thread.join();
@@ -26,6 +29,15 @@ void CopyQueue::add(Task task) {
   ++waiting_;
   startWorkerIfUseful();
   changed_.notify_one();
+}
+
+bool CopyQueue::addForLater(off_t size, Task task) {
+  const std::lock_guard lock(mutex_);
+  if (allowed_ == 1 || later_.size() >= mostForLater) return false;
+  later_.emplace(size, std::move(task));
+  startWorkerIfUseful();
+  changed_.notify_one();
+  return true;
 }
 
 void CopyQueue::offerHelp(Task task) {
@@ -49,6 +61,12 @@ void CopyQueue::startWorkerIfUseful() {
 }
 
 CopyQueue::Task CopyQueue::takeNext() {
+  if (tasks_.empty() && !later_.empty()) {
+    const auto longest = std::prev(later_.end());
+    Task task = std::move(longest->second);
+    later_.erase(longest);
+    return task;
+  }
   std::deque<Task>& from = tasks_.empty() ? help_ : tasks_;
   Task task = std::move(from.front());
   from.pop_front();

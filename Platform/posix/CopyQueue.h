@@ -2,10 +2,13 @@
 // threads are started only once there is some.
 #pragma once
 
+#include <sys/types.h>
+
 #include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -29,6 +32,9 @@ class CopyQueue {
   // Whether another thread would have use for more work. Cheap.
   [[nodiscard]] bool isHungry() const { return waiting_.load(std::memory_order_relaxed) < wanted_.load(); }
   void add(Task task);
+  // A long task that can wait: taken when there is no other, the longest first, so that all threads end at
+  // about the same time. False: enough is waiting, or nobody would share; do it now.
+  [[nodiscard]] bool addForLater(off_t size, Task task);
   // Help for somebody who would manage alone: taken when there is nothing else to do, and nobody is hungry
   // less for it.
   void offerHelp(Task task);
@@ -45,7 +51,7 @@ class CopyQueue {
 
  private:
   void startWorkerIfUseful();
-  [[nodiscard]] bool isIdle() const { return tasks_.empty() && help_.empty(); }
+  [[nodiscard]] bool isIdle() const { return tasks_.empty() && later_.empty() && help_.empty(); }
   [[nodiscard]] Task takeNext();
   void work(CopyScratch& scratch);
   void runGuarded(const Task& task, CopyScratch& scratch);
@@ -53,6 +59,7 @@ class CopyQueue {
   std::mutex mutex_;
   std::condition_variable changed_;
   std::deque<Task> tasks_;
+  std::multimap<off_t, Task> later_;
   std::deque<Task> help_;
   std::vector<std::thread> threads_;
   unsigned running_ = 0;  // threads that may still add tasks

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 #include "Platform/posix/FileDescriptor.h"
 #include "Platform/posix/SystemCalls.h"
@@ -22,6 +23,49 @@ bool writeAll(int target, const char* bytes, std::size_t count, off_t offset) {
   return true;
 }
 
+// The least that file systems leave out.
+constexpr std::size_t blockSize = 4096;
+
+bool isZero(std::span<const char> bytes) {
+  return bytes[0] == 0 && std::memcmp(bytes.data(), bytes.data() + 1, bytes.size() - 1) == 0;
+}
+
+ssize_t readSome(const Original& original, std::span<char> buffer, off_t offset) {
+  if (original.asking.isWorthTrying()) {
+    const ssize_t count = SystemCalls::readIfInMemory(original.file, buffer.data(), buffer.size(), offset);
+    if (count > 0) return count;
+    if (count < 0 && errno == EAGAIN) original.sawMissing();
+    if (count < 0 && errno == EOPNOTSUPP) original.asking.refused();
+  }
+  return retried([&] { return ::pread(original.file, buffer.data(), buffer.size(), offset); });
+}
+
+// Blocks of zeros are left out.
+bool writeNonZero(int target, std::span<const char> bytes, off_t offset) {
+  while (!bytes.empty()) {
+    std::size_t size = std::min(bytes.size(), blockSize);
+    if (!isZero(bytes.first(size))) {
+      while (size < bytes.size() && !isZero(bytes.subspan(size, std::min(bytes.size() - size, blockSize))))
+        size = std::min(bytes.size(), size + blockSize);
+      if (!writeAll(target, bytes.data(), size, offset)) return false;
+    }
+    bytes = bytes.subspan(size);
+    offset += static_cast<off_t>(size);
+  }
+  return true;
+}
+
+bool copyNonZero(const Original& original, int target, off_t size, std::span<char> buffer) {
+  for (off_t position = 0; position < size;) {
+    const auto wanted = std::min(buffer.size(), static_cast<std::size_t>(size - position));
+    const ssize_t count = readSome(original, buffer.first(wanted), position);
+    if (count <= 0) return false;
+    if (!writeNonZero(target, buffer.first(static_cast<std::size_t>(count)), position)) return false;
+    position += count;
+  }
+  return true;
+}
+
 }  // namespace
 
 bool mayHaveHoles(const struct stat& facts) {
@@ -29,15 +73,10 @@ bool mayHaveHoles(const struct stat& facts) {
   return facts.st_blocks * blockUnit < facts.st_size;
 }
 
-bool copyRange(int source, int target, off_t start, off_t end, std::span<char> buffer,
-               const std::function<void()>& sawMissing) {
+bool copyRange(const Original& original, int target, off_t start, off_t end, std::span<char> buffer) {
   while (start < end) {
     const auto wanted = std::min(buffer.size(), static_cast<std::size_t>(end - start));
-    ssize_t count = SystemCalls::readIfInMemory(source, buffer.data(), wanted, start);
-    if (count <= 0) {
-      if (count < 0) sawMissing();
-      count = retried([&] { return ::pread(source, buffer.data(), wanted, start); });
-    }
+    const ssize_t count = readSome(original, buffer.first(wanted), start);
     // An original that ends early was cut off meanwhile; half a file must not pass for a whole one.
     if (count <= 0) return false;
     if (!writeAll(target, buffer.data(), static_cast<std::size_t>(count), start)) return false;
@@ -46,20 +85,20 @@ bool copyRange(int source, int target, off_t start, off_t end, std::span<char> b
   return true;
 }
 
-bool copyRangeInSystem(int source, int target, off_t start, off_t end, std::span<char> buffer,
-                       Trial& copiesInSystem, const std::function<void()>& sawMissing) {
+bool copyRangeInSystem(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
+                       Trial& copiesInSystem) {
   // The first piece tells whether the rest is in memory. What has to come from a disk is read here, where
   // waiting for it is seen.
   constexpr off_t firstPiece = off_t{64} << 10;
   bool isInMemory = true;
-  const auto noteMissing = [&] {
+  const std::function<void()> noteMissing = [&] {
     isInMemory = false;
-    sawMissing();
+    original.sawMissing();
   };
   off_t done = std::min(end, start + firstPiece);
-  if (!copyRange(source, target, start, done, buffer, noteMissing)) return false;
+  if (!copyRange({original.file, original.asking, noteMissing}, target, start, done, buffer)) return false;
   while (done < end && isInMemory && copiesInSystem.isWorthTrying()) {
-    const auto copied = SystemCalls::copyPart(source, target, done, end - done);
+    const auto copied = SystemCalls::copyPart(original.file, target, done, end - done);
     if (copied < 0) return false;
     if (copied == 0) {
       copiesInSystem.refused();
@@ -68,20 +107,23 @@ bool copyRangeInSystem(int source, int target, off_t start, off_t end, std::span
     (void)copiesInSystem.worked();
     done += copied;
   }
-  return copyRange(source, target, done, end, buffer, sawMissing);
+  return copyRange(original, target, done, end, buffer);
 }
 
-bool copyWithHoles(int source, int target, off_t size, std::span<char> buffer) {
-  const auto ignore = [] {};
+bool copyWithHoles(const Original& original, int target, off_t size, std::span<char> buffer) {
   off_t position = 0;
   while (position < size) {
-    const off_t data = ::lseek(source, position, SEEK_DATA);
+    const off_t data = ::lseek(original.file, position, SEEK_DATA);
     if (data < 0 && errno == ENXIO) break;
-    // Where the file system cannot tell holes, zeroes are copied.
-    if (data < 0) return errno == EINVAL && copyRange(source, target, position, size, buffer, ignore);
-    off_t hole = ::lseek(source, data, SEEK_HOLE);
+    if (data < 0 && errno != EINVAL) return false;
+    off_t hole = data < 0 ? -1 : ::lseek(original.file, data, SEEK_HOLE);
     if (hole < 0) hole = size;
-    if (!copyRange(source, target, data, hole, buffer, ignore)) return false;
+    if (data <= 0 && hole >= size) {
+      // There are holes, and the file system cannot say where.
+      if (!copyNonZero(original, target, size, buffer)) return false;
+    } else if (!copyRange(original, target, data, hole, buffer)) {
+      return false;
+    }
     position = hole;
   }
   return ::ftruncate(target, size) == 0;

@@ -13,17 +13,22 @@ namespace halvorn::FileContents {
 // Whether the original takes less room than its size, as a file with holes does.
 [[nodiscard]] bool mayHaveHoles(const struct stat& facts);
 
+struct Original {
+  int file = -1;
+  Trial& asking;                            // whether it can be said what of it is in memory
+  const std::function<void()>& sawMissing;  // called when something has to be fetched from a disk
+};
+
 // Fills the new file from `start` up to `end`. Fails: false also when the original ends before.
-// `sawMissing` is called when the original has to be fetched from its disk.
-[[nodiscard]] bool copyRange(int source, int target, off_t start, off_t end, std::span<char> buffer,
-                             const std::function<void()>& sawMissing);
+[[nodiscard]] bool copyRange(const Original& original, int target, off_t start, off_t end,
+                             std::span<char> buffer);
 
 // The same, but what is in memory is copied from file to file by the system where it can, without a way
 // through this process.
-[[nodiscard]] bool copyRangeInSystem(int source, int target, off_t start, off_t end, std::span<char> buffer,
-                                     Trial& copiesInSystem, const std::function<void()>& sawMissing);
+[[nodiscard]] bool copyRangeInSystem(const Original& original, int target, off_t start, off_t end,
+                                     std::span<char> buffer, Trial& copiesInSystem);
 
 // The same for a whole file with holes; the copy has them in the same places.
-[[nodiscard]] bool copyWithHoles(int source, int target, off_t size, std::span<char> buffer);
+[[nodiscard]] bool copyWithHoles(const Original& original, int target, off_t size, std::span<char> buffer);
 
 }  // namespace halvorn::FileContents

@@ -94,22 +94,23 @@ bool cloneContents(CopyContext& context, int source, int target, off_t size) {
   return isCloned;
 }
 
-bool copyWithoutHoles(CopyContext& context, CopyScratch& scratch, int source, int target, off_t size) {
+bool copyWithoutHoles(CopyContext& context, CopyScratch& scratch, const FileContents::Original& original,
+                      int target, off_t size) {
   constexpr off_t leastToReserve = off_t{1} << 20;
   if (size >= leastToReserve && !SystemCalls::reserve(target, size)) return false;
-  const auto sawMissing = [&] { context.sawMissing(); };
-  if (context.isCold()) return FileContents::copyRange(source, target, 0, size, scratch.buffer(), sawMissing);
-  return FileContents::copyRangeInSystem(source, target, 0, size, scratch.buffer(), context.copiesInSystem,
-                                         sawMissing);
+  if (context.isCold()) return FileContents::copyRange(original, target, 0, size, scratch.buffer());
+  return FileContents::copyRangeInSystem(original, target, 0, size, scratch.buffer(), context.copiesInSystem);
 }
 
 bool copyContents(CopyContext& context, CopyScratch& scratch, int source, int target,
                   const struct stat& facts) {
   if (cloneContents(context, source, target, facts.st_size)) return true;
+  const std::function<void()> sawMissing = [&] { context.sawMissing(); };
+  const FileContents::Original original{.file = source, .asking = context.asking, .sawMissing = sawMissing};
   if (FileContents::mayHaveHoles(facts)) {
-    return FileContents::copyWithHoles(source, target, facts.st_size, scratch.buffer());
+    return FileContents::copyWithHoles(original, target, facts.st_size, scratch.buffer());
   }
-  return copyWithoutHoles(context, scratch, source, target, facts.st_size);
+  return copyWithoutHoles(context, scratch, original, target, facts.st_size);
 }
 
 // Takes the descriptor over, because a big file is copied by others, too.
@@ -150,6 +151,27 @@ bool makeUnopened(CopyContext& context, const CopyPlace& place, const struct sta
   if (isDevice && context.rules.ownership == Ownership::ThisProcess) return false;
   const mode_t mode = (facts.st_mode & S_IFMT) | (context.giver.modeToStartWith(facts) & 0777);
   return ::mknodat(place.targetFolder, place.targetName, mode, isDevice ? facts.st_rdev : 0) == 0;
+}
+
+CopyPlace placeIn(const OpenFolder& folder, const char* name) {
+  return {.sourceFolder = folder.source(),
+          .name = name,
+          .targetFolder = folder.target(),
+          .targetName = name,
+          .path = folder.path(),
+          .newItems = &folder.newItems()};
+}
+
+// A big file met early could leave one thread alone with another at the end. What waits for a disk anyway is
+// taken as it comes.
+bool isLeftForLater(CopyContext& context, const std::shared_ptr<OpenFolder>& folder, const char* name,
+                    const struct stat& facts) {
+  constexpr off_t leastForLater = off_t{1} << 20;
+  if (facts.st_size < leastForLater || context.isCold()) return false;
+  return context.queue.addForLater(facts.st_size,
+                                   [&context, folder, kept = std::string(name)](CopyScratch& scratch) {
+                                     copyFile(context, scratch, placeIn(*folder, kept.c_str()));
+                                   });
 }
 
 }  // namespace
@@ -197,7 +219,7 @@ void copyFile(CopyContext& context, CopyScratch& scratch, const CopyPlace& place
   if (!copyOpened(context, scratch, std::move(original), place)) context.fail();
 }
 
-void copyFiles(CopyContext& context, CopyScratch& scratch, const OpenFolder& folder,
+void copyFiles(CopyContext& context, CopyScratch& scratch, const std::shared_ptr<OpenFolder>& folder,
                std::span<const char* const> names) {
   std::array<Original, handful> originals;
   while (!names.empty() && !context.hasFailed()) {
@@ -207,16 +229,15 @@ void copyFiles(CopyContext& context, CopyScratch& scratch, const OpenFolder& fol
       const RightsOf rights(context.rules.readAs);
       if (!rights.holds()) return context.fail();
       for (std::size_t i = 0; i < now.size(); ++i)
-        originals[i] = openOriginal(context, folder.source(), now[i]);
+        originals[i] = openOriginal(context, folder->source(), now[i]);
     }
     for (std::size_t i = 0; i < now.size() && !context.hasFailed(); ++i) {
-      const CopyPlace place{.sourceFolder = folder.source(),
-                            .name = now[i],
-                            .targetFolder = folder.target(),
-                            .targetName = now[i],
-                            .path = folder.path(),
-                            .newItems = &folder.newItems()};
+      const CopyPlace place = placeIn(*folder, now[i]);
       const bool isFile = originals[i].file.isOpen() && S_ISREG(originals[i].facts.st_mode);
+      if (isFile && isLeftForLater(context, folder, now[i], originals[i].facts)) {
+        originals[i] = {};
+        continue;
+      }
       if (!isFile || !copyOpened(context, scratch, std::move(originals[i]), place)) return context.fail();
     }
   }

@@ -27,7 +27,7 @@ struct CopyPlace {
 
 // Regular files of one folder. Whatever turns out to be none is copied as what it is, a folder apart: that
 // fails.
-void copyFiles(CopyContext& context, CopyScratch& scratch, const OpenFolder& folder,
+void copyFiles(CopyContext& context, CopyScratch& scratch, const std::shared_ptr<OpenFolder>& folder,
                std::span<const char* const> names);
 
 // One regular file.

@@ -38,7 +38,7 @@ class FileBatch {
   void copy(CopyContext& context, CopyScratch& scratch) const {
     std::vector<const char*> names;
     for (const std::string& name : names_) names.push_back(name.c_str());
-    copyFiles(context, scratch, *folder_, names);
+    copyFiles(context, scratch, folder_, names);
   }
 
  private:
@@ -52,14 +52,13 @@ void FolderWalk::run(std::shared_ptr<OpenFolder> folder) {
   enter(std::move(folder));
   while (!levels_.empty() && !context_.hasFailed()) {
     Level& level = levels_.back();
-    if (level.foldersLeft.empty()) {
+    if (level.nextFolder == level.folders.size()) {
       leave();
       continue;
     }
-    // From the end, so that nothing moves.
-    const std::size_t start = level.foldersLeft.rfind('\0', level.foldersLeft.size() - 2) + 1;
-    const std::string name = level.foldersLeft.c_str() + start;
-    level.foldersLeft.resize(start);
+    // In the order in which they were listed: neighbours in an image are often packed together.
+    const std::string name = level.folders.c_str() + level.nextFolder;
+    level.nextFolder += name.size() + 1;
     const OpenFolder& above = *level.folder;
     auto child = OpenFolder::make(context_, above.source(), name.c_str(), above.target(), name.c_str(),
                                   above.path(), MayInherit::No);
@@ -110,7 +109,7 @@ void FolderWalk::visitEntry(const std::shared_ptr<OpenFolder>& folder, const Fol
   if (type == DT_REG) {
     files_.push_back(entry.name);
   } else if (type == DT_DIR) {
-    level.foldersLeft.append(entry.name).push_back('\0');
+    level.folders.append(entry.name).push_back('\0');
   } else {
     copyUnopened(context_,
                  {.sourceFolder = folder->source(),
@@ -132,11 +131,11 @@ void FolderWalk::copyHere(const std::shared_ptr<OpenFolder>& folder) {
           [&context = context_, batch](CopyScratch& scratch) { batch->copy(context, scratch); });
       left = left.first(left.size() - batchSize);
     } else {
-      copyFiles(context_, scratch_, *folder, left.first(batchSize));
+      copyFiles(context_, scratch_, folder, left.first(batchSize));
       left = left.subspan(batchSize);
     }
   }
-  copyFiles(context_, scratch_, *folder, left);
+  copyFiles(context_, scratch_, folder, left);
 }
 
 }  // namespace halvorn

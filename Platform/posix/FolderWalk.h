@@ -23,7 +23,8 @@ class FolderWalk {
  private:
   struct Level {
     std::shared_ptr<OpenFolder> folder;
-    std::string foldersLeft = {};  // names, each with its NUL
+    std::string folders = {};    // names, each with its NUL
+    std::size_t nextFolder = 0;  // where in them
   };
 
   void enter(std::shared_ptr<OpenFolder> folder);

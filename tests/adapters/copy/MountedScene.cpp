@@ -46,7 +46,8 @@ std::string MountedScene::mountNew(const std::string& kind, const std::string& n
   const std::string image = at(name + ".image");
   if (::truncate((std::ofstream(image), image).c_str(), off_t{megabytes} << 20) != 0) return "truncate";
   std::vector<std::string> make = {"mkfs." + kind, "-q"};
-  if (kind == "ext4") make.insert(make.end(), {"-F", "-O", "ea_inode"});
+  // Blocks as on big disks: links and attributes may be no longer than one.
+  if (kind == "ext4") make.insert(make.end(), {"-F", "-b", "4096", "-O", "ea_inode"});
   make.push_back(image);
   const std::string failure = run(make);
   return failure.empty() ? mountAt(name, {"-o", "loop", image}) : failure;

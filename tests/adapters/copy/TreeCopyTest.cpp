@@ -386,8 +386,25 @@ TEST_F(TreeCopy, AnOriginalThatEndsBeforeItsSizeIsNoSuccess) {
   const FileDescriptor source(::open(at("from").c_str(), O_RDONLY | O_CLOEXEC));
   const FileDescriptor target(::open(at("to").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
   std::vector<char> buffer(4'096);
-  EXPECT_TRUE(FileContents::copyRange(source.get(), target.get(), 0, 7, buffer, [] {}));
-  EXPECT_FALSE(FileContents::copyRange(source.get(), target.get(), 0, 8, buffer, [] {}));
+  Trial asking;
+  const std::function<void()> ignore = [] {};
+  const FileContents::Original original{.file = source.get(), .asking = asking, .sawMissing = ignore};
+  EXPECT_TRUE(FileContents::copyRange(original, target.get(), 0, 7, buffer));
+  EXPECT_FALSE(FileContents::copyRange(original, target.get(), 0, 8, buffer));
+}
+
+TEST_F(HugeTreeCopy, WhereNobodyCanSayWhatIsInMemoryNothingCountsAsMissing) {
+  addFile("from", "in memory all the time");
+  const FileDescriptor source(::open(at("from").c_str(), O_RDONLY | O_CLOEXEC));
+  const FileDescriptor target(::open(at("to").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+  std::vector<char> buffer(4'096);
+  Trial asking;
+  int missing = 0;
+  const std::function<void()> count = [&] { ++missing; };
+  const FileContents::Original original{.file = source.get(), .asking = asking, .sawMissing = count};
+  EXPECT_TRUE(FileContents::copyRange(original, target.get(), 0, 22, buffer));
+  EXPECT_EQ(missing, 0);
+  EXPECT_EQ(contents("to"), "in memory all the time");
 }
 
 TEST_F(TreeCopy, NoDescriptorStaysOpen) {

@@ -162,12 +162,13 @@ CopyPlace placeIn(const OpenFolder& folder, const char* name) {
           .newItems = &folder.newItems()};
 }
 
-// A big file met early could leave one thread alone with another at the end. What waits for a disk anyway is
-// taken as it comes.
+// A big file met late would leave one thread alone with it at the end. What waits for a disk anyway is taken
+// as it comes, and so is what takes no time.
 bool isLeftForLater(CopyContext& context, const std::shared_ptr<OpenFolder>& folder, const char* name,
                     const struct stat& facts) {
   constexpr off_t leastForLater = off_t{1} << 20;
-  if (facts.st_size < leastForLater || context.isCold()) return false;
+  const bool isLong = facts.st_size >= leastForLater && !FileContents::mayHaveHoles(facts);
+  if (!isLong || context.isCold() || context.clones.hasWorked()) return false;
   return context.queue.addForLater(facts.st_size,
                                    [&context, folder, kept = std::string(name)](CopyScratch& scratch) {
                                      copyFile(context, scratch, placeIn(*folder, kept.c_str()));

@@ -12,6 +12,7 @@ class Trial {
   [[nodiscard]] bool isWorthTrying() const {
     return state_.load(std::memory_order_relaxed) != State::Refused;
   }
+  [[nodiscard]] bool hasWorked() const { return state_.load(std::memory_order_relaxed) == State::Worked; }
   // Whether it had worked before.
   bool worked() { return state_.exchange(State::Worked, std::memory_order_relaxed) == State::Worked; }
   void refused() {

@@ -1,7 +1,7 @@
-// limits empty|write FROM TO THREADS: the least that making such a tree can cost. "empty" makes the folders
-// and empty files, "write" fills the files from memory as well. Nothing is read, and nothing but names and
-// sizes is the same. Prints wall seconds and processor seconds of the making alone, and peak memory in
-// kilobytes.
+// limits empty|write|read FROM TO THREADS: the least that copying such a tree can cost. "empty" makes the
+// folders and empty files, "write" fills the files from memory as well; nothing is read, and nothing but
+// names and sizes is the same. "read" reads the files into memory and makes nothing. Prints wall seconds and
+// processor seconds of that alone, and peak memory in kilobytes.
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -27,18 +27,19 @@ struct File {
 };
 
 struct Folder {
+  std::string from;
   std::string path;
   std::vector<File> files = {};
 };
 
 std::vector<Folder> foldersOf(const std::filesystem::path& from, const std::filesystem::path& to) {
-  std::vector<Folder> folders{{to}};
+  std::vector<Folder> folders{{from, to}};
   std::map<std::string, std::size_t> numbers{{from, 0}};
   for (const auto& entry : std::filesystem::recursive_directory_iterator(from)) {
     if (entry.is_symlink()) continue;
     if (entry.is_directory()) {
       numbers[entry.path()] = folders.size();
-      folders.push_back({to / entry.path().lexically_relative(from)});
+      folders.push_back({entry.path(), to / entry.path().lexically_relative(from)});
     } else if (entry.is_regular_file()) {
       struct stat facts {};
       if (::lstat(entry.path().c_str(), &facts) != 0) continue;
@@ -57,6 +58,20 @@ bool fill(int file, long long size, const std::vector<char>& bytes) {
         static_cast<std::size_t>(std::min<long long>(size, static_cast<long long>(bytes.size())));
     if (::write(file, bytes.data(), count) != static_cast<ssize_t>(count)) return false;
     size -= static_cast<long long>(count);
+  }
+  return true;
+}
+
+bool readAll(const Folder& folder, std::vector<char>& bytes) {
+  for (const File& each : folder.files) {
+    const int file = ::open((folder.from + "/" + each.name).c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
+    if (file < 0) return false;
+    ssize_t count = 0;
+    do {
+      count = ::read(file, bytes.data(), bytes.size());
+    } while (count > 0);
+    ::close(file);
+    if (count < 0) return false;
   }
   return true;
 }
@@ -85,13 +100,15 @@ bool makeAll(const Folder& folder, bool isFilled, const std::vector<char>& bytes
 }
 
 // One folder, one thread: two in one folder wait for each other.
-bool makeAll(const std::vector<Folder>& folders, bool isFilled, unsigned threads) {
+bool doAll(const std::vector<Folder>& folders, const std::string& kind, unsigned threads) {
   std::atomic<std::size_t> next = 0;
   std::atomic<bool> isGood = true;
   const auto work = [&] {
-    const std::vector<char> bytes(128 * 1024, 'w');
+    std::vector<char> bytes(128 * 1024, 'w');
     for (std::size_t i = next++; i < folders.size() && isGood; i = next++) {
-      if (!makeAll(folders[i], isFilled, bytes)) isGood = false;
+      const bool isDone =
+          kind == "read" ? readAll(folders[i], bytes) : makeAll(folders[i], kind == "write", bytes);
+      if (!isDone) isGood = false;
     }
   };
   std::vector<std::thread> workers;
@@ -111,7 +128,7 @@ double now(clockid_t clock) {
 
 int main(int argumentCount, char** arguments) {
   if (argumentCount != 5) {
-    std::fputs("usage: limits empty|write from to threads\n", stderr);
+    std::fputs("usage: limits empty|write|read from to threads\n", stderr);
     return 64;
   }
   const std::string kind = arguments[1];
@@ -119,7 +136,7 @@ int main(int argumentCount, char** arguments) {
   const auto threads = static_cast<unsigned>(std::max(1, std::atoi(arguments[4])));
   const double wall = now(CLOCK_MONOTONIC);
   const double processor = now(CLOCK_PROCESS_CPUTIME_ID);
-  if (!makeAll(folders, kind == "write", threads)) return 1;
+  if (!doAll(folders, kind, threads)) return 1;
   rusage usage{};
   ::getrusage(RUSAGE_SELF, &usage);
   std::printf("%f %f %ld\n", now(CLOCK_MONOTONIC) - wall, now(CLOCK_PROCESS_CPUTIME_ID) - processor,

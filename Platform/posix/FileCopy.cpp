@@ -104,7 +104,6 @@ bool copyWithoutHoles(CopyContext& context, CopyScratch& scratch, const FileCont
 
 bool copyContents(CopyContext& context, CopyScratch& scratch, int source, int target,
                   const struct stat& facts) {
-  if (cloneContents(context, source, target, facts.st_size)) return true;
   const std::function<void()> sawMissing = [&] { context.sawMissing(); };
   const FileContents::Original original{.file = source, .asking = context.asking, .sawMissing = sawMissing};
   if (FileContents::mayHaveHoles(facts)) {
@@ -119,12 +118,12 @@ bool copyOpened(CopyContext& context, CopyScratch& scratch, Original original, c
   Made made = makeFile(context, place, facts);
   if (made.hasFailed) return false;
   if (!made.file) return true;
-  if (BigFile::isBig(facts) && !FileContents::mayHaveHoles(facts) &&
-      !cloneContents(context, original.file.get(), made.file.get(), facts.st_size)) {
+  const bool isCloned = cloneContents(context, original.file.get(), made.file.get(), facts.st_size);
+  if (!isCloned && BigFile::isBig(facts) && !FileContents::mayHaveHoles(facts)) {
     return BigFile::copy(context, scratch, std::move(original.file), std::move(made.file), facts, made.facts,
                          place.mayInherit);
   }
-  return copyContents(context, scratch, original.file.get(), made.file.get(), facts) &&
+  return (isCloned || copyContents(context, scratch, original.file.get(), made.file.get(), facts)) &&
          context.giver.finishFile(original.file.get(), made.file.get(), facts, made.facts,
                                   place.mayInherit) &&
          made.file.closeAfterWriting();

@@ -1,5 +1,6 @@
 #include "Platform/posix/BigFile.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -11,6 +12,7 @@ namespace {
 
 constexpr off_t rangeSize = off_t{4} << 20;
 constexpr off_t leastRanges = 4;
+constexpr unsigned mostMegabytesMapped = 8;
 
 }  // namespace
 
@@ -79,8 +81,10 @@ bool BigFile::copyRange(CopyScratch& scratch, off_t start) {
   // Copies by the system keep the others out for longer than writing alone.
   if (threads_ > 1 || context_.isCold())
     return FileContents::copyRange(original, target_.get(), start, end, scratch.buffer());
-  return FileContents::copyRangeInSystem(original, target_.get(), start, end, scratch.buffer(),
-                                         context_.copiesInSystem);
+  // All mappings together count as this process' memory.
+  const off_t window = off_t{std::max(mostMegabytesMapped / context_.queue.workers(), 1u)} << 20;
+  return FileContents::copyRangeMapped(original, target_.get(), start, end, scratch.buffer(),
+                                       context_.mappings, window);
 }
 
 BigFile::~BigFile() {

@@ -47,6 +47,7 @@ struct CopyContext {
   HardLinks links;
   Trial clones;          // sharing the blocks of a file between two files
   Trial copiesInSystem;  // letting the system copy from file to file
+  Trial mappings;        // writing from a mapping of the original
   Trial asking;          // asking what of an original is in memory
   Trial quietReading;    // reading without noting the time of the access
   CopyQueue queue;

@@ -1,5 +1,6 @@
 #include "Platform/posix/FileContents.h"
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -22,6 +23,26 @@ bool writeAll(int target, const char* bytes, std::size_t count, off_t offset) {
   }
   return true;
 }
+
+// A piece of a file as memory. Only the system looks into it: a file that is cut off meanwhile makes its
+// calls fail, and would end this process.
+class MappedPiece {
+ public:
+  MappedPiece(int file, off_t start, off_t size)
+      : memory_(SystemCalls::mapToRead(file, start, static_cast<std::size_t>(size))),
+        size_(static_cast<std::size_t>(size)) {}
+  ~MappedPiece() {
+    if (isMapped()) ::munmap(memory_, size_);
+  }
+  MappedPiece(const MappedPiece&) = delete;
+  MappedPiece& operator=(const MappedPiece&) = delete;
+  [[nodiscard]] bool isMapped() const { return memory_ != nullptr; }
+  [[nodiscard]] std::span<const char> bytes() const { return {static_cast<const char*>(memory_), size_}; }
+
+ private:
+  void* memory_;
+  std::size_t size_;
+};
 
 // The least that file systems leave out.
 constexpr std::size_t blockSize = 4096;
@@ -106,6 +127,39 @@ bool copyRangeInSystem(const Original& original, int target, off_t start, off_t 
     }
     (void)copiesInSystem.worked();
     done += copied;
+  }
+  return copyRange(original, target, done, end, buffer);
+}
+
+bool copyRangeMapped(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
+                     Trial& mappings, off_t window) {
+  // As above, the first piece tells.
+  bool isInMemory = original.asking.isWorthTrying();
+  const std::function<void()> noteMissing = [&] {
+    isInMemory = false;
+    original.sawMissing();
+  };
+  off_t done = std::min(end, start + static_cast<off_t>(buffer.size()));
+  if (!copyRange({original.file, original.asking, noteMissing}, target, start, done, buffer)) return false;
+  while (done < end && isInMemory && mappings.isWorthTrying()) {
+    const MappedPiece piece(original.file, done, std::min(end - done, window));
+    if (!piece.isMapped()) {
+      mappings.refused();
+      break;
+    }
+    (void)mappings.worked();
+    for (std::span<const char> left = piece.bytes(); !left.empty() && isInMemory;) {
+      const auto now = left.first(std::min(left.size(), buffer.size()));
+      if (writeAll(target, now.data(), now.size(), done)) {
+        left = left.subspan(now.size());
+        done += static_cast<off_t>(now.size());
+      } else if (errno == EFAULT) {
+        // It could not be fetched. Reading it says why.
+        isInMemory = false;
+      } else {
+        return false;
+      }
+    }
   }
   return copyRange(original, target, done, end, buffer);
 }

@@ -28,6 +28,10 @@ struct Original {
 [[nodiscard]] bool copyRangeInSystem(const Original& original, int target, off_t start, off_t end,
                                      std::span<char> buffer, Trial& copiesInSystem);
 
+// The same through a mapping of the original, by so many bytes at a time; for files that are worth it.
+[[nodiscard]] bool copyRangeMapped(const Original& original, int target, off_t start, off_t end,
+                                   std::span<char> buffer, Trial& mappings, off_t window);
+
 // The same for a whole file with holes; the copy has them in the same places.
 [[nodiscard]] bool copyWithHoles(const Original& original, int target, off_t size, std::span<char> buffer);
 

@@ -4,6 +4,7 @@
 #include <sched.h>
 #include <stdio.h>
 #include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
@@ -142,6 +143,16 @@ void fetchAhead(int file, off_t start, off_t count) {
 #else
   (void)file, (void)start, (void)count;
 #endif
+}
+
+void* mapToRead(int file, off_t start, std::size_t size) {
+#ifdef MAP_POPULATE
+  constexpr int flags = MAP_SHARED | MAP_POPULATE;
+#else
+  constexpr int flags = MAP_SHARED;
+#endif
+  void* const memory = ::mmap(nullptr, size, PROT_READ, flags, file, start);
+  return memory == MAP_FAILED ? nullptr : memory;
 }
 
 bool clone(int source, int target) {

@@ -68,6 +68,10 @@ using EntryRecord = dirent;
 // Asks for bytes that will be read soon.
 void fetchAhead(int file, off_t start, off_t count);
 
+// The bytes as memory that may only be read, made ready at once where the system can; null when it cannot.
+// `start` is a multiple of the page size.
+[[nodiscard]] void* mapToRead(int file, off_t start, std::size_t size);
+
 // Lets the new, empty file share the original's blocks. False when the file systems cannot.
 [[nodiscard]] bool clone(int source, int target);
 // Lets the system copy up to `count` bytes at `offset` to the same place of the other file. Returns how many

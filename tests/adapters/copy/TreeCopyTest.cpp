@@ -393,6 +393,37 @@ TEST_F(TreeCopy, AnOriginalThatEndsBeforeItsSizeIsNoSuccess) {
   EXPECT_FALSE(FileContents::copyRange(original, target.get(), 0, 8, buffer));
 }
 
+TEST_F(TreeCopy, ABigFileIsWrittenFromAMappingOfTheOriginalWhateverItsSize) {
+  SampleTrees::makeBigFile(at("from"), (5 << 20) + 12'345);
+  const FileDescriptor source(::open(at("from/big.bin").c_str(), O_RDONLY | O_CLOEXEC));
+  const FileDescriptor target(::open(at("to").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+  std::vector<char> buffer(128 * 1024);
+  Trial asking;
+  Trial mappings;
+  const std::function<void()> ignore = [] {};
+  const FileContents::Original original{.file = source.get(), .asking = asking, .sawMissing = ignore};
+  EXPECT_TRUE(FileContents::copyRangeMapped(original, target.get(), 0, (5 << 20) + 12'345, buffer, mappings,
+                                            off_t{1} << 20));
+  EXPECT_TRUE(mappings.hasWorked() || !asking.isWorthTrying());
+  EXPECT_TRUE(contents("to") == contents("from/big.bin"));
+}
+
+// Looking into the mapping would end this process.
+TEST_F(TreeCopy, AMappedOriginalThatWasCutOffIsAFailureAndNothingWorse) {
+  addFile("from", std::string(1 << 20, 'f'));
+  const FileDescriptor source(::open(at("from").c_str(), O_RDONLY | O_CLOEXEC));
+  const FileDescriptor target(::open(at("to").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+  std::vector<char> buffer(128 * 1024);
+  Trial asking;
+  Trial mappings;
+  const std::function<void()> ignore = [] {};
+  const FileContents::Original original{.file = source.get(), .asking = asking, .sawMissing = ignore};
+  EXPECT_FALSE(
+      FileContents::copyRangeMapped(original, target.get(), 0, 3 << 20, buffer, mappings, off_t{2} << 20));
+  EXPECT_TRUE(mappings.hasWorked() || !asking.isWorthTrying());
+  EXPECT_TRUE(contents("to") == contents("from")) << "what was there has arrived";
+}
+
 TEST_F(HugeTreeCopy, WhereNobodyCanSayWhatIsInMemoryNothingCountsAsMissing) {
   addFile("from", "in memory all the time");
   const FileDescriptor source(::open(at("from").c_str(), O_RDONLY | O_CLOEXEC));

@@ -106,18 +106,27 @@ bool copyRange(const Original& original, int target, off_t start, off_t end, std
   return true;
 }
 
-bool copyRangeInSystem(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
-                       Trial& copiesInSystem) {
-  // The first piece tells whether the rest is in memory. What has to come from a disk is read here, where
-  // waiting for it is seen.
-  constexpr off_t firstPiece = off_t{64} << 10;
-  bool isInMemory = true;
+namespace {
+
+// Tells whether the rest is in memory. What has to come from a disk is read here, where waiting for it is
+// seen.
+bool copyFirstPiece(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
+                    bool& isInMemory) {
   const std::function<void()> noteMissing = [&] {
     isInMemory = false;
     original.sawMissing();
   };
+  return copyRange({original.file, original.asking, noteMissing}, target, start, end, buffer);
+}
+
+}  // namespace
+
+bool copyRangeInSystem(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
+                       Trial& copiesInSystem) {
+  constexpr off_t firstPiece = off_t{64} << 10;
+  bool isInMemory = true;
   off_t done = std::min(end, start + firstPiece);
-  if (!copyRange({original.file, original.asking, noteMissing}, target, start, done, buffer)) return false;
+  if (!copyFirstPiece(original, target, start, done, buffer, isInMemory)) return false;
   while (done < end && isInMemory && copiesInSystem.isWorthTrying()) {
     const auto copied = SystemCalls::copyPart(original.file, target, done, end - done);
     if (copied < 0) return false;
@@ -133,14 +142,11 @@ bool copyRangeInSystem(const Original& original, int target, off_t start, off_t 
 
 bool copyRangeMapped(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
                      Trial& mappings, off_t window) {
-  // As above, the first piece tells.
-  bool isInMemory = original.asking.isWorthTrying();
-  const std::function<void()> noteMissing = [&] {
-    isInMemory = false;
-    original.sawMissing();
-  };
+  bool isInMemory = true;
   off_t done = std::min(end, start + static_cast<off_t>(buffer.size()));
-  if (!copyRange({original.file, original.asking, noteMissing}, target, start, done, buffer)) return false;
+  if (!copyFirstPiece(original, target, start, done, buffer, isInMemory)) return false;
+  // Where nobody can say, mapping could mean waiting.
+  if (!original.asking.isWorthTrying()) isInMemory = false;
   while (done < end && isInMemory && mappings.isWorthTrying()) {
     const MappedPiece piece(original.file, done, std::min(end - done, window));
     if (!piece.isMapped()) {

@@ -381,59 +381,71 @@ TEST_F(TreeCopy, ReadingLeavesTheTimeOfTheLastAccessAlone) {
   EXPECT_EQ(facts("from/file").st_atim.tv_sec, 1'000'000'000);
 }
 
-TEST_F(TreeCopy, AnOriginalThatEndsBeforeItsSizeIsNoSuccess) {
-  addFile("from", "cut off");
-  const FileDescriptor source(::open(at("from").c_str(), O_RDONLY | O_CLOEXEC));
-  const FileDescriptor target(::open(at("to").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
-  std::vector<char> buffer(4'096);
-  Trial asking;
-  const std::function<void()> ignore = [] {};
-  const FileContents::Original original{.file = source.get(), .asking = asking, .sawMissing = ignore};
-  EXPECT_TRUE(FileContents::copyRange(original, target.get(), 0, 7, buffer));
-  EXPECT_FALSE(FileContents::copyRange(original, target.get(), 0, 8, buffer));
-}
+// The bytes of one file.
+class Contents : public CopyScene {
+ protected:
+  explicit Contents(const std::filesystem::path& base = std::filesystem::temp_directory_path())
+      : CopyScene(base), buffer(128 * 1024) {}
 
-TEST_F(TreeCopy, ABigFileIsWrittenFromAMappingOfTheOriginalWhateverItsSize) {
-  SampleTrees::makeBigFile(at("from"), (5 << 20) + 12'345);
-  const FileDescriptor source(::open(at("from/big.bin").c_str(), O_RDONLY | O_CLOEXEC));
-  const FileDescriptor target(::open(at("to").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
-  std::vector<char> buffer(128 * 1024);
+  void open(const std::string& from) {
+    source = FileDescriptor(::open(at(from).c_str(), O_RDONLY | O_CLOEXEC));
+    target = FileDescriptor(::open(at("to").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+  }
+  [[nodiscard]] FileContents::Original original() {
+    return {.file = source.get(), .asking = asking, .sawMissing = sawMissing};
+  }
+  [[nodiscard]] bool copyUpTo(off_t end) {
+    return FileContents::copyRange(original(), target.get(), 0, end, buffer);
+  }
+  [[nodiscard]] bool copyMappedUpTo(off_t end) {
+    return FileContents::copyRangeMapped(original(), target.get(), 0, end, buffer, mappings, 1 << 20);
+  }
+  // True as well where it is not tried because nobody can say what is in memory.
+  [[nodiscard]] bool wasMapped() const { return mappings.hasWorked() || !asking.isWorthTrying(); }
+
+  FileDescriptor source;
+  FileDescriptor target;
   Trial asking;
   Trial mappings;
-  const std::function<void()> ignore = [] {};
-  const FileContents::Original original{.file = source.get(), .asking = asking, .sawMissing = ignore};
-  EXPECT_TRUE(FileContents::copyRangeMapped(original, target.get(), 0, (5 << 20) + 12'345, buffer, mappings,
-                                            off_t{1} << 20));
-  EXPECT_TRUE(mappings.hasWorked() || !asking.isWorthTrying());
+  int missing = 0;
+  const std::function<void()> sawMissing = [this] { ++missing; };
+  std::vector<char> buffer;
+};
+
+TEST_F(Contents, AnOriginalThatEndsBeforeItsSizeIsNoSuccess) {
+  addFile("from", "cut off");
+  open("from");
+  EXPECT_TRUE(copyUpTo(7));
+  EXPECT_FALSE(copyUpTo(8));
+}
+
+TEST_F(Contents, OfABigFileAreWrittenFromAMappingWhateverItsSize) {
+  constexpr off_t size = (5 << 20) + 12'345;
+  SampleTrees::makeBigFile(at("from"), size);
+  open("from/big.bin");
+  EXPECT_TRUE(copyMappedUpTo(size));
+  EXPECT_TRUE(wasMapped());
   EXPECT_TRUE(contents("to") == contents("from/big.bin"));
 }
 
 // Looking into the mapping would end this process.
-TEST_F(TreeCopy, AMappedOriginalThatWasCutOffIsAFailureAndNothingWorse) {
+TEST_F(Contents, OfAMappedOriginalThatWasCutOffAreAFailureAndNothingWorse) {
   addFile("from", std::string(1 << 20, 'f'));
-  const FileDescriptor source(::open(at("from").c_str(), O_RDONLY | O_CLOEXEC));
-  const FileDescriptor target(::open(at("to").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
-  std::vector<char> buffer(128 * 1024);
-  Trial asking;
-  Trial mappings;
-  const std::function<void()> ignore = [] {};
-  const FileContents::Original original{.file = source.get(), .asking = asking, .sawMissing = ignore};
-  EXPECT_FALSE(
-      FileContents::copyRangeMapped(original, target.get(), 0, 3 << 20, buffer, mappings, off_t{2} << 20));
-  EXPECT_TRUE(mappings.hasWorked() || !asking.isWorthTrying());
+  open("from");
+  EXPECT_FALSE(copyMappedUpTo(3 << 20));
+  EXPECT_TRUE(wasMapped());
   EXPECT_TRUE(contents("to") == contents("from")) << "what was there has arrived";
 }
 
-TEST_F(HugeTreeCopy, WhereNobodyCanSayWhatIsInMemoryNothingCountsAsMissing) {
+class ContentsInMemory : public Contents {
+ protected:
+  ContentsInMemory() : Contents(folderInMemory()) {}
+};
+
+TEST_F(ContentsInMemory, CountAsMissingNowhereAlsoWhenNobodyCanSay) {
   addFile("from", "in memory all the time");
-  const FileDescriptor source(::open(at("from").c_str(), O_RDONLY | O_CLOEXEC));
-  const FileDescriptor target(::open(at("to").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
-  std::vector<char> buffer(4'096);
-  Trial asking;
-  int missing = 0;
-  const std::function<void()> count = [&] { ++missing; };
-  const FileContents::Original original{.file = source.get(), .asking = asking, .sawMissing = count};
-  EXPECT_TRUE(FileContents::copyRange(original, target.get(), 0, 22, buffer));
+  open("from");
+  EXPECT_TRUE(copyUpTo(22));
   EXPECT_EQ(missing, 0);
   EXPECT_EQ(contents("to"), "in memory all the time");
 }

@@ -78,7 +78,7 @@ bool BigFile::copyRange(CopyScratch& scratch, off_t start) {
   };
   const FileContents::Original original{
       .file = source_.get(), .asking = context_.asking, .sawMissing = sawMissing};
-  // Copies by the system keep the others out for longer than writing alone.
+  // Writing from a mapping keeps the others out for longer than writing what was read before.
   if (threads_ > 1 || context_.isCold())
     return FileContents::copyRange(original, target_.get(), start, end, scratch.buffer());
   // All mappings together count as this process' memory.

@@ -44,6 +44,18 @@ class MappedPiece {
   std::size_t size_;
 };
 
+// Writes as much at a time as the buffer would hold, and tells how far it came; errno says why not to the
+// end.
+off_t writePiece(int target, std::span<const char> piece, off_t offset, std::size_t atATime) {
+  while (!piece.empty()) {
+    const auto now = piece.first(std::min(piece.size(), atATime));
+    if (!writeAll(target, now.data(), now.size(), offset)) break;
+    piece = piece.subspan(now.size());
+    offset += static_cast<off_t>(now.size());
+  }
+  return offset;
+}
+
 // The least that file systems leave out.
 constexpr std::size_t blockSize = 4096;
 
@@ -87,6 +99,17 @@ bool copyNonZero(const Original& original, int target, off_t size, std::span<cha
   return true;
 }
 
+// Tells whether the rest is in memory. What has to come from a disk is read here, where waiting for it is
+// seen.
+bool copyFirstPiece(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
+                    bool& isInMemory) {
+  const std::function<void()> noteMissing = [&] {
+    isInMemory = false;
+    original.sawMissing();
+  };
+  return copyRange({original.file, original.asking, noteMissing}, target, start, end, buffer);
+}
+
 }  // namespace
 
 bool mayHaveHoles(const struct stat& facts) {
@@ -105,21 +128,6 @@ bool copyRange(const Original& original, int target, off_t start, off_t end, std
   }
   return true;
 }
-
-namespace {
-
-// Tells whether the rest is in memory. What has to come from a disk is read here, where waiting for it is
-// seen.
-bool copyFirstPiece(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
-                    bool& isInMemory) {
-  const std::function<void()> noteMissing = [&] {
-    isInMemory = false;
-    original.sawMissing();
-  };
-  return copyRange({original.file, original.asking, noteMissing}, target, start, end, buffer);
-}
-
-}  // namespace
 
 bool copyRangeInSystem(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
                        Trial& copiesInSystem) {
@@ -154,18 +162,11 @@ bool copyRangeMapped(const Original& original, int target, off_t start, off_t en
       break;
     }
     (void)mappings.worked();
-    for (std::span<const char> left = piece.bytes(); !left.empty() && isInMemory;) {
-      const auto now = left.first(std::min(left.size(), buffer.size()));
-      if (writeAll(target, now.data(), now.size(), done)) {
-        left = left.subspan(now.size());
-        done += static_cast<off_t>(now.size());
-      } else if (errno == EFAULT) {
-        // It could not be fetched. Reading it says why.
-        isInMemory = false;
-      } else {
-        return false;
-      }
-    }
+    const off_t pieceEnd = done + static_cast<off_t>(piece.bytes().size());
+    done = writePiece(target, piece.bytes(), done, buffer.size());
+    if (done < pieceEnd && errno != EFAULT) return false;
+    // It could not be fetched. Reading it says why.
+    isInMemory = done == pieceEnd;
   }
   return copyRange(original, target, done, end, buffer);
 }

@@ -18,7 +18,7 @@ namespace halvorn {
 DestinationChoice::DestinationChoice(DestinationChoiceServices services) : services_(std::move(services)) {}
 
 OptionalText DestinationChoice::findPreferredDestinationFor(const Text& name) {
-  const OptionalText path = autoLaunchPathFor(name);
+  OptionalText path = autoLaunchPathFor(name);
   services_.log("autolaunch = %@", path);
   if (!path || isInUnsupportedFolder(path)) return pathToProcessToReplace();
   return path;

@@ -85,8 +85,8 @@ InstallWorker::CopyResult InstallWorker::installMyselfInDestination() {
   const bool isWritable = services_.destinations.canWriteToPath(destination);
   const bool isEnforced = services_.application.currentEventHasOptionKey();
   if (isEnforced) services_.log("enforcing authorization");
-  const CopyResult result = isWritable && !isEnforced ? copyInProcess(source, destination, wrapper)
-                                                      : copyWithAuthorization(source, destination, wrapper);
+  CopyResult result = isWritable && !isEnforced ? copyInProcess(source, destination, wrapper)
+                                                : copyWithAuthorization(source, destination, wrapper);
   if (result.kind != CopyResult::Kind::Installed) return result;
 
   // From here on nothing can fail the installation.

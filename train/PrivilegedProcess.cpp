@@ -71,7 +71,7 @@ void liftLimits() {
   for (const auto resource : {RLIMIT_FSIZE, RLIMIT_CPU, RLIMIT_AS, RLIMIT_DATA})
     raiseLimit(resource, RLIM_INFINITY);
   constexpr rlim_t manyFiles = 4096;
-  constexpr rlim_t usualStack = 8 * 1024 * 1024;
+  constexpr rlim_t usualStack = rlim_t{8} << 20;
   raiseLimit(RLIMIT_NOFILE, manyFiles);
   raiseLimit(RLIMIT_STACK, usualStack);
   const rlimit nothing{0, 0};

@@ -13,7 +13,7 @@ struct CopyScratch {
   // Small enough to stay in the processor's own memory between reading and writing. The file system gets room
   // for what is written in one go in one piece of memory, and pieces of twice that size have to be searched
   // for when memory is in use.
-  static constexpr std::size_t bufferSize = 128 * 1024;
+  static constexpr std::size_t bufferSize = std::size_t{128} * 1024;
 
   [[nodiscard]] std::span<char> buffer() { return {memory.get(), bufferSize}; }
 

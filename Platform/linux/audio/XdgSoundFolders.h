@@ -2,8 +2,6 @@
 // /usr/share/sounds.
 #pragma once
 
-#include <utility>
-
 #include "Core/Paths.h"
 #include "Platform/SoundFolders.h"
 
@@ -12,7 +10,7 @@ namespace halvorn {
 class XdgSoundFolders : public SoundFolders {
  public:
   // The folder of the person's data, as XdgFolders::dataHome() has it.
-  explicit XdgSoundFolders(Text dataHome) : dataHome_(std::move(dataHome)) {}
+  explicit XdgSoundFolders(const Text& dataHome) : dataHome_(dataHome) {}
 
   std::vector<Text> additionalSoundFolders() const override {
     return {Paths::appending(dataHome_, "sounds"), "/usr/share/sounds"};

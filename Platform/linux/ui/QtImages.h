@@ -8,7 +8,7 @@ namespace halvorn {
 class QtImages : public Images {
  public:
   // The folder that holds the installer's own pictures: Name.png with Name@2x.png, Name.icns or Name.svg.
-  explicit QtImages(Text resourcesFolder) : resourcesFolder_(std::move(resourcesFolder)) {}
+  explicit QtImages(const Text& resourcesFolder) : resourcesFolder_(resourcesFolder) {}
 
   // Reads at most 32 MiB; pictures larger than 4096 pixels on a side count as unreadable.
   [[nodiscard]] ImagePointer imageFromFile(const Text& path) override;

@@ -1,7 +1,7 @@
 // Only in builds with sanitizers: the search for leaks traces the process at its end, and a process with
 // administrator rights lets nobody trace it.
-// The sanitizer gives the name.
-// NOLINTNEXTLINE(bugprone-reserved-identifier)
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the sanitizer calls it by this name.
 extern "C" const char* __asan_default_options();
-// NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" const char* __asan_default_options() { return "detect_leaks=0"; }
+// NOLINTEND(bugprone-reserved-identifier)

@@ -1,7 +1,7 @@
 #include "Sources/AuthorizedExecute.h"
 
 #include "Core/Log.h"
-#include "Platform/Authorizer.h"
+#include "Platform/rights/Authorizer.h"
 
 namespace halvorn {
 

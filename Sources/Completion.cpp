@@ -3,11 +3,11 @@
 #include "Core/Format.h"
 #include "Core/Log.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
-#include "Platform/Application.h"
-#include "Platform/Defaults.h"
-#include "Platform/LocalizedStrings.h"
-#include "Platform/MainThread.h"
-#include "Platform/ScreenReader.h"
+#include "Platform/bundles/Defaults.h"
+#include "Platform/bundles/LocalizedStrings.h"
+#include "Platform/running/MainThread.h"
+#include "Platform/window/Application.h"
+#include "Platform/window/ScreenReader.h"
 #include "Sources/CompletionSound.h"
 
 namespace halvorn {

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "Core/Text.h"
-#include "Platform/InstallerOutlets.h"
+#include "Platform/window/InstallerOutlets.h"
 #include "Sources/ArgumentDictionary.h"
 #include "Sources/InstallOutcome.h"
 

@@ -7,10 +7,10 @@
 #include "Core/Log.h"
 #include "Core/Paths.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/FileManager.h"
-#include "Platform/LoginItems.h"
-#include "Platform/SearchPaths.h"
-#include "Platform/Workspace.h"
+#include "Platform/bundles/LoginItems.h"
+#include "Platform/bundles/Workspace.h"
+#include "Platform/files/FileManager.h"
+#include "Platform/files/SearchPaths.h"
 #include "Sources/ProductQuitter.h"
 
 namespace halvorn {

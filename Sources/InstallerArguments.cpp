@@ -3,7 +3,7 @@
 #include "Core/Log.h"
 #include "Core/Paths.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
-#include "Platform/FileManager.h"
+#include "Platform/files/FileManager.h"
 #include "Sources/DestinationChoice.h"
 
 namespace halvorn {

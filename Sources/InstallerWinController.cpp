@@ -3,12 +3,12 @@
 #include "Core/Format.h"
 #include "Core/Log.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
-#include "Platform/Alerts.h"
-#include "Platform/Application.h"
-#include "Platform/LocalizedStrings.h"
-#include "Platform/ScreenReader.h"
-#include "Platform/Workers.h"
-#include "Platform/Workspace.h"
+#include "Platform/bundles/LocalizedStrings.h"
+#include "Platform/bundles/Workspace.h"
+#include "Platform/running/Workers.h"
+#include "Platform/window/Alerts.h"
+#include "Platform/window/Application.h"
+#include "Platform/window/ScreenReader.h"
 #include "Sources/WindowColors.h"
 
 namespace halvorn {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Core/Text.h"
-#include "Platform/InstallerOutlets.h"
+#include "Platform/window/InstallerOutlets.h"
 #include "Sources/ArgumentDictionary.h"
 #include "Sources/Completion.h"
 #include "Sources/InstallOutcome.h"

@@ -5,7 +5,7 @@
 #include "Core/Log.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/Clock.h"
+#include "Platform/running/Clock.h"
 
 namespace halvorn {
 namespace {

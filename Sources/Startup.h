@@ -6,7 +6,7 @@
 
 #include "Core/PropertyValue.h"
 #include "Core/Text.h"
-#include "Platform/InstallerOutlets.h"
+#include "Platform/window/InstallerOutlets.h"
 #include "Sources/ArgumentDictionary.h"
 #include "Sources/InstallerArguments.h"
 

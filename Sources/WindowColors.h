@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "Platform/InstallerOutlets.h"
+#include "Platform/window/InstallerOutlets.h"
 
 namespace halvorn {
 

@@ -6,9 +6,28 @@ function(kt_library name)
   target_link_libraries(${name} PUBLIC ${ARG_USES} PRIVATE ${ARG_PRIVATE_USES})
 endfunction()
 
-# kt_test(NAME KIND unit|contract|adapter|flow SUBJECT word SOURCES ... [USES ...] [TIMEOUT s] [SERIAL]):
+# kt_adapters([SOURCES ...] [USES ...] [PRIVATE_USES ...]): what the folder of a system adds to its subject's library.
+function(kt_adapters)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES;PRIVATE_USES" ${ARGN})
+  list(TRANSFORM ARG_SOURCES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  target_sources(${KT_ADAPTERS} PRIVATE ${ARG_SOURCES})
+  target_link_libraries(${KT_ADAPTERS} PUBLIC ${ARG_USES} PRIVATE ${ARG_PRIVATE_USES})
+endfunction()
+
+# kt_module(NAME SOURCES ... USES ...): loaded by the program when it is first needed; only the function that makes the
+# adapter can be seen from outside.
+function(kt_module name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;USES" ${ARGN})
+  add_library(${name} MODULE ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_USES})
+  target_link_options(${name} PRIVATE -Wl,--exclude-libs,ALL)
+  set_target_properties(${name} PROPERTIES PREFIX "" CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
+    LIBRARY_OUTPUT_DIRECTORY ${KT_BUNDLE_DIR}/Contents/Linux)
+endfunction()
+
+# kt_test(NAME KIND unit|contract|adapter|flow SUBJECT words SOURCES ... [USES ...] [TIMEOUT s] [SERIAL]):
 # one program of GoogleTest cases; every case becomes a test of its own that carries the label
-# KIND-SUBJECT, so `ctest -L process` runs one subject.
+# KIND-SUBJECT, so `ctest -L processes` runs one subject, and `ctest -L unit` one kind.
 function(kt_test name)
   cmake_parse_arguments(ARG "SERIAL" "KIND;SUBJECT;TIMEOUT" "SOURCES;USES;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -19,6 +38,10 @@ function(kt_test name)
   target_link_libraries(${name} PRIVATE ${ARG_USES} GTest::gtest GTest::gtest_main)
   target_compile_definitions(${name} PRIVATE
     KT_SOURCE_DIR="${CMAKE_SOURCE_DIR}" KT_BINARY_DIR="${CMAKE_BINARY_DIR}")
+  # GCC 12 takes parts of <regex> for uninitialised when it compiles them for the sanitizers.
+  if(KT_SANITIZE)
+    target_compile_options(${name} PRIVATE -Wno-maybe-uninitialized)
+  endif()
   set(serial FALSE)
   if(ARG_SERIAL)
     set(serial TRUE)
@@ -29,4 +52,20 @@ function(kt_test name)
     list(APPEND properties ENVIRONMENT "${ARG_ENVIRONMENT}")
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
+endfunction()
+
+# kt_every_test_is_built(FOLDER): fails when a file of tests below the folder is in no program made there.
+function(kt_every_test_is_built folder)
+  get_property(targets DIRECTORY ${folder} PROPERTY BUILDSYSTEM_TARGETS)
+  set(built)
+  foreach(target ${targets})
+    get_target_property(sources ${target} SOURCES)
+    list(APPEND built ${sources})
+  endforeach()
+  file(GLOB_RECURSE tests CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR}/${folder} ${folder}/*Test.cpp)
+  foreach(test ${tests})
+    if(NOT test IN_LIST built)
+      message(FATAL_ERROR "No program is made of the tests in ${folder}/${test}")
+    endif()
+  endforeach()
 endfunction()

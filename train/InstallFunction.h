@@ -6,9 +6,9 @@
 
 #include "Core/Log.h"
 #include "Core/Text.h"
-#include "Platform/FileChangeNotices.h"
-#include "Platform/FileManager.h"
-#include "Platform/Trash.h"
+#include "Platform/files/FileChangeNotices.h"
+#include "Platform/files/FileManager.h"
+#include "Platform/files/Trash.h"
 
 namespace halvorn {
 

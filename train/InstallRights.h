@@ -3,8 +3,8 @@
 
 #include <optional>
 
-#include "Platform/posix/Person.h"
-#include "Platform/posix/PosixFileManager.h"
+#include "Platform/files/posix/PosixFileManager.h"
+#include "Platform/rights/posix/Person.h"
 
 namespace halvorn {
 

@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/posix/ProcessRights.h"
+#include "Platform/rights/posix/ProcessRights.h"
 
 namespace halvorn {
 namespace {

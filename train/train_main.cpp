@@ -4,11 +4,11 @@
 #include <cstdio>
 #include <optional>
 
-#include "Platform/posix/PosixClock.h"
-#include "Platform/posix/PosixFileManager.h"
-#include "Platform/posix/SilentFileChangeNotices.h"
-#include "Platform/posix/StandardErrorLog.h"
-#include "Platform/posix/XdgTrash.h"
+#include "Platform/files/linux/trash/XdgTrash.h"
+#include "Platform/files/posix/PosixFileManager.h"
+#include "Platform/files/posix/SilentFileChangeNotices.h"
+#include "Platform/running/posix/PosixClock.h"
+#include "Platform/running/posix/StandardErrorLog.h"
 #include "train/InstallFunction.h"
 #include "train/InstallRights.h"
 #include "train/PrivilegedProcess.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Core/Text.h"
-#include "Platform/Digests.h"
+#include "Platform/text/Digests.h"
 
 namespace halvorn::StringExtensions {
 

@@ -10,10 +10,10 @@
 #include "Core/Log.h"
 #include "Core/MutableText.h"
 #include "Core/Text.h"
-#include "Platform/FileHandles.h"
-#include "Platform/FileManager.h"
-#include "Platform/TextCodecs.h"
-#include "Platform/Unicode.h"
+#include "Platform/files/FileHandles.h"
+#include "Platform/files/FileManager.h"
+#include "Platform/text/TextCodecs.h"
+#include "Platform/text/Unicode.h"
 
 namespace halvorn {
 

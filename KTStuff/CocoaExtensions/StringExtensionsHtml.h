@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Core/Text.h"
-#include "Platform/HtmlText.h"
+#include "Platform/text/HtmlText.h"
 
 namespace halvorn::StringExtensions {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "Core/Text.h"
-#include "Platform/Keyboard.h"
+#include "Platform/text/Keyboard.h"
 
 namespace halvorn::StringExtensions {
 

@@ -5,7 +5,7 @@
 
 #include "Core/Ordering.h"
 #include "Core/Text.h"
-#include "Platform/Unicode.h"
+#include "Platform/text/Unicode.h"
 
 namespace halvorn::StringExtensions {
 

@@ -6,7 +6,7 @@
 #include "Core/Log.h"
 #include "Core/Text.h"
 #include "KTStuff/KTClasses/KTRegularExpression.h"
-#include "Platform/Clock.h"
+#include "Platform/running/Clock.h"
 
 namespace halvorn::StringExtensions {
 

@@ -3,7 +3,7 @@
 
 #include "Core/MutableText.h"
 #include "Core/Text.h"
-#include "Platform/Unicode.h"
+#include "Platform/text/Unicode.h"
 
 namespace halvorn::StringExtensions {
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "KTStuff/KTClasses/KTAvailability.h"
-#include "Platform/Views.h"
+#include "Platform/window/Views.h"
 
 namespace halvorn::ViewExtensions {
 

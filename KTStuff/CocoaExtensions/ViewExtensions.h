@@ -18,7 +18,7 @@ enum class Animated { No, Yes };
 void bringToFrontInsideSuperView(View& view);
 
 // Scrolls up or down over time, as little as brings the rectangle (in the view's coordinates, as
-// Platform/ScrollViews.h has them) into view; a horizontal offset is taken back to 0. Of a rectangle that is
+// Platform/window/ScrollViews.h has them) into view; a horizontal offset is taken back to 0. Of a rectangle that is
 // higher than what is seen, its upper end is brought into view for Yes, else its lower one. False, and
 // nothing is done, when the rectangle is seen already; an edge that just meets the upper end of what is seen
 // counts as not seen.

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Platform/LocalizedStrings.h"
+#include "Platform/bundles/LocalizedStrings.h"
 
 namespace halvorn {
 

@@ -1,7 +1,7 @@
 // What the running system has.
 #pragma once
 
-#include "Platform/SystemInfo.h"
+#include "Platform/session/SystemInfo.h"
 
 namespace halvorn {
 

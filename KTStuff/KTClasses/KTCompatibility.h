@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "Platform/IdleQueue.h"
-#include "Platform/Notifications.h"
+#include "Core/Notifications.h"
+#include "Platform/running/IdleQueue.h"
 
 namespace halvorn {
 

@@ -5,7 +5,7 @@
 #include "Core/Log.h"
 #include "KTStuff/KTClasses/KTAvailability.h"
 #include "KTStuff/KTClasses/KTUtilitiesTheme.h"
-#include "Platform/Appearances.h"
+#include "Platform/color/Appearances.h"
 
 namespace halvorn {
 

@@ -12,7 +12,7 @@
 
 #include <memory>
 
-#include "Platform/Color.h"
+#include "Platform/color/Color.h"
 
 namespace halvorn {
 

@@ -1,7 +1,7 @@
 #include "KTStuff/KTClasses/KTProcess.h"
 
 #include "Core/Format.h"
-#include "Platform/Unicode.h"
+#include "Platform/text/Unicode.h"
 
 namespace halvorn {
 

@@ -23,10 +23,10 @@
 #include "Core/Ordering.h"
 #include "Core/PropertyValue.h"
 #include "Core/Text.h"
-#include "Platform/Accessibility.h"
-#include "Platform/ApplicationControl.h"
-#include "Platform/Images.h"
-#include "Platform/ProcessSource.h"
+#include "Platform/processes/Accessibility.h"
+#include "Platform/processes/ApplicationControl.h"
+#include "Platform/processes/ProcessSource.h"
+#include "Platform/window/Images.h"
 
 namespace halvorn {
 

@@ -1,7 +1,7 @@
 // Turning what happens in a process's windows into notifications.
 #include "Core/Log.h"
+#include "Core/Notifications.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/Notifications.h"
 
 namespace halvorn {
 

@@ -5,11 +5,11 @@
 #include "Core/Log.h"
 #include "KTStuff/CocoaExtensions/StringExtensionsDigests.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/ApplicationItems.h"
-#include "Platform/Bundles.h"
-#include "Platform/Clock.h"
-#include "Platform/FileManager.h"
-#include "Platform/Tasks.h"
+#include "Platform/bundles/ApplicationItems.h"
+#include "Platform/bundles/Bundles.h"
+#include "Platform/files/FileManager.h"
+#include "Platform/running/Clock.h"
+#include "Platform/running/Tasks.h"
 
 namespace halvorn {
 namespace {

@@ -5,8 +5,8 @@
 #include <unordered_set>
 #include <utility>
 
-#include "Platform/ApplicationEvents.h"
-#include "Platform/Notifications.h"
+#include "Core/Notifications.h"
+#include "Platform/processes/ApplicationEvents.h"
 
 namespace halvorn {
 

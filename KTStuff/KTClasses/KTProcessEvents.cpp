@@ -1,8 +1,8 @@
 // Activating a process, and sending it events.
 #include "Core/Log.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/AppleEvents.h"
-#include "Platform/ApplicationControl.h"
+#include "Platform/processes/AppleEvents.h"
+#include "Platform/processes/ApplicationControl.h"
 
 namespace halvorn {
 namespace {

@@ -1,8 +1,8 @@
 // Ending a process: asked first, then by force.
 #include "Core/Log.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/ApplicationControl.h"
-#include "Platform/Clock.h"
+#include "Platform/processes/ApplicationControl.h"
+#include "Platform/running/Clock.h"
 
 namespace halvorn {
 namespace {

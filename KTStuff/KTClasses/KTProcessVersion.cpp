@@ -4,8 +4,8 @@
 
 #include "Core/Format.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/ApplicationItems.h"
-#include "Platform/Bundles.h"
+#include "Platform/bundles/ApplicationItems.h"
+#include "Platform/bundles/Bundles.h"
 
 namespace halvorn {
 namespace {

@@ -12,7 +12,7 @@
 #include <functional>
 #include <mutex>
 
-#include "Platform/Regex.h"
+#include "Platform/text/Regex.h"
 
 namespace halvorn {
 

@@ -10,13 +10,13 @@
 #include "Core/Text.h"
 #include "KTStuff/KTClasses/KTProcess.h"
 #include "KTStuff/KTClasses/KTUtilitiesDesktop.h"
-#include "Platform/Aliases.h"
-#include "Platform/Bundles.h"
-#include "Platform/Clock.h"
-#include "Platform/FileManager.h"
-#include "Platform/LaunchContext.h"
-#include "Platform/SearchPaths.h"
-#include "Platform/Tasks.h"
+#include "Platform/bundles/Bundles.h"
+#include "Platform/files/Aliases.h"
+#include "Platform/files/FileManager.h"
+#include "Platform/files/SearchPaths.h"
+#include "Platform/processes/LaunchContext.h"
+#include "Platform/running/Clock.h"
+#include "Platform/running/Tasks.h"
 
 namespace halvorn {
 

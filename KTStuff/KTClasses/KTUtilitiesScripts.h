@@ -8,10 +8,10 @@
 
 #include "Core/Log.h"
 #include "Core/Text.h"
-#include "Platform/Clock.h"
-#include "Platform/SearchPaths.h"
-#include "Platform/Tasks.h"
-#include "Platform/TemporaryFiles.h"
+#include "Platform/files/SearchPaths.h"
+#include "Platform/files/TemporaryFiles.h"
+#include "Platform/running/Clock.h"
+#include "Platform/running/Tasks.h"
 
 namespace halvorn {
 

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "KTStuff/KTClasses/KTUtilitiesVersions.h"
-#include "Platform/Defaults.h"
-#include "Platform/InterfaceStyleSetting.h"
+#include "Platform/bundles/Defaults.h"
+#include "Platform/color/InterfaceStyleSetting.h"
 
 namespace halvorn {
 

@@ -11,10 +11,10 @@
 #include "Core/Log.h"
 #include "Core/Ordering.h"
 #include "Core/Text.h"
-#include "Platform/Bundles.h"
-#include "Platform/LocalizedDates.h"
-#include "Platform/SystemInfo.h"
-#include "Platform/Unicode.h"
+#include "Platform/bundles/Bundles.h"
+#include "Platform/session/SystemInfo.h"
+#include "Platform/text/LocalizedDates.h"
+#include "Platform/text/Unicode.h"
 
 namespace halvorn {
 

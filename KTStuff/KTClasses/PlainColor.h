@@ -11,7 +11,7 @@
 #include <memory>
 #include <vector>
 
-#include "Platform/Color.h"
+#include "Platform/color/Color.h"
 
 namespace halvorn {
 

@@ -1,7 +1,7 @@
 // copy_item FROM TO: the installer's copy as a program of its own.
 #include <cstdio>
 
-#include "Platform/posix/PosixFileManager.h"
+#include "Platform/files/posix/PosixFileManager.h"
 
 int main(int argumentCount, char** arguments) {
   if (argumentCount != 3) {

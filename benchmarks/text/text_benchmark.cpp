@@ -24,7 +24,7 @@
 #include <thread>
 
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
-#include "Platform/linux/text/IcuUnicode.h"
+#include "Platform/text/linux/IcuUnicode.h"
 #include "benchmarks/text/PairedRuns.h"
 
 namespace halvorn {

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/Accessibility.h"
+#include "Platform/processes/Accessibility.h"
 
 namespace halvorn {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Appearances.h"
-#include "Platform/GraphicsContext.h"
+#include "Platform/color/Appearances.h"
+#include "Platform/color/GraphicsContext.h"
 
 namespace halvorn {
 

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/AppleEvents.h"
+#include "Platform/processes/AppleEvents.h"
 
 namespace halvorn {
 

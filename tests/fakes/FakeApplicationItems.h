@@ -5,7 +5,7 @@
 #include <string>
 #include <tuple>
 
-#include "Platform/ApplicationItems.h"
+#include "Platform/bundles/ApplicationItems.h"
 
 namespace halvorn {
 

@@ -16,10 +16,10 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/ApplicationControl.h"
-#include "Platform/ApplicationEvents.h"
-#include "Platform/Clock.h"
-#include "Platform/ProcessSource.h"
+#include "Platform/processes/ApplicationControl.h"
+#include "Platform/processes/ApplicationEvents.h"
+#include "Platform/processes/ProcessSource.h"
+#include "Platform/running/Clock.h"
 
 namespace halvorn {
 

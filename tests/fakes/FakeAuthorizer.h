@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "Platform/Authorizer.h"
+#include "Platform/rights/Authorizer.h"
 
 namespace halvorn {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Core/Paths.h"
-#include "Platform/Bundles.h"
+#include "Platform/bundles/Bundles.h"
 
 namespace halvorn {
 

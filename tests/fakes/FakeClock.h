@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "Platform/Clock.h"
+#include "Platform/running/Clock.h"
 
 namespace halvorn {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Color.h"
+#include "Platform/color/Color.h"
 
 namespace halvorn {
 

@@ -4,7 +4,7 @@
 #include <map>
 #include <optional>
 
-#include "Platform/Defaults.h"
+#include "Platform/bundles/Defaults.h"
 
 namespace halvorn {
 

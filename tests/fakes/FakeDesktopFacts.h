@@ -6,16 +6,16 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/Aliases.h"
-#include "Platform/ControlTint.h"
-#include "Platform/Debugger.h"
-#include "Platform/FileSystemInfo.h"
-#include "Platform/IdleTime.h"
-#include "Platform/Images.h"
-#include "Platform/InterfaceStyleSetting.h"
-#include "Platform/LaunchContext.h"
-#include "Platform/MenuBar.h"
-#include "Platform/Pasteboard.h"
+#include "Platform/color/ControlTint.h"
+#include "Platform/color/InterfaceStyleSetting.h"
+#include "Platform/files/Aliases.h"
+#include "Platform/files/FileSystemInfo.h"
+#include "Platform/processes/LaunchContext.h"
+#include "Platform/session/Debugger.h"
+#include "Platform/session/IdleTime.h"
+#include "Platform/session/MenuBar.h"
+#include "Platform/session/Pasteboard.h"
+#include "Platform/window/Images.h"
 
 namespace halvorn {
 

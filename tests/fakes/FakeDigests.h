@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "Platform/Digests.h"
+#include "Platform/text/Digests.h"
 
 namespace halvorn {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/FileChangeNotices.h"
+#include "Platform/files/FileChangeNotices.h"
 
 namespace halvorn {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "Platform/FileHandles.h"
+#include "Platform/files/FileHandles.h"
 #include "tests/fakes/FakeFileManager.h"
 
 namespace halvorn {

@@ -13,7 +13,7 @@
 
 #include "Core/Paths.h"
 #include "Core/Text.h"
-#include "Platform/FileManager.h"
+#include "Platform/files/FileManager.h"
 
 namespace halvorn {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/HtmlText.h"
+#include "Platform/text/HtmlText.h"
 
 namespace halvorn {
 

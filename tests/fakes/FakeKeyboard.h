@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/Keyboard.h"
+#include "Platform/text/Keyboard.h"
 
 namespace halvorn {
 

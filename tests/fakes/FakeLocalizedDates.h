@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Core/Format.h"
-#include "Platform/LocalizedDates.h"
+#include "Platform/text/LocalizedDates.h"
 
 namespace halvorn {
 

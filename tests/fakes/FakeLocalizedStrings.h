@@ -3,7 +3,7 @@
 
 #include <map>
 
-#include "Platform/LocalizedStrings.h"
+#include "Platform/bundles/LocalizedStrings.h"
 
 namespace halvorn {
 

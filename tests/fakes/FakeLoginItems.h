@@ -1,7 +1,7 @@
 // Login items that a test writes down.
 #pragma once
 
-#include "Platform/LoginItems.h"
+#include "Platform/bundles/LoginItems.h"
 
 namespace halvorn {
 

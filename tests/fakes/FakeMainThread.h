@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/MainThread.h"
-#include "Platform/Workers.h"
+#include "Platform/running/MainThread.h"
+#include "Platform/running/Workers.h"
 
 namespace halvorn {
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <utility>
 
-#include "Platform/IdleQueue.h"
+#include "Platform/running/IdleQueue.h"
 
 namespace halvorn {
 

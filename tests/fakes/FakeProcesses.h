@@ -10,7 +10,7 @@
 
 #include "KTStuff/KTClasses/KTCompatibility.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/null/NullImages.h"
+#include "Platform/window/null/NullImages.h"
 #include "tests/fakes/FakeAccessibility.h"
 #include "tests/fakes/FakeAppleEvents.h"
 #include "tests/fakes/FakeApplicationItems.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Regex.h"
+#include "Platform/text/Regex.h"
 
 namespace halvorn {
 

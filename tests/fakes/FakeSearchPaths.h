@@ -1,7 +1,7 @@
 // Folders as a test names them.
 #pragma once
 
-#include "Platform/SearchPaths.h"
+#include "Platform/files/SearchPaths.h"
 
 namespace halvorn {
 

@@ -15,10 +15,10 @@
 
 #include "Core/Format.h"
 #include "Core/Paths.h"
-#include "Platform/AudioDevices.h"
-#include "Platform/PropertyLists.h"
-#include "Platform/SoundFolders.h"
-#include "Platform/Sounds.h"
+#include "Platform/bundles/PropertyLists.h"
+#include "Platform/sound/AudioDevices.h"
+#include "Platform/sound/SoundFolders.h"
+#include "Platform/sound/Sounds.h"
 
 namespace halvorn {
 

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/StandardStreams.h"
+#include "Platform/running/StandardStreams.h"
 
 namespace halvorn {
 

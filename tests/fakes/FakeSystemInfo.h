@@ -1,7 +1,7 @@
 // A system of any version.
 #pragma once
 
-#include "Platform/SystemInfo.h"
+#include "Platform/session/SystemInfo.h"
 
 namespace halvorn {
 

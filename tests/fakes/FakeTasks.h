@@ -6,8 +6,8 @@
 #include <memory>
 #include <utility>
 
-#include "Platform/Clock.h"
-#include "Platform/Tasks.h"
+#include "Platform/running/Clock.h"
+#include "Platform/running/Tasks.h"
 #include "tests/fakes/FakeTemporaryFiles.h"
 
 namespace halvorn {

@@ -4,7 +4,7 @@
 #include <map>
 
 #include "Core/Format.h"
-#include "Platform/TemporaryFiles.h"
+#include "Platform/files/TemporaryFiles.h"
 
 namespace halvorn {
 

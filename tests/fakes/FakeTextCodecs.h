@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "Core/MacRoman.h"
-#include "Platform/TextCodecs.h"
+#include "Platform/text/TextCodecs.h"
 
 namespace halvorn {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Core/Paths.h"
-#include "Platform/Trash.h"
+#include "Platform/files/Trash.h"
 #include "tests/fakes/FakeFileManager.h"
 
 namespace halvorn {

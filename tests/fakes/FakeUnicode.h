@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "Platform/Unicode.h"
+#include "Platform/text/Unicode.h"
 
 namespace halvorn {
 

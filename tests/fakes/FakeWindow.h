@@ -15,11 +15,11 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/Alerts.h"
-#include "Platform/Application.h"
-#include "Platform/Images.h"
-#include "Platform/InstallerOutlets.h"
-#include "Platform/ScreenReader.h"
+#include "Platform/window/Alerts.h"
+#include "Platform/window/Application.h"
+#include "Platform/window/Images.h"
+#include "Platform/window/InstallerOutlets.h"
+#include "Platform/window/ScreenReader.h"
 
 namespace halvorn {
 

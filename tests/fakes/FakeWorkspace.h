@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Core/Paths.h"
-#include "Platform/Workspace.h"
+#include "Platform/bundles/Workspace.h"
 
 namespace halvorn {
 

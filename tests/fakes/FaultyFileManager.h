@@ -4,7 +4,7 @@
 #include <set>
 #include <string>
 
-#include "Platform/FileManager.h"
+#include "Platform/files/FileManager.h"
 
 namespace halvorn {
 

@@ -1,7 +1,7 @@
 // Bytes of unknown encoding, and of each known one.
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
-#include "Platform/linux/text/IcuTextCodecs.h"
-#include "Platform/linux/text/IcuUnicode.h"
+#include "Platform/text/linux/IcuTextCodecs.h"
+#include "Platform/text/linux/IcuUnicode.h"
 #include "tests/fakes/FakeFileManager.h"
 #include "tests/fuzz/FuzzInput.h"
 

@@ -2,7 +2,7 @@
 #include <cstdlib>
 
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
-#include "Platform/linux/text/IcuUnicode.h"
+#include "Platform/text/linux/IcuUnicode.h"
 #include "tests/fuzz/FuzzInput.h"
 
 using namespace halvorn;

@@ -1,6 +1,6 @@
 // The character set that a page declares.
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
-#include "Platform/linux/text/IcuTextCodecs.h"
+#include "Platform/text/linux/IcuTextCodecs.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/fuzz/FuzzInput.h"
 

@@ -1,7 +1,7 @@
 // Patterns and templates, through the real engine.
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
-#include "Platform/linux/text/IcuRegex.h"
-#include "Platform/posix/PosixClock.h"
+#include "Platform/running/posix/PosixClock.h"
+#include "Platform/text/linux/IcuRegex.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/fuzz/FuzzInput.h"
 

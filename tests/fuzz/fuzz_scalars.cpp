@@ -1,6 +1,6 @@
 // Scalars, trimming, lines, skin colours.
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
-#include "Platform/linux/text/IcuUnicode.h"
+#include "Platform/text/linux/IcuUnicode.h"
 #include "tests/fuzz/FuzzInput.h"
 
 using namespace halvorn;

@@ -8,7 +8,7 @@
 #include <QCoreApplication>
 #include <memory>
 
-#include "Platform/linux/ui/QtApplication.h"
+#include "Platform/window/linux/QtApplication.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace halvorn {

@@ -1,0 +1,201 @@
+#include "Platform/bundles/linux/launching/Launching.h"
+
+#include <fcntl.h>
+#include <grp.h>
+#include <poll.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <optional>
+
+#include "Platform/running/posix/FileDescriptor.h"
+
+namespace halvorn {
+namespace {
+
+constexpr int kErrorDescriptor = 3;  // where the child says why it could not start the program
+
+[[noreturn]] void reportAndExit(int errorPipe) {
+  const int error = errno;
+  (void)!::write(errorPipe, &error, sizeof error);
+  ::_exit(127);
+}
+
+// Everything the child needs, made before it exists: between fork and exec nothing may be allocated.
+class PreparedChild {
+ public:
+  explicit PreparedChild(const LaunchRequest& request) : request_(request) {
+    arguments_.push_back(const_cast<char*>(request_.program.c_str()));
+    for (const std::string& argument : request_.arguments)
+      arguments_.push_back(const_cast<char*>(argument.c_str()));
+    arguments_.push_back(nullptr);
+    for (const std::string& variable : request_.environment) {
+      environment_.push_back(const_cast<char*>(variable.c_str()));
+    }
+    environment_.push_back(nullptr);
+  }
+
+  [[nodiscard]] bool isAllowed() const { return request_.person.kind != LaunchPerson::Kind::Unknown; }
+
+  // In the child. Where it cannot become the program, it writes errno into the pipe and ends.
+  [[noreturn]] void become(int errorPipe) const {
+    const int raised = ::fcntl(errorPipe, F_DUPFD_CLOEXEC, kErrorDescriptor + 1);
+    const int pipe = raised < 0 ? -1 : ::dup3(raised, kErrorDescriptor, O_CLOEXEC);
+    if (pipe < 0) reportAndExit(errorPipe);
+    closeFrom(kErrorDescriptor + 1);
+    ::setsid();
+    ::umask(022);
+    const bool isReady = useNullStreams() && takePersonsRights() &&
+                         (::chdir(request_.workingFolder.c_str()) == 0 || ::chdir("/") == 0);
+    if (isReady) {
+      resetSignals();
+      ::execve(request_.program.c_str(), arguments_.data(), environment_.data());
+    }
+    reportAndExit(pipe);
+  }
+
+ private:
+  static bool useNullStreams() {
+    const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    bool isDone = null >= 0;
+    for (int stream = 0; stream <= 2; ++stream) {
+      // It may have become one of the three itself, where that was closed.
+      const int result = null == stream ? ::fcntl(null, F_SETFD, 0) : ::dup2(null, stream);
+      isDone = isDone && result >= 0;
+    }
+    return isDone;
+  }
+
+  static void closeFrom(int first) {
+#ifdef SYS_close_range
+    if (::syscall(SYS_close_range, static_cast<unsigned>(first), ~0U, 0U) == 0) return;
+#endif
+    rlimit limit = {};
+    const bool isKnown = ::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
+    const int end = isKnown ? static_cast<int>(std::min<rlim_t>(limit.rlim_cur, 1 << 20)) : 1 << 16;
+    for (int descriptor = first; descriptor < end; ++descriptor) ::close(descriptor);
+  }
+
+  bool takePersonsRights() const {
+    if (request_.person.kind == LaunchPerson::Kind::ThisProcess) return true;
+    if (::geteuid() == 0 && ::setgroups(request_.person.groups.size(), request_.person.groups.data()) != 0)
+      return false;
+    if (::setresgid(request_.person.gid, request_.person.gid, request_.person.gid) != 0) return false;
+    return ::setresuid(request_.person.uid, request_.person.uid, request_.person.uid) == 0;
+  }
+
+  static void resetSignals() {
+    struct sigaction standard = {};
+    standard.sa_handler = SIG_DFL;
+    for (int signal = 1; signal < NSIG; ++signal) ::sigaction(signal, &standard, nullptr);
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+  }
+
+  const LaunchRequest& request_;
+  std::vector<char*> arguments_;
+  std::vector<char*> environment_;
+};
+
+// Holds all signals back, so that no handler of this program ever runs in a child.
+class WithoutSignals {
+ public:
+  WithoutSignals() {
+    sigset_t all;
+    sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before_);
+  }
+  ~WithoutSignals() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  WithoutSignals(const WithoutSignals&) = delete;
+  WithoutSignals& operator=(const WithoutSignals&) = delete;
+
+ private:
+  sigset_t before_;
+};
+
+struct Pipe {
+  FileDescriptor readEnd;
+  FileDescriptor writeEnd;
+};
+
+std::optional<Pipe> makePipe() {
+  int ends[2] = {-1, -1};
+  if (::pipe2(ends, O_CLOEXEC) != 0) return std::nullopt;
+  return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+}
+
+// The errno that the child reported; 0 when the pipe was closed by a successful start.
+int reportedError(const FileDescriptor& readEnd) {
+  int error = 0;
+  const ssize_t count = retried([&] { return ::read(readEnd.get(), &error, sizeof error); });
+  return count == static_cast<ssize_t>(sizeof error) ? error : 0;
+}
+
+}  // namespace
+
+int launchDetached(const LaunchRequest& request) {
+  const PreparedChild child(request);
+  if (!child.isAllowed()) return EPERM;
+  auto pipe = makePipe();
+  if (!pipe) return errno;
+  pid_t middle = -1;
+  {
+    // The program is the child of a child that ends at once, so that it never becomes a zombie of this
+    // program.
+    const WithoutSignals withoutSignals;
+    middle = ::fork();
+    if (middle == 0) {
+      const pid_t last = ::fork();
+      if (last > 0) ::_exit(0);
+      if (last == 0) child.become(pipe->writeEnd.get());
+      reportAndExit(pipe->writeEnd.get());
+    }
+  }
+  if (middle < 0) return errno;
+  pipe->writeEnd = FileDescriptor();
+  (void)retried([&] { return ::waitpid(middle, nullptr, 0); });
+  return reportedError(pipe->readEnd);
+}
+
+int runAndWait(const LaunchRequest& request, double seconds) {
+  const PreparedChild child(request);
+  auto pipe = child.isAllowed() ? makePipe() : std::nullopt;
+  if (!pipe) return -1;
+  pid_t pid = -1;
+  {
+    const WithoutSignals withoutSignals;
+    pid = ::fork();
+    if (pid == 0) child.become(pipe->writeEnd.get());
+  }
+  if (pid < 0) return -1;
+  pipe->writeEnd = FileDescriptor();
+  const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0U)));
+  pollfd ended = {process.get(), POLLIN, 0};
+  const bool isOver = process.get() >= 0 && ::poll(&ended, 1, static_cast<int>(seconds * 1000.0)) == 1;
+  if (!isOver) ::kill(pid, SIGKILL);  // not collected yet, so the number is still its own
+  int status = -1;
+  const bool isCollected = retried([&] { return ::waitpid(pid, &status, 0); }) == pid;
+  const bool hasRun = isOver && isCollected && WIFEXITED(status) && reportedError(pipe->readEnd) == 0;
+  return hasRun ? WEXITSTATUS(status) : -1;
+}
+
+std::string programInPath(const std::string& name, const Environment& environment) {
+  const std::string list = environment.value("PATH").value_or("/usr/local/bin:/usr/bin:/bin") + ":";
+  for (std::size_t start = 0, end = 0; (end = list.find(':', start)) != std::string::npos; start = end + 1) {
+    const std::string program = list.substr(start, end - start) + "/" + name;
+    struct stat information = {};
+    // Relative folders depend on where this program stands by chance.
+    if (!program.starts_with('/') || ::stat(program.c_str(), &information) != 0) continue;
+    if (S_ISREG(information.st_mode) && ::access(program.c_str(), X_OK) == 0) return program;
+  }
+  return {};
+}
+
+}  // namespace halvorn

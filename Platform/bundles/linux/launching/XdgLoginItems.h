@@ -1,0 +1,32 @@
+// Autostart entries as login items.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Platform/bundles/LoginItems.h"
+#include "Platform/session/linux/Environment.h"
+
+namespace halvorn {
+
+class DesktopEntry;
+class XdgFolders;
+
+// The person's own entries come before the system's, each folder's by file name. A file of the person's hides
+// the system's of that name. Hidden entries and those for other desktops than the running one are not in the
+// list; an entry whose program is not there does not resolve.
+class XdgLoginItems : public LoginItems {
+ public:
+  XdgLoginItems(const XdgFolders& folders, const Environment& environment);
+
+  std::optional<std::vector<OptionalText>> snapshot() const override;
+
+ private:
+  [[nodiscard]] bool isStartedHere(const DesktopEntry& entry) const;
+  [[nodiscard]] OptionalText resolve(const DesktopEntry& entry) const;
+
+  std::vector<std::string> folders_;  // most important first
+  Environment environment_;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,93 @@
+// A colour: what views, fields and drawing accept.
+//
+// A question about components of another model than the colour's own is answered as if the colour had been
+// converted first. "Nothing" is what is answered where there is no colour at all: 0, null, nullopt, no
+// components.
+//
+// Thread: as the implementation says; plain colours any.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "Core/ColorModels.h"
+#include "Core/ColorSpace.h"
+#include "Core/KeyedArchive.h"
+#include "Core/Text.h"
+#include "Platform/color/GraphicsContext.h"
+
+namespace halvorn {
+
+class Color;
+using ColorPointer = std::shared_ptr<const Color>;
+
+// How a control shows what happens to it.
+enum class ColorSystemEffect { None, Pressed, DeepPressed, Disabled, Rollover };
+
+class Color : public Archivable {
+ public:
+  // --- the space and its components
+
+  [[nodiscard]] virtual const ColorSpace* colorSpace() const = 0;
+  [[nodiscard]] virtual ColorPointer colorUsingColorSpace(const ColorSpace& space) const = 0;
+  [[nodiscard]] virtual OptionalText colorSpaceName() const = 0;
+  // Null when there is no space of that name, or the colour cannot be told in it.
+  [[nodiscard]] virtual ColorPointer colorUsingColorSpaceName(const Text& name) const = 0;
+  [[nodiscard]] virtual int numberOfComponents() const = 0;  // alpha counted
+  [[nodiscard]] virtual std::vector<double> getComponents() const = 0;
+
+  // --- red, green and blue
+
+  [[nodiscard]] virtual double redComponent() const = 0;
+  [[nodiscard]] virtual double greenComponent() const = 0;
+  [[nodiscard]] virtual double blueComponent() const = 0;
+  [[nodiscard]] virtual std::optional<RedGreenBlueAlpha> getRed() const = 0;
+  [[nodiscard]] virtual double hueComponent() const = 0;
+  [[nodiscard]] virtual double saturationComponent() const = 0;
+  [[nodiscard]] virtual double brightnessComponent() const = 0;
+  [[nodiscard]] virtual std::optional<HueSaturationBrightnessAlpha> getHue() const = 0;
+
+  // --- grey
+
+  [[nodiscard]] virtual double whiteComponent() const = 0;
+  [[nodiscard]] virtual std::optional<WhiteAlpha> getWhite() const = 0;
+
+  // --- inks
+
+  [[nodiscard]] virtual double cyanComponent() const = 0;
+  [[nodiscard]] virtual double magentaComponent() const = 0;
+  [[nodiscard]] virtual double yellowComponent() const = 0;
+  [[nodiscard]] virtual double blackComponent() const = 0;
+  [[nodiscard]] virtual std::optional<CyanMagentaYellowBlackAlpha> getCyan() const = 0;
+
+  [[nodiscard]] virtual double alphaComponent() const = 0;
+  // The colour as drawing takes it.
+  [[nodiscard]] virtual std::optional<DeviceColor> CGColor() const = 0;
+
+  // --- names; null for a colour that is in no catalog
+
+  [[nodiscard]] virtual OptionalText catalogNameComponent() const = 0;
+  [[nodiscard]] virtual OptionalText colorNameComponent() const = 0;
+  [[nodiscard]] virtual OptionalText localizedCatalogNameComponent() const = 0;
+  [[nodiscard]] virtual OptionalText localizedColorNameComponent() const = 0;
+
+  // --- drawing; nothing is changed where there is no colour
+
+  virtual void setStroke(GraphicsContext& context) const = 0;
+  virtual void setFill(GraphicsContext& context) const = 0;
+  virtual void set(GraphicsContext& context) const = 0;  // both
+
+  // --- colours made of this one
+
+  // Nearer to white or to black; level 0 changes nothing, 1 all.
+  [[nodiscard]] virtual ColorPointer highlightWithLevel(double level) const = 0;
+  [[nodiscard]] virtual ColorPointer shadowWithLevel(double level) const = 0;
+  [[nodiscard]] virtual ColorPointer colorWithAlphaComponent(double alpha) const = 0;
+  // `fraction` of the other colour and the rest of this one; null without another colour.
+  [[nodiscard]] virtual ColorPointer blendedColorWithFraction(double fraction,
+                                                              const ColorPointer& ofColor) const = 0;
+  [[nodiscard]] virtual ColorPointer colorWithSystemEffect(ColorSystemEffect effect) const = 0;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,54 @@
+#include "Platform/color/linux/Palettes.h"
+
+#include <QColor>
+
+namespace halvorn {
+namespace {
+
+struct Tones {
+  QRgb window, base, alternate, text, secondary, disabled, button, highlight, mid, link, shadow;
+};
+
+// Text on window and base has a contrast of at least 4.5 : 1, secondary text included.
+constexpr Tones kLight = {0xF2F2F4, 0xFFFFFF, 0xF7F7F9, 0x1D1D1F, 0x5C5C63, 0x9A9AA0,
+                          0xFBFBFC, 0x2563C9, 0xC9C9CF, 0x1A5FB4, 0x8C8C92};
+constexpr Tones kDark = {0x2B2B2E, 0x1E1E20, 0x252528, 0xF0F0F2, 0xB0B0B8, 0x77777E,
+                         0x3C3C41, 0x3574DB, 0x47474D, 0x7AB0FF, 0x0C0C0D};
+
+}  // namespace
+
+QPalette paletteFor(Look look) {
+  const Tones& tones = look == Look::Dark ? kDark : kLight;
+  QPalette palette;
+  const auto set = [&palette](QPalette::ColorRole role, QRgb colour) {
+    palette.setColor(role, QColor(colour));
+  };
+  set(QPalette::Window, tones.window);
+  set(QPalette::WindowText, tones.text);
+  set(QPalette::Base, tones.base);
+  set(QPalette::AlternateBase, tones.alternate);
+  set(QPalette::Text, tones.text);
+  set(QPalette::PlaceholderText, tones.secondary);
+  set(QPalette::Button, tones.button);
+  set(QPalette::ButtonText, tones.text);
+  set(QPalette::BrightText, 0xFFFFFF);
+  set(QPalette::ToolTipBase, tones.alternate);
+  set(QPalette::ToolTipText, tones.text);
+  set(QPalette::Highlight, tones.highlight);
+  set(QPalette::HighlightedText, 0xFFFFFF);
+  set(QPalette::Link, tones.link);
+  set(QPalette::LinkVisited, tones.link);
+  set(QPalette::Mid, tones.mid);
+  set(QPalette::Midlight, tones.alternate);
+  set(QPalette::Light, look == Look::Dark ? 0x505056 : 0xFFFFFF);
+  set(QPalette::Dark, tones.shadow);
+  set(QPalette::Shadow, tones.shadow);
+  for (const auto role :
+       {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText}) {
+    palette.setColor(QPalette::Disabled, role, QColor(tones.disabled));
+  }
+  palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(tones.mid));
+  return palette;
+}
+
+}  // namespace halvorn

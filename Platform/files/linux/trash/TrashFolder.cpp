@@ -1,0 +1,107 @@
+#include "Platform/files/linux/trash/TrashFolder.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <utility>
+
+#include "Platform/files/posix/copy/SystemCalls.h"
+
+namespace halvorn {
+namespace {
+
+constexpr int mostAttempts = 10'000;
+
+// The folder of that name, made when it is missing; empty unless it belongs to the person.
+FileDescriptor openOwnFolder(int parent, const char* name, const Person& owner) {
+  if (::mkdirat(parent, name, S_IRWXU) != 0 && errno != EEXIST) return {};
+  FileDescriptor folder(
+      retried([&] { return ::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+  struct stat facts {};
+  if (!folder || ::fstat(folder.get(), &facts) != 0 || facts.st_uid != owner.user) return {};
+  return folder;
+}
+
+bool writeWhole(int file, const std::string& text) {
+  std::size_t done = 0;
+  while (done < text.size()) {
+    const ssize_t count = retried([&] { return ::write(file, text.data() + done, text.size() - done); });
+    if (count <= 0) return false;
+    done += static_cast<std::size_t>(count);
+  }
+  return true;
+}
+
+// A folder that its owner may not write cannot change its parent, and nobody could take it out of the Trash
+// again.
+bool makeFolderMovable(const ItemPlace& item) {
+  FileDescriptor folder(retried([&] {
+    return ::openat(item.folder.get(), item.name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+  }));
+  struct stat facts {};
+  if (!folder || ::fstat(folder.get(), &facts) != 0 || facts.st_uid != ::geteuid()) return false;
+  if ((facts.st_mode & S_IWUSR) != 0) return false;
+  return ::fchmod(folder.get(), (facts.st_mode & 07777) | S_IWUSR) == 0;
+}
+
+enum class Naming { Written, Taken, Failed };
+
+Naming writeInformation(int folder, const std::string& name, const std::string& text) {
+  FileDescriptor file(retried([&] {
+    return ::openat(folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                    S_IRUSR | S_IWUSR);
+  }));
+  if (!file) return errno == EEXIST ? Naming::Taken : Naming::Failed;
+  if (writeWhole(file.get(), text) && file.closeAfterWriting()) return Naming::Written;
+  ::unlinkat(folder, name.c_str(), 0);
+  return Naming::Failed;
+}
+
+int renameWithoutReplacing(const ItemPlace& item, int folder, const std::string& name) {
+  int error = SystemCalls::renameWithoutReplacing(item.folder.get(), item.name.c_str(), folder, name.c_str());
+  if (error == EACCES && makeFolderMovable(item)) {
+    error = SystemCalls::renameWithoutReplacing(item.folder.get(), item.name.c_str(), folder, name.c_str());
+  }
+  return error;
+}
+
+}  // namespace
+
+TrashFolder::TrashFolder(FileDescriptor files, FileDescriptor info, const Person& owner)
+    : files_(std::move(files)), info_(std::move(info)), owner_(&owner) {}
+
+std::optional<TrashFolder> TrashFolder::open(FileDescriptor folder, const Person& owner) {
+  const RightsOf rights(&owner);
+  if (!rights.holds() || !folder) return std::nullopt;
+  FileDescriptor files = openOwnFolder(folder.get(), "files", owner);
+  FileDescriptor info = openOwnFolder(folder.get(), "info", owner);
+  if (!files || !info) return std::nullopt;
+  return TrashFolder(std::move(files), std::move(info), owner);
+}
+
+TrashFolder::Moved TrashFolder::move(const ItemPlace& item, const std::string& path, Date when) const {
+  const std::string text = TrashInformation::text(path, when);
+  for (int attempt = 1; attempt <= mostAttempts; ++attempt) {
+    const std::string name = TrashInformation::nameForAttempt(item.name, attempt);
+    const std::string information = name + ".trashinfo";
+    const auto withRights = [&](const auto& work) {
+      const RightsOf rights(owner_);
+      return rights.holds() ? work() : Naming::Failed;
+    };
+    const Naming naming = withRights([&] { return writeInformation(info_.get(), information, text); });
+    if (naming == Naming::Failed) return {};
+    if (naming == Naming::Taken) continue;
+    const int error = renameWithoutReplacing(item, files_.get(), name);
+    if (error == 0) return {.outcome = Outcome::Moved, .name = name};
+    (void)withRights([&] {
+      ::unlinkat(info_.get(), information.c_str(), 0);
+      return Naming::Failed;
+    });
+    if (error == EXDEV) return {.outcome = Outcome::Elsewhere};
+    if (error != EEXIST && error != ENOTEMPTY) return {};
+  }
+  return {};
+}
+
+}  // namespace halvorn

@@ -1,0 +1,44 @@
+// The Trash by the freedesktop rules.
+//
+// An item goes to the home Trash when that is on the item's file system, else to $top/.Trash/$uid, where
+// $top/.Trash is a real folder with the sticky bit, else to $top/.Trash-$uid. Where none of these can be, the
+// item stays.
+//
+// With administrator rights the Trash is that of the person who asked: it is found, made and written with
+// that person's rights, only the move itself is made with this process', and what was moved then belongs to
+// that person, so that it can be restored and emptied.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Platform/files/Trash.h"
+#include "Platform/files/linux/trash/TrashFolder.h"
+#include "Platform/files/posix/copy/ItemPlace.h"
+#include "Platform/rights/posix/Person.h"
+#include "Platform/running/Clock.h"
+
+namespace halvorn {
+
+class XdgTrash : public Trash {
+ public:
+  XdgTrash(const Clock& clock, Person owner, LinksInTheWay links, std::shared_ptr<FolderPins> pins = nullptr);
+
+  bool recycle(const Text& sourceFolder, const std::vector<Text>& names) override;
+
+ private:
+  [[nodiscard]] bool recycleItem(const ItemPlace& item) const;
+  [[nodiscard]] bool moveAndHandOver(FileDescriptor trash, const ItemPlace& item,
+                                     const std::string& path) const;
+  [[nodiscard]] FileDescriptor homeTrash(const ItemPlace& item) const;
+  [[nodiscard]] FileDescriptor sharedTrash(int top) const;
+  [[nodiscard]] FileDescriptor ownTrash(int top) const;
+
+  const Clock& clock_;
+  Person owner_;
+  LinksInTheWay links_;
+  std::shared_ptr<FolderPins> pins_;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,197 @@
+#include "Platform/files/posix/PosixFileManager.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <exception>
+#include <memory>
+#include <utility>
+
+#include "Platform/files/posix/copy/SystemCalls.h"
+#include "Platform/files/posix/copy/TreeRemoval.h"
+
+namespace halvorn {
+namespace {
+
+// Opening to read never waits for the other end of a pipe and never gets a terminal.
+constexpr int openToRead = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+
+// Memory may run out and threads may not start; outside of this file that is a failure like any other.
+template <typename Work>
+auto orFailure(const Work& work) noexcept -> decltype(work()) {
+  try {
+    return work();
+  } catch (const std::exception&) {
+    return {};
+  }
+}
+
+std::optional<std::string> readRegularFile(const std::string& path, std::size_t limit) {
+  const FileDescriptor file(retried([&] { return ::open(path.c_str(), openToRead); }));
+  struct stat facts {};
+  if (!file || ::fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
+  if (facts.st_size < 0 || static_cast<std::size_t>(facts.st_size) > limit) return std::nullopt;
+  std::string bytes;
+  while (bytes.size() <= limit) {
+    const std::size_t before = bytes.size();
+    const std::size_t room = std::min<std::size_t>(limit + 1 - before, 64 * 1024);
+    bytes.resize(before + room);
+    const ssize_t count = retried([&] { return ::read(file.get(), bytes.data() + before, room); });
+    bytes.resize(before + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    if (count < 0) return std::nullopt;
+    if (count == 0) return bytes;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::vector<Text>> listFolder(const std::string& path, LinksInTheWay links) {
+  const FileDescriptor named = openFolder(path, links);
+  FileDescriptor folder(retried([&] { return ::openat(named.get(), ".", openToRead | O_DIRECTORY); }));
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(folder ? ::fdopendir(folder.get()) : nullptr, ::closedir);
+  if (stream == nullptr) return std::nullopt;
+  (void)folder.release();
+  std::vector<Text> names;
+  errno = 0;
+  while (const dirent* entry = ::readdir(stream.get())) {
+    const std::string name = entry->d_name;
+    if (name != "." && name != "..") names.emplace_back(name);
+    errno = 0;
+  }
+  if (errno != 0) return std::nullopt;
+  return names;
+}
+
+// Whether the item at `place` is `folder` or stands somewhere in it.
+bool standsIn(const ItemPlace& place, const ItemPlace& folder) {
+  struct stat item {};
+  struct stat wanted {};
+  if (::fstatat(place.folder.get(), place.name.c_str(), &item, AT_SYMLINK_NOFOLLOW) != 0) return false;
+  if (::fstatat(folder.folder.get(), folder.name.c_str(), &wanted, AT_SYMLINK_NOFOLLOW) != 0) return false;
+  const auto isWanted = [&](const struct stat& facts) {
+    return facts.st_dev == wanted.st_dev && facts.st_ino == wanted.st_ino;
+  };
+  // Two names of one file are two items; one name reached on two ways is one.
+  if (!S_ISDIR(wanted.st_mode)) {
+    return isWanted(item) && SystemCalls::isSameItem(place.folder.get(), folder.folder.get());
+  }
+  if (isWanted(item)) return true;
+  FileDescriptor at(::fcntl(place.folder.get(), F_DUPFD_CLOEXEC, 0));
+  while (at) {
+    struct stat facts {};
+    if (::fstat(at.get(), &facts) != 0) return false;
+    if (isWanted(facts)) return true;
+    FileDescriptor above(
+        retried([&] { return ::openat(at.get(), "..", SystemCalls::openPath | O_DIRECTORY | O_CLOEXEC); }));
+    if (!above || SystemCalls::isSameItem(at.get(), above.get())) return false;
+    at = std::move(above);
+  }
+  return false;
+}
+
+}  // namespace
+
+PosixFileManager::PosixFileManager(FileRules rules) : rules_(std::move(rules)) {}
+
+std::optional<ItemPlace> PosixFileManager::placeToRead(const Text& path) const {
+  const RightsOf rights(reader());
+  // What the reader may read, the reader may also reach through links.
+  return rights.holds() ? placeOf(path, linksToRead()) : std::nullopt;
+}
+
+LinksInTheWay PosixFileManager::linksToRead() const {
+  return reader() != nullptr ? LinksInTheWay::FollowedOnDisk : LinksInTheWay::Followed;
+}
+
+std::optional<ItemPlace> PosixFileManager::placeToWrite(const Text& path) const {
+  return rules_.pins ? placeOf(path, *rules_.pins) : placeOf(path, rules_.links);
+}
+
+bool PosixFileManager::fileExists(const Text& path) const {
+  return orFailure([&] {
+    const auto bytes = systemPath(path);
+    struct stat facts {};
+    return bytes && ::stat(bytes->c_str(), &facts) == 0;
+  });
+}
+
+bool PosixFileManager::isDirectory(const Text& path) const {
+  return orFailure([&] {
+    const auto bytes = systemPath(path);
+    struct stat facts {};
+    return bytes && ::stat(bytes->c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
+  });
+}
+
+bool PosixFileManager::isWritable(const Text& path) const {
+  return orFailure([&] {
+    const auto bytes = systemPath(path);
+    return bytes && ::faccessat(AT_FDCWD, bytes->c_str(), W_OK, AT_EACCESS) == 0;
+  });
+}
+
+std::optional<std::vector<Text>> PosixFileManager::contentsOfDirectory(const Text& path) const {
+  return orFailure([&]() -> std::optional<std::vector<Text>> {
+    const auto bytes = systemPath(path);
+    const RightsOf rights(reader());
+    if (!bytes || !rights.holds()) return std::nullopt;
+    return listFolder(*bytes, linksToRead());
+  });
+}
+
+std::optional<std::string> PosixFileManager::readFile(const Text& path, std::size_t limit) const {
+  return orFailure([&]() -> std::optional<std::string> {
+    const auto bytes = systemPath(path);
+    const RightsOf rights(reader());
+    if (!bytes || !rights.holds()) return std::nullopt;
+    return readRegularFile(*bytes, limit);
+  });
+}
+
+bool PosixFileManager::isInside(const Text& path, const Text& folder) const {
+  return orFailure([&] {
+    const auto item = placeOf(path, LinksInTheWay::Followed);
+    const auto around = placeOf(folder, LinksInTheWay::Followed);
+    return item && around && standsIn(*item, *around);
+  });
+}
+
+bool PosixFileManager::copyItem(const Text& from, const Text& to) {
+  return orFailure([&] {
+    const auto source = placeToRead(from);
+    const auto target = placeToWrite(to);
+    if (!source || !target) return false;
+    const auto parent =
+        ItemPlace{.folder = FileDescriptor(::fcntl(target->folder.get(), F_DUPFD_CLOEXEC, 0)), .name = "."};
+    if (standsIn(parent, *source)) return false;
+    return copyTree(*source, *target, {.readAs = reader(), .ownership = rules_.ownership});
+  });
+}
+
+bool PosixFileManager::removeItem(const Text& path) {
+  return orFailure([&] {
+    const auto place = placeToWrite(path);
+    return place && removeTree(*place);
+  });
+}
+
+bool PosixFileManager::opensForReadingAndWriting(const Text& path) const {
+  return orFailure([&] {
+    const auto bytes = systemPath(path);
+    const int flags = O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    return bytes && static_cast<bool>(FileDescriptor(retried([&] { return ::open(bytes->c_str(), flags); })));
+  });
+}
+
+bool PosixFileManager::createEmptyFile(const Text& path) {
+  return orFailure([&] {
+    const auto place = placeToWrite(path);
+    if (!place) return false;
+    const int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    return static_cast<bool>(FileDescriptor(retried(
+        [&] { return ::openat(place->folder.get(), place->name.c_str(), flags, S_IRUSR | S_IWUSR); })));
+  });
+}
+
+}  // namespace halvorn

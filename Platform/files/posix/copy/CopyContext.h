@@ -1,0 +1,61 @@
+// What everybody who works at one copy shares.
+#pragma once
+
+#include <atomic>
+
+#include "Platform/files/posix/copy/CopyQueue.h"
+#include "Platform/files/posix/copy/FileMetadata.h"
+#include "Platform/files/posix/copy/HardLinks.h"
+#include "Platform/files/posix/copy/SystemCalls.h"
+#include "Platform/files/posix/copy/Trial.h"
+#include "Platform/rights/posix/Person.h"
+
+namespace halvorn {
+
+struct CopyRules {
+  const Person* readAs = nullptr;  // whose rights open the originals; null: this process' own
+  Ownership ownership = Ownership::Kept;
+};
+
+struct CopyContext {
+  CopyContext(const CopyRules& theRules, int targetTop)
+      : rules(theRules), giver(theRules.ownership), links(targetTop) {}
+
+  // The first failure ends the copy: everybody looks here before going on.
+  void fail() { queue.stop(); }
+  [[nodiscard]] bool hasFailed() const { return queue.isStopped(); }
+
+  // Something had to be fetched from a disk. When that goes on, more threads are of use: they wait side by
+  // side.
+  void sawMissing() {
+    if (missing_.fetch_add(1, std::memory_order_relaxed) + 1 == missingWhenCold)
+      queue.allowWorkers(workersWhenCold);
+  }
+  [[nodiscard]] bool isCold() const { return missing_.load(std::memory_order_relaxed) >= missingWhenCold; }
+
+  // Also where nobody can say: an image, for one, may have to be unpacked.
+  [[nodiscard]] bool mayWaitForReads() const { return isCold() || !asking.isWorthTrying(); }
+
+  // Files can share their blocks here. Where that only changes one tree of the file system's own, several
+  // threads would get in each other's way.
+  void sawClone(int target) {
+    if (!clones.worked() && SystemCalls::hasOneTree(target)) queue.allowWorkers(1);
+  }
+
+  const CopyRules rules;
+  const MetadataGiver giver;
+  HardLinks links;
+  Trial clones;          // sharing the blocks of a file between two files
+  Trial copiesInSystem;  // letting the system copy from file to file
+  Trial mappings;        // writing from a mapping of the original
+  Trial asking;          // asking what of an original is in memory
+  Trial quietReading;    // reading without noting the time of the access
+  CopyQueue queue;
+
+ private:
+  static constexpr unsigned missingWhenCold = 8;
+  static constexpr unsigned workersWhenCold = 8;
+  std::atomic<unsigned> missing_ = 0;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,246 @@
+#include "Platform/files/posix/copy/FileCopy.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "Platform/files/posix/copy/BigFile.h"
+#include "Platform/files/posix/copy/FileContents.h"
+#include "Platform/files/posix/copy/SystemCalls.h"
+
+namespace halvorn {
+namespace {
+
+// Nothing here waits for the other end of a pipe, follows a link or gets a terminal.
+constexpr int openToRead = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+constexpr int create = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+
+// A handful of files is opened at a time: changing rights costs more than opening, and a disk that is asked
+// for several files at once fetches them faster.
+constexpr std::size_t handful = 16;
+
+struct Original {
+  FileDescriptor file;
+  struct stat facts {};
+};
+
+// Reading leaves the time of the last access alone where this process may do that.
+FileDescriptor openToCopy(CopyContext& context, int folder, const char* name) {
+  const int quietly = context.quietReading.isWorthTrying() ? SystemCalls::openQuietly : 0;
+  FileDescriptor file(retried([&] { return ::openat(folder, name, openToRead | quietly); }));
+  if (file || quietly == 0 || errno != EPERM) return file;
+  context.quietReading.refused();
+  return FileDescriptor(retried([&] { return ::openat(folder, name, openToRead); }));
+}
+
+Original openOriginal(CopyContext& context, int folder, const char* name) {
+  Original original;
+  original.file = openToCopy(context, folder, name);
+  if (!original.file || ::fstat(original.file.get(), &original.facts) != 0) return {};
+  if (context.isCold()) SystemCalls::fetchAhead(original.file.get(), 0, original.facts.st_size);
+  return original;
+}
+
+HardLinks::Identity identityOf(const struct stat& facts) { return {facts.st_dev, facts.st_ino}; }
+
+// The new, empty file; not open when the original was a further name of one that is copied already.
+struct Made {
+  FileDescriptor file;
+  struct stat facts {};
+  bool hasFailed = false;
+};
+
+// Not looking spares more than the call: a file whose times were seen gets new ones with the next write.
+bool lookAtNew(const CopyPlace& place, mode_t asked, Made& made) {
+  const auto known = place.newItems != nullptr ? place.newItems->madeWith(asked) : std::nullopt;
+  if (known) {
+    made.facts = *known;
+    return true;
+  }
+  if (::fstat(made.file.get(), &made.facts) != 0) return false;
+  if (place.newItems != nullptr) place.newItems->saw(asked, made.facts);
+  return true;
+}
+
+Made makeFile(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
+  Made made;
+  const mode_t mode = context.giver.modeToStartWith(facts);
+  const auto make = [&] {
+    made.file =
+        FileDescriptor(retried([&] { return ::openat(place.targetFolder, place.targetName, create, mode); }));
+    return made.file.isOpen();
+  };
+  if (facts.st_nlink == 1) {
+    made.hasFailed = !make() || !lookAtNew(place, mode, made);
+    return made;
+  }
+  const auto makeAndLook = [&]() -> std::optional<HardLinks::Identity> {
+    if (!make() || ::fstat(made.file.get(), &made.facts) != 0) return std::nullopt;
+    return identityOf(made.facts);
+  };
+  const auto answer =
+      context.links.makeOrLink(facts, place.targetFolder, place.targetName, place.path, makeAndLook);
+  made.hasFailed = answer == HardLinks::Answer::Failed;
+  return made;
+}
+
+bool cloneContents(CopyContext& context, int source, int target, off_t size) {
+  if (size == 0 || !context.clones.isWorthTrying()) return false;
+  const bool isCloned = SystemCalls::clone(source, target);
+  isCloned ? context.sawClone(target) : context.clones.refused();
+  return isCloned;
+}
+
+bool copyWithoutHoles(CopyContext& context, CopyScratch& scratch, const FileContents::Original& original,
+                      int target, off_t size) {
+  constexpr off_t leastToReserve = off_t{1} << 20;
+  if (size >= leastToReserve && !SystemCalls::reserve(target, size)) return false;
+  if (context.isCold()) return FileContents::copyRange(original, target, 0, size, scratch.buffer());
+  return FileContents::copyRangeInSystem(original, target, 0, size, scratch.buffer(), context.copiesInSystem);
+}
+
+bool copyContents(CopyContext& context, CopyScratch& scratch, int source, int target,
+                  const struct stat& facts) {
+  const std::function<void()> sawMissing = [&] { context.sawMissing(); };
+  const FileContents::Original original{.file = source, .asking = context.asking, .sawMissing = sawMissing};
+  if (FileContents::mayHaveHoles(facts)) {
+    return FileContents::copyWithHoles(original, target, facts.st_size, scratch.buffer());
+  }
+  return copyWithoutHoles(context, scratch, original, target, facts.st_size);
+}
+
+// Takes the descriptor over, because a big file is copied by others, too.
+bool copyOpened(CopyContext& context, CopyScratch& scratch, Original original, const CopyPlace& place) {
+  const struct stat& facts = original.facts;
+  Made made = makeFile(context, place, facts);
+  if (made.hasFailed) return false;
+  if (!made.file) return true;
+  const bool isCloned = cloneContents(context, original.file.get(), made.file.get(), facts.st_size);
+  if (!isCloned && BigFile::isBig(facts) && !FileContents::mayHaveHoles(facts)) {
+    return BigFile::copy(context, scratch, std::move(original.file), std::move(made.file), facts, made.facts,
+                         place.mayInherit);
+  }
+  return (isCloned || copyContents(context, scratch, original.file.get(), made.file.get(), facts)) &&
+         context.giver.finishFile(original.file.get(), made.file.get(), facts, made.facts,
+                                  place.mayInherit) &&
+         made.file.closeAfterWriting();
+}
+
+std::optional<std::string> readLink(const CopyContext& context, const CopyPlace& place,
+                                    const struct stat& facts) {
+  const RightsOf rights(context.rules.readAs);
+  if (!rights.holds()) return std::nullopt;
+  std::string target(static_cast<std::size_t>(std::max<off_t>(facts.st_size, 4095)) + 1, '\0');
+  const ssize_t size = ::readlinkat(place.sourceFolder, place.name, target.data(), target.size());
+  if (size <= 0 || static_cast<std::size_t>(size) == target.size()) return std::nullopt;
+  target.resize(static_cast<std::size_t>(size));
+  return target;
+}
+
+bool makeUnopened(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
+  if (S_ISLNK(facts.st_mode)) {
+    const auto target = readLink(context, place, facts);
+    return target && ::symlinkat(target->c_str(), place.targetFolder, place.targetName) == 0;
+  }
+  const bool isDevice = S_ISBLK(facts.st_mode) || S_ISCHR(facts.st_mode);
+  // A device node made with the administrator's rights would open the device to whoever may open the node.
+  if (isDevice && context.rules.ownership == Ownership::ThisProcess) return false;
+  const mode_t mode = (facts.st_mode & S_IFMT) | (context.giver.modeToStartWith(facts) & 0777);
+  return ::mknodat(place.targetFolder, place.targetName, mode, isDevice ? facts.st_rdev : 0) == 0;
+}
+
+CopyPlace placeIn(const OpenFolder& folder, const char* name) {
+  return {.sourceFolder = folder.source(),
+          .name = name,
+          .targetFolder = folder.target(),
+          .targetName = name,
+          .path = folder.path(),
+          .newItems = &folder.newItems()};
+}
+
+// A big file met late would leave one thread alone with it at the end. What waits for a disk anyway is taken
+// as it comes, and so is what takes no time.
+bool isLeftForLater(CopyContext& context, const std::shared_ptr<OpenFolder>& folder, const char* name,
+                    const struct stat& facts) {
+  constexpr off_t leastForLater = off_t{1} << 20;
+  const bool isLong = facts.st_size >= leastForLater && !FileContents::mayHaveHoles(facts);
+  if (!isLong || context.isCold() || context.clones.hasWorked()) return false;
+  return context.queue.addForLater(facts.st_size,
+                                   [&context, folder, kept = std::string(name)](CopyScratch& scratch) {
+                                     copyFile(context, scratch, placeIn(*folder, kept.c_str()));
+                                   });
+}
+
+}  // namespace
+
+void copyUnopened(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
+  struct stat made {};
+  const auto look = [&] {
+    return ::fstatat(place.targetFolder, place.targetName, &made, AT_SYMLINK_NOFOLLOW) == 0;
+  };
+  if (facts.st_nlink > 1) {
+    const auto make = [&]() -> std::optional<HardLinks::Identity> {
+      if (!makeUnopened(context, place, facts) || !look()) return std::nullopt;
+      return identityOf(made);
+    };
+    const auto answer =
+        context.links.makeOrLink(facts, place.targetFolder, place.targetName, place.path, make);
+    if (answer == HardLinks::Answer::Linked) return;
+    if (answer == HardLinks::Answer::Failed) return context.fail();
+  } else {
+    if (!makeUnopened(context, place, facts)) return context.fail();
+    // All links have the same mode.
+    const bool isPredictable = S_ISLNK(facts.st_mode) && place.newItems != nullptr;
+    const auto known = isPredictable ? place.newItems->madeByAnybody() : std::nullopt;
+    if (known) {
+      made = *known;
+    } else if (!look()) {
+      return context.fail();
+    }
+    if (isPredictable && !known) place.newItems->sawOwners(made);
+  }
+  if (!context.giver.finishUnopened(place.sourceFolder, place.name, place.targetFolder, place.targetName,
+                                    facts, made, place.mayInherit)) {
+    context.fail();
+  }
+}
+
+void copyFile(CopyContext& context, CopyScratch& scratch, const CopyPlace& place) {
+  Original original;
+  {
+    const RightsOf rights(context.rules.readAs);
+    if (!rights.holds()) return context.fail();
+    original = openOriginal(context, place.sourceFolder, place.name);
+  }
+  if (!original.file || !S_ISREG(original.facts.st_mode)) return context.fail();
+  if (!copyOpened(context, scratch, std::move(original), place)) context.fail();
+}
+
+void copyFiles(CopyContext& context, CopyScratch& scratch, const std::shared_ptr<OpenFolder>& folder,
+               std::span<const char* const> names) {
+  std::array<Original, handful> originals;
+  while (!names.empty() && !context.hasFailed()) {
+    const auto now = names.first(std::min(names.size(), handful));
+    names = names.subspan(now.size());
+    {
+      const RightsOf rights(context.rules.readAs);
+      if (!rights.holds()) return context.fail();
+      for (std::size_t i = 0; i < now.size(); ++i)
+        originals[i] = openOriginal(context, folder->source(), now[i]);
+    }
+    for (std::size_t i = 0; i < now.size() && !context.hasFailed(); ++i) {
+      const CopyPlace place = placeIn(*folder, now[i]);
+      const bool isFile = originals[i].file.isOpen() && S_ISREG(originals[i].facts.st_mode);
+      if (isFile && isLeftForLater(context, folder, now[i], originals[i].facts)) {
+        originals[i] = {};
+        continue;
+      }
+      if (!isFile || !copyOpened(context, scratch, std::move(originals[i]), place)) return context.fail();
+    }
+  }
+}
+
+}  // namespace halvorn

@@ -1,0 +1,166 @@
+#include "Platform/files/posix/copy/FileMetadata.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "Platform/files/posix/copy/ExtendedAttributes.h"
+
+namespace halvorn {
+namespace {
+
+constexpr mode_t allModeBits = 07777;
+
+std::array<timespec, 2> timesOf(const struct stat& facts) { return {facts.st_atim, facts.st_mtim}; }
+
+std::vector<gid_t> groupsOfProcess() {
+  std::vector<gid_t> groups(static_cast<std::size_t>(std::max(0, ::getgroups(0, nullptr))));
+  const int count = ::getgroups(static_cast<int>(groups.size()), groups.data());
+  groups.resize(static_cast<std::size_t>(std::max(0, count)));
+  return groups;
+}
+
+bool isAccessList(std::string_view name) {
+  return name == AccessList::ownName || name == AccessList::defaultName;
+}
+
+}  // namespace
+
+MetadataGiver::MetadataGiver(Ownership ownership)
+    : ownership_(ownership), user_(::geteuid()), group_(::getegid()), groups_(groupsOfProcess()) {}
+
+bool MetadataGiver::mayGiveUser(uid_t user) const { return user_ == 0 || user == user_; }
+
+bool MetadataGiver::mayGiveGroup(gid_t group) const {
+  return user_ == 0 || group == group_ || std::find(groups_.begin(), groups_.end(), group) != groups_.end();
+}
+
+mode_t MetadataGiver::modeToStartWith(const struct stat& facts) const {
+  if (ownership_ == Ownership::ThisProcess)
+    return facts.st_mode & (S_IRWXU | S_IRGRP | S_IXGRP | S_IROTH | S_IXOTH);
+  // Whoever may not write a file may not give it attributes either, the administrator apart.
+  const mode_t always = user_ == 0 ? 0 : S_IWUSR;
+  // While owner or group are still to change, the bits for group and others would speak of the wrong people.
+  const bool willChange = (facts.st_uid != user_ && mayGiveUser(facts.st_uid)) ||
+                          (facts.st_gid != group_ && mayGiveGroup(facts.st_gid));
+  return (facts.st_mode & (willChange ? static_cast<mode_t>(S_IRWXU) : 0777)) | always;
+}
+
+mode_t MetadataGiver::modeToGive(const struct stat& facts, const struct stat& made) const {
+  mode_t mode = facts.st_mode & allModeBits;
+  if (ownership_ == Ownership::ThisProcess)
+    return mode & ~static_cast<mode_t>(S_ISUID | S_ISGID | S_IWGRP | S_IWOTH);
+  // Set-id bits lend the owner's rights; with another owner they would lend somebody else's.
+  if (made.st_uid != facts.st_uid) mode &= ~static_cast<mode_t>(S_ISUID);
+  if (made.st_gid != facts.st_gid) mode &= ~static_cast<mode_t>(S_ISGID);
+  return mode;
+}
+
+// `change` is a chown of the item. Not being allowed to give a file away is no failure.
+template <typename Change>
+bool MetadataGiver::giveOwner(const struct stat& facts, struct stat& made, const Change& change) const {
+  if (ownership_ == Ownership::ThisProcess) {
+    // A folder may hand its group down to what is made in it.
+    if (made.st_uid == user_ && made.st_gid == group_) return true;
+    if (change(user_, group_) != 0) return false;
+    made.st_uid = user_;
+    made.st_gid = group_;
+    return true;
+  }
+  constexpr auto unchanged = static_cast<uid_t>(-1);
+  const uid_t user = made.st_uid != facts.st_uid && mayGiveUser(facts.st_uid) ? facts.st_uid : unchanged;
+  const gid_t group = made.st_gid != facts.st_gid && mayGiveGroup(facts.st_gid) ? facts.st_gid : unchanged;
+  if (user == unchanged && group == unchanged) return true;
+  if (change(user, group) != 0) return errno == EPERM || errno == EINVAL;
+  if (user != unchanged) made.st_uid = user;
+  if (group != unchanged) made.st_gid = group;
+  // The system takes set-id bits away with the owner.
+  made.st_mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
+  return true;
+}
+
+bool MetadataGiver::isCarried(std::string_view name) const {
+  // A label says what may be done at a place; the system gives one that fits the new place.
+  if (name == "security.selinux") return false;
+  // The form in which one file system keeps the access lists, shown to the administrator beside the lists
+  // themselves.
+  if (name.starts_with("trusted.SGI_ACL_")) return false;
+  return ownership_ == Ownership::Kept || name.starts_with("user.");
+}
+
+bool MetadataGiver::giveAttributes(const AttributedFile& source, const AttributedFile& target,
+                                   LaterAttributes* later) const {
+  const auto wanted = [&](std::string_view name) { return isCarried(name); };
+  return source.each(wanted, [&](const std::string& name, std::string_view value) {
+    if (later == nullptr || !isAccessList(name)) return target.give(name, value);
+    later->emplace_back(name, value);
+    return true;
+  });
+}
+
+bool MetadataGiver::finishFile(int source, int target, const struct stat& facts, struct stat made,
+                               MayInherit mayInherit) const {
+  const auto change = [&](uid_t user, gid_t group) { return ::fchown(target, user, group); };
+  if (!giveOwner(facts, made, change)) return false;
+  const bool inherits = mayInherit == MayInherit::Yes;
+  if (inherits && !AttributedFile(target).remove(AccessList::ownName)) return false;
+  // A change of owner takes capabilities away, so they come after it.
+  if (!giveAttributes(AttributedFile(source), AttributedFile(target), nullptr)) return false;
+  const mode_t mode = modeToGive(facts, made);
+  if ((inherits || (made.st_mode & allModeBits) != mode) && ::fchmod(target, mode) != 0) return false;
+  return ::futimens(target, timesOf(facts).data()) == 0;
+}
+
+bool MetadataGiver::startFolder(int source, int target, const struct stat& facts, struct stat& made,
+                                LaterAttributes& later, MayInherit mayInherit) const {
+  const auto change = [&](uid_t user, gid_t group) { return ::fchown(target, user, group); };
+  if (!giveOwner(facts, made, change)) return false;
+  if (mayInherit == MayInherit::Yes) {
+    if (!AttributedFile(target).remove(AccessList::ownName)) return false;
+    if (!AttributedFile(target).remove(AccessList::defaultName)) return false;
+  }
+  // A folder that hands its group down would give it to everything made in here.
+  const bool handsGroupDown = (made.st_mode & S_ISGID) != 0;
+  if (mayInherit == MayInherit::Yes || handsGroupDown) {
+    if (::fchmod(target, S_IRWXU) != 0) return false;
+    made.st_mode = (made.st_mode & S_IFMT) | S_IRWXU;
+  }
+  return giveAttributes(AttributedFile(source), AttributedFile(target), &later);
+}
+
+bool MetadataGiver::finishFolder(int target, const struct stat& facts, const struct stat& made,
+                                 const LaterAttributes& later) const {
+  for (const auto& [name, value] : later) {
+    if (!AttributedFile(target).give(name, value)) return false;
+  }
+  const mode_t mode = modeToGive(facts, made);
+  if ((!later.empty() || (made.st_mode & allModeBits) != mode) && ::fchmod(target, mode) != 0) return false;
+  return ::futimens(target, timesOf(facts).data()) == 0;
+}
+
+bool MetadataGiver::finishUnopened(int sourceFolder, const char* name, int folder, const char* targetName,
+                                   const struct stat& facts, struct stat made, MayInherit mayInherit) const {
+  const auto change = [&](uid_t user, gid_t group) {
+    return ::fchownat(folder, targetName, user, group, AT_SYMLINK_NOFOLLOW);
+  };
+  if (!giveOwner(facts, made, change)) return false;
+  // Only the administrator can give attributes to links, and nobody has "user." ones on any of these.
+  if (ownership_ == Ownership::Kept && (user_ == 0 || !S_ISLNK(facts.st_mode))) {
+    const AttributedFile target(folder, targetName);
+    if (mayInherit == MayInherit::Yes && !S_ISLNK(facts.st_mode) && !target.remove(AccessList::ownName))
+      return false;
+    if (!giveAttributes(AttributedFile(sourceFolder, name), target, nullptr)) return false;
+  }
+  const mode_t mode = modeToGive(facts, made);
+  const bool hasMode = !S_ISLNK(facts.st_mode);
+  if (hasMode && (mayInherit == MayInherit::Yes || (made.st_mode & allModeBits) != mode) &&
+      ::fchmodat(folder, targetName, mode, 0) != 0) {
+    return false;
+  }
+  return ::utimensat(folder, targetName, timesOf(facts).data(), AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+}  // namespace halvorn

@@ -1,0 +1,42 @@
+#include "Platform/files/posix/copy/FolderListing.h"
+
+#include <dirent.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "Platform/files/posix/copy/SystemCalls.h"
+#include "Platform/running/posix/FileDescriptor.h"
+
+namespace halvorn {
+
+namespace {
+constexpr std::size_t bufferSize = 32 * 1024;
+}
+
+FolderListing::FolderListing() : buffer_(new char[bufferSize]) {}
+
+void FolderListing::start(int folder) {
+  folder_ = folder;
+  (void)::lseek(folder, 0, SEEK_SET);
+}
+
+FolderListing::Answer FolderListing::readSome() {
+  entries_.clear();
+  const ssize_t size = SystemCalls::readEntries(folder_, buffer_.get(), bufferSize);
+  if (size < 0) return Answer::Failed;
+  if (size == 0) return Answer::End;
+  for (ssize_t at = 0; at < size;) {
+    const auto* record = reinterpret_cast<const SystemCalls::EntryRecord*>(buffer_.get() + at);
+    at += record->d_reclen;
+    const std::string_view name = record->d_name;
+    if (name == "." || name == "..") continue;
+    entries_.push_back({.number = record->d_ino, .type = record->d_type, .name = record->d_name});
+  }
+  std::sort(entries_.begin(), entries_.end(),
+            [](const FolderEntry& a, const FolderEntry& b) { return a.number < b.number; });
+  return Answer::Some;
+}
+
+}  // namespace halvorn

@@ -1,0 +1,90 @@
+// The calls that one kernel has and another has not, each with an answer for "not here".
+#pragma once
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+
+#include "Platform/running/posix/FileDescriptor.h"
+
+namespace halvorn::SystemCalls {
+
+// Opens only to name an item or things in it, where the system tells that from reading.
+#ifdef O_PATH
+inline constexpr int openPath = O_PATH;
+#else
+inline constexpr int openPath = O_RDONLY;
+#endif
+
+// Opens without noting the time of the access. Only the owner and the administrator may.
+#ifdef O_NOATIME
+inline constexpr int openQuietly = O_NOATIME;
+#else
+inline constexpr int openQuietly = 0;
+#endif
+
+// How a path is resolved in one call of the kernel.
+enum class Resolution {
+  WithoutLinks,         // no component may be a link
+  BeneathWithoutLinks,  // and nothing leads out of the folder it starts from
+  WithoutProcessLinks,  // links are followed, those of the process table that stand for open files apart
+};
+
+// Opens the path, from `folder` when it is relative. nullopt: this kernel cannot; empty: it refused.
+[[nodiscard]] std::optional<FileDescriptor> openResolving(int folder, const std::string& path, int flags,
+                                                          Resolution resolution);
+
+// Renames unless something has the new name. Returns 0 or the error number, EEXIST for the new name being
+// taken.
+[[nodiscard]] int renameWithoutReplacing(int fromFolder, const char* from, int toFolder, const char* to);
+
+// The two descriptors are the same item; lie on one file system; lie on one mount of one file system (the
+// same file system may be mounted twice, and nothing can be renamed across).
+[[nodiscard]] bool isSameItem(int a, int b);
+[[nodiscard]] bool isSameFileSystem(int a, int b);
+[[nodiscard]] bool isSameMount(int a, int b);
+
+// The absolute path of an open folder, without links; nullopt when it has none any more.
+[[nodiscard]] std::optional<std::string> pathOf(int folder);
+
+// Changes the owner of what was opened, also of a link or when only opened to name it.
+[[nodiscard]] bool changeOwner(int item, uid_t user, gid_t group);
+
+// What readEntries fills the buffer with, one after the other.
+#ifdef __linux__
+using EntryRecord = dirent64;
+#else
+using EntryRecord = dirent;
+#endif
+// The next entries of the open folder. Returns the bytes used, 0 at the end, -1 on failure.
+[[nodiscard]] ssize_t readEntries(int folder, char* buffer, std::size_t room);
+
+// Reads without waiting for a disk. Returns what was there, which may be less than wanted; -1 when nothing
+// was, or when this system cannot say.
+[[nodiscard]] ssize_t readIfInMemory(int file, char* buffer, std::size_t count, off_t offset);
+// Asks for bytes that will be read soon.
+void fetchAhead(int file, off_t start, off_t count);
+
+// The bytes as memory that may only be read, made ready at once where the system can; null when it cannot.
+// `start` is a multiple of the page size.
+[[nodiscard]] void* mapToRead(int file, off_t start, std::size_t size);
+
+// Lets the new, empty file share the original's blocks. False when the file systems cannot.
+[[nodiscard]] bool clone(int source, int target);
+// Lets the system copy up to `count` bytes at `offset` to the same place of the other file. Returns how many
+// it copied; 0 when it cannot copy between these two, or when the original ends; -1 on failure.
+[[nodiscard]] ssize_t copyPart(int source, int target, off_t offset, off_t count);
+// Whether the file's file system keeps the facts of all files in one tree, so that only one thread at a time
+// can change any.
+[[nodiscard]] bool hasOneTree(int file);
+// Finds room for so many bytes in a new file, where the file system can. Fails: false when there is not
+// enough room.
+[[nodiscard]] bool reserve(int file, off_t size);
+
+// How many processors this process may use; at least 1.
+[[nodiscard]] unsigned usableProcessors();
+
+}  // namespace halvorn::SystemCalls

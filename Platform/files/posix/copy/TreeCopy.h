@@ -1,0 +1,14 @@
+// Copies an item with everything in it.
+#pragma once
+
+#include "Platform/files/posix/copy/CopyContext.h"
+#include "Platform/files/posix/copy/ItemPlace.h"
+
+namespace halvorn {
+
+// Copies the item at `from` to `to`, where nothing may be. Links are copied, never followed; pipes, sockets
+// and device nodes are made anew and never opened. Several threads work at it; all are done when it returns.
+// Fails: false when any part could not be copied; what was copied stays.
+[[nodiscard]] bool copyTree(const ItemPlace& from, const ItemPlace& to, const CopyRules& rules);
+
+}  // namespace halvorn

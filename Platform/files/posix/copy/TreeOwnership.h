@@ -1,0 +1,17 @@
+// Gives an item and everything in it to a person.
+#pragma once
+
+#include "Platform/rights/posix/Person.h"
+
+namespace halvorn {
+
+// `item` is open for naming, and stood in `fromFolder`; it may have been moved since, but must have been
+// opened while it stood there.
+//
+// Given is only what this process' user owns and everybody could read, and what cannot have been slipped into
+// the tree: things in folders that others can write keep their owner, and so do files that also stand
+// somewhere else (hard links from outside the tree). The inner items go first, so that nobody else can change
+// a folder before the walk is through with it. Fails: false when anything kept its owner.
+[[nodiscard]] bool giveTree(int fromFolder, int item, const Person& person);
+
+}  // namespace halvorn

@@ -1,0 +1,63 @@
+// Events that one application sends another: quit, open, reopen ...
+//
+// Making and sending are apart because each can fail by itself. Statuses are 0 for success, else the system's
+// number
+// (-600 no such process, -1708 not handled, -1712 timed out).
+//
+// Thread: any.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <variant>
+
+#include "Core/FourCharCode.h"
+#include "Platform/processes/ProcessSource.h"
+
+namespace halvorn {
+
+inline constexpr int kNoSuchProcessStatus = -600;
+inline constexpr int kEventNotHandledStatus = -1708;
+inline constexpr int kEventTimedOutStatus = -1712;
+
+inline constexpr FourCharCode kCoreEventClass = fourCharCode("aevt");
+inline constexpr FourCharCode kQuitApplicationEvent = fourCharCode("quit");
+
+// How an event is sent.
+struct EventSending {
+  enum class Priority { Normal, High };
+  static constexpr std::int32_t kNoReply = 0x1;
+  static constexpr std::int32_t kDefaultTimeout = -1;
+
+  std::int32_t mode = kNoReply;  // the flags of the system's send mode
+  Priority priority = Priority::Normal;
+  std::int32_t timeoutTicks = kDefaultTimeout;  // sixtieths of a second
+};
+
+// To whom an event goes. Whatever the system holds for it is released with the object.
+class EventAddress {
+ public:
+  virtual ~EventAddress() = default;
+};
+
+class AppleEvent {
+ public:
+  virtual ~AppleEvent() = default;
+  // Waits for the reply when the mode says so; the reply is thrown away. The status.
+  [[nodiscard]] virtual int send(const EventSending& sending) = 0;
+};
+
+template <typename Thing>
+using ThingOrStatus = std::variant<std::unique_ptr<Thing>, int>;
+
+class AppleEvents {
+ public:
+  virtual ~AppleEvents() = default;
+  [[nodiscard]] virtual ThingOrStatus<EventAddress> addressOf(ProcessSerialNumber number) = 0;
+  [[nodiscard]] virtual ThingOrStatus<EventAddress> addressOfPID(std::int32_t pid) = 0;
+  // An event without parameters, with a return id of the system's choice and no transaction.
+  [[nodiscard]] virtual ThingOrStatus<AppleEvent> createEvent(FourCharCode eventClass, FourCharCode eventID,
+                                                              const EventAddress& address) = 0;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,41 @@
+// Acting on running applications: ending, activating, hiding, waking them.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "Platform/processes/ProcessSource.h"
+
+namespace halvorn {
+
+// A running application, taken by its process id at one moment; it stays that application for good.
+class RunningApplication {
+ public:
+  virtual ~RunningApplication() = default;
+  // Asks it to end the way a person would: its windows are closed, it may ask to save. Does nothing but
+  // answer true while an earlier request, whoever made it, is not answered yet. False when the application is
+  // gone.
+  [[nodiscard]] virtual bool terminate() = 0;
+  // Ends it without asking. False when the application is gone.
+  [[nodiscard]] virtual bool forceTerminate() = 0;
+  [[nodiscard]] virtual bool isTerminated() = 0;
+};
+
+enum class Visible { No, Yes };
+enum class BringForward { AllWindows, FrontWindowOnly };
+
+// Thread: any. The four last operations do what the desktop lets them and do not tell.
+class ApplicationControl {
+ public:
+  virtual ~ApplicationControl() = default;
+  // Whether this system can end applications at all.
+  [[nodiscard]] virtual bool hasRunningApplications() const = 0;
+  // Null when no application of this user has that process id.
+  [[nodiscard]] virtual std::unique_ptr<RunningApplication> runningApplication(std::int32_t pid) = 0;
+  virtual void setFront(ProcessSerialNumber number, BringForward windows) = 0;
+  virtual void setVisible(ProcessSerialNumber number, Visible visible) = 0;
+  // Lets a process that sleeps look for events.
+  virtual void wakeUp(ProcessSerialNumber number) = 0;
+};
+
+}  // namespace halvorn

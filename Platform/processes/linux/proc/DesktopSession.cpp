@@ -1,0 +1,54 @@
+#include "Platform/processes/linux/proc/DesktopSession.h"
+
+#include <unistd.h>
+
+#include <string_view>
+
+extern char** environ;
+
+namespace halvorn {
+namespace {
+
+// ":0.0", "unix:0" and ":0" name one display.
+std::string displayWithoutScreen(std::string display) {
+  if (display.starts_with("unix:")) display.erase(0, 4);
+  const std::size_t colon = display.rfind(':');
+  const std::size_t dot = colon == std::string::npos ? colon : display.find('.', colon);
+  if (dot != std::string::npos) display.resize(dot);
+  return display;
+}
+
+bool areTwo(const std::string& a, const std::string& b) { return !a.empty() && !b.empty() && a != b; }
+
+}  // namespace
+
+DesktopSession DesktopSession::from(const std::vector<std::string>& environment) {
+  DesktopSession session;
+  const auto valueOf = [](const std::string& entry, std::string_view prefix, std::string& value) {
+    if (entry.starts_with(prefix)) value = entry.substr(prefix.size());
+  };
+  for (const std::string& entry : environment) {
+    valueOf(entry, "XDG_SESSION_ID=", session.sessionId);
+    valueOf(entry, "DISPLAY=", session.display);
+    valueOf(entry, "WAYLAND_DISPLAY=", session.waylandDisplay);
+  }
+  session.display = displayWithoutScreen(session.display);
+  return session;
+}
+
+DesktopSession DesktopSession::ofThisProgram() {
+  std::vector<std::string> entries;
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) entries.emplace_back(*entry);
+  return from(entries);
+}
+
+bool DesktopSession::isNamed() const {
+  return !sessionId.empty() || !display.empty() || !waylandDisplay.empty();
+}
+
+bool DesktopSession::differsFrom(const DesktopSession& other) const {
+  return areTwo(sessionId, other.sessionId) || areTwo(display, other.display) ||
+         areTwo(waylandDisplay, other.waylandDisplay);
+}
+
+}  // namespace halvorn

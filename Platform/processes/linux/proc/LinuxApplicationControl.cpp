@@ -1,0 +1,63 @@
+#include "Platform/processes/linux/proc/LinuxApplicationControl.h"
+
+#include <signal.h>
+
+#include <utility>
+
+#include "Platform/processes/linux/proc/RunningApplications.h"
+#include "Platform/processes/linux/proc/WindowSystem.h"
+
+namespace halvorn {
+namespace {
+
+class HeldRunningApplication : public RunningApplication {
+ public:
+  HeldRunningApplication(HeldApplicationPointer application, WindowSystem& windows)
+      : application_(std::move(application)), windows_(windows) {}
+
+  bool terminate() override {
+    if (isTerminated()) return false;
+    if (!application_->takeTerminateRequest()) return true;
+    windows_.closeWindows(application_->pid);
+    // A program that ended at the closing has followed the request, and one that may not be signalled was
+    // asked.
+    application_->descriptor.sendSignal(SIGTERM);
+    return true;
+  }
+  bool forceTerminate() override { return application_->descriptor.sendSignal(SIGKILL) || !isTerminated(); }
+  bool isTerminated() override { return application_->descriptor.hasEnded(); }
+
+ private:
+  const HeldApplicationPointer application_;
+  WindowSystem& windows_;
+};
+
+}  // namespace
+
+LinuxApplicationControl::LinuxApplicationControl(RunningApplications& applications, WindowSystem& windows)
+    : applications_(applications), windows_(windows) {}
+
+std::unique_ptr<RunningApplication> LinuxApplicationControl::runningApplication(std::int32_t pid) {
+  auto application = applications_.withPid(pid);
+  if (!application) return nullptr;
+  return std::make_unique<HeldRunningApplication>(std::move(application), windows_);
+}
+
+void LinuxApplicationControl::setFront(ProcessSerialNumber number, BringForward windows) {
+  if (const auto application = applications_.withNumber(number)) windows_.activate(application->pid, windows);
+}
+
+void LinuxApplicationControl::setVisible(ProcessSerialNumber number, Visible visible) {
+  if (const auto application = applications_.withNumber(number)) {
+    windows_.setVisible(application->pid, visible);
+  }
+}
+
+void LinuxApplicationControl::wakeUp(ProcessSerialNumber number) {
+  const auto application = applications_.withNumber(number);
+  if (!application) return;
+  application->descriptor.sendSignal(SIGCONT);
+  windows_.sendEmptyMessage(application->pid);
+}
+
+}  // namespace halvorn

@@ -1,0 +1,29 @@
+// Ending applications by signals through held descriptors, and moving their windows by way of the window
+// manager.
+#pragma once
+
+#include "Platform/processes/ApplicationControl.h"
+
+namespace halvorn {
+
+class RunningApplications;
+class WindowSystem;
+
+class LinuxApplicationControl : public ApplicationControl {
+ public:
+  LinuxApplicationControl(RunningApplications& applications, WindowSystem& windows);
+
+  bool hasRunningApplications() const override { return true; }
+  // Asked to end, an application gets its windows closed and SIGTERM, once in its life: a second signal makes
+  // some programs drop what they were about to save.
+  std::unique_ptr<RunningApplication> runningApplication(std::int32_t pid) override;
+  void setFront(ProcessSerialNumber number, BringForward windows) override;
+  void setVisible(ProcessSerialNumber number, Visible visible) override;
+  void wakeUp(ProcessSerialNumber number) override;
+
+ private:
+  RunningApplications& applications_;
+  WindowSystem& windows_;
+};
+
+}  // namespace halvorn

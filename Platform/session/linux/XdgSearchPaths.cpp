@@ -1,0 +1,36 @@
+#include "Platform/session/linux/XdgSearchPaths.h"
+
+#include <unistd.h>
+
+#include "Core/Paths.h"
+#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/rights/posix/Accounts.h"
+#include "Platform/session/linux/XdgFolders.h"
+
+namespace halvorn {
+
+XdgSearchPaths::XdgSearchPaths(const XdgFolders& folders, const Text& sharedApplications)
+    : home_(folders.home()), sharedApplications_(sharedApplications) {}
+
+std::vector<Text> XdgSearchPaths::localApplicationsFolders() const {
+  std::vector<Text> folders = {"/opt"};
+  const auto shared = findItem(sharedApplications_.bytes());
+  if (shared && isFolder(*shared)) folders.push_back(sharedApplications_);
+  return folders;
+}
+
+std::vector<Text> XdgSearchPaths::userApplicationsFolders() const {
+  return {Paths::appending(home_, "Applications")};
+}
+
+std::vector<Text> XdgSearchPaths::volumeFolders() const {
+  std::vector<Text> folders = {"/Volumes"};
+  const auto account = accountWithUid(::getuid());
+  if (account && !account->name.empty()) {
+    folders.push_back("/media/" + account->name);
+    folders.push_back("/run/media/" + account->name);
+  }
+  return folders;
+}
+
+}  // namespace halvorn

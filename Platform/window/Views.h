@@ -1,0 +1,103 @@
+// The window's outlets: small passive views that obey the controller.
+//
+// Thread: main, all of them.
+#pragma once
+
+#include <memory>
+
+#include "Core/Geometry.h"
+#include "Core/Text.h"
+#include "Platform/color/Appearances.h"
+#include "Platform/color/Color.h"
+#include "Platform/window/Images.h"
+#include "Platform/window/ScrollViews.h"
+
+namespace halvorn {
+
+enum class Hidden { No, Yes };
+enum class Enabled { No, Yes };
+
+enum class ViewPosition { Above, Below };
+
+class View {
+ public:
+  virtual ~View() = default;
+  virtual void setHidden(Hidden hidden) = 0;
+  [[nodiscard]] virtual Hidden isHidden() const = 0;
+  virtual void setAppearance(AppearanceName name) = 0;
+  [[nodiscard]] virtual AppearanceName appearance() const = 0;
+
+  // The view that holds this one; null for the outermost and for one that nothing holds.
+  [[nodiscard]] virtual std::shared_ptr<View> superview() = 0;
+  // Takes the view out of its superview, which is drawn again only when something else asks for it.
+  virtual void removeFromSuperviewWithoutNeedingDisplay() = 0;
+  // Puts the view in front of (above) or behind (below) its sibling, or all of them for null.
+  virtual void addSubview(View& subview, ViewPosition positioned, View* relativeTo) = 0;
+  // Null when the view is in none.
+  [[nodiscard]] virtual std::shared_ptr<ScrollView> enclosingScrollView() = 0;
+  // The part of the view that nothing which holds it cuts off, in coordinates as ScrollViews.h has them.
+  [[nodiscard]] virtual Rect visibleRect() const = 0;
+  // Scrolls at once, as little as shows the rectangle; false when nothing had to be scrolled.
+  virtual bool scrollRectToVisible(const Rect& rect) = 0;
+};
+
+class TextField : public virtual View {
+ public:
+  [[nodiscard]] virtual Text stringValue() const = 0;
+  virtual void setStringValue(const Text& text) = 0;
+  // Asked anew whenever the field is drawn; null for that of the appearance.
+  virtual void setTextColor(const ColorPointer& color) = 0;
+};
+
+class Button : public virtual View {
+ public:
+  [[nodiscard]] virtual Text title() const = 0;
+  virtual void setTitle(const Text& title) = 0;
+  [[nodiscard]] virtual Enabled isEnabled() const = 0;
+  virtual void setEnabled(Enabled enabled) = 0;
+};
+
+class ImageView : public virtual View {
+ public:
+  virtual void setImage(const ImagePointer& image) = 0;  // null shows nothing
+};
+
+// A read-only document.
+class TextView : public virtual View {
+ public:
+  // Replaces the text by the document in the file: rich text, plain text, HTML, Markdown. False (and an empty
+  // view) when the file cannot be read. Loads nothing from anywhere else and runs nothing.
+  virtual bool setDocumentFromFile(const Text& path) = 0;
+  // Asked anew whenever the view is drawn; null for that of the appearance.
+  virtual void setBackgroundColor(const ColorPointer& color) = 0;
+  // Likewise, of what has no colour of its own in the document.
+  virtual void setTextColor(const ColorPointer& color) = 0;
+};
+
+class TabView : public virtual View {
+ public:
+  virtual void showWithoutTabsAndBorder() = 0;
+  virtual void selectItem(int index) = 0;  // 0 the read-me page, 1 the install page
+  [[nodiscard]] virtual int selectedItem() const = 0;
+};
+
+class ProgressIndicator : public virtual View {
+ public:
+  virtual void startAnimation() = 0;
+  virtual void stopAnimation() = 0;
+};
+
+class Window {
+ public:
+  virtual ~Window() = default;
+  [[nodiscard]] virtual Text title() const = 0;
+  virtual void setTitle(const Text& title) = 0;
+  virtual void center() = 0;
+  virtual void makeKeyAndOrderFront() = 0;
+  virtual void orderFrontRegardless() = 0;
+  virtual void makeMain() = 0;
+  // Whether the window's minimise button can be used.
+  [[nodiscard]] virtual bool isMiniaturizeEnabled() const = 0;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,82 @@
+#include "Platform/window/linux/ActionButton.h"
+
+#include <QFocusEvent>
+#include <QPainter>
+#include <algorithm>
+
+namespace halvorn {
+namespace {
+
+// The ring of the keyboard's place lies outside the face, 3 points wide with its gap.
+constexpr int kLeastWidth = 102;
+constexpr int kLeastHeight = 36;
+constexpr int kRoundSide = 34;
+constexpr qreal kRadius = 8.0;
+
+}  // namespace
+
+ActionButton::ActionButton(Shape shape, QWidget* parent) : QPushButton(parent), shape_(shape) {
+  setAutoDefault(false);
+  setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+}
+
+void ActionButton::setTitle(const QString& title) {
+  title_ = title;
+  setText(QString(title).replace(u'&', QStringLiteral("&&")));
+  updateGeometry();
+}
+
+QSize ActionButton::sizeHint() const {
+  if (shape_ == Shape::Round) return {kRoundSide, kRoundSide};
+  const QFontMetrics metrics(font());
+  return {std::max(kLeastWidth, metrics.horizontalAdvance(title_) + 42),
+          std::max(kLeastHeight, metrics.height() + 18)};
+}
+
+void ActionButton::focusInEvent(QFocusEvent* event) {
+  const Qt::FocusReason reason = event->reason();
+  showsFocus_ =
+      reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+  QPushButton::focusInEvent(event);
+}
+
+ActionButton::Colours ActionButton::colours() const {
+  const QPalette& tones = palette();
+  const bool stands = isDefault() && isEnabled();
+  Colours found = {tones.color(stands ? QPalette::Highlight : QPalette::Button),
+                   tones.color(stands ? QPalette::Highlight : QPalette::Mid),
+                   tones.color(stands ? QPalette::HighlightedText : QPalette::ButtonText)};
+  const bool dark = tones.color(QPalette::Window).lightness() < 128;
+  if (isDown()) {
+    found.face = found.face.darker(dark ? 125 : 112);
+  } else if (underMouse() && isEnabled()) {
+    found.face = dark ? found.face.lighter(115) : found.face.darker(stands ? 108 : 104);
+  }
+  if (!isEnabled()) found.face.setAlphaF(0.5F);
+  return found;
+}
+
+void ActionButton::paintEvent(QPaintEvent*) {
+  const Colours tones = colours();
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  QRectF frame = rect();
+  if (shape_ == Shape::Round) {
+    const qreal side = std::min(frame.width(), frame.height());
+    frame = QRectF(frame.center() - QPointF(side, side) / 2.0, QSizeF(side, side));
+  }
+  const qreal radius = shape_ == Shape::Round ? frame.height() / 2.0 : kRadius;
+  if (showsFocus_ && hasFocus()) {
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2.0));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(frame.adjusted(1, 1, -1, -1), radius, radius);
+  }
+  const QRectF face = frame.adjusted(3.5, 3.5, -3.5, -3.5);
+  painter.setPen(QPen(tones.edge, 1.0));
+  painter.setBrush(tones.face);
+  painter.drawRoundedRect(face, std::max(radius - 2.5, 0.0), std::max(radius - 2.5, 0.0));
+  painter.setPen(tones.text);
+  painter.drawText(face, Qt::AlignCenter | Qt::TextHideMnemonic, text());
+}
+
+}  // namespace halvorn

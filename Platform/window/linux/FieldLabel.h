@@ -1,0 +1,50 @@
+// A text that always fits: it breaks inside words that are longer than a line and ends in "…" when it needs
+// more lines than it may have (the whole text is then its tool tip).
+#pragma once
+
+#include <QHash>
+#include <QLabel>
+#include <QTextLayout>
+
+#include "Platform/color/Color.h"
+
+namespace halvorn {
+
+class FieldLabel : public QLabel {
+ public:
+  explicit FieldLabel(QWidget* parent = nullptr);
+
+  void setFieldText(const QString& text);
+  void setMaximumLines(int lines);
+  // For paths: they read from left to right in every language.
+  void setLeftToRightText(bool leftToRight);
+  // Asked at each painting; null for that of the palette.
+  void setTextColor(const ColorPointer& color);
+
+  [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+  [[nodiscard]] int heightForWidth(int width) const override;
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  // The lines at that width, and whether some of the text is left over.
+  struct Lines {
+    QStringList texts;
+    bool cut = false;
+  };
+  [[nodiscard]] const Lines& linesFor(int width) const;
+  [[nodiscard]] Lines brokenFor(int width) const;
+  [[nodiscard]] int lineHeight() const;
+
+  int maximumLines_ = 10;
+  bool leftToRightText_ = false;
+  ColorPointer textColor_;
+  mutable QHash<int, Lines> lines_;  // layouts ask for the same few widths again and again
+};
+
+}  // namespace halvorn

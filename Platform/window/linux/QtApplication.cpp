@@ -1,0 +1,131 @@
+#include "Platform/window/linux/QtApplication.h"
+
+#include <QApplication>
+#include <QInputEvent>
+#include <QTimer>
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Platform/color/linux/Palettes.h"
+#include "Platform/window/linux/pictures/QtImage.h"
+
+namespace halvorn {
+namespace {
+
+// A window that comes up covered by others may never be painted.
+constexpr double kLongestToBePainted = 1.0;
+
+// Watches what people do with the keyboard and the mouse, and for the first window to be painted.
+class EventWatch : public QObject {
+ public:
+  [[nodiscard]] bool optionKey() const { return optionKey_; }
+  [[nodiscard]] bool isShown() const { return isShown_; }
+  std::function<void()> shown;
+  void tellShown() {
+    if (std::exchange(isShown_, true)) return;
+    if (shown) shown();
+  }
+
+ protected:
+  // What sets something off. Whoever lets go of the keys or moves the mouse on has not taken it back.
+  static bool isDeed(QEvent::Type type) {
+    return type == QEvent::KeyPress || type == QEvent::MouseButtonPress ||
+           type == QEvent::MouseButtonRelease || type == QEvent::TouchBegin || type == QEvent::TouchEnd;
+  }
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (isDeed(event->type())) {
+      optionKey_ = static_cast<QInputEvent*>(event)->modifiers().testFlag(Qt::AltModifier);
+    } else if (event->type() == QEvent::Paint) {
+      tellShown();
+    }
+    return false;
+  }
+
+ private:
+  std::atomic<bool> optionKey_ = false;
+  bool isShown_ = false;
+};
+
+// The toolkit's remarks are no lines of the log; what ends the program is.
+void keepQuiet(QtMsgType type, const QMessageLogContext&, const QString& message) {
+  if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "%s\n", qUtf8Printable(message));
+}
+
+}  // namespace
+
+struct QtApplication::Parts {
+  explicit Parts(const Text& programPath) : path(programPath.bytes()) {
+    QApplication::setQuitOnLastWindowClosed(false);  // whether the program ends is not decided here
+    application.installEventFilter(&watch);
+  }
+
+  ~Parts() { qInstallMessageHandler(before); }
+
+  QtMessageHandler before = qInstallMessageHandler(keepQuiet);
+  std::string path;
+  int count = 1;
+  char* arguments[2] = {path.data(), nullptr};
+  // One style everywhere: the look of the window is ours to switch, and a desktop's own style would be loaded
+  // first.
+  [[maybe_unused]] QStyle* style = QApplication::setStyle(QStringLiteral("fusion"));
+  QApplication application{count, arguments};
+  EventWatch watch;
+  QObject tasks;  // what waits on it is dropped with it
+  std::vector<std::function<void()>> whenShown;
+  bool terminated = false;
+};
+
+QtApplication::QtApplication(const Text& programPath) : parts_(std::make_unique<Parts>(programPath)) {}
+
+QtApplication::~QtApplication() = default;
+
+int QtApplication::run() { return parts_->terminated ? 0 : QApplication::exec(); }
+
+void QtApplication::terminate() {
+  parts_->terminated = true;
+  // Not quit(): that would ask the windows again whether they may be closed.
+  QApplication::exit(0);
+}
+
+void QtApplication::setApplicationIcon(const ImagePointer& icon) {
+  // The sizes for task bars take longer to decode than the window takes to be painted.
+  performWhenShown([icon] {
+    const QtImage* picture = qtImage(icon);
+    QApplication::setWindowIcon(picture != nullptr ? picture->icon() : QIcon());
+  });
+}
+
+void QtApplication::performWhenShown(std::function<void()> task) {
+  if (parts_->watch.isShown()) return perform(std::move(task));
+  parts_->whenShown.push_back(std::move(task));
+  if (parts_->whenShown.size() > 1) return;
+  parts_->watch.shown = [this] {
+    for (auto& waiting : std::exchange(parts_->whenShown, {})) perform(std::move(waiting));
+  };
+  performAfter(kLongestToBePainted, [this] { parts_->watch.tellShown(); });
+}
+
+void QtApplication::beep() { QApplication::beep(); }
+
+bool QtApplication::currentEventHasOptionKey() const { return parts_->watch.optionKey(); }
+
+void QtApplication::perform(std::function<void()> task) {
+  QMetaObject::invokeMethod(&parts_->tasks, std::move(task), Qt::QueuedConnection);
+}
+
+void QtApplication::performAfter(double seconds, std::function<void()> task) {
+  constexpr double kLongest = 2'000'000.0;  // the timer counts milliseconds in 31 bits
+  const auto delay = std::chrono::milliseconds(
+      static_cast<long long>(seconds > 0 ? std::min(seconds, kLongest) * 1000.0 + 0.999 : 0.0));
+  perform([this, delay, waiting = std::move(task)] {
+    QTimer::singleShot(delay, Qt::PreciseTimer, &parts_->tasks, waiting);
+  });
+}
+
+}  // namespace halvorn

@@ -1,0 +1,36 @@
+// The running program on the toolkit's event loop.
+#pragma once
+
+#include <memory>
+
+#include "Platform/running/MainThread.h"
+#include "Platform/window/Application.h"
+
+namespace halvorn {
+
+class QtApplication : public Application, public MainThread {
+ public:
+  // The toolkit is told the program's path and nothing else of the command line: products pass keys of their
+  // own, and the toolkit would take "-style" or "-title" away from them. Thread: the main thread.
+  explicit QtApplication(const Text& programPath);
+  ~QtApplication() override;
+
+  // Works until terminate() is called (before this, too); the program's exit status.
+  [[nodiscard]] int run();
+
+  void terminate() override;
+  void setApplicationIcon(const ImagePointer& icon) override;  // once the window has been painted
+  void performWhenShown(std::function<void()> task) override;
+  void beep() override;
+  [[nodiscard]] bool currentEventHasOptionKey() const override;
+
+  // Tasks that are still waiting when terminate() is called are dropped.
+  void perform(std::function<void()> task) override;
+  void performAfter(double seconds, std::function<void()> task) override;
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace halvorn

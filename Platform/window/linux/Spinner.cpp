@@ -1,0 +1,61 @@
+#include "Platform/window/linux/Spinner.h"
+
+#include <QPainter>
+#include <QTimerEvent>
+
+namespace halvorn {
+namespace {
+
+constexpr int kSpokes = 12;
+constexpr int kStepMilliseconds = 80;
+
+}  // namespace
+
+Spinner::Spinner(int side, QWidget* parent) : QProgressBar(parent) {
+  setTextVisible(false);
+  setRange(0, 1);
+  setValue(0);
+  setFixedSize(side, side);
+}
+
+void Spinner::start() {
+  setRange(0, 0);  // of unknown length, also for a screen reader
+  timer_.start(kStepMilliseconds, this);
+  update();
+}
+
+void Spinner::stop() {
+  timer_.stop();
+  setRange(0, 1);
+  setValue(0);
+  update();
+}
+
+void Spinner::timerEvent(QTimerEvent* event) {
+  if (event->timerId() != timer_.timerId()) {
+    QProgressBar::timerEvent(event);
+    return;
+  }
+  step_ = (step_ + 1) % kSpokes;
+  update();
+}
+
+void Spinner::paintEvent(QPaintEvent*) {
+  if (!isTurning()) return;
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.translate(QRectF(rect()).center());
+  const qreal radius = width() / 2.0 - 1.0;
+  for (int spoke = 0; spoke < kSpokes; ++spoke) {
+    const int age = (step_ - spoke + kSpokes) % kSpokes;  // 0 is the spoke the wheel has reached
+    QColor colour = palette().color(QPalette::WindowText);
+    colour.setAlphaF(static_cast<float>(1.0 - 0.075 * age));
+    painter.setPen(QPen(colour, radius / 5.0, Qt::SolidLine, Qt::RoundCap));
+    painter.save();
+    painter.rotate(spoke * 360.0 / kSpokes);
+    painter.drawLine(QPointF(0, -radius * 0.5), QPointF(0, -radius * 0.9));
+    painter.restore();
+  }
+}
+
+}  // namespace halvorn

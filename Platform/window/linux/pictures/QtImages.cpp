@@ -1,0 +1,93 @@
+#include "Platform/window/linux/pictures/QtImages.h"
+
+#include <QMimeDatabase>
+#include <QMimeType>
+#include <QStringList>
+#include <filesystem>
+
+#include "Core/Paths.h"
+#include "Platform/bundles/linux/BundleIcon.h"
+#include "Platform/bundles/linux/LinuxBundles.h"
+#include "Platform/window/linux/QtText.h"
+#include "Platform/window/linux/pictures/ImageFormats.h"
+#include "Platform/window/linux/pictures/ImageLimits.h"
+#include "Platform/window/linux/pictures/QtImage.h"
+#include "Platform/window/linux/readme/BoundedFile.h"
+
+namespace halvorn {
+namespace {
+
+constexpr qsizetype kLargestDirectoryFile = 64 * 1024;
+
+// The value of Icon= in the [Desktop Entry] group; empty when there is none.
+QString iconOfDirectoryFile(const QByteArray& bytes) {
+  bool inGroup = false;
+  for (const QByteArray& line : bytes.split('\n')) {
+    const QByteArray trimmed = line.trimmed();
+    if (trimmed.startsWith('[')) {
+      inGroup = trimmed == "[Desktop Entry]";
+    } else if (inGroup && trimmed.startsWith("Icon=")) {
+      return QString::fromUtf8(trimmed.mid(5));
+    }
+  }
+  return {};
+}
+
+QStringList iconNamesForFolder(const Text& path) {
+  QStringList names;
+  if (const auto bytes = readBoundedFile(Paths::appending(path, ".directory"), kLargestDirectoryFile)) {
+    const QString name = iconOfDirectoryFile(*bytes);
+    if (!name.isEmpty() && !name.contains(u'/')) names << name;  // a path could lead anywhere
+  }
+  if (Paths::extension(path) == "app") names << QStringLiteral("application-x-executable");
+  return names << QStringLiteral("folder") << QStringLiteral("inode-directory");
+}
+
+}  // namespace
+
+ImagePointer QtImages::imageFromFile(const Text& path) {
+  const auto bytes = readBoundedFile(path, kLargestImageFile);
+  return bytes ? imageFromBytes(*bytes) : nullptr;
+}
+
+ImagePointer QtImages::imageNamed(const Text& name) {
+  if (name.isEmpty() || name.find(u'/') != Text::npos) return nullptr;
+  std::vector<EncodedImage::Representation> sizes;
+  for (const char* ending : {".png", "@2x.png", ".icns", ".svg"}) {
+    const auto bytes = readBoundedFile(Paths::appending(resourcesFolder_, name + ending), kLargestImageFile);
+    if (!bytes) continue;
+    if (const auto image = imageFromBytes(*bytes)) {
+      const auto found = image->representations();
+      sizes.insert(sizes.end(), found.begin(), found.end());
+    }
+  }
+  return sizes.empty() ? nullptr : std::make_shared<const EncodedImage>(std::move(sizes));
+}
+
+ImagePointer QtImages::iconOfBundle(const Text& path) {
+  if (Paths::extension(path) != "app") return nullptr;
+  const OptionalText file = bundleIconFile(LinuxBundles(path, {}), path);
+  return file ? imageFromFile(*file) : nullptr;
+}
+
+ImagePointer QtImages::iconForFile(const Text& path) {
+  std::error_code error;
+  const auto status = std::filesystem::status(std::filesystem::path(path.bytes()), error);
+  if (error || !std::filesystem::exists(status)) return nullptr;
+  QStringList names;
+  if (std::filesystem::is_directory(status)) {
+    if (ImagePointer own = iconOfBundle(path)) return own;
+    names = iconNamesForFolder(path);
+  } else {
+    const QMimeType type = QMimeDatabase().mimeTypeForFile(toQString(path), QMimeDatabase::MatchExtension);
+    names << type.iconName() << type.genericIconName();
+  }
+  for (const QString& name : names) {
+    if (const QIcon icon = QIcon::fromTheme(name); !icon.isNull()) {
+      return std::make_shared<const ThemedImage>(icon);
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace halvorn

@@ -1,0 +1,251 @@
+// What every file manager answers, the one in memory and the one on the disk.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <set>
+
+#include "Platform/files/posix/PosixFileManager.h"
+#include "tests/fakes/FakeFileManager.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace halvorn {
+namespace {
+
+// A file system to try things on. Paths given to it are relative to its top.
+class World {
+ public:
+  virtual ~World() = default;
+  virtual FileManager& files() = 0;
+  virtual std::string at(const std::string& path) const = 0;
+  virtual void addFolder(const std::string& path) = 0;
+  virtual void addFile(const std::string& path, const std::string& contents) = 0;
+  virtual void addLink(const std::string& path, const std::string& target) = 0;
+  virtual void addPipe(const std::string& path) = 0;
+};
+
+class FakeWorld : public World {
+ public:
+  FakeWorld() { files_.addFolder("/top"); }
+  FileManager& files() override { return files_; }
+  std::string at(const std::string& path) const override { return "/top/" + path; }
+  void addFolder(const std::string& path) override { files_.addFolder(at(path)); }
+  void addFile(const std::string& path, const std::string& contents) override {
+    files_.addFile(at(path), contents);
+  }
+  void addLink(const std::string& path, const std::string& target) override {
+    files_.addLink(at(path), target);
+  }
+  void addPipe(const std::string& path) override { files_.addPipe(at(path)); }
+
+ private:
+  FakeFileManager files_;
+};
+
+class RealWorld : public World {
+ public:
+  FileManager& files() override { return files_; }
+  std::string at(const std::string& path) const override { return folder_ / path; }
+  void addFolder(const std::string& path) override { std::filesystem::create_directories(at(path)); }
+  void addFile(const std::string& path, const std::string& contents) override {
+    std::filesystem::create_directories(std::filesystem::path(at(path)).parent_path());
+    std::ofstream(at(path), std::ios::binary) << contents;
+  }
+  void addLink(const std::string& path, const std::string& target) override {
+    std::filesystem::create_symlink(target, at(path));
+  }
+  void addPipe(const std::string& path) override { ASSERT_EQ(::mkfifo(at(path).c_str(), 0600), 0); }
+
+ private:
+  TemporaryFolder folder_;
+  PosixFileManager files_;
+};
+
+enum class Which { Fake, Real };
+
+class FileManagerContract : public testing::TestWithParam<Which> {
+ protected:
+  FileManagerContract() {
+    if (GetParam() == Which::Fake) world = std::make_unique<FakeWorld>();
+    if (GetParam() == Which::Real) world = std::make_unique<RealWorld>();
+  }
+  Text path(const std::string& name) const { return world->at(name); }
+  FileManager& files() { return world->files(); }
+  std::string contents(const std::string& name) {
+    return files().readFile(path(name), 1000).value_or("(none)");
+  }
+
+  std::unique_ptr<World> world;
+};
+
+TEST_P(FileManagerContract, ExistenceTestsFollowLinks) {
+  world->addFile("file", "x");
+  world->addLink("link", "file");
+  world->addLink("broken", "nowhere");
+  world->addLink("loop", "loop");
+  EXPECT_TRUE(files().fileExists(path("file")));
+  EXPECT_TRUE(files().fileExists(path("link")));
+  EXPECT_FALSE(files().fileExists(path("broken")));
+  EXPECT_FALSE(files().fileExists(path("loop")));
+  EXPECT_FALSE(files().fileExists(path("missing")));
+  EXPECT_FALSE(files().fileExists(""));
+}
+
+TEST_P(FileManagerContract, ALinkToAFolderIsAFolder) {
+  world->addFolder("folder");
+  world->addFile("file", "x");
+  world->addLink("link", "folder");
+  EXPECT_TRUE(files().isDirectory(path("folder")));
+  EXPECT_TRUE(files().isDirectory(path("link")));
+  EXPECT_FALSE(files().isDirectory(path("file")));
+  EXPECT_FALSE(files().isDirectory(path("missing")));
+}
+
+TEST_P(FileManagerContract, NothingIsWritableWhereNothingIs) {
+  world->addFile("file", "x");
+  EXPECT_TRUE(files().isWritable(path("file")));
+  EXPECT_FALSE(files().isWritable(path("missing")));
+}
+
+TEST_P(FileManagerContract, AListingHoldsHiddenEntriesButNotTheFolderItself) {
+  world->addFile("folder/.hidden", "");
+  world->addFile("folder/shown", "");
+  world->addFile("folder/inner/deep", "");
+  const auto names = files().contentsOfDirectory(path("folder"));
+  ASSERT_TRUE(names);
+  EXPECT_EQ(std::set<Text>(names->begin(), names->end()), (std::set<Text>{".hidden", "inner", "shown"}));
+  EXPECT_FALSE(files().contentsOfDirectory(path("folder/shown")));
+  EXPECT_FALSE(files().contentsOfDirectory(path("missing")));
+}
+
+TEST_P(FileManagerContract, ReadingTakesRegularFilesUpToTheLimit) {
+  world->addFile("file", "12345");
+  world->addFolder("folder");
+  world->addPipe("pipe");
+  world->addLink("link", "file");
+  EXPECT_EQ(files().readFile(path("file"), 5), "12345");
+  EXPECT_EQ(files().readFile(path("file"), 4), std::nullopt);
+  EXPECT_EQ(files().readFile(path("link"), 5), "12345");
+  EXPECT_EQ(files().readFile(path("folder"), 5), std::nullopt);
+  EXPECT_EQ(files().readFile(path("pipe"), 5), std::nullopt);
+  EXPECT_EQ(files().readFile(path("missing"), 5), std::nullopt);
+}
+
+TEST_P(FileManagerContract, ACopyHoldsEverythingAndLeavesTheOriginal) {
+  world->addFile("from/a/deep", "deep");
+  world->addFile("from/top", "top");
+  world->addLink("from/link", "top");
+  EXPECT_TRUE(files().copyItem(path("from"), path("to")));
+  EXPECT_EQ(contents("to/a/deep"), "deep");
+  EXPECT_EQ(contents("to/link"), "top");
+  EXPECT_EQ(contents("from/top"), "top");
+}
+
+TEST_P(FileManagerContract, ACopyOfALinkIsALink) {
+  world->addFile("file", "x");
+  world->addLink("link", "file");
+  EXPECT_TRUE(files().copyItem(path("link"), path("copy")));
+  EXPECT_TRUE(files().removeItem(path("file")));
+  EXPECT_FALSE(files().fileExists(path("copy")));
+}
+
+TEST_P(FileManagerContract, ACopyRefusesATargetThatIsThere) {
+  world->addFile("file", "new");
+  world->addFile("there", "old");
+  world->addFolder("folder");
+  world->addLink("broken", "nowhere");
+  EXPECT_FALSE(files().copyItem(path("file"), path("there")));
+  EXPECT_FALSE(files().copyItem(path("file"), path("folder")));
+  EXPECT_FALSE(files().copyItem(path("folder"), path("there")));
+  EXPECT_FALSE(files().copyItem(path("file"), path("broken"))) << "a link to nowhere counts";
+  EXPECT_EQ(contents("there"), "old");
+  EXPECT_FALSE(files().fileExists(path("nowhere")));
+}
+
+TEST_P(FileManagerContract, ACopyFailsWithoutAnOriginalOrAFolderToPutItIn) {
+  world->addFile("file", "x");
+  EXPECT_FALSE(files().copyItem(path("missing"), path("to")));
+  EXPECT_FALSE(files().copyItem(path("file"), path("missing/to")));
+  EXPECT_FALSE(files().copyItem(path("file"), path("file/to")));
+  EXPECT_FALSE(files().copyItem(path("file"), ""));
+  EXPECT_FALSE(files().copyItem("", path("to")));
+}
+
+TEST_P(FileManagerContract, ACopyIntoItselfIsRefusedAndMakesNothing) {
+  world->addFile("from/inner/file", "x");
+  EXPECT_FALSE(files().copyItem(path("from"), path("from/inner/to")));
+  EXPECT_FALSE(files().copyItem(path("from"), path("from")));
+  EXPECT_FALSE(files().fileExists(path("from/inner/to")));
+  EXPECT_EQ(contents("from/inner/file"), "x");
+}
+
+TEST_P(FileManagerContract, WhatLooksLikeTheSameFolderByNameIsNotInside) {
+  world->addFile("from/file", "x");
+  world->addFolder("from2");
+  EXPECT_TRUE(files().copyItem(path("from"), path("from2/to")));
+  EXPECT_EQ(contents("from2/to/file"), "x");
+}
+
+TEST_P(FileManagerContract, InsideIsTheItemItselfAndAllBelowByWhatIsOnDisk) {
+  world->addFile("a/b/file", "x");
+  world->addFolder("other");
+  world->addLink("link", "a");
+  EXPECT_TRUE(files().isInside(path("a"), path("a")));
+  EXPECT_TRUE(files().isInside(path("a/b/file"), path("a")));
+  EXPECT_TRUE(files().isInside(path("link/b/file"), path("a")));
+  EXPECT_FALSE(files().isInside(path("a"), path("a/b")));
+  EXPECT_FALSE(files().isInside(path("link"), path("a"))) << "the link itself stands outside";
+  EXPECT_FALSE(files().isInside(path("other"), path("a")));
+  EXPECT_FALSE(files().isInside(path("missing"), path("a")));
+  EXPECT_FALSE(files().isInside(path("a"), path("missing")));
+}
+
+TEST_P(FileManagerContract, ARemovalTakesTheWholeTreeAndFollowsNoLink) {
+  world->addFile("outside/file", "x");
+  world->addFile("folder/a/b/deep", "x");
+  world->addFile("folder/.hidden", "x");
+  world->addLink("folder/link", world->at("outside"));
+  world->addLink("top", "outside");
+  EXPECT_TRUE(files().removeItem(path("folder")));
+  EXPECT_FALSE(files().fileExists(path("folder")));
+  EXPECT_TRUE(files().removeItem(path("top")));
+  EXPECT_EQ(contents("outside/file"), "x");
+  EXPECT_FALSE(files().removeItem(path("missing")));
+}
+
+TEST_P(FileManagerContract, ACreatedFileWasNotThereBefore) {
+  EXPECT_TRUE(files().createEmptyFile(path("new")));
+  EXPECT_EQ(contents("new"), "");
+  EXPECT_FALSE(files().createEmptyFile(path("new")));
+  world->addLink("broken", "nowhere");
+  EXPECT_FALSE(files().createEmptyFile(path("broken")));
+  EXPECT_FALSE(files().createEmptyFile(path("missing/new")));
+}
+
+TEST_P(FileManagerContract, OnlyExistingFilesOpenForReadingAndWriting) {
+  world->addFile("file", "x");
+  world->addFolder("folder");
+  EXPECT_TRUE(files().opensForReadingAndWriting(path("file")));
+  EXPECT_FALSE(files().opensForReadingAndWriting(path("folder")));
+  EXPECT_FALSE(files().opensForReadingAndWriting(path("missing")));
+}
+
+TEST_P(FileManagerContract, NamesMayHoldAnyBytes) {
+  for (const std::string name :
+       {"a b", "line\nbreak", "\xE4\xFF", "%s 'q' \"d\"", "-rf", "\xF0\x9F\x8D\x8F"}) {
+    world->addFile("from/" + name, name);
+    EXPECT_TRUE(files().copyItem(path("from/" + name), path("to " + name)));
+    EXPECT_EQ(contents("to " + name), name);
+  }
+  EXPECT_EQ(files().contentsOfDirectory(path("from"))->size(), 6u);
+}
+
+INSTANTIATE_TEST_SUITE_P(Both, FileManagerContract, testing::Values(Which::Fake, Which::Real),
+                         [](const auto& test) { return test.param == Which::Fake ? "Fake" : "Real"; });
+
+}  // namespace
+}  // namespace halvorn

@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+
+#include "tests/installer/unit/InstallerFixture.h"
+
+namespace halvorn {
+namespace {
+
+class Completion : public InstallerFixture {
+ protected:
+  InstallerWinController& started(std::vector<Text> arguments = {}) {
+    arguments.insert(arguments.begin(), {"-sourcePath", product});
+    auto& controller = start(arguments);
+    log.clear();
+    return controller;
+  }
+};
+
+TEST_F(Completion, SuccessShowsTheFinalMessageWithItsMark) {
+  started().installationFinished(InstallOutcome::installed());
+  EXPECT_EQ(window.introField.text_, Text("Foo was successfully installed."));
+  EXPECT_TRUE(window.checkmarkField.visible());
+  EXPECT_FALSE(window.cancelButton.visible());
+  EXPECT_EQ(window.cancelButton.enabled_, Enabled::No);
+  EXPECT_EQ(window.installButton.title_, Text("OK"));
+  EXPECT_EQ(window.installButton.enabled_, Enabled::Yes);
+  EXPECT_FALSE(window.pathField.visible());
+  EXPECT_FALSE(window.explanationField.visible());
+  EXPECT_FALSE(window.messageField.visible());
+  EXPECT_FALSE(window.helpButton.visible());
+  EXPECT_FALSE(window.progressIndicator.animating_);
+  EXPECT_EQ(screenReader.announced.back(), Text("Foo was successfully installed."));
+}
+
+TEST_F(Completion, AfterSuccessTheInstallButtonQuits) {
+  auto& controller = started();
+  controller.installationFinished(InstallOutcome::installed());
+  EXPECT_TRUE(controller.finished());
+  window.installButton.click();
+  EXPECT_EQ(application.terminations, 1);
+  EXPECT_TRUE(workers.tasks.empty());
+}
+
+TEST_F(Completion, AFailureLeavesThePageAsItWasWithItsTextHidden) {
+  auto& controller = started();
+  const Text intro = window.introField.text_;
+  window.installButton.setEnabled(Enabled::No);
+  window.cancelButton.setEnabled(Enabled::No);
+  controller.installationFinished(InstallOutcome::failed("Installation failed.\rTry."));
+  EXPECT_EQ(window.messageField.text_, Text("Installation failed.\rTry."));
+  EXPECT_FALSE(window.messageField.visible());
+  EXPECT_EQ(window.introField.text_, intro);
+  EXPECT_EQ(window.installButton.title_, Text("Install"));
+  EXPECT_EQ(window.installButton.enabled_, Enabled::Yes);
+  EXPECT_EQ(window.cancelButton.enabled_, Enabled::Yes);
+  EXPECT_TRUE(window.cancelButton.visible());
+  EXPECT_FALSE(controller.finished());
+  EXPECT_EQ(screenReader.announced.back(), Text("Installation failed.\rTry.")) << "said aloud all the same";
+}
+
+TEST_F(Completion, ADismissedPasswordDialogSaysNothing) {
+  started().installationFinished(InstallOutcome::canceled());
+  EXPECT_EQ(window.messageField.text_, Text(""));
+  EXPECT_TRUE(screenReader.announced.empty());
+  EXPECT_EQ(window.cancelButton.enabled_, Enabled::Yes);
+}
+
+TEST_F(Completion, QuitsByItselfAfterTheDelayAlsoAfterAFailure) {
+  for (const auto& outcome :
+       {InstallOutcome::installed(), InstallOutcome::failed("x"), InstallOutcome::canceled()}) {
+    application.terminations = 0;
+    started({"-completionQuit", "2.5"}).installationFinished(outcome);
+    EXPECT_EQ(linesWith("quit delay"), std::vector<std::string>{"quit delay: 2.5"});
+    mainThread.runDelayed(2.4);
+    EXPECT_EQ(application.terminations, 0);
+    mainThread.runDelayed(2.5);
+    EXPECT_EQ(application.terminations, 1);
+  }
+}
+
+TEST_F(Completion, ADelayThatIsNotPositiveLeavesTheInstallerOpen) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"0", "quit delay: 0.0"}, {"soon", "quit delay: 0.0"}, {"0.04", "quit delay: 0.0"}};
+  for (const auto& [value, line] : cases) {
+    mainThread.delayed.clear();
+    started({"-completionQuit", value}).installationFinished(InstallOutcome::installed());
+    EXPECT_EQ(linesWith("quit delay"), std::vector<std::string>{line}) << value;
+    EXPECT_EQ(mainThread.delayed.size(), Text(value).floatValue() > 0 ? 1u : 0u) << value;
+  }
+}
+
+TEST_F(Completion, WithoutADelayNothingIsLogged) {
+  started().installationFinished(InstallOutcome::installed());
+  EXPECT_TRUE(linesWith("quit delay").empty());
+}
+
+TEST_F(Completion, APendingQuitIsCancelledByNothing) {
+  auto& controller = started({"-completionQuit", "1"});
+  controller.installationFinished(InstallOutcome::failed("x"));
+  window.installButton.click();
+  controller.cancel();
+  mainThread.runDelayed(1);
+  EXPECT_EQ(application.terminations, 2) << "the cancel button's and the delayed one";
+}
+
+TEST_F(Completion, TheSoundPlaysOnSuccessOnlyAndOnlyForYes) {
+  started({"-completionSound", "YES"}).installationFinished(InstallOutcome::installed());
+  EXPECT_EQ(doneSoundsPlayed(), 1);
+  started({"-completionSound", "yes"}).installationFinished(InstallOutcome::installed());
+  started({"-completionSound", "YES "}).installationFinished(InstallOutcome::installed());
+  started().installationFinished(InstallOutcome::installed());
+  started({"-completionSound", "YES"}).installationFinished(InstallOutcome::failed("x"));
+  EXPECT_EQ(doneSoundsPlayed(), 1);
+}
+
+TEST_F(Completion, TheNosoundDefaultSilencesSuccess) {
+  defaults.values.emplace("nosound", true);
+  started({"-completionSound", "YES"}).installationFinished(InstallOutcome::installed());
+  EXPECT_EQ(doneSoundsPlayed(), 0);
+}
+
+TEST_F(Completion, TheFinalMessageIsTheTranslationFilledWithTheName) {
+  strings.translations["%@ was successfully installed."] = "%@ wurde erfolgreich installiert.";
+  strings.translations["OK"] = "Fertig";
+  started().installationFinished(InstallOutcome::installed());
+  EXPECT_EQ(window.introField.text_, Text("Foo wurde erfolgreich installiert."));
+  EXPECT_EQ(window.installButton.title_, Text("Fertig"));
+}
+
+}  // namespace
+}  // namespace halvorn

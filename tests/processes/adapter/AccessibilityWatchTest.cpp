@@ -1,0 +1,157 @@
+// Watching a real program over an accessibility bus of the test's own.
+#include "Platform/processes/linux/atspi/AtSpiAccessibility.h"
+#include "tests/processes/adapter/LiveFixture.h"
+
+namespace halvorn {
+namespace {
+
+class AccessibilityWatch : public LiveFixture {
+ protected:
+  void SetUp() override {
+    startDesktop({.accessibility = true});
+    if (!desktop) return;
+    useBus(desktop->busAddress());
+    program = &launch({KT_WATCHED_PROGRAM});
+    ASSERT_EQ(program->readLine(20), "ready") << program->output();
+    watched = process(*program);
+    ASSERT_NE(watched, nullptr);
+    // It joins the bus a moment after it has shown its window.
+    ASSERT_TRUE(live->settles([&] {
+      return accessibility->createApplicationElement(program->pid()) != nullptr;
+    })) << "not on the accessibility bus";
+  }
+  void useBus(const std::string& sessionBus) {
+    accessibility = nullptr;
+    live = nullptr;
+    lateBound = std::make_unique<LateBound>();
+    watch({.display = desktop->displayName(), .accessibility = lateBound.get()});
+    accessibility = std::make_unique<AtSpiAccessibility>(sessionBus, "", live->loop, live->loop);
+    lateBound->target = accessibility.get();
+    heard.clear();
+    observation = live->notifications.addObserver(
+        KTProcessUINotification, nullptr, [this](const Notification& notification) {
+          const auto element = notification.element("element");
+          heard.push_back({notification.object.get(), notification.text("event")->bytes(),
+                           element ? element->reference().bytes() : "none"});
+        });
+  }
+  void tell(const std::string& line) {
+    program->writeInput(line + "\n");
+    ASSERT_TRUE(program->waitForOutput("done " + line + "\n", 10));
+  }
+  // A program hears some time later that somebody listens, and only then tells; returns when it does, with
+  // the focus on the first field and nothing heard.
+  void listen(const char* notification, const std::string& line, const std::string& otherLine) {
+    watched->addAXNotification(notification);
+    for (int turn = 0; turn < 20 && heardOf(notification) == 0; ++turn) {
+      tell(turn % 2 == 0 ? line : otherLine);
+      static_cast<void>(live->settles([&] { return heardOf(notification) >= 1; }, 0.5));
+    }
+    EXPECT_GE(heardOf(notification), 1);
+    tell("focus first");
+    live->loop.runFor(0.2);
+    heard.clear();
+  }
+  [[nodiscard]] std::ptrdiff_t heardOf(const std::string& event) const {
+    return std::count_if(heard.begin(), heard.end(),
+                         [&](const Heard& entry) { return entry.event == event; });
+  }
+
+  // The model is made before what it watches with, because that needs the model's loop.
+  struct LateBound : Accessibility {
+    AccessibilityElementPointer createApplicationElement(std::int32_t pid) override {
+      return target->createApplicationElement(pid);
+    }
+    std::unique_ptr<AccessibilityObserver> createObserver(std::int32_t pid, Callback callback) override {
+      return target->createObserver(pid, std::move(callback));
+    }
+    Accessibility* target = nullptr;
+  };
+  struct Heard {
+    const void* process = nullptr;
+    std::string event;
+    std::string element;
+  };
+  std::unique_ptr<LateBound> lateBound;
+  std::unique_ptr<AtSpiAccessibility> accessibility;
+  std::unique_ptr<Notifications::Observation> observation;
+  ChildProcess* program = nullptr;
+  KTProcessPointer watched;
+  std::vector<Heard> heard;
+};
+
+TEST_F(AccessibilityWatch, FocusChangesBecomeNotificationsWithTheElement) {
+  if (!desktop) return;
+  listen("AXFocusedUIElementChanged", "focus second", "focus first");
+  tell("focus second");
+  ASSERT_TRUE(live->settles([&] { return heardOf("AXFocusedUIElementChanged") >= 1; }));
+  EXPECT_EQ(heard[0].process, watched.get());
+  EXPECT_NE(heard[0].element.find("/org/a11y/atspi/accessible/"), std::string::npos) << heard[0].element;
+  const std::string second = heard.back().element;
+  tell("focus first");
+  ASSERT_TRUE(live->settles([&] { return heardOf("AXFocusedUIElementChanged") >= 2; }));
+  EXPECT_NE(heard.back().element, second);
+  EXPECT_TRUE(live->log.lines().empty());
+}
+
+TEST_F(AccessibilityWatch, OnlyWhatWasAddedIsHeardAndOnlyUntilItIsRemoved) {
+  if (!desktop) return;
+  listen("AXFocusedUIElementChanged", "focus second", "focus first");
+  listen("AXValueChanged", "type hello", "type there");
+  watched->removeAXNotification("AXValueChanged");
+  tell("focus second");
+  ASSERT_TRUE(live->settles([&] { return heardOf("AXFocusedUIElementChanged") >= 1; }));
+  const auto before = heardOf("AXValueChanged");
+  tell("type more");
+  tell("focus first");
+  ASSERT_TRUE(live->settles([&] { return heardOf("AXFocusedUIElementChanged") >= 2; }));
+  EXPECT_EQ(heardOf("AXValueChanged"), before);
+}
+
+TEST_F(AccessibilityWatch, UnregisteringEndsItAndAProgramThatEndsHarmsNobody) {
+  if (!desktop) return;
+  listen("AXFocusedUIElementChanged", "focus second", "focus first");
+  tell("focus second");
+  ASSERT_TRUE(live->settles([&] { return heardOf("AXFocusedUIElementChanged") >= 1; }));
+  watched->unregisterAXNotifications();
+  const auto before = heard.size();
+  tell("focus first");
+  live->loop.runFor(0.3);
+  EXPECT_EQ(heard.size(), before);
+  watched->addAXNotification("AXFocusedUIElementChanged");
+  program->end(SIGKILL);
+  EXPECT_TRUE(live->settles([&] { return !watched->isStillRunning(); }));
+  watched->addAXNotification("AXValueChanged");
+  live->loop.runFor(0.1);
+}
+
+TEST_F(AccessibilityWatch, AnUnknownNotificationIsLogged) {
+  if (!desktop) return;
+  watched->addAXNotification("AXNonsense");
+  ASSERT_EQ(live->log.lines().size(), 1u);
+  EXPECT_TRUE(live->log.lines()[0].starts_with(
+      "AX Notifications: Could not add notification AXNonsense for Process \""))
+      << live->log.lines()[0];
+}
+
+TEST_F(AccessibilityWatch, AProgramThatDoesNotTakePartCannotBeWatched) {
+  if (!desktop) return;
+  ChildProcess& plain = startBundle("Editor", "EDIT");
+  process(plain)->installAXObserver();
+  EXPECT_EQ(live->log.lines(), Strings{"AX Notifications: Could not create application object for Process "
+                                       "\"Editor\" (EDIT) 1.0"});
+}
+
+TEST_F(AccessibilityWatch, WithoutAnAccessibilityBusNothingCanBeWatchedAndNothingHangs) {
+  if (!desktop) return;
+  for (const std::string& bus : {std::string(), std::string("unix:path=/nowhere/bus")}) {
+    const double start = testSeconds();
+    AtSpiAccessibility nobody(bus, "", live->loop, live->loop);
+    EXPECT_EQ(nobody.createApplicationElement(program->pid()), nullptr);
+    EXPECT_EQ(nobody.createObserver(program->pid(), nullptr), nullptr);
+    EXPECT_LT(testSeconds() - start, 2.0);
+  }
+}
+
+}  // namespace
+}  // namespace halvorn

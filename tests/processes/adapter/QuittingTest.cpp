@@ -1,0 +1,268 @@
+// Quitting real programs, well and badly behaved.
+#include <signal.h>
+
+#include <atomic>
+#include <regex>
+
+#include "Platform/running/posix/PosixWorkers.h"
+#include "tests/processes/adapter/LiveFixture.h"
+
+namespace halvorn {
+namespace {
+
+class RealQuitting : public LiveFixture {
+ protected:
+  void SetUp() override { startDesktopAndWatch(); }
+  std::string onlyLogLine() {
+    const auto lines = live->log.lines();
+    EXPECT_EQ(lines.size(), 1u);
+    return lines.empty() ? "" : lines[0];
+  }
+  static bool matches(const std::string& line, const std::string& pattern) {
+    return std::regex_match(line, std::regex(pattern));
+  }
+  static int occurrences(const std::string& text, const std::string& part) {
+    int result = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++result;
+    return result;
+  }
+};
+
+TEST_F(RealQuitting, AProgramThatQuitsAtOnceIsAskedOnce) {
+  ChildProcess& child = startBundle("Editor", "EDIT");
+  EXPECT_TRUE(process(child)->quitRunningApplication(4.0F));
+  EXPECT_TRUE(matches(onlyLogLine(), R"(quit Editor: terminated after 0\.\d{3}s \(\d+ attempts\))"))
+      << onlyLogLine();
+  EXPECT_EQ(child.waitForEnd(5), 0);
+  EXPECT_EQ(occurrences(child.output(), "term"), 1);
+}
+
+TEST_F(RealQuitting, WindowsAreClosedAndOneSignalIsSentHoweverOftenItIsAsked) {
+  ChildProcess& child =
+      startBundle("Editor", "EDIT", {"--windows", "2", "--ignores-close", "--ignores-term"});
+  ASSERT_TRUE(eventually([&] {
+    giveItAMoment(child);
+    return occurrences(child.output(), "shown") == 2;
+  }));
+  const auto application = live->control.runningApplication(child.pid());
+  const auto again = live->control.runningApplication(child.pid());
+  for (int i = 0; i < 50; ++i) {
+    EXPECT_TRUE(application->terminate());
+    EXPECT_TRUE(again->terminate());
+  }
+  giveItAMoment(child);
+  EXPECT_EQ(occurrences(child.output(), "close"), 2);
+  EXPECT_EQ(occurrences(child.output(), "term"), 1);
+}
+
+TEST_F(RealQuitting, AProgramThatTakesItsTimeIsGivenIt) {
+  ChildProcess& child = startBundle("Editor", "EDIT", {"--seconds", "0.6"});
+  EXPECT_TRUE(process(child)->quitRunningApplication(4.0F));
+  EXPECT_TRUE(matches(onlyLogLine(), R"(quit Editor: terminated after [0-3]\.\d{3}s \(\d{2,4} attempts\))"))
+      << onlyLogLine();
+  EXPECT_EQ(child.waitForEnd(5), 0);
+}
+
+TEST_F(RealQuitting, AProgramThatIgnoresTheSignalIsKilledAfterTheTimeout) {
+  ChildProcess& child = startBundle("Editor", "EDIT", {"--ignores-term"});
+  const double start = testSeconds();
+  EXPECT_TRUE(process(child)->quitRunningApplication(0.4F));
+  EXPECT_GE(testSeconds() - start, 0.4);
+  EXPECT_TRUE(matches(onlyLogLine(), R"(force-quit Editor: terminated after 0\.\d{3}s \(\d+ attempts\))"))
+      << onlyLogLine();
+  EXPECT_EQ(child.waitForEnd(5), -SIGKILL);
+}
+
+// Asked twice it would drop what it was about to save and end with status 9.
+TEST_F(RealQuitting, AProgramThatAsksToSaveIsNotAskedTwice) {
+  ChildProcess& child = startBundle("Editor", "EDIT", {"--windows", "1", "--asks-to-save"});
+  EXPECT_TRUE(child.waitForOutput("shown", 5));
+  const KTProcessPointer editor = process(child);
+  EXPECT_TRUE(editor->quitRunningApplication(0.4F));
+  EXPECT_EQ(child.waitForEnd(5), -SIGKILL);
+  EXPECT_EQ(occurrences(child.output(), "term"), 1);
+}
+
+TEST_F(RealQuitting, AStoppedProgramIsKilled) {
+  ChildProcess& child = startBundle("Editor", "EDIT", {"--stops"});
+  EXPECT_TRUE(process(child)->quitRunningApplication(0.3F));
+  EXPECT_TRUE(onlyLogLine().starts_with("force-quit Editor: terminated")) << onlyLogLine();
+  EXPECT_EQ(child.waitForEnd(5), -SIGKILL);
+}
+
+TEST_F(RealQuitting, AZombieHasEnded) {
+  const std::string program = bundleProgram("Editor", "EDIT");
+  ChildProcess& child = start(program);
+  const KTProcessPointer editor = process(child);
+  EXPECT_EQ(editor->name(), Text("Editor"));
+  ::kill(child.pid(), SIGKILL);  // this test has not collected it
+  EXPECT_TRUE(live->settles([&] { return !editor->isStillRunning(); }));
+  EXPECT_FALSE(isListed(child));
+  EXPECT_FALSE(editor->quitRunningApplication(1.0F));
+  EXPECT_EQ(onlyLogLine(), "cannot quit Editor: no pid");
+}
+
+TEST_F(RealQuitting, AProgramWhoseFirstThreadHasLeftStillRunsAndIsQuit) {
+  ChildProcess& child = startBundle("Editor", "EDIT", {"--leader-leaves"});
+  const KTProcessPointer editor = process(child);
+  child.writeInput("leave\n");
+  EXPECT_TRUE(eventually([&] { return live->procFiles.stat(child.pid())->state == 'Z'; }));
+  EXPECT_TRUE(editor->isStillRunning());
+  EXPECT_TRUE(editor->quitRunningApplication(4.0F));
+  EXPECT_EQ(child.waitForEnd(5), 0);
+}
+
+TEST_F(RealQuitting, ACopyThatIsLeftBehindIsAProcessOfItsOwn) {
+  ChildProcess& child = startBundle("Editor", "EDIT", {"--forks"});
+  EXPECT_TRUE(process(child)->quitRunningApplication(4.0F));
+  ASSERT_TRUE(child.waitForOutput("forked ", 5));
+  const pid_t copy = std::stoi(child.output().substr(child.output().find("forked ") + 7));
+  own.add(copy);
+  const KTProcessPointer left = live->processes.processWithSignature(fourCharCode("EDIT"));
+  ASSERT_NE(left, nullptr);
+  EXPECT_EQ(left->unixPID(), copy);
+  EXPECT_TRUE(left->quitRunningApplication(1.0F));
+  EXPECT_EQ(live->processes.processWithSignature(fourCharCode("EDIT")), nullptr);
+}
+
+TEST_F(RealQuitting, TheWorstCaseTakesTwiceTheTimeout) {
+  // An application that takes every request and never ends.
+  class Deaf : public RunningApplication {
+    bool terminate() override { return true; }
+    bool forceTerminate() override { return true; }
+    bool isTerminated() override { return false; }
+  };
+  class DeafControl : public LinuxApplicationControl {
+   public:
+    using LinuxApplicationControl::LinuxApplicationControl;
+    std::unique_ptr<RunningApplication> runningApplication(std::int32_t) override {
+      return std::make_unique<Deaf>();
+    }
+  } control(live->running, live->windows);
+  KTProcessServices services = live->processes.services();
+  KTProcessClass processes({services.source, services.events, control, services.appleEvents,
+                            services.accessibility, services.notifications, services.bundles, services.items,
+                            services.files, services.images, services.tasks, services.unicode,
+                            services.digests, services.clock, services.log});
+  ChildProcess& child = startBundle("Editor", "EDIT");
+  const double start = testSeconds();
+  EXPECT_FALSE(processes.processWithPID(child.pid())->quitRunningApplication(0.5F));
+  EXPECT_GE(testSeconds() - start, 1.0);
+  EXPECT_LT(testSeconds() - start, 1.5);
+  EXPECT_EQ(onlyLogLine(), "quitting Editor failed");
+}
+
+// An application that ends by itself at the worst moment.
+TEST_F(RealQuitting, AnApplicationThatEndsJustBeforeItIsAskedHasStopped) {
+  class EndsFirst : public RunningApplication {
+   public:
+    EndsFirst(std::unique_ptr<RunningApplication> application, ChildProcess& child, bool isPolite)
+        : application_(std::move(application)), child_(child), isPolite_(isPolite) {}
+    bool terminate() override {
+      if (isPolite_) child_.end(SIGKILL);
+      return isPolite_ ? application_->terminate() : true;
+    }
+    bool forceTerminate() override {
+      child_.end(SIGKILL);
+      return application_->forceTerminate();
+    }
+    bool isTerminated() override { return application_->isTerminated(); }
+
+   private:
+    std::unique_ptr<RunningApplication> application_;
+    ChildProcess& child_;
+    const bool isPolite_;
+  };
+  class Control : public LinuxApplicationControl {
+   public:
+    using LinuxApplicationControl::LinuxApplicationControl;
+    std::unique_ptr<RunningApplication> runningApplication(std::int32_t pid) override {
+      auto application = LinuxApplicationControl::runningApplication(pid);
+      return std::make_unique<EndsFirst>(std::move(application), *child, isPolite);
+    }
+    ChildProcess* child = nullptr;
+    bool isPolite = true;
+  } control(live->running, live->windows);
+  const KTProcessServices s = live->processes.services();
+  KTProcessClass processes({s.source, s.events, control, s.appleEvents, s.accessibility, s.notifications,
+                            s.bundles, s.items, s.files, s.images, s.tasks, s.unicode, s.digests, s.clock,
+                            s.log});
+  control.child = &startBundle("Editor", "EDIT");
+  EXPECT_TRUE(processes.processWithPID(control.child->pid())->quitRunningApplication(4.0F));
+  control.child = &startBundle("Mail", "MAIL");
+  control.isPolite = false;
+  EXPECT_TRUE(processes.processWithPID(control.child->pid())->quitRunningApplication(0.1F));
+  const auto lines = live->log.lines();
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_TRUE(matches(lines[0], R"(quit Editor: process stopped after 0\.\d{3}s \(1 attempts\))"))
+      << lines[0];
+  EXPECT_TRUE(matches(lines[1], R"(foce-quit Mail: process stopped after 0\.\d{3}s \(1 attempts\))"))
+      << lines[1];
+}
+
+TEST_F(RealQuitting, AllWindowsComeForwardOrTheFrontOneAlone) {
+  ChildProcess& editor = startBundle("Editor", "EDIT", {"--windows", "2"});
+  ChildProcess& mail = startBundle("Mail", "MAIL", {"--windows", "1"});
+  live->processes.installNotifications();
+  // The processes by their lowest windows.
+  const auto settlesTo = [&](const std::vector<pid_t>& owners) {
+    return live->settles([&] { return live->windows.owners() == owners; });
+  };
+  ASSERT_TRUE(settlesTo({editor.pid(), mail.pid()}));
+  const KTProcessPointer process = this->process(editor);
+  process->setFrontProcessFrontWindowOnly();
+  EXPECT_TRUE(live->settles([&] { return process->isFrontProcess(); }));
+  EXPECT_TRUE(settlesTo({editor.pid(), mail.pid()})) << "its other window has stayed below";
+  this->process(mail)->setFrontProcess();
+  EXPECT_TRUE(live->settles([&] { return this->process(mail)->isFrontProcess(); }));
+  process->setFrontProcess();
+  EXPECT_TRUE(settlesTo({mail.pid(), editor.pid()}));
+  EXPECT_TRUE(live->settles([&] { return process->isFrontProcess(); }));
+}
+
+// The install worker does this while the main thread only animates.
+TEST_F(RealQuitting, QuittingOnAWorkerWhileTheMainThreadGetsTheEvents) {
+  std::vector<ChildProcess*> copies;
+  for (int i = 0; i < 4; ++i) copies.push_back(&startBundle("Editor" + std::to_string(i), "EDIT"));
+  live->processes.installNotifications();
+  live->loop.runFor(0.01);
+  std::atomic<bool> isDone{false};
+  {
+    PosixWorkers workers;
+    workers.detach([&] {
+      for (const auto& candidate : live->processes.allProcesses()) {
+        if (candidate->signature() == fourCharCode("EDIT")) candidate->quit();
+      }
+      isDone = true;
+    });
+    EXPECT_TRUE(live->settles([&] {
+      for (const auto& any : live->processes.allProcesses()) std::ignore = any->description();
+      return isDone && count("ended") == 4;
+    }));
+  }
+  for (ChildProcess* copy : copies) EXPECT_EQ(copy->waitForEnd(5), 0);
+}
+
+TEST_F(RealQuitting, HidingShowingAndWakingReachTheWindows) {
+  ChildProcess& child = startBundle("Editor", "EDIT", {"--windows", "1"});
+  ASSERT_TRUE(child.waitForOutput("shown", 5));
+  const KTProcessPointer editor = process(child);
+  editor->setHidden(true);
+  EXPECT_TRUE(child.waitForOutput("iconified", 5));
+  editor->setHidden(false);
+  EXPECT_TRUE(child.waitForOutput("iconified\nshown", 5)) << child.output();
+  editor->wakeUp();
+  EXPECT_TRUE(child.waitForOutput("continued", 5));
+  EXPECT_TRUE(child.waitForOutput("message", 5));
+}
+
+TEST_F(RealQuitting, AStoppedProgramIsWokenUp) {
+  ChildProcess& child = startBundle("Editor", "EDIT", {"--stops"});
+  const KTProcessPointer editor = process(child);
+  EXPECT_TRUE(eventually([&] { return live->procFiles.stat(child.pid())->state == 'T'; }));
+  editor->wakeUp();
+  EXPECT_TRUE(eventually([&] { return live->procFiles.stat(child.pid())->state == 'S'; }));
+}
+
+}  // namespace
+}  // namespace halvorn

@@ -1,0 +1,230 @@
+// The walls of the house: who may include whom, and what the privileged tool links.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/support/ChildProcess.h"
+
+namespace halvorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Include {
+  std::string file;  // relative to the root of the tree
+  std::string target;
+  bool isSystem;
+};
+
+bool isSource(const fs::path& path) { return path.extension() == ".h" || path.extension() == ".cpp"; }
+
+std::vector<std::string> sourcesIn(const std::string& folder) {
+  std::vector<std::string> result;
+  const fs::path root = KT_SOURCE_DIR;
+  for (auto entry = fs::recursive_directory_iterator(root / folder);
+       entry != fs::recursive_directory_iterator(); ++entry) {
+    if (entry->is_regular_file() && isSource(entry->path())) {
+      result.push_back(fs::relative(entry->path(), root).string());
+    }
+  }
+  return result;
+}
+
+std::vector<Include> includesOf(const std::string& file) {
+  static const std::regex line(R"(^\s*#\s*include\s*([<"])([^>"]+)[>"])");
+  std::vector<Include> result;
+  std::ifstream stream(fs::path(KT_SOURCE_DIR) / file);
+  for (std::string text; std::getline(stream, text);) {
+    std::smatch match;
+    if (std::regex_search(text, match, line)) result.push_back({file, match[2], match[1] == "<"});
+  }
+  return result;
+}
+
+// The headers of the C++20 library that the core may use: no C headers, nothing of an operating system.
+const std::set<std::string>& standardHeaders() {
+  static const std::set<std::string> headers = {
+      "algorithm",       "any",           "array",         "atomic",   "bit",
+      "cassert",         "cctype",        "charconv",      "chrono",   "climits",
+      "clocale",         "cmath",         "compare",       "concepts", "condition_variable",
+      "cstddef",         "cstdint",       "cstdio",        "cstdlib",  "cstring",
+      "deque",           "exception",     "functional",    "future",   "initializer_list",
+      "iterator",        "limits",        "list",          "map",      "memory",
+      "mutex",           "numbers",       "numeric",       "optional", "queue",
+      "random",          "ranges",        "ratio",         "set",      "shared_mutex",
+      "source_location", "span",          "sstream",       "stack",    "stdexcept",
+      "string",          "string_view",   "thread",        "tuple",    "type_traits",
+      "typeinfo",        "unordered_map", "unordered_set", "utility",  "variant",
+      "vector"};
+  return headers;
+}
+
+bool isCompositionRoot(const std::string& file) { return file.rfind("Sources/main", 0) == 0; }
+
+// "files" of Platform/files/linux/XdgTrash.h; "" for a file that is not in Platform.
+std::string subjectOf(const std::string& file) {
+  static const std::regex place("^Platform/([a-z]+)/.*$");
+  std::smatch match;
+  return std::regex_match(file, match, place) ? match[1].str() : "";
+}
+
+// "linux" of Platform/files/linux/XdgTrash.h; "" for the interface beside that folder.
+std::string folderBelowSubject(const std::string& file) {
+  static const std::regex place("^Platform/[a-z]+/([a-z]+)/.*$");
+  std::smatch match;
+  return std::regex_match(file, match, place) ? match[1].str() : "";
+}
+
+// The files of the core, the composition root apart.
+std::vector<std::string> coreFiles() {
+  std::vector<std::string> result;
+  for (const char* folder : {"Core", "KTStuff", "Sources"}) {
+    for (const std::string& file : sourcesIn(folder)) {
+      if (!isCompositionRoot(file)) result.push_back(file);
+    }
+  }
+  for (const std::string& file : sourcesIn("Platform")) {
+    if (folderBelowSubject(file).empty() || folderBelowSubject(file) == "null") result.push_back(file);
+  }
+  for (const char* file : {"train/InstallFunction.h", "train/InstallFunction.cpp"}) result.push_back(file);
+  return result;
+}
+
+bool startsWithAny(const std::string& text, const std::vector<std::string>& prefixes) {
+  return std::any_of(prefixes.begin(), prefixes.end(),
+                     [&](const std::string& prefix) { return text.rfind(prefix, 0) == 0; });
+}
+
+TEST(Walls, TheCoreIncludesTheStandardLibraryAndThisHouseAlone) {
+  const auto files = coreFiles();
+  ASSERT_GT(files.size(), 60u);
+  for (const std::string& file : files) {
+    for (const Include& include : includesOf(file)) {
+      if (include.isSystem) {
+        EXPECT_TRUE(standardHeaders().contains(include.target))
+            << file << " includes <" << include.target << ">";
+      } else {
+        EXPECT_TRUE(startsWithAny(include.target, {"Core/", "Platform/", "KTStuff/", "Sources/", "train/"}))
+            << file << " includes \"" << include.target << "\"";
+      }
+    }
+  }
+}
+
+TEST(Walls, IncludesRunOneWay) {
+  const struct {
+    const char* folder;
+    std::vector<std::string> mayInclude;
+  } rules[] = {{"Core", {"Core/"}},
+               {"KTStuff", {"Core/", "Platform/", "KTStuff/"}},
+               {"Sources", {"Core/", "Platform/", "KTStuff/", "Sources/", "train/InstallFunction.h"}},
+               {"train", {"Core/", "Platform/", "train/"}},
+               {"Platform", {"Core/", "Platform/"}}};
+  for (const auto& [folder, mayInclude] : rules) {
+    for (const std::string& file : sourcesIn(folder)) {
+      for (const Include& include : includesOf(file)) {
+        if (include.isSystem) continue;
+        EXPECT_TRUE(startsWithAny(include.target, mayInclude))
+            << file << " includes \"" << include.target << "\"";
+      }
+    }
+  }
+}
+
+TEST(Walls, AdaptersAreNamedByTheCompositionRootAlone) {
+  for (const char* folder : {"Core", "KTStuff", "Sources"}) {
+    for (const std::string& file : sourcesIn(folder)) {
+      if (isCompositionRoot(file)) continue;
+      for (const Include& include : includesOf(file)) {
+        EXPECT_EQ(folderBelowSubject(include.target), "") << file << " includes " << include.target;
+      }
+    }
+  }
+}
+
+TEST(Walls, ASystemsFolderIncludesInterfacesAndWhatItMayStandOn) {
+  const std::map<std::string, std::set<std::string>> mayInclude = {{"", {""}},
+                                                                   {"null", {"", "null"}},
+                                                                   {"posix", {"", "posix"}},
+                                                                   {"linux", {"", "posix", "linux"}},
+                                                                   {"mac", {"", "posix", "mac"}}};
+  std::size_t count = 0;
+  for (const std::string& file : sourcesIn("Platform")) {
+    const auto allowed = mayInclude.find(folderBelowSubject(file));
+    ASSERT_NE(allowed, mayInclude.end()) << file << " lies in no system's folder";
+    for (const Include& include : includesOf(file)) {
+      if (include.target.rfind("Platform/", 0) != 0) continue;
+      ++count;
+      EXPECT_TRUE(allowed->second.contains(folderBelowSubject(include.target)))
+          << file << " includes " << include.target;
+    }
+  }
+  EXPECT_GT(count, 300U);
+}
+
+// From the ground up. What lies on one floor does not know what else lies there.
+TEST(Walls, NoSubjectIncludesOneThatStandsAboveIt) {
+  const std::map<std::string, int> floors = {{"running", 1},   {"text", 2},    {"color", 2}, {"rights", 2},
+                                             {"files", 3},     {"session", 4}, {"sound", 4}, {"bundles", 5},
+                                             {"processes", 6}, {"window", 6}};
+  std::set<std::string> seen;
+  for (const std::string& file : sourcesIn("Platform")) {
+    const std::string subject = subjectOf(file);
+    ASSERT_TRUE(floors.contains(subject)) << file << " belongs to no subject";
+    seen.insert(subject);
+    for (const Include& include : includesOf(file)) {
+      const std::string other = subjectOf(include.target);
+      if (other.empty() || other == subject) continue;
+      ASSERT_TRUE(floors.contains(other)) << file << " includes " << include.target;
+      EXPECT_LT(floors.at(other), floors.at(subject)) << file << " includes " << include.target;
+    }
+  }
+  EXPECT_EQ(seen.size(), floors.size());
+}
+
+TEST(Walls, NoSystemIsAskedForInTheCore) {
+  const std::regex condition(R"(^\s*#\s*(if|ifdef|ifndef|elif)\b)");
+  for (const std::string& file : coreFiles()) {
+    std::ifstream stream(fs::path(KT_SOURCE_DIR) / file);
+    for (std::string text; std::getline(stream, text);) {
+      EXPECT_FALSE(std::regex_search(text, condition)) << file << ": " << text;
+    }
+  }
+}
+
+// What the program is linked with, by the files' names.
+std::vector<std::string> librariesOf(const std::string& program) {
+  const CommandResult dump = runCommand({"objdump", "-p", program});
+  EXPECT_EQ(dump.status, 0) << dump.output;
+  const std::regex needed(R"(NEEDED\s+(\S+))");
+  std::vector<std::string> libraries;
+  for (std::sregex_iterator match(dump.output.begin(), dump.output.end(), needed), end; match != end; ++match)
+    libraries.push_back((*match)[1]);
+  return libraries;
+}
+
+TEST(Walls, TheInstallerLoadsNoLibraryOfSoundOrDigestsWhenItStarts) {
+  const auto libraries = librariesOf(KT_INSTALLER_BUNDLE "/Contents/Linux/HalvornInstaller");
+  EXPECT_GE(libraries.size(), 5U);
+  for (const std::string& library : libraries) {
+    EXPECT_FALSE(startsWithAny(library, {"libpulse", "libsndfile", "libcrypto", "libssl"})) << library;
+  }
+}
+
+TEST(Walls, TheToolLinksTheCAndCppLibrariesAlone) {
+  const std::regex allowed(
+      R"(^(libc|libm|libgcc_s|libstdc\+\+|ld-linux.*|libasan|libubsan|libtsan)\.so\..*)");
+  const auto libraries = librariesOf(KT_TRAIN_PROGRAM);
+  EXPECT_GE(libraries.size(), 2U);
+  for (const std::string& library : libraries) EXPECT_TRUE(std::regex_match(library, allowed)) << library;
+}
+
+}  // namespace
+}  // namespace halvorn

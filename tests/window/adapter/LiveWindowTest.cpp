@@ -1,0 +1,192 @@
+// Real keys and mouse clicks on the real window under a window manager.
+#include "tests/window/adapter/LiveWindow.h"
+
+namespace halvorn {
+namespace {
+
+class WindowOnADesktop : public LiveWindow {
+ protected:
+  void SetUp() override {
+    if (!programExists("xdotool")) GTEST_SKIP() << "xdotool is not installed";
+    if (!startDesktop({.bus = false})) GTEST_SKIP() << reason_;
+    startWindow();
+    showInstallPage();
+  }
+};
+
+TEST_F(WindowOnADesktop, AClickOnAButtonPerformsItsAction) {
+  click("installButton");
+  EXPECT_TRUE(said("action install:"));
+  click("cancelButton");
+  EXPECT_TRUE(said("action cancel:"));
+  click("helpButton");
+  EXPECT_TRUE(said("action openDocumentation:"));
+}
+
+TEST_F(WindowOnADesktop, ReturnAndEscapePressTheirButtons) {
+  key("Return");
+  EXPECT_TRUE(said("action install:"));
+  key("Escape");
+  EXPECT_TRUE(said("action cancel:"));
+}
+
+TEST_F(WindowOnADesktop, DisabledAndHiddenButtonsCannotBePressed) {
+  tell({"disable installButton", "disable cancelButton", "hide helpButton"});
+  click("installButton");
+  key("Return");
+  key("Escape");
+  click("helpButton");
+  key("space");
+  tell({"enable installButton"});
+  key("Return");
+  ASSERT_TRUE(said("action install:"));
+  EXPECT_EQ(times("action"), 1) << probe_->output();
+}
+
+TEST_F(WindowOnADesktop, TheOptionKeyIsSeenWithTheEventThatItWasHeldFor) {
+  key("alt+Return");
+  EXPECT_TRUE(said("action install: option"));
+  key("Return");
+  EXPECT_TRUE(eventually([&] { return ask("option") == "no option"; }));
+}
+
+TEST_F(WindowOnADesktop, TabWalksThroughTheControls) {
+  EXPECT_EQ(ask("focus"), "focus installButton");
+  for (const char* next : {"helpButton", "cancelButton", "installButton"}) {
+    key("Tab");
+    EXPECT_TRUE(eventually([&] { return ask("focus") == std::string("focus ") + next; }))
+        << next << ", not " << ask("focus");
+  }
+  key("shift+Tab");
+  EXPECT_TRUE(eventually([&] { return ask("focus") == "focus cancelButton"; }));
+  key("space");
+  EXPECT_TRUE(said("action cancel:"));
+}
+
+TEST_F(WindowOnADesktop, TheKeyboardReturnsToTheButtonThatWasDisabled) {
+  tell({"disable installButton", "disable cancelButton", "enable installButton", "hide cancelButton"});
+  key("Return");
+  EXPECT_TRUE(said("action install:"));
+}
+
+TEST_F(WindowOnADesktop, TheReadMePageScrollsByKeyAndReturnGoesOn) {
+  tell({"document " KT_SOURCE_DIR "/tests/data/window/editor.rtf", "select 0"});
+  EXPECT_EQ(ask("focus"), "focus readMeTextView");
+  key("Page_Down");
+  key("Return");
+  EXPECT_TRUE(said("action install:"));
+}
+
+TEST_F(WindowOnADesktop, ALinkOfTheReadMeIsReachedByTabAndFollowedByReturn) {
+  tell({"document " KT_SOURCE_DIR "/tests/data/window/editor.rtf", "select 0"});
+  key("Tab");
+  key("Return");
+  EXPECT_TRUE(said("link https://example.com/notes"));
+}
+
+TEST_F(WindowOnADesktop, ClosingTheWindowIsTold) {
+  run({"wmctrl", "-i", "-c", windowId()});
+  EXPECT_TRUE(said("closed"));
+  EXPECT_EQ(probe_->waitForEnd(10), 0);
+}
+
+TEST_F(WindowOnADesktop, TheWindowManagerKnowsItsTitleAndIcon) {
+  tell({"windowTitle Install Größe & Co [*]"});
+  EXPECT_TRUE(eventually([&] {
+    return run({"xdotool", "getwindowname", windowId()}) == "Install Größe & Co [*]";
+  })) << run({"xdotool", "getwindowname", windowId()});
+  tell({"icon " KT_SOURCE_DIR "/Resources/HalvornInstaller.icns"});
+  EXPECT_TRUE(eventually([&] {
+    return run({"xprop", "-id", windowId(), "_NET_WM_ICON"}).find("Icon (128 x 128)") != std::string::npos;
+  }));
+}
+
+TEST_F(WindowOnADesktop, ASheetTakesTheKeyboardAndEndsByReturn) {
+  const std::string window = activeWindow();
+  tell({"sheet AlertStopIcon"});
+  ASSERT_TRUE(eventually([&] { return isSheet(activeWindow(), window); }));
+  const std::string sheet = activeWindow();
+  click("installButton");  // the window below cannot be used
+  ASSERT_TRUE(eventually([&] { return activeWindow() == sheet; })) << "the keyboard goes back to the sheet";
+  key("Return");
+  EXPECT_TRUE(said("sheet ended 1000"));
+  EXPECT_EQ(times("action"), 0) << probe_->output();
+}
+
+TEST_F(WindowOnADesktop, TheSecondButtonOfASheetIsReachedByTab) {
+  const std::string window = activeWindow();
+  tell({"sheet AlertStopIcon"});
+  ASSERT_TRUE(eventually([&] { return isSheet(activeWindow(), window); }));
+  key("Tab");
+  key("space");
+  EXPECT_TRUE(said("sheet ended 1001"));
+}
+
+TEST_F(WindowOnADesktop, EscapeAndTheCloseButtonCountAsTheFirstButtonOfASheet) {
+  const std::string window = activeWindow();
+  for (const bool byKey : {true, false}) {
+    tell({"sheet AlertStopIcon"});
+    ASSERT_TRUE(eventually([&] { return isSheet(activeWindow(), window); }));
+    if (byKey) {
+      key("Escape");
+    } else {
+      run({"wmctrl", "-i", "-c", activeWindow()});
+    }
+    ASSERT_TRUE(eventually([&] { return ask("focus") == "focus installButton"; }));
+    ASSERT_TRUE(eventually([&] { return activeWindow() == window; }));
+  }
+  EXPECT_EQ(times("sheet ended 1000"), 2) << probe_->output();
+}
+
+class WindowOnABus : public LiveWindow {
+ protected:
+  void SetUp() override {
+    if (!startDesktop({})) GTEST_SKIP() << reason_;
+  }
+  void startPortal(const std::vector<std::string>& arguments = {}) {
+    std::vector<std::string> command = {KT_PORTAL_PROBE};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    portal_ = std::make_unique<ChildProcess>(command, ChildOptions{.environment = desktop_->environment()});
+    ASSERT_TRUE(portal_->waitForOutput("ready", 10)) << portal_->output();
+  }
+  void set(const std::string& scheme) {
+    portal_->writeInput(scheme + "\n");
+    ASSERT_TRUE(portal_->readLine(5));
+  }
+  std::unique_ptr<ChildProcess> portal_;
+};
+
+TEST_F(WindowOnABus, TheDesktopsColorSchemeIsFollowed) {
+  startPortal();
+  ASSERT_EQ(portal_->readLine(5), "ready");
+  set("dark");
+  startWindow("desktop");
+  EXPECT_TRUE(said("dark"));
+  set("light");
+  EXPECT_TRUE(said("light"));
+  set("dark");
+  EXPECT_TRUE(eventually([&] { return times("dark") == 2; }));
+  set("none");
+  EXPECT_TRUE(eventually([&] { return times("light") == 2; }));
+}
+
+TEST_F(WindowOnABus, ASettingOfThePersonsOwnWinsOverTheDesktop) {
+  startPortal();
+  ASSERT_EQ(portal_->readLine(5), "ready");
+  set("dark");
+  startWindow("light");
+  set("light");
+  set("dark");
+  tell({"window atLaunch"});
+  EXPECT_EQ(times("dark"), 0) << probe_->output();
+}
+
+TEST_F(WindowOnABus, APortalThatNeverAnswersHoldsNothingUp) {
+  startPortal({"silent"});
+  startWindow("desktop");
+  tell({"window atLaunch"});
+  EXPECT_TRUE(eventually([&] { return !windowId().empty(); }));
+}
+
+}  // namespace
+}  // namespace halvorn

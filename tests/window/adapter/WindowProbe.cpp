@@ -1,0 +1,201 @@
+// The installer window in a program of its own that does what it is told on standard input, a command a line,
+// and prints what happens to it:
+//
+//   window_probe BUNDLE LANGUAGE [light|dark|desktop]
+//
+//   set FIELD TEXT | title BUTTON TEXT | enable BUTTON | disable BUTTON | hide VIEW | show VIEW | image VIEW
+//   PATH aqua VIEW | inherit VIEW | document PATH | select INDEX | spin | stop | window CALL | windowTitle
+//   TEXT icon PATH | sheet ICON | announce TEXT | screenshot PATH | option | terminate
+//
+// "\n" in a text is a line end. Each command is answered by "done".
+
+#include <QApplication>
+#include <QPixmap>
+#include <iostream>
+#include <map>
+#include <optional>
+#include <semaphore>
+#include <string>
+#include <thread>
+
+#include "Core/Paths.h"
+#include "Platform/bundles/linux/LinuxLocalizedStrings.h"
+#include "Platform/color/linux/DesktopAppearance.h"
+#include "Platform/window/linux/InstallerWindow.h"
+#include "Platform/window/linux/QtAlerts.h"
+#include "Platform/window/linux/QtApplication.h"
+#include "Platform/window/linux/QtScreenReader.h"
+#include "Platform/window/linux/WindowWidget.h"
+#include "Platform/window/linux/pictures/QtImages.h"
+
+namespace halvorn {
+namespace {
+
+void say(const std::string& line) { std::cout << line << std::endl; }
+
+class Probe {
+ public:
+  Probe(QtApplication& application, Images& images, InstallerWindow& window)
+      : application_(application), images_(images), window_(window), outlets_(window.outlets()) {
+    window_.setActions({.install = [this] { report("install:"); },
+                        .cancel = [this] { report("cancel:"); },
+                        .openDocumentation = [this] { report("openDocumentation:"); },
+                        .windowClosed = [this] { say("closed"), application_.terminate(); },
+                        .openLink = [](const Text& url) { say("link " + url.bytes()); }});
+  }
+
+  void obey(const std::string& line) {
+    const auto space = line.find(' ');
+    const std::string verb = line.substr(0, space);
+    const std::string rest = space == std::string::npos ? "" : line.substr(space + 1);
+    const auto second = rest.find(' ');
+    const std::string name = rest.substr(0, second);
+    const Text text = Text(second == std::string::npos ? "" : rest.substr(second + 1)).replacing("\\n", "\n");
+    if (!obeyForView(verb, name, text)) obeyForWindow(verb, rest);
+    say("done");
+  }
+
+ private:
+  void report(const std::string& action) {
+    say("action " + action + (application_.currentEventHasOptionKey() ? " option" : ""));
+  }
+
+  View& view(const std::string& name) {
+    const std::map<std::string, View*> views = {{"tabView", &outlets_.tabView},
+                                                {"nameField", &outlets_.nameField},
+                                                {"introField", &outlets_.introField},
+                                                {"pathField", &outlets_.pathField},
+                                                {"explanationField", &outlets_.explanationField},
+                                                {"messageField", &outlets_.messageField},
+                                                {"iconField", &outlets_.iconField},
+                                                {"checkmarkField", &outlets_.checkmarkField},
+                                                {"readMeTextView", &outlets_.readMeTextView},
+                                                {"installButton", &outlets_.installButton},
+                                                {"cancelButton", &outlets_.cancelButton},
+                                                {"helpButton", &outlets_.helpButton},
+                                                {"progressIndicator", &outlets_.progressIndicator}};
+    return *views.at(name);
+  }
+  template <typename Outlet>
+  Outlet& outlet(const std::string& name) {
+    return dynamic_cast<Outlet&>(view(name));
+  }
+
+  bool obeyForView(const std::string& verb, const std::string& name, const Text& text) {
+    if (verb == "set") return outlet<TextField>(name).setStringValue(text), true;
+    if (verb == "title") return outlet<Button>(name).setTitle(text), true;
+    if (verb == "enable") return outlet<Button>(name).setEnabled(Enabled::Yes), true;
+    if (verb == "disable") return outlet<Button>(name).setEnabled(Enabled::No), true;
+    if (verb == "hide") return view(name).setHidden(Hidden::Yes), true;
+    if (verb == "show") return view(name).setHidden(Hidden::No), true;
+    if (verb == "image") return outlet<ImageView>(name).setImage(images_.imageFromFile(text)), true;
+    if (verb == "aqua") return view(name).setAppearance(AppearanceName::Aqua), true;
+    if (verb == "inherit") return view(name).setAppearance(AppearanceName::Inherited), true;
+    return false;
+  }
+
+  void obeyForWindow(const std::string& verb, const std::string& rest) {
+    if (verb == "document")
+      say(outlets_.readMeTextView.setDocumentFromFile(Text(rest)) ? "read" : "not read");
+    if (verb == "select") outlets_.tabView.selectItem(std::stoi(rest));
+    if (verb == "spin") outlets_.progressIndicator.startAnimation();
+    if (verb == "stop") outlets_.progressIndicator.stopAnimation();
+    if (verb == "windowTitle") outlets_.window.setTitle(Text(rest));
+    if (verb == "icon") application_.setApplicationIcon(images_.imageFromFile(Text(rest)));
+    if (verb == "sheet") sheet(rest);
+    if (verb == "announce") reader_.announce(Text(rest));
+    if (verb == "screenshot") screenshot(rest);
+    if (verb == "where") where(rest);
+    if (verb == "focus") say("focus " + focus());
+    if (verb == "option") say(application_.currentEventHasOptionKey() ? "option" : "no option");
+    if (verb == "terminate") application_.terminate();
+    if (verb != "window") return;
+    if (rest == "show") outlets_.tabView.showWithoutTabsAndBorder();
+    if (rest == "atLaunch") window_.showIfVisibleAtLaunch();
+    if (rest == "center") outlets_.window.center();
+    if (rest == "front") outlets_.window.makeKeyAndOrderFront();
+  }
+
+  void sheet(const std::string& icon) {
+    AlertDescription alert;
+    alert.style = AlertDescription::Style::Informational;
+    alert.messageText =
+        "Sample 2.1 cannot be installed on this computer because it requires Linux 99.0 or newer.";
+    alert.informativeText =
+        "To check if an older version of Sample is available for your computer, please visit our software "
+        "archive.";
+    alert.buttonTitles = {"Quit", "Visit Archive"};
+    alert.icon = images_.imageNamed(Text(icon));
+    alerts_.beginSheet(alert, [](int code) { say("sheet ended " + std::to_string(code)); });
+  }
+
+  // The middle of a control on the screen.
+  void where(const std::string& id) {
+    const QWidget* widget = window_.widget().find<QWidget>(QString::fromStdString(id));
+    const QPoint middle = widget->mapToGlobal(widget->rect().center());
+    say("at " + std::to_string(middle.x()) + " " + std::to_string(middle.y()));
+  }
+
+  std::string focus() {
+    const QWidget* owner = QApplication::focusWidget();
+    return owner == nullptr ? "none" : owner->objectName().toStdString();
+  }
+
+  void screenshot(const std::string& path) {
+    QWidget* shown = QApplication::activeModalWidget();
+    if (shown == nullptr) shown = &window_.widget();
+    QCoreApplication::processEvents();
+    say(shown->grab().save(QString::fromStdString(path)) ? "saved" : "not saved");
+  }
+
+  QtApplication& application_;
+  Images& images_;
+  InstallerWindow& window_;
+  InstallerOutlets outlets_;
+  QtAlerts alerts_{window_};
+  QtScreenReader reader_{window_};
+};
+
+std::optional<InterfaceStyle> styleNamed(const std::string& name) {
+  if (name == "light") return InterfaceStyle::Light;
+  if (name == "dark") return InterfaceStyle::Dark;
+  return std::nullopt;
+}
+
+int run(const std::string& program, const std::string& bundle, const std::string& language,
+        const std::string& style) {
+  QtApplication application{Text(program)};
+  DesktopAppearance appearance(styleNamed(style));
+  appearance.changed = [&] { say(appearance.style() == InterfaceStyle::Dark ? "dark" : "light"); };
+  const LinuxLocalizedStrings strings(Text(bundle), {Text(language)});
+  const Text resources = Paths::appending(Text(bundle), "Contents/Resources");
+  QtImages images(resources);
+  const auto loaded =
+      InstallerWindow::load(Paths::appending(resources, "InstallerWindow.xml"), strings, images);
+  if (!loaded.window) return say(loaded.problem.bytes()), 1;
+  Probe probe(application, images, *loaded.window);
+  std::binary_semaphore obeyed(0);  // a command may turn the event loop; the next one waits until it is done
+  std::thread reader([&] {
+    for (std::string line; std::getline(std::cin, line); obeyed.acquire()) {
+      application.perform([&probe, &obeyed, line] {
+        probe.obey(line);
+        obeyed.release();
+      });
+    }
+    application.perform([&application] { application.terminate(); });
+  });
+  say("ready");
+  const int status = application.run();
+  reader.detach();  // it waits for input that may never come; the program ends here
+  return status;
+}
+
+}  // namespace
+}  // namespace halvorn
+
+int main(int count, char** arguments) {
+  if (count < 3) return 2;
+  const int status =
+      halvorn::run(arguments[0], arguments[1], arguments[2], count > 3 ? arguments[3] : "light");
+  std::quick_exit(status);
+}

@@ -1,0 +1,215 @@
+#include "Platform/window/linux/InstallerWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <fstream>
+#include <string>
+
+#include "Platform/window/linux/FieldLabel.h"
+#include "Platform/window/linux/QtText.h"
+#include "Platform/window/linux/WindowWidget.h"
+#include "Platform/window/linux/pictures/QtImages.h"
+#include "Platform/window/linux/readme/DocumentView.h"
+#include "tests/fakes/FakeLocalizedStrings.h"
+#include "tests/support/OffscreenApplication.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace halvorn {
+namespace {
+
+OffscreenApplication& desktop = offscreenApplication();
+
+class InstallerWindowDescription : public testing::Test {
+ protected:
+  InstallerWindow::Loaded load(const std::string& description) {
+    std::ofstream(folder_ / "window.xml", std::ios::binary) << description;
+    return InstallerWindow::load(folder_ / "window.xml", strings_, images_);
+  }
+  InstallerWindow::Loaded loadReal() {
+    return InstallerWindow::load(KT_SOURCE_DIR "/Resources/InstallerWindow.xml", strings_, images_);
+  }
+  // The problem without the path of the file.
+  std::string problemOf(const std::string& description) {
+    const auto loaded = load(description);
+    EXPECT_FALSE(loaded.window);
+    const std::string problem = loaded.problem.bytes();
+    const auto end = problem.find("window.xml: ");
+    return end == std::string::npos ? problem : problem.substr(end + 12);
+  }
+
+  TemporaryFolder folder_;
+  FakeLocalizedStrings strings_;
+  QtImages images_{KT_SOURCE_DIR "/Resources"};
+};
+
+TEST_F(InstallerWindowDescription, ThatOfTheResourcesIsComplete) {
+  const auto loaded = loadReal();
+  ASSERT_TRUE(loaded.window) << loaded.problem.bytes();
+  EXPECT_TRUE(loaded.window->widget().visibleAtLaunch);
+}
+
+TEST_F(InstallerWindowDescription, TextsAreLookedUpInTheTable) {
+  strings_.translations = {{"Install %@", "%@ installieren"}, {"Cancel", "Abbrechen"}};
+  const auto loaded = loadReal();
+  EXPECT_EQ(loaded.window->outlets().window.title(), "%@ installieren");
+  EXPECT_EQ(loaded.window->outlets().cancelButton.title(), "Abbrechen");
+}
+
+TEST_F(InstallerWindowDescription, FaultsAreNamedWithTheirLine) {
+  EXPECT_EQ(problemOf(""), "line 1: Premature end of document.");
+  EXPECT_EQ(problemOf("<plist/>"), "line 1: no window");
+  EXPECT_EQ(problemOf("<window>\n<button colour='red'/></window>"),
+            "line 2: unknown attribute colour of button");
+  EXPECT_EQ(problemOf("<window>\n\n<slider/></window>"), "line 3: unknown element slider");
+  EXPECT_EQ(problemOf("<window><button id='a'/><button id='a'/></window>"), "line 1: id a used twice");
+  EXPECT_EQ(problemOf("<window><textField style='loud'/></window>"), "line 1: unknown style loud");
+  EXPECT_EQ(problemOf("<window><tabView><button/></tabView></window>"), "line 1: a tab view holds pages");
+}
+
+TEST_F(InstallerWindowDescription, ADescriptionNestedTooDeeplyIsRefused) {
+  std::string deep = "<window>";
+  for (int i = 0; i < 100'000; ++i) deep += "<row>";
+  EXPECT_NE(problemOf(deep.substr(0, 200'000)).find("nested too deeply"), std::string::npos);
+}
+
+TEST_F(InstallerWindowDescription, AWindowWithoutOneOfTheOutletsIsRefused) {
+  EXPECT_EQ(problemOf("<window></window>"), "no usable nameField");
+  EXPECT_EQ(problemOf("<window><button id='nameField'/></window>"), "no usable nameField")
+      << "another kind of view";
+}
+
+TEST_F(InstallerWindowDescription, AMissingFileIsAProblem) {
+  const auto loaded = InstallerWindow::load(folder_ / "none.xml", strings_, images_);
+  EXPECT_FALSE(loaded.window);
+  EXPECT_NE(loaded.problem.bytes().find("none.xml: cannot be read"), std::string::npos);
+}
+
+TEST_F(InstallerWindowDescription, TheWindowAppearsAtLaunchWhenItsDescriptionSaysSo) {
+  const auto loaded = loadReal();
+  EXPECT_FALSE(loaded.window->widget().isVisible());
+  loaded.window->showIfVisibleAtLaunch();
+  EXPECT_TRUE(loaded.window->widget().isVisible());
+}
+
+TEST_F(InstallerWindowDescription, ACaptionIsShownWithItsFieldOnly) {
+  const auto loaded = loadReal();
+  loaded.window->showIfVisibleAtLaunch();
+  loaded.window->outlets().tabView.selectItem(1);
+  auto* path = loaded.window->widget().find<QWidget>(QStringLiteral("pathField"));
+  const QList<QWidget*> captions = loaded.window->widget().followersOf(path);
+  ASSERT_EQ(captions.size(), 1);
+  EXPECT_TRUE(captions[0]->isVisible());
+  loaded.window->outlets().pathField.setHidden(Hidden::Yes);
+  EXPECT_FALSE(captions[0]->isVisible());
+}
+
+TEST_F(InstallerWindowDescription, TheWindowGrowsWithItsTexts) {
+  const auto loaded = loadReal();
+  loaded.window->showIfVisibleAtLaunch();
+  const int before = loaded.window->widget().height();
+  const InstallerOutlets outlets = loaded.window->outlets();
+  for (TextField* field :
+       {&outlets.nameField, &outlets.introField, &outlets.explanationField, &outlets.pathField}) {
+    field->setStringValue(Text(std::string(900, 'w')));
+  }
+  EXPECT_GT(loaded.window->widget().height(), before);
+}
+
+TEST_F(InstallerWindowDescription, RightToLeftComesFromTheTable) {
+  strings_.translations = {{"LayoutDirection", "RTL"}};
+  const auto loaded = loadReal();
+  EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::RightToLeft);
+  EXPECT_EQ(loaded.window->widget().layoutDirection(), Qt::RightToLeft);
+  QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+TEST_F(InstallerWindowDescription, TheMenuOfTheReadMeIsTranslated) {
+  strings_.translations = {{"Select All", "Alles auswählen"}};
+  const auto loaded = loadReal();
+  EXPECT_EQ(QCoreApplication::translate("QWidgetTextControl", "Select All"),
+            QStringLiteral("Alles auswählen"));
+  EXPECT_EQ(QCoreApplication::translate("QWidgetTextControl", "Cu&t"), QStringLiteral("Cu&t"));
+}
+
+TEST(FieldLabel, AWordLongerThanALineIsBroken) {
+  FieldLabel label;
+  label.setFieldText(QString(200, u'W'));
+  EXPECT_GT(label.heightForWidth(300), label.heightForWidth(3000));
+  EXPECT_LT(label.minimumSizeHint().width(), 300);
+}
+
+TEST(FieldLabel, TooManyLinesEndInAnEllipsisAndATip) {
+  FieldLabel label;
+  label.setMaximumLines(2);
+  label.setFieldText(QStringLiteral("one\ntwo\nthree"));
+  label.resize(300, label.heightForWidth(300));
+  label.grab();
+  EXPECT_EQ(label.toolTip(), QStringLiteral("one\ntwo\nthree"));
+  label.setFieldText(QStringLiteral("one"));
+  label.resize(301, label.heightForWidth(301));
+  EXPECT_TRUE(label.toolTip().isEmpty());
+}
+
+TEST(QtText, ReturnsAreLineEndsAndBrokenBytesAreMarks) {
+  EXPECT_EQ(forDisplay("a\rb\r\nc"), QStringLiteral("a\nb\nc"));
+  EXPECT_EQ(forDisplay("a\xE4z"), QStringLiteral("a\uFFFDz"));
+  EXPECT_EQ(forDisplay("😌"), QStringLiteral("😌"));
+}
+
+class DocumentViewLinks : public testing::Test {
+ protected:
+  DocumentViewLinks() {
+    auto document = std::make_unique<QTextDocument>();
+    document->setHtml(
+        QStringLiteral("<p>a <a href='https://one.example'>one</a> b <a href='file:///etc'>two</a> c "
+                       "<a href='mailto:x@example.com'>three</a></p>"));
+    view_.showDocument(std::move(document));
+    view_.openLink = [this](const QString& address) { opened_ += address.toStdString() + " "; };
+    view_.show();
+    view_.setFocus();
+    QApplication::processEvents();
+  }
+  void press(Qt::Key key) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(&view_, &event);
+  }
+  DocumentView view_{nullptr};
+  std::string opened_;
+};
+
+TEST_F(DocumentViewLinks, TabWalksThroughTheLinksAndReturnOpensWebAndMailAddressesOnly) {
+  for (int i = 0; i < 3; ++i) {
+    press(Qt::Key_Tab);
+    press(Qt::Key_Return);
+  }
+  EXPECT_EQ(opened_, "https://one.example mailto:x@example.com ");
+  press(Qt::Key_Backtab);
+  EXPECT_EQ(view_.textCursor().selectedText(), QStringLiteral("two"));
+}
+
+TEST_F(DocumentViewLinks, AClickOpensTheLinkUnderIt) {
+  QTextCursor cursor(view_.document()->find(QStringLiteral("one")));
+  cursor.setPosition(cursor.selectionStart() + 1);
+  const QPointF spot = view_.cursorRect(cursor).center();
+  for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+    QMouseEvent event(type, spot, view_.viewport()->mapToGlobal(spot), Qt::LeftButton,
+                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(view_.viewport(), &event);
+  }
+  EXPECT_EQ(opened_, "https://one.example ");
+}
+
+TEST_F(DocumentViewLinks, AnotherDocumentTakesThePlaceOfTheFirst) {
+  view_.showDocument(nullptr);
+  EXPECT_TRUE(view_.toPlainText().isEmpty());
+  auto next = std::make_unique<QTextDocument>();
+  next->setPlainText(QStringLiteral("next"));
+  view_.showDocument(std::move(next));
+  EXPECT_EQ(view_.toPlainText(), QStringLiteral("next"));
+}
+
+}  // namespace
+}  // namespace halvorn

@@ -5,6 +5,7 @@
 // The format stands verbatim at the call, so a line in a log leads to its source.
 //
 // Thread: any. An implementation writes each line whole.
+// Why: docs/decisions/002-one-event-one-line.md
 #pragma once
 
 #include "Core/Format.h"

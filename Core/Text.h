@@ -11,6 +11,7 @@
 // can be named.
 //
 // Thread: values are immutable; copies may be used on any thread.
+// Why: docs/decisions/001-text-keeps-every-byte.md
 #pragma once
 
 #include <compare>

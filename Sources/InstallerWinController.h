@@ -1,6 +1,7 @@
 // The controller of the installer window: coordinates start-up, the two pages, the installation and its end.
 //
 // Thread: main.
+// Why: docs/decisions/005-the-worker-finishes.md
 #pragma once
 
 #include <functional>

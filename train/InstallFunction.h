@@ -1,5 +1,6 @@
 // The one routine that puts a product's bundle into its destination. The installer calls it in its own
 // process where it may write, and the tool `train` calls it with administrator rights where it may not.
+// Why: docs/decisions/004-where-nothing-is-installed.md
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
 // With whose rights the tool works.
+// Why: docs/decisions/015-the-administrators-tool.md
 #pragma once
 
 #include <optional>

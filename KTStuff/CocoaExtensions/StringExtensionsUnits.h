@@ -1,4 +1,5 @@
 // What the topics of StringExtensions share: surrogates, and searches that stay quick on any text.
+// Why: docs/decisions/024-text-algorithms.md
 #pragma once
 
 #include <algorithm>

@@ -3,6 +3,7 @@
 //
 // One object is made at the root of the program. Who needs one part only takes that part: a
 // `const KTUtilitiesVersions&` to compare versions, a `KTUtilitiesDesktop&` to ask for the dark appearance.
+// Why: docs/decisions/006-the-utilities.md
 #pragma once
 
 #include "KTStuff/KTClasses/KTUtilitiesDesktop.h"

@@ -6,6 +6,7 @@
 // same.
 //
 // Thread: main, except for what says otherwise.
+// Why: docs/decisions/021-the-desktop-is-asked.md
 #pragma once
 
 #include <cstdint>

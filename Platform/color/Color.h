@@ -5,6 +5,7 @@
 // components.
 //
 // Thread: as the implementation says; plain colours any.
+// Why: docs/decisions/019-colors.md
 #pragma once
 
 #include <memory>

@@ -1,4 +1,5 @@
 // The running program as the desktop sees it.
+// Why: docs/decisions/003-what-waits-for-the-window.md
 #pragma once
 
 #include <functional>

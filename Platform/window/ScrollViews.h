@@ -5,6 +5,7 @@
 // coordinates.
 //
 // Thread: main, all of them.
+// Why: docs/decisions/018-views.md
 #pragma once
 
 #include <memory>

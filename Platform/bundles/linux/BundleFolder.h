@@ -1,6 +1,7 @@
 // A bundle as a folder on disk: which layout it has, and reading in it without ever leaving it.
 //
 // Two layouts: "Name.app/Contents/..." and the flat one, "Name.app/<program>" with "Name.app/Resources".
+// Why: docs/decisions/009-nothing-outside-a-bundle.md
 #pragma once
 
 #include <optional>

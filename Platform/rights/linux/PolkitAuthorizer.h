@@ -6,6 +6,7 @@
 //
 // Logs: one line for whatever keeps the tool from running or ends it badly; the tool's own lines reach the
 // standard error stream as they are.
+// Why: docs/decisions/014-rights-and-run-are-one.md
 #pragma once
 
 #include <string>

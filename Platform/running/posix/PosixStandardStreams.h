@@ -1,6 +1,7 @@
 // The process's own standard output and standard error.
 //
 // The descriptors 1 and 2 stay what they are for programs started from here: their output streams.
+// Why: docs/decisions/026-streams-and-scripts.md
 #pragma once
 
 #include "Platform/running/StandardStreams.h"

@@ -7,6 +7,7 @@
 // libpulse works only while a call waits, on the thread of that call: its call-backs need no locks.
 //
 // Thread: one; wakeUp() any.
+// Why: docs/decisions/022-sound-through-libpulse.md
 #pragma once
 
 #include <pulse/pulseaudio.h>

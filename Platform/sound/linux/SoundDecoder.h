@@ -5,6 +5,7 @@
 // have no header.
 //
 // Thread: one.
+// Why: docs/decisions/023-sound-files.md
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,5 @@
 // Regex, answered by ICU.
+// Why: docs/decisions/025-bounded-libraries.md
 #pragma once
 
 #include "Platform/text/Regex.h"

@@ -1,4 +1,5 @@
 // Builds a window from an interface description.
+// Why: docs/decisions/016-the-window-description.md
 #pragma once
 
 #include <QByteArray>

@@ -1,4 +1,5 @@
 // The appearance of the application and of the widget that is being painted.
+// Why: docs/decisions/020-appearance.md
 #pragma once
 
 #include <memory>

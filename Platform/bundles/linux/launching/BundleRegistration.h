@@ -2,6 +2,7 @@
 //
 // Names and paths may hold anything; what cannot be written as the desktop's formats want it is refused. The
 // files of other programs are never touched: the entry's name begins with "halvorn-app-".
+// Why: docs/decisions/010-how-a-bundle-is-shown.md
 #pragma once
 
 #include "Core/Text.h"

@@ -1,4 +1,5 @@
 // Whose rights a program gets that is started for the person.
+// Why: docs/decisions/011-launching-for-the-person.md
 #pragma once
 
 #include <sys/types.h>

@@ -1,4 +1,5 @@
 // Copies an item with everything in it.
+// Why: docs/decisions/007-how-the-copy-is-made.md
 #pragma once
 
 #include "Platform/files/posix/copy/CopyContext.h"

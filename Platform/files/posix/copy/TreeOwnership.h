@@ -1,4 +1,5 @@
 // Gives an item and everything in it to a person.
+// Why: docs/decisions/008-what-the-person-gets-in-the-trash.md
 #pragma once
 
 #include "Platform/rights/posix/Person.h"

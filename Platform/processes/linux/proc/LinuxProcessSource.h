@@ -1,4 +1,5 @@
 // The process table of this user's desktop session.
+// Why: docs/decisions/012-process-identity.md
 #pragma once
 
 #include "Platform/processes/ProcessSource.h"

@@ -1,4 +1,5 @@
 // Creator signatures of programs on a system that knows none.
+// Why: docs/decisions/013-who-is-quit-and-how.md
 #pragma once
 
 #include "Core/FourCharCode.h"

@@ -2,6 +2,7 @@
 //
 // Other people wrote them: size, depth and pictures are bounded, nothing is loaded from anywhere else,
 // nothing is run.
+// Why: docs/decisions/017-nothing-outside-a-document.md
 #pragma once
 
 #include <QByteArray>

@@ -1,4 +1,5 @@
 // A place where an attack on the administrator's tool is prepared, carried out and looked at.
+// Why: docs/decisions/027-attacks-and-fuzzing.md
 #pragma once
 
 #include <gtest/gtest.h>

@@ -4,21 +4,18 @@
 #include <linux/audit.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
-#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <atomic>
-#include <csignal>
 #include <cstddef>
 #include <filesystem>
-#include <new>
 
 #include "Platform/files/posix/PosixFileManager.h"
 #include "tests/rights/adapter/attacks/AttackScene.h"
 #include "tests/rights/adapter/attacks/NaiveInstall.h"
+#include "tests/rights/adapter/attacks/Racer.h"
 #include "train/InstallRights.h"
 
 namespace halvorn {
@@ -29,36 +26,6 @@ namespace fs = std::filesystem;
 constexpr int manyRounds = 100'000;
 constexpr double naivePatience = 30;  // seconds
 constexpr int someRounds = 2'500;
-
-// Swaps two names again and again, as the person, until it is dropped.
-class Racer {
- public:
-  Racer(const std::string& a, const std::string& b) {
-    void* shared = ::mmap(nullptr, sizeof(Count), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    swaps_ = new (shared) Count(0);
-    process_ = ::fork();
-    if (process_ != 0) return;
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (::setgid(PolkitWorld::personId) != 0 || ::setuid(PolkitWorld::personId) != 0) ::_exit(1);
-    while (true) {
-      if (::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0) ++*swaps_;
-    }
-  }
-  ~Racer() {
-    ::kill(process_, SIGKILL);
-    ::waitpid(process_, nullptr, 0);
-    ::munmap(swaps_, sizeof(Count));
-  }
-  Racer(const Racer&) = delete;
-  Racer& operator=(const Racer&) = delete;
-
-  [[nodiscard]] long swaps() const { return swaps_->load(); }
-
- private:
-  using Count = std::atomic<long>;
-  Count* swaps_ = nullptr;
-  pid_t process_ = -1;
-};
 
 // The operations under attack: the real ones with the rules of the tool, or the naive ones.
 class Operations {
@@ -120,7 +87,7 @@ class RaceAttacks : public AttackTest {
     expectDefended([&](AttackScene& scene) -> Harm {
       attack.prepare(scene);
       Operations operations(scene.tool().isNaive);
-      const Racer racer(scene / attack.swapped, scene / attack.swappedWith);
+      const Racer racer({{scene / attack.swapped, scene / attack.swappedWith}});
       // The naive tool is tried until it is harmed; where the racer gets little of the processor that takes
       // its time.
       const double end = testSeconds() + naivePatience;
@@ -327,7 +294,7 @@ TEST_F(RaceAttacks, TheParentSwappedForALinkWhileTheToolRuns) {
     scene.addFolder(scene / "arena/folder", 0755, AttackScene::person);
     scene.addLink(scene / "arena/link", scene / "victim", AttackScene::person);
     const std::string before = pictureOf(scene / "victim");
-    const Racer racer(scene / "arena/folder", scene / "arena/link");
+    const Racer racer({{scene / "arena/folder", scene / "arena/link"}});
     for (int run = 1; run <= (scene.tool().isNaive ? 100 * runs : runs); ++run) {
       (void)scene.install(scene / "source/Nas.app", scene / "arena/folder/Nas.app", scene / "wrapper");
       if (pictureOf(scene / "victim") != before) return "harmed in run " + std::to_string(run);

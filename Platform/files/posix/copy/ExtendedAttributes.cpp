@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <vector>
 
+#include "Platform/files/posix/copy/SystemCalls.h"
+
 namespace halvorn {
 namespace {
 
@@ -33,6 +35,12 @@ ssize_t callWithRoom(std::vector<char>& buffer, const Call& call) {
 // The system has these calls for open files and for paths, but not for a name in an open folder.
 AttributedFile::AttributedFile(int folder, const char* name)
     : path_("/proc/self/fd/" + std::to_string(folder) + "/" + name) {}
+
+AttributedFile AttributedFile::held(int item) {
+  AttributedFile file;
+  file.heldPath_ = SystemCalls::pathToHeld(item);
+  return file;
+}
 
 ssize_t AttributedFile::list(char* buffer, std::size_t room) const {
   return file_ >= 0 ? ::flistxattr(file_, buffer, room) : ::llistxattr(path_.c_str(), buffer, room);
@@ -74,14 +82,14 @@ bool AttributedFile::each(const std::function<bool(std::string_view)>& wanted,
 
 bool AttributedFile::give(const std::string& name, std::string_view value) const {
   const int result = file_ >= 0 ? ::fsetxattr(file_, name.c_str(), value.data(), value.size(), 0)
-                                : ::lsetxattr(path_.c_str(), name.c_str(), value.data(), value.size(), 0);
+                                : ::setxattr(heldPath_.c_str(), name.c_str(), value.data(), value.size(), 0);
   return result == 0 || isBeyondUs(name, errno);
 }
 
 bool AttributedFile::remove(std::string_view name) const {
   const std::string copy(name);
   const int result =
-      file_ >= 0 ? ::fremovexattr(file_, copy.c_str()) : ::lremovexattr(path_.c_str(), copy.c_str());
+      file_ >= 0 ? ::fremovexattr(file_, copy.c_str()) : ::removexattr(heldPath_.c_str(), copy.c_str());
   return result == 0 || errno == ENODATA || errno == EINVAL || isNotSupported(errno);
 }
 

@@ -11,8 +11,10 @@ class AttributedFile {
  public:
   // An open file or folder.
   explicit AttributedFile(int file) : file_(file) {}
-  // Anything in an open folder, a link not followed.
+  // Anything in an open folder, a link not followed. To read only: what has the name can change.
   AttributedFile(int folder, const char* name);
+  // What is held without being opened. To write only.
+  [[nodiscard]] static AttributedFile held(int item);
 
   // Calls `take` with the name and value of every attribute for which `wanted` says yes. Fails: false when
   // they could not be read, or when `take` said false. A file system without attributes has none.
@@ -29,8 +31,11 @@ class AttributedFile {
   [[nodiscard]] ssize_t list(char* buffer, std::size_t room) const;
   [[nodiscard]] ssize_t get(const std::string& name, char* buffer, std::size_t room) const;
 
+  AttributedFile() = default;
+
   int file_ = -1;
-  std::string path_;  // when not open
+  std::string path_;      // by name
+  std::string heldPath_;  // followed to the held item
 };
 
 namespace AccessList {

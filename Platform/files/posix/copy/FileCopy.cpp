@@ -129,29 +129,6 @@ bool copyOpened(CopyContext& context, CopyScratch& scratch, Original original, c
          made.file.closeAfterWriting();
 }
 
-std::optional<std::string> readLink(const CopyContext& context, const CopyPlace& place,
-                                    const struct stat& facts) {
-  const RightsOf rights(context.rules.readAs);
-  if (!rights.holds()) return std::nullopt;
-  std::string target(static_cast<std::size_t>(std::max<off_t>(facts.st_size, 4095)) + 1, '\0');
-  const ssize_t size = ::readlinkat(place.sourceFolder, place.name, target.data(), target.size());
-  if (size <= 0 || static_cast<std::size_t>(size) == target.size()) return std::nullopt;
-  target.resize(static_cast<std::size_t>(size));
-  return target;
-}
-
-bool makeUnopened(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
-  if (S_ISLNK(facts.st_mode)) {
-    const auto target = readLink(context, place, facts);
-    return target && ::symlinkat(target->c_str(), place.targetFolder, place.targetName) == 0;
-  }
-  const bool isDevice = S_ISBLK(facts.st_mode) || S_ISCHR(facts.st_mode);
-  // A device node made with the administrator's rights would open the device to whoever may open the node.
-  if (isDevice && context.rules.ownership == Ownership::ThisProcess) return false;
-  const mode_t mode = (facts.st_mode & S_IFMT) | (context.giver.modeToStartWith(facts) & 0777);
-  return ::mknodat(place.targetFolder, place.targetName, mode, isDevice ? facts.st_rdev : 0) == 0;
-}
-
 CopyPlace placeIn(const OpenFolder& folder, const char* name) {
   return {.sourceFolder = folder.source(),
           .name = name,
@@ -175,38 +152,6 @@ bool isLeftForLater(CopyContext& context, const std::shared_ptr<OpenFolder>& fol
 }
 
 }  // namespace
-
-void copyUnopened(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
-  struct stat made {};
-  const auto look = [&] {
-    return ::fstatat(place.targetFolder, place.targetName, &made, AT_SYMLINK_NOFOLLOW) == 0;
-  };
-  if (facts.st_nlink > 1) {
-    const auto make = [&]() -> std::optional<HardLinks::Identity> {
-      if (!makeUnopened(context, place, facts) || !look()) return std::nullopt;
-      return identityOf(made);
-    };
-    const auto answer =
-        context.links.makeOrLink(facts, place.targetFolder, place.targetName, place.path, make);
-    if (answer == HardLinks::Answer::Linked) return;
-    if (answer == HardLinks::Answer::Failed) return context.fail();
-  } else {
-    if (!makeUnopened(context, place, facts)) return context.fail();
-    // All links have the same mode.
-    const bool isPredictable = S_ISLNK(facts.st_mode) && place.newItems != nullptr;
-    const auto known = isPredictable ? place.newItems->madeByAnybody() : std::nullopt;
-    if (known) {
-      made = *known;
-    } else if (!look()) {
-      return context.fail();
-    }
-    if (isPredictable && !known) place.newItems->sawOwners(made);
-  }
-  if (!context.giver.finishUnopened(place.sourceFolder, place.name, place.targetFolder, place.targetName,
-                                    facts, made, place.mayInherit)) {
-    context.fail();
-  }
-}
 
 void copyFile(CopyContext& context, CopyScratch& scratch, const CopyPlace& place) {
   Original original;

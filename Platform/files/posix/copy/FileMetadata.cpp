@@ -8,6 +8,7 @@
 #include <cerrno>
 
 #include "Platform/files/posix/copy/ExtendedAttributes.h"
+#include "Platform/files/posix/copy/SystemCalls.h"
 
 namespace halvorn {
 namespace {
@@ -141,26 +142,49 @@ bool MetadataGiver::finishFolder(int target, const struct stat& facts, const str
   return ::futimens(target, timesOf(facts).data()) == 0;
 }
 
-bool MetadataGiver::finishUnopened(int sourceFolder, const char* name, int folder, const char* targetName,
-                                   const struct stat& facts, struct stat made, MayInherit mayInherit) const {
+// Only the administrator can give attributes to links, and nobody has "user." ones on any of these.
+bool MetadataGiver::givesAttributesUnopened(const struct stat& facts) const {
+  return ownership_ == Ownership::Kept && (user_ == 0 || !S_ISLNK(facts.st_mode));
+}
+
+bool MetadataGiver::finishUnopened(int sourceFolder, const char* name, int target, const struct stat& facts,
+                                   struct stat made, MayInherit mayInherit) const {
   const auto change = [&](uid_t user, gid_t group) {
-    return ::fchownat(folder, targetName, user, group, AT_SYMLINK_NOFOLLOW);
+    return SystemCalls::changeOwner(target, user, group) ? 0 : -1;
   };
   if (!giveOwner(facts, made, change)) return false;
-  // Only the administrator can give attributes to links, and nobody has "user." ones on any of these.
-  if (ownership_ == Ownership::Kept && (user_ == 0 || !S_ISLNK(facts.st_mode))) {
-    const AttributedFile target(folder, targetName);
-    if (mayInherit == MayInherit::Yes && !S_ISLNK(facts.st_mode) && !target.remove(AccessList::ownName))
-      return false;
-    if (!giveAttributes(AttributedFile(sourceFolder, name), target, nullptr)) return false;
-  }
-  const mode_t mode = modeToGive(facts, made);
   const bool hasMode = !S_ISLNK(facts.st_mode);
-  if (hasMode && (mayInherit == MayInherit::Yes || (made.st_mode & allModeBits) != mode) &&
-      ::fchmodat(folder, targetName, mode, 0) != 0) {
+  const bool inherits = hasMode && mayInherit == MayInherit::Yes;
+  if (inherits && !AttributedFile::held(target).remove(AccessList::ownName)) return false;
+  if (givesAttributesUnopened(facts) &&
+      !giveAttributes(AttributedFile(sourceFolder, name), AttributedFile::held(target), nullptr)) {
     return false;
   }
-  return ::utimensat(folder, targetName, timesOf(facts).data(), AT_SYMLINK_NOFOLLOW) == 0;
+  const mode_t mode = modeToGive(facts, made);
+  if (hasMode && (inherits || (made.st_mode & allModeBits) != mode) &&
+      !SystemCalls::changeMode(target, mode)) {
+    return false;
+  }
+  return SystemCalls::changeTimes(target, timesOf(facts).data());
+}
+
+bool MetadataGiver::needsTimesAlone(int sourceFolder, const char* name, const struct stat& facts,
+                                    struct stat made) const {
+  bool needsOwner = false;
+  const auto note = [&](uid_t, gid_t) {
+    needsOwner = true;
+    return 0;
+  };
+  if (!giveOwner(facts, made, note) || needsOwner) return false;
+  if (!givesAttributesUnopened(facts)) return true;
+  const auto wanted = [&](std::string_view attribute) { return isCarried(attribute); };
+  return AttributedFile(sourceFolder, name).each(wanted, [](const std::string&, std::string_view) {
+    return false;
+  });
+}
+
+bool MetadataGiver::giveTimes(int folder, const char* name, const struct stat& facts) {
+  return ::utimensat(folder, name, timesOf(facts).data(), AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 }  // namespace halvorn

@@ -48,9 +48,15 @@ class MetadataGiver {
                                  LaterAttributes& later, MayInherit mayInherit) const;
   [[nodiscard]] bool finishFolder(int target, const struct stat& facts, const struct stat& made,
                                   const LaterAttributes& later) const;
-  // For a link, pipe, socket or device, which are not opened. The source is `name` in its folder, too.
-  [[nodiscard]] bool finishUnopened(int sourceFolder, const char* name, int folder, const char* targetName,
-                                    const struct stat& facts, struct stat made, MayInherit mayInherit) const;
+  // For a link, pipe, socket or device, which are not opened: the source is `name` in its folder, the target
+  // is held.
+  [[nodiscard]] bool finishUnopened(int sourceFolder, const char* name, int target, const struct stat& facts,
+                                    struct stat made, MayInherit mayInherit) const;
+  // Whether there is nothing but its times to give to a link.
+  [[nodiscard]] bool needsTimesAlone(int sourceFolder, const char* name, const struct stat& facts,
+                                     struct stat made) const;
+  // Gives them by name: where others may write, a link of theirs may get them instead.
+  [[nodiscard]] static bool giveTimes(int folder, const char* name, const struct stat& facts);
 
  private:
   [[nodiscard]] mode_t modeToGive(const struct stat& facts, const struct stat& made) const;
@@ -59,6 +65,7 @@ class MetadataGiver {
   template <typename Change>
   [[nodiscard]] bool giveOwner(const struct stat& facts, struct stat& made, const Change& change) const;
   [[nodiscard]] bool isCarried(std::string_view name) const;
+  [[nodiscard]] bool givesAttributesUnopened(const struct stat& facts) const;
   [[nodiscard]] bool giveAttributes(const AttributedFile& source, const AttributedFile& target,
                                     LaterAttributes* later) const;
 

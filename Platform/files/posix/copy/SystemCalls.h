@@ -50,8 +50,22 @@ enum class Resolution {
 // The absolute path of an open folder, without links; nullopt when it has none any more.
 [[nodiscard]] std::optional<std::string> pathOf(int folder);
 
-// Changes the owner of what was opened, also of a link or when only opened to name it.
+// Opens anything, a link included, only to hold it: whatever takes its name afterwards, this stays it. Empty
+// on failure.
+[[nodiscard]] FileDescriptor holdItem(int folder, const char* name);
+// Change what was opened, also when it is only held. A link has no mode to change. Fails: false, also where
+// the system has no way that leads to the held item and nowhere else.
 [[nodiscard]] bool changeOwner(int item, uid_t user, gid_t group);
+[[nodiscard]] bool changeMode(int item, mode_t mode);
+[[nodiscard]] bool changeTimes(int item, const timespec times[2]);
+// The text of a held link; at most `room` bytes of it. nullopt: it is none.
+[[nodiscard]] std::optional<std::string> textOfLink(int item, std::size_t room);
+// A path that leads to a held item and nowhere else, for calls that take paths only. Not where the process
+// table is missing.
+[[nodiscard]] std::string pathToHeld(int item);
+// Whether the item was given another name or other rights more than a moment after it was made. No where the
+// file system does not note when things were made.
+[[nodiscard]] bool wasChangedSinceItsBirth(int item);
 
 // What readEntries fills the buffer with, one after the other.
 #ifdef __linux__

@@ -1,12 +1,12 @@
 #include "Platform/files/posix/copy/OpenFolder.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <memory>
-#include <string_view>
 #include <utility>
+
+#include "Platform/files/posix/copy/NewFolder.h"
 
 namespace halvorn {
 namespace {
@@ -23,21 +23,6 @@ bool isSame(const FileDescriptor& opened, const struct stat& before) {
   struct stat now {};
   return opened && ::fstat(opened.get(), &now) == 0 && now.st_dev == before.st_dev &&
          now.st_ino == before.st_ino;
-}
-
-// Whether it is what this process has just made. Where others may write, they may have put something else
-// there by now.
-bool isNew(int folder, const struct stat& facts) {
-  if (facts.st_uid != ::geteuid()) return false;
-  FileDescriptor again(retried([&] { return ::openat(folder, ".", openToList); }));
-  const std::unique_ptr<DIR, int (*)(DIR*)> stream(again ? ::fdopendir(again.get()) : nullptr, ::closedir);
-  if (stream == nullptr) return false;
-  (void)again.release();
-  while (const dirent* entry = ::readdir(stream.get())) {
-    const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") return false;
-  }
-  return true;
 }
 
 }  // namespace
@@ -66,7 +51,7 @@ std::shared_ptr<OpenFolder> OpenFolder::make(CopyContext& context, int sourceFol
   // Further down nobody else can write yet.
   const bool isWatched = mayInherit == MayInherit::Yes && context.rules.ownership == Ownership::ThisProcess;
   if (!folder->target_ || ::fstat(folder->target(), &folder->made_) != 0 ||
-      (isWatched && !isNew(folder->target(), folder->made_)) ||
+      (isWatched && !isNewFolder(folder->target(), mode)) ||
       !context.giver.startFolder(folder->source(), folder->target(), facts, folder->made_, folder->later_,
                                  mayInherit)) {
     context.fail();

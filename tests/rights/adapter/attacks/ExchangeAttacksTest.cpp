@@ -23,6 +23,9 @@ void makeLink(const std::string& path) { ASSERT_EQ(::symlink("nowhere", path.c_s
 void makeFile(const std::string& path) { ASSERT_EQ(::mknod(path.c_str(), S_IFREG | 0600, 0), 0) << path; }
 void makePrivatePipe(const std::string& path) { ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0) << path; }
 
+void makeFolder(const std::string& path) { ASSERT_EQ(::mkdir(path.c_str(), 0755), 0) << path; }
+void makePrivateFolder(const std::string& path) { ASSERT_EQ(::mkdir(path.c_str(), 0700), 0) << path; }
+
 struct Exchange {
   Maker item;    // what the wrapper holds, and so what the tool makes
   Maker secret;  // what root keeps for itself
@@ -163,6 +166,11 @@ TEST_F(ExchangeAttacks, ALinkExchangedForAFileOfRootsAsSoonAsItIsMade) {
 
 TEST_F(ExchangeAttacks, ALinkExchangedForAFileOfRootsBeforeItIsFinished) {
   expectWithstood({.item = makeLink, .secret = makeFile, .byLink = false, .delays = beforeTheFinish});
+}
+
+TEST_F(ExchangeAttacks, AFolderExchangedForAnOlderEmptyOneOfRootsAsSoonAsItIsMade) {
+  expectWithstood(
+      {.item = makeFolder, .secret = makePrivateFolder, .byLink = false, .delays = afterTheMaking});
 }
 
 }  // namespace

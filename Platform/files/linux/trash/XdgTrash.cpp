@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Platform/files/posix/copy/NewFolder.h"
 #include "Platform/files/posix/copy/SystemCalls.h"
 #include "Platform/files/posix/copy/TreeOwnership.h"
 
@@ -137,8 +138,7 @@ FileDescriptor XdgTrash::ownTrash(int top) const {
   if (owner_.user == ::geteuid() || ::mkdirat(top, name.c_str(), S_IRWXU) != 0) return {};
   FileDescriptor folder = openOwn();
   // Where others may write, what stands there need not be what was made.
-  struct stat facts {};
-  if (!folder || ::fstat(folder.get(), &facts) != 0 || facts.st_uid != ::geteuid()) return {};
+  if (!folder || !isNewFolder(folder.get(), S_IRWXU)) return {};
   if (::fchown(folder.get(), owner_.user, owner_.group) != 0) return {};
   return folder;
 }

@@ -69,6 +69,44 @@ class ExchangeAttacks : public AttackTest {
     expectHarmless([&](AttackScene& scene) { return carryOut(scene, exchange); });
   }
 
+  // Somebody else may write where the person's Trash has to be made; the person may not.
+  static Harm exchangeTheTrash(AttackScene& scene) {
+    constexpr uid_t other = PolkitWorld::administratorId;
+    scene.addSmallDisk(scene / "arena", "4m");
+    EXPECT_EQ(::chown((scene / "arena").c_str(), other, other), 0);
+    scene.addFolder(scene / "wrapper");
+    scene.addProduct(scene / "source/Nas.app");
+    makePrivateFolder(scene / "arena/aside");
+    const auto before = *factsOf(scene / "arena/aside");
+    EXPECT_TRUE(eventually([&] { return isOlderThanASecond(before); }));
+    const std::string trash = scene / ("arena/.Trash-" + std::to_string(AttackScene::person));
+    long swaps = 0;
+    for (int run = 1; run <= runs; ++run) {
+      fs::remove_all(scene / "arena/Nas.app");
+      scene.addProduct(scene / "arena/Nas.app", AttackScene::root);
+      {
+        const Racer racer({{trash, scene / "arena/aside"}}, other);
+        if (installSlowly(scene, afterTheMaking).hangs()) return "hangs";
+        swaps += racer.swaps();
+      }
+      const auto facts = factsOf(scene / "arena/aside");
+      const bool isAside = facts && facts->st_ino == before.st_ino;
+      if (stateOf(isAside ? *facts : factsOf(trash).value_or(before)) != stateOf(before))
+        return "given away in run " + std::to_string(run);
+      if (!isAside) fs::rename(trash, scene / "arena/kept");
+      fs::remove_all(isAside ? trash : scene / "arena/aside");
+      if (!isAside) fs::rename(scene / "arena/kept", scene / "arena/aside");
+    }
+    EXPECT_GT(swaps, runs);
+    return std::nullopt;
+  }
+
+  static inline const std::vector<std::string> afterTheMaking = {"mknodat,symlinkat,mkdirat:delay_exit=3000"};
+  // By any call that could change it.
+  static inline const std::vector<std::string> beforeTheFinish = {
+      "chmod,fchmodat,chown,lchown,fchownat,utimensat,removexattr,lremovexattr,setxattr,lsetxattr:"
+      "delay_enter=3000"};
+
  private:
   static Harm carryOut(AttackScene& scene, const Exchange& exchange) {
     scene.addFolder(scene / "wrapper", 0755, AttackScene::person);
@@ -130,12 +168,6 @@ class ExchangeAttacks : public AttackTest {
   }
 };
 
-const std::vector<std::string> afterTheMaking = {"mknodat,symlinkat,mkdirat:delay_exit=3000"};
-// By any call that could change it.
-const std::vector<std::string> beforeTheFinish = {
-    "chmod,fchmodat,chown,lchown,fchownat,utimensat,removexattr,lremovexattr,setxattr,lsetxattr:"
-    "delay_enter=3000"};
-
 TEST_F(ExchangeAttacks, APipeExchangedForALinkAsSoonAsItIsMade) {
   expectWithstood({.item = makePipe, .secret = makeFile, .delays = afterTheMaking});
 }
@@ -171,6 +203,10 @@ TEST_F(ExchangeAttacks, ALinkExchangedForAFileOfRootsBeforeItIsFinished) {
 TEST_F(ExchangeAttacks, AFolderExchangedForAnOlderEmptyOneOfRootsAsSoonAsItIsMade) {
   expectWithstood(
       {.item = makeFolder, .secret = makePrivateFolder, .byLink = false, .delays = afterTheMaking});
+}
+
+TEST_F(ExchangeAttacks, ThePersonsNewTrashExchangedForAFolderOfRoots) {
+  expectHarmless([](AttackScene& scene) { return exchangeTheTrash(scene); });
 }
 
 }  // namespace

@@ -8,13 +8,15 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/PolkitWorld.h"
+
 namespace halvorn {
 
-// Swaps each name with its partner again and again, in a process of the person's, until it is dropped.
+// Swaps each name with its partner again and again, in a process of that user's, until it is dropped.
 class Racer {
  public:
   using Pairs = std::vector<std::pair<std::string, std::string>>;
-  explicit Racer(const Pairs& pairs);
+  explicit Racer(const Pairs& pairs, uid_t user = PolkitWorld::personId);
   ~Racer();
   Racer(const Racer&) = delete;
   Racer& operator=(const Racer&) = delete;

@@ -18,6 +18,7 @@
 #include <optional>
 #include <utility>
 
+#include "Core/Cancellation.h"
 #include "Core/Date.h"
 #include "Core/FourCharCode.h"
 #include "Core/Ordering.h"
@@ -120,12 +121,13 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
   // --- acting on the process (KTProcessQuitting.cpp, KTProcessEvents.cpp)
 
   // Asks the process to end for up to `timeout` seconds, then ends it by force for up to as long again.
-  // Blocks the caller meanwhile. False when it still runs, or cannot be found. Logs: one line, whatever the
-  // outcome.
-  bool quitRunningApplication(float withTimeout);
-  // Quits with four seconds each, and where that fails sends the classic quit event without waiting. Logs:
-  // also the event's failures.
-  void quit();
+  // Blocks the caller meanwhile. False when it still runs, or cannot be found. Once `cancellation` is
+  // requested nothing more is asked or forced, and what still runs then counts as such. Logs: one line,
+  // whatever the outcome.
+  bool quitRunningApplication(float withTimeout, const Cancellation& cancellation = kNeverCanceled);
+  // Quits with four seconds each, and where that fails sends the classic quit event without waiting, unless
+  // canceled. Logs: also the event's failures.
+  void quit(const Cancellation& cancellation = kNeverCanceled);
   // Sends an event without parameters and waits up to `timeout` seconds for the reply, which is thrown away.
   // Logs:
   // "*** event error: %d".

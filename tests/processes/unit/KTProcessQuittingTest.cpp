@@ -73,6 +73,59 @@ TEST_F(KTProcessQuitting, AProcessThatNeverEndsTakesTwiceTheTimeoutAndFails) {
   EXPECT_GT(count("forceTerminate"), 3990);
 }
 
+TEST_F(KTProcessQuitting, CanceledWhileItAsksItStopsWithinAMillisecondAndForcesNothing) {
+  const KTProcessPointer process = start({.quitting = Quitting::OnlyByForce});
+  Cancellation cancellation;
+  fake.clock.onAdvance = [&](double seconds) {
+    if (seconds > 0.0195) cancellation.request();
+  };
+  EXPECT_FALSE(process->quitRunningApplication(4.0F, cancellation));
+  EXPECT_EQ(log(), Strings{"quit Editor: given up after 0.020s (20 attempts)"});
+  EXPECT_EQ(count("terminate"), 20);
+  EXPECT_EQ(count("forceTerminate"), 0);
+}
+
+TEST_F(KTProcessQuitting, CanceledInTheLastMomentOfAskingItForcesNothing) {
+  const KTProcessPointer process = start({.quitting = Quitting::OnlyByForce});
+  Cancellation cancellation;
+  fake.clock.onAdvance = [&](double seconds) {
+    if (seconds >= 0.25) cancellation.request();
+  };
+  EXPECT_FALSE(process->quitRunningApplication(0.25F, cancellation));
+  EXPECT_EQ(count("forceTerminate"), 0);
+  EXPECT_EQ(log().size(), 1u);
+  EXPECT_TRUE(log().front().starts_with("quit Editor: given up after 0.25")) << log().front();
+}
+
+TEST_F(KTProcessQuitting, CanceledWhileItForcesItStopsWithinAMillisecond) {
+  const KTProcessPointer process = start({.quitting = Quitting::Never});
+  Cancellation cancellation;
+  fake.clock.onAdvance = [&](double) {
+    if (count("forceTerminate") == 3) cancellation.request();
+  };
+  EXPECT_FALSE(process->quitRunningApplication(0.25F, cancellation));
+  EXPECT_EQ(log(), Strings{"force-quit Editor: given up after 0.003s (3 attempts)"});
+  EXPECT_EQ(count("forceTerminate"), 3);
+}
+
+TEST_F(KTProcessQuitting, CanceledBeforehandNothingIsAskedAndNoEventIsSent) {
+  const KTProcessPointer process = start({});
+  Cancellation cancellation;
+  cancellation.request();
+  process->quit(cancellation);
+  EXPECT_TRUE(started->requests.empty());
+  EXPECT_TRUE(fake.appleEvents.sent.empty());
+  EXPECT_EQ(log(), Strings{"quit Editor: given up after 0.000s (0 attempts)"});
+}
+
+TEST_F(KTProcessQuitting, AProcessThatEndedBeforeTheCancellationWasSeenHasQuit) {
+  const KTProcessPointer process = start({});
+  Cancellation cancellation;
+  fake.clock.onAdvance = [&](double) { cancellation.request(); };
+  EXPECT_TRUE(process->quitRunningApplication(4.0F, cancellation));
+  EXPECT_EQ(log(), Strings{"quit Editor: terminated after 0.001s (1 attempts)"});
+}
+
 TEST_F(KTProcessQuitting, ATimeoutOfNothingAsksNothingAndFails) {
   for (const float timeout : {0.0F, -1.0F}) {
     EXPECT_FALSE(start({})->quitRunningApplication(timeout));

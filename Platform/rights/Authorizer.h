@@ -46,6 +46,11 @@ class Authorizer {
   // Thread: a worker.
   [[nodiscard]] virtual Result requestAdministratorRights(const Text& toolPath,
                                                           const std::vector<Text>& arguments) = 0;
+
+  // Nobody waits for the rights any more: the dialog goes away and the request is answered as canceled, and
+  // later requests at once. Rights that were granted already stay, and a tool that runs is left alone.
+  // Returns at once. Thread: any.
+  virtual void withdraw() = 0;
 };
 
 }  // namespace halvorn

@@ -18,12 +18,16 @@ class FakeAuthorizer : public Authorizer {
   };
 
   Result requestAdministratorRights(const Text& toolPath, const std::vector<Text>& arguments) override {
+    if (isWithdrawn) return {AuthorizationAnswer::Canceled, nullptr};
     requests.push_back({toolPath, arguments});
     if (onRequest) onRequest();
+    if (isWithdrawn) return {AuthorizationAnswer::Canceled, nullptr};
     const AuthorizationAnswer given = next(answers, answer);
     if (given != AuthorizationAnswer::Granted) return {given, nullptr};
     return {given, std::make_unique<Rights>(*this)};
   }
+
+  void withdraw() override { isWithdrawn = true; }
 
   // Answers for the next requests and runs; once they are used up, the plain values answer.
   std::deque<AuthorizationAnswer> answers;
@@ -37,6 +41,7 @@ class FakeAuthorizer : public Authorizer {
   std::vector<Request> requests;
   int runs = 0;
   int freed = 0;  // authorizations given back
+  bool isWithdrawn = false;
 
  private:
   class Rights : public Authorization {

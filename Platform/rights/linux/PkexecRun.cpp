@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <fstream>
 #include <utility>
 
@@ -142,7 +143,19 @@ PkexecRun::Moment PkexecRun::waitForStartOrEnd() {
   }
 }
 
-bool PkexecRun::endedAsPkexec(bool& isKnown) const {
+void PkexecRun::withdraw() const {
+  bool nameIsKnown = false;
+  if (!isNamedPkexec(nameIsKnown) && nameIsKnown) return;
+  // Between the look and the signal pkexec may become the tool. It belongs to the administrator then and gets
+  // no signal of this person; the administrator's own is ended before it has touched anything.
+  if (process_.get() >= 0) {
+    ::syscall(SYS_pidfd_send_signal, process_.get(), SIGTERM, nullptr, 0U);
+  } else {
+    ::kill(pid_, SIGTERM);  // not collected yet, so the number is still its own
+  }
+}
+
+bool PkexecRun::isNamedPkexec(bool& isKnown) const {
   std::ifstream file("/proc/" + std::to_string(pid_) + "/comm");
   std::string name;
   isKnown = static_cast<bool>(std::getline(file, name));
@@ -160,7 +173,7 @@ const PkexecRun::End& PkexecRun::waitForEnd() {
   if (output_.get() >= 0) (void)readOutput();
   End end;
   bool nameIsKnown = false;
-  const bool wasPkexec = endedAsPkexec(nameIsKnown);
+  const bool wasPkexec = isNamedPkexec(nameIsKnown);
   int status = 0;
   if (retried([&] { return ::waitpid(pid_, &status, 0); }) == pid_) end.waitStatus = status;
   // Where processes of others are hidden: the two numbers that are pkexec's own, and a violent end.

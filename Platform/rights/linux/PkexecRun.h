@@ -4,8 +4,8 @@
 // starts; nothing else tells, while it runs, that the rights were given. Once the process has ended, the name
 // it last ran under tells whether that was still pkexec.
 //
-// Thread: one thread starts it, waits for it and drops it. (pkexec ends when the thread that started it
-// ends.)
+// Thread: one thread starts it, waits for it and drops it, withdraw() apart. (pkexec ends when the thread
+// that started it ends.)
 #pragma once
 
 #include <sys/types.h>
@@ -36,6 +36,10 @@ class PkexecRun {
   // Blocks until the tool has started or everything has ended, whichever comes first.
   [[nodiscard]] Moment waitForStartOrEnd();
 
+  // Ends pkexec while it asks. Once it has become the tool, that is left alone. Returns at once. Thread: any,
+  // as long as waitForEnd() has not been called.
+  void withdraw() const;
+
   struct End {
     bool toolRan = false;           // else it was pkexec that ended
     std::optional<int> waitStatus;  // as waitpid() tells it; nullopt when the system does not tell
@@ -58,7 +62,7 @@ class PkexecRun {
   // Waits until something happens, takes in what was said, and tells what was seen.
   Seen wait();
   [[nodiscard]] bool hasEnded() const;
-  [[nodiscard]] bool endedAsPkexec(bool& isKnown) const;
+  [[nodiscard]] bool isNamedPkexec(bool& isKnown) const;
   // Takes in what is there without waiting; false when nothing more will come.
   bool readOutput();
   void passOn(bool toTheLastByte);

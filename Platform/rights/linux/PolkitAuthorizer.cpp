@@ -97,6 +97,7 @@ PolkitAuthorizer::PolkitAuthorizer(const Log& log, PolkitPrograms programs)
 
 Authorizer::Result PolkitAuthorizer::requestAdministratorRights(const Text& toolPath,
                                                                 const std::vector<Text>& arguments) {
+  if (isWithdrawn()) return withdrawn();
   if (const auto obstacle = obstacleToTool(toolPath.bytes())) {
     logObstacle(log_, toolPath, *obstacle);
     return grantedInVain(obstacle->error);
@@ -111,17 +112,52 @@ Authorizer::Result PolkitAuthorizer::requestAdministratorRights(const Text& tool
     log_("No administrator rights: this system has no pkexec");
     return {};
   }
-  int error = 0;
-  auto run = PkexecRun::start(pkexec->bytes(), toolPath.bytes(), words, error);
+  auto [run, error] = start(pkexec->bytes(), toolPath.bytes(), words);
+  if (run == nullptr && error == 0) return withdrawn();
   if (run == nullptr) {
     log_("No administrator rights: %@ could not be started: %@", pkexec, std::strerror(error));
     return {};
   }
-  if (run->waitForStartOrEnd() == PkexecRun::Moment::Ended) {
+  const PkexecRun::Moment moment = run->waitForStartOrEnd();
+  const bool nobodyAsks = stopAsking();
+  if (moment == PkexecRun::Moment::Ended) {
     const PkexecRun::End& end = run->waitForEnd();
-    if (!end.toolRan) return answerOfPkexec(*run, end.waitStatus);
+    if (!end.toolRan) return nobodyAsks ? withdrawn() : answerOfPkexec(*run, end.waitStatus);
   }
   return {AuthorizationAnswer::Granted, std::make_unique<PolkitAuthorization>(log_, std::move(run))};
+}
+
+void PolkitAuthorizer::withdraw() {
+  const std::lock_guard lock(mutex_);
+  isWithdrawn_ = true;
+  if (asking_ != nullptr) asking_->withdraw();
+}
+
+bool PolkitAuthorizer::isWithdrawn() {
+  const std::lock_guard lock(mutex_);
+  return isWithdrawn_;
+}
+
+// Under the lock, so that a withdrawal finds either nothing started yet or something to end.
+PolkitAuthorizer::Started PolkitAuthorizer::start(const std::string& pkexec, const std::string& tool,
+                                                  const std::vector<std::string>& words) {
+  const std::lock_guard lock(mutex_);
+  Started started;
+  if (isWithdrawn_) return started;
+  started.run = PkexecRun::start(pkexec, tool, words, started.error);
+  asking_ = started.run.get();
+  return started;
+}
+
+bool PolkitAuthorizer::stopAsking() {
+  const std::lock_guard lock(mutex_);
+  asking_ = nullptr;
+  return isWithdrawn_;
+}
+
+Authorizer::Result PolkitAuthorizer::withdrawn() const {
+  log_("No administrator rights: the request was withdrawn");
+  return {AuthorizationAnswer::Canceled, nullptr};
 }
 
 Authorizer::Result PolkitAuthorizer::answerOfPkexec(const PkexecRun& run,

@@ -9,7 +9,11 @@
 // Why: docs/decisions/014-rights-and-run-are-one.md
 #pragma once
 
+#include <memory>
+#include <mutex>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "Platform/rights/Authorizer.h"
 
@@ -32,14 +36,29 @@ class PolkitAuthorizer : public Authorizer {
 
   // The thread that asks must also call run() and outlive it.
   Result requestAdministratorRights(const Text& toolPath, const std::vector<Text>& arguments) override;
+  void withdraw() override;
 
  private:
+  struct Started {
+    std::unique_ptr<PkexecRun> run;  // null when it could not be started, or when nobody asks any more
+    int error = 0;                   // the system's number; 0 when nobody asks any more
+  };
+  [[nodiscard]] Started start(const std::string& pkexec, const std::string& tool,
+                              const std::vector<std::string>& words);
+  [[nodiscard]] bool isWithdrawn();
+  // From now on a withdrawal finds nobody asking; whether there has been one.
+  [[nodiscard]] bool stopAsking();
+  [[nodiscard]] Result withdrawn() const;
   // The answer for a pkexec that ended as itself.
   Result answerOfPkexec(const PkexecRun& run, std::optional<int> waitStatus) const;
   void logNotAuthorized() const;
 
   const Log& log_;
   PolkitPrograms programs_;
+
+  std::mutex mutex_;  // guards what follows
+  bool isWithdrawn_ = false;
+  const PkexecRun* asking_ = nullptr;  // the run whose pkexec may be asking now
 };
 
 }  // namespace halvorn

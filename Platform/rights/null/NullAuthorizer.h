@@ -10,6 +10,7 @@ class NullAuthorizer : public Authorizer {
   Result requestAdministratorRights(const Text&, const std::vector<Text>&) override {
     return {AuthorizationAnswer::Refused, nullptr};
   }
+  void withdraw() override {}  // nobody is ever asked
 };
 
 }  // namespace halvorn

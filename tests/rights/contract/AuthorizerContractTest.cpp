@@ -164,5 +164,12 @@ TEST_P(AuthorizerContract, CanceledAndRefusedAreDifferentAnswersWithoutAnAuthori
   }
 }
 
+TEST(FakeAuthorizer, OnceWithdrawnAnswersCanceledWithoutAsking) {
+  FakeAuthorizer authorizer;
+  authorizer.withdraw();
+  EXPECT_EQ(authorizer.requestAdministratorRights("/tool", {}).answer, AuthorizationAnswer::Canceled);
+  EXPECT_TRUE(authorizer.requests.empty());
+}
+
 }  // namespace
 }  // namespace halvorn

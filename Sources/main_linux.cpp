@@ -197,10 +197,18 @@ class Installer {
                         .openLink = [this](const Text& url) { ground_.workspace.openUrl(url); }});
     controller_.awakeFromNib();
     window_.showIfVisibleAtLaunch();
-    return application_.run();
+    const int status = application_.run();
+    finishWork();
+    return status;
   }
 
  private:
+  // Whatever ended the loop: a worker may still be at work, and everything it uses is there until this returns.
+  void finishWork() {
+    sound_.sounds.endAll();
+    workers_.finish();
+  }
+
   DestinationChoiceServices destinationServices() {
     return {.loginItems = loginItems_,
             .processes = processes_.processes,
@@ -231,7 +239,7 @@ class Installer {
   InstallerWindow& window_;
   QtRunLoop loop_;
   Processes processes_;
-  PosixWorkers workers_;
+  PosixWorkers workers_;  // runs nothing any more once run() has returned
   Sound sound_;
   QtAlerts alerts_;
   QtScreenReader screenReader_;

@@ -8,8 +8,8 @@ namespace halvorn {
 class Workers {
  public:
   virtual ~Workers() = default;
-  // Runs the task on a thread of its own. The implementation's destructor waits for what still runs. Thread:
-  // any.
+  // Runs the task on a thread of its own. Whoever owns the implementation waits for the tasks while
+  // everything they use is still there. Thread: any.
   virtual void detach(std::function<void()> task) = 0;
 };
 

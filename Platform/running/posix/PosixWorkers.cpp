@@ -5,7 +5,7 @@
 
 namespace halvorn {
 
-PosixWorkers::~PosixWorkers() {
+void PosixWorkers::finish() {
   // A task may start another while this waits, so the list is asked anew each time.
   for (;;) {
     std::list<Worker> last;

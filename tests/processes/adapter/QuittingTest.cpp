@@ -4,8 +4,8 @@
 #include <atomic>
 #include <regex>
 
-#include "Platform/running/posix/PosixWorkers.h"
 #include "tests/processes/adapter/LiveFixture.h"
+#include "tests/support/WaitingWorkers.h"
 
 namespace halvorn {
 namespace {
@@ -228,7 +228,7 @@ TEST_F(RealQuitting, QuittingOnAWorkerWhileTheMainThreadGetsTheEvents) {
   live->loop.runFor(0.01);
   std::atomic<bool> isDone{false};
   {
-    PosixWorkers workers;
+    WaitingWorkers workers;
     workers.detach([&] {
       for (const auto& candidate : live->processes.allProcesses()) {
         if (candidate->signature() == fourCharCode("EDIT")) candidate->quit();

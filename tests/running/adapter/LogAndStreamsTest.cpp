@@ -16,12 +16,12 @@
 #include <thread>
 
 #include "Platform/running/posix/PosixStandardStreams.h"
-#include "Platform/running/posix/PosixWorkers.h"
 #include "Platform/running/posix/StandardErrorLog.h"
 #include "Platform/session/linux/JournalLog.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/WaitingWorkers.h"
 
 namespace halvorn {
 namespace {
@@ -73,7 +73,7 @@ TEST(StandardErrorLog, LinesOfSeveralThreadsStayWhole) {
               const StandardErrorLog log(clock, "p");
               const Text word(std::string(300, 'x'));
               {
-                PosixWorkers workers;
+                WaitingWorkers workers;
                 for (int i = 0; i < 4; ++i) {
                   workers.detach([&] {
                     for (int j = 0; j < 50; ++j) log("<%@>", word);
@@ -338,40 +338,6 @@ TEST(PosixStandardStreams, APipeOrAFolderInTheWayHoldsNothingUp) {
               PosixStandardStreams streams{Text(folder / "Library/Logs")};
               (void)streams.reopen(StandardStreams::Stream::Error, folder / "pipe");
               return streams.reopen(StandardStreams::Stream::Error, folder / "Library/Logs/x.log") ? 1 : 0;
-            }),
-            0);
-}
-
-TEST(PosixWorkers, TasksRunOnThreadsOfTheirOwnAndAreWaitedFor) {
-  std::atomic<int> ended = 0;
-  std::atomic<bool> isElsewhere = true;
-  const auto self = std::this_thread::get_id();
-  {
-    PosixWorkers workers;
-    for (int i = 0; i < 20; ++i) {
-      workers.detach([&] {
-        if (std::this_thread::get_id() == self) isElsewhere = false;
-        workers.detach([&] { ++ended; });
-        ++ended;
-      });
-    }
-  }
-  EXPECT_EQ(ended, 40);
-  EXPECT_TRUE(isElsewhere);
-}
-
-TEST(PosixWorkers, ATaskRunsAlsoWhereTheSystemRefusesAThread) {
-  EXPECT_EQ(inChild([] {
-              // The limit is none for the administrator.
-              if (::geteuid() == 0 && ::setresuid(65534, 65534, 65534) != 0) return 3;
-              const rlimit none = {0, 0};
-              if (::setrlimit(RLIMIT_NPROC, &none) != 0) return 1;
-              bool hasRun = false;
-              {
-                PosixWorkers workers;
-                workers.detach([&] { hasRun = true; });
-              }
-              return hasRun ? 0 : 2;
             }),
             0);
 }

@@ -7,7 +7,6 @@
 #include <future>
 
 #include "Platform/running/posix/PosixClock.h"
-#include "Platform/running/posix/PosixWorkers.h"
 #include "Platform/sound/linux/PulseAudioDevices.h"
 #include "Platform/sound/linux/PulseServer.h"
 #include "Platform/sound/linux/PulseSounds.h"
@@ -17,6 +16,7 @@
 #include "tests/support/SoundData.h"
 #include "tests/support/SoundServer.h"
 #include "tests/support/ToneFile.h"
+#include "tests/support/WaitingWorkers.h"
 
 namespace halvorn {
 namespace {
@@ -39,7 +39,7 @@ struct SoundProgram {
 
   SoundWorld world;
   PosixClock clock;
-  PosixWorkers workers;
+  WaitingWorkers workers;
   PulseServer server;
   PulseSounds sounds{server, workers};
   PulseAudioDevices devices{server};

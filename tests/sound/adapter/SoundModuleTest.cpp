@@ -5,12 +5,12 @@
 
 #include "Platform/running/linux/LoadedModule.h"
 #include "Platform/running/posix/PosixClock.h"
-#include "Platform/running/posix/PosixWorkers.h"
 #include "Platform/sound/linux/LoadedSounds.h"
 #include "Platform/text/linux/LoadedDigests.h"
 #include "tests/support/SoundData.h"
 #include "tests/support/SoundServer.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/WaitingWorkers.h"
 
 namespace halvorn {
 namespace {
@@ -21,7 +21,7 @@ class SoundModule : public testing::Test {
 
   const Text modulePath_ = KT_MODULE_FOLDER "/HalvornSound.so";
   PosixClock clock_;
-  PosixWorkers workers_;
+  WaitingWorkers workers_;
 };
 
 TEST_F(SoundModule, DecodesASoundWithoutAServer) {

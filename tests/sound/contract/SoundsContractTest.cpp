@@ -4,13 +4,13 @@
 #include <memory>
 
 #include "Platform/running/posix/PosixClock.h"
-#include "Platform/running/posix/PosixWorkers.h"
 #include "Platform/sound/linux/PulseAudioDevices.h"
 #include "Platform/sound/linux/PulseServer.h"
 #include "Platform/sound/linux/PulseSounds.h"
 #include "tests/fakes/FakeSounds.h"
 #include "tests/support/SoundServer.h"
 #include "tests/support/ToneFile.h"
+#include "tests/support/WaitingWorkers.h"
 
 namespace halvorn {
 namespace {
@@ -55,7 +55,7 @@ class RealSystem : public SoundSystem {
   SoundRecording listener_{soundServer_,
                            "lab_a"};  // makes the sink work in small pieces, so that sounds end soon
   PosixClock clock_;
-  PosixWorkers workers_;
+  WaitingWorkers workers_;
   PulseServer server_{clock_, "Sounds contract"};
   PulseSounds sounds_{server_, workers_};
   PulseAudioDevices devices_{server_};

@@ -27,6 +27,7 @@ class EventWatch : public QObject {
   [[nodiscard]] bool optionKey() const { return optionKey_; }
   [[nodiscard]] bool isShown() const { return isShown_; }
   std::function<void()> shown;
+  std::function<void()> askedToQuit;
   void tellShown() {
     if (std::exchange(isShown_, true)) return;
     if (shown) shown();
@@ -39,6 +40,11 @@ class EventWatch : public QObject {
            type == QEvent::MouseButtonRelease || type == QEvent::TouchBegin || type == QEvent::TouchEnd;
   }
   bool eventFilter(QObject*, QEvent* event) override {
+    // The session manager's word. The toolkit would ask the windows first, and stay when one refuses.
+    if (event->type() == QEvent::Quit) {
+      if (askedToQuit) askedToQuit();
+      return true;
+    }
     if (isDeed(event->type())) {
       optionKey_ = static_cast<QInputEvent*>(event)->modifiers().testFlag(Qt::AltModifier);
     } else if (event->type() == QEvent::Paint) {
@@ -81,7 +87,9 @@ struct QtApplication::Parts {
   bool terminated = false;
 };
 
-QtApplication::QtApplication(const Text& programPath) : parts_(std::make_unique<Parts>(programPath)) {}
+QtApplication::QtApplication(const Text& programPath) : parts_(std::make_unique<Parts>(programPath)) {
+  parts_->watch.askedToQuit = [this] { terminate(); };
+}
 
 QtApplication::~QtApplication() = default;
 
@@ -91,6 +99,13 @@ void QtApplication::terminate() {
   parts_->terminated = true;
   // Not quit(): that would ask the windows again whether they may be closed.
   QApplication::exit(0);
+}
+
+void QtApplication::setSessionEnded(std::function<void()> callback) {
+  parts_->watch.askedToQuit = [this, ended = std::move(callback)] {
+    ended();
+    terminate();
+  };
 }
 
 void QtApplication::setApplicationIcon(const ImagePointer& icon) {

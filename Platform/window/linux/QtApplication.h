@@ -1,6 +1,7 @@
 // The running program on the toolkit's event loop.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "Platform/running/MainThread.h"
@@ -19,6 +20,8 @@ class QtApplication : public Application, public MainThread {
   [[nodiscard]] int run();
 
   void terminate() override;
+  // Called when the session manager ends the program, which terminate()s right after.
+  void setSessionEnded(std::function<void()> callback);
   void setApplicationIcon(const ImagePointer& icon) override;  // once the window has been painted
   void performWhenShown(std::function<void()> task) override;
   void beep() override;

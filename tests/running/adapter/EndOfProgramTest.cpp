@@ -1,4 +1,4 @@
-// How a program ends: its threads are waited for.
+// How a program ends: its threads waited for, the signals that ask for it, an end from within.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -7,11 +7,18 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <future>
+#include <string>
 #include <thread>
+#include <vector>
 
+#include "Platform/running/posix/BeforeExit.h"
+#include "Platform/running/posix/PollRunLoop.h"
 #include "Platform/running/posix/PosixWorkers.h"
+#include "Platform/running/posix/TerminationSignals.h"
+#include "tests/support/ChildProcess.h"
 
 namespace halvorn {
 namespace {
@@ -84,6 +91,142 @@ TEST(PosixWorkersDeathTest, DestroyedWithoutHavingFinishedTheyEndTheProgram) {
         workers.detach([] {});
       },
       testing::KilledBySignal(SIGABRT), "");
+}
+
+struct SignalledLoop {
+  PollRunLoop loop;
+  Cancellation received;
+  std::vector<int> told;
+  TerminationSignals signals{loop, received, [this](int signal) { told.push_back(signal); }};
+};
+
+TEST(TerminationSignals, EachIsToldOnTheLoopAndEndsNothing) {
+  for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
+    EXPECT_EQ(inChild([signal] {
+                SignalledLoop world;
+                ::raise(signal);
+                if (!world.received.isRequested()) return 1;
+                if (!world.told.empty()) return 2;
+                if (!world.loop.runUntil([&] { return !world.told.empty(); }, 5)) return 3;
+                return world.told == std::vector<int>{signal} ? 0 : 4;
+              }),
+              0)
+        << signal;
+  }
+}
+
+TEST(TerminationSignals, AreHarmlessHoweverManyComeWhileNoLoopRuns) {
+  EXPECT_EQ(inChild([] {
+              SignalledLoop world;
+              for (int i = 0; i < 100'000; ++i) ::raise(i % 2 == 0 ? SIGTERM : SIGHUP);
+              return world.received.isRequested() ? 0 : 1;
+            }),
+            0);
+}
+
+TEST(TerminationSignals, OneThatWasIgnoredStaysIgnored) {
+  EXPECT_EQ(inChild([] {
+              std::signal(SIGHUP, SIG_IGN);
+              SignalledLoop world;
+              ::raise(SIGHUP);
+              world.loop.runFor(0.02);
+              return world.told.empty() && !world.received.isRequested() ? 0 : 1;
+            }),
+            0);
+}
+
+TEST(TerminationSignals, AfterwardsTheyActAsBefore) {
+  EXPECT_EQ(inChild([] {
+              { const SignalledLoop world; }
+              ::raise(SIGTERM);
+              return 1;
+            }),
+            -SIGTERM);
+}
+
+TEST(TerminationSignals, AnotherThreadAtWorkIsNotDisturbed) {
+  EXPECT_EQ(inChild([] {
+              SignalledLoop world;
+              int ends[2] = {-1, -1};
+              if (::pipe(ends) != 0) return 1;
+              std::atomic<bool> isReading = false;
+              ssize_t count = 0;
+              std::thread reader([&] {
+                char byte = 0;
+                isReading = true;
+                count = ::read(ends[0], &byte, 1);
+              });
+              while (!isReading) std::this_thread::yield();
+              for (int i = 0; i < 100; ++i) ::pthread_kill(reader.native_handle(), SIGTERM);
+              (void)!::write(ends[1], "x", 1);
+              reader.join();
+              return count == 1 ? 0 : 2;
+            }),
+            0);
+}
+
+TEST(TerminationSignals, AChildThatHasNotBecomeItsProgramTellsTheParentNothing) {
+  EXPECT_EQ(inChild([] {
+              SignalledLoop world;
+              const pid_t child = ::fork();
+              if (child == 0) {
+                ::raise(SIGTERM);
+                ::_exit(0);
+              }
+              ::waitpid(child, nullptr, 0);
+              world.loop.runFor(0.02);
+              return world.told.empty() ? 0 : 1;
+            }),
+            0);
+}
+
+TEST(TerminationSignals, AProgramThatIsStartedMeanwhileEndsOfThem) {
+  EXPECT_EQ(inChild([] {
+              const SignalledLoop world;
+              return runCommand({"sh", "-c", "kill -TERM $$; echo alive"}).status == -SIGTERM ? 0 : 1;
+            }),
+            0);
+}
+
+TEST(BeforeExit, AnExitFromWithinDoesTheTaskFirstAndKeepsItsStatus) {
+  int ends[2] = {-1, -1};
+  ASSERT_EQ(::pipe(ends), 0);
+  EXPECT_EQ(inChild([&]() -> int {
+              const BeforeExit last([&] { (void)!::write(ends[1], "done", 4); });
+              std::exit(7);
+            }),
+            7);
+  char text[5] = {};
+  EXPECT_EQ(::read(ends[0], text, 4), 4);
+  EXPECT_STREQ(text, "done");
+  ::close(ends[0]);
+  ::close(ends[1]);
+}
+
+TEST(BeforeExit, ATaskWhoseObjectIsGoneIsNotDone) {
+  EXPECT_EQ(inChild([]() -> int {
+              {
+                const BeforeExit last([] { ::_exit(9); });
+              }
+              std::exit(7);
+            }),
+            7);
+}
+
+TEST(BeforeExit, ATaskIsDoneOnce) {
+  int ends[2] = {-1, -1};
+  ASSERT_EQ(::pipe2(ends, O_NONBLOCK), 0);
+  EXPECT_EQ(inChild([&]() -> int {
+              const auto write = [&] { (void)!::write(ends[1], "x", 1); };
+              { const BeforeExit first(write); }
+              const BeforeExit second(write);
+              std::exit(3);
+            }),
+            3);
+  char text[4] = {};
+  EXPECT_EQ(::read(ends[0], text, 4), 1);
+  ::close(ends[0]);
+  ::close(ends[1]);
 }
 
 }  // namespace

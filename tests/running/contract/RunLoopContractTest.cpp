@@ -51,6 +51,24 @@ struct ToolkitLoop : Loop {
   std::unique_ptr<QtRunLoop> loop;
 };
 
+// A session manager ends programs this way.
+TEST(QtApplication, AskedToQuitItEndsItsLoopAndTellsBefore) {
+  ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  QtApplication application("/test");
+  std::vector<std::string> told;
+  application.setSessionEnded([&] { told.emplace_back("session ended"); });
+  application.perform([] { QCoreApplication::postEvent(qApp, new QEvent(QEvent::Quit)); });
+  EXPECT_EQ(application.run(), 0);
+  EXPECT_EQ(told, std::vector<std::string>{"session ended"});
+}
+
+TEST(QtApplication, AskedToQuitWithNobodyToTellItEndsItsLoop) {
+  ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  QtApplication application("/test");
+  application.perform([] { QCoreApplication::quit(); });
+  EXPECT_EQ(application.run(), 0);
+}
+
 class RunLoopContract : public ::testing::TestWithParam<std::string> {
  protected:
   void SetUp() override {

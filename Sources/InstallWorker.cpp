@@ -31,7 +31,7 @@ InstallWorker::InstallWorker(const InstallWorkerServices& services, const Argume
     : services_(services),
       arguments_(arguments),
       entries_(std::move(entries)),
-      quitter_(services.processes, arguments, services.clock, services.log) {}
+      quitter_(services.processes, arguments, services.departure.left, services.clock, services.log) {}
 
 void InstallWorker::installThread() {
   services_.log("Install");
@@ -46,6 +46,9 @@ void InstallWorker::installThread() {
   }
 
   const CopyResult result = installMyselfInDestination();
+  if (hasLeft() && result.kind == CopyResult::Kind::Canceled) {
+    services_.log("Left before anything was touched: nothing is installed");
+  }
   switch (result.kind) {
     case CopyResult::Kind::Installed:
       return finish(InstallOutcome::installed());
@@ -57,15 +60,18 @@ void InstallWorker::installThread() {
 }
 
 OptionalText InstallWorker::nameOfProcessThatRefusedToQuit() {
-  quitter_.quitProcesses();
-  OptionalText name = quitter_.processToQuitStillRunning();
+  OptionalText name = quitAndLook();
   if (name) services_.log("%@ did not quit; will retry", *name);
   for (int attempt = 0; name && attempt < kQuitRetries; ++attempt) {
     services_.clock.sleep(kQuitRetrySeconds);
-    quitter_.quitProcesses();
-    name = quitter_.processToQuitStillRunning();
+    name = quitAndLook();
   }
-  return quitter_.processToQuitStillRunning();
+  return hasLeft() ? std::nullopt : quitter_.processToQuitStillRunning();
+}
+
+OptionalText InstallWorker::quitAndLook() {
+  quitter_.quitProcesses();
+  return hasLeft() ? std::nullopt : quitter_.processToQuitStillRunning();
 }
 
 Text InstallWorker::failureMessage(const Text& messageKey) const {
@@ -85,6 +91,8 @@ InstallWorker::CopyResult InstallWorker::installMyselfInDestination() {
   const bool isWritable = services_.destinations.canWriteToPath(destination);
   const bool isEnforced = services_.application.currentEventHasOptionKey();
   if (isEnforced) services_.log("enforcing authorization");
+  // The last moment at which nothing has been touched.
+  if (hasLeft()) return {CopyResult::Kind::Canceled, Text()};
   CopyResult result = isWritable && !isEnforced ? copyInProcess(source, destination, wrapper)
                                                 : copyWithAuthorization(source, destination, wrapper);
   if (result.kind != CopyResult::Kind::Installed) return result;
@@ -153,7 +161,13 @@ void InstallWorker::launch(const Text& destination) {
   services_.log("registered app: %d", services_.workspace.registerBundle(destination));
   services_.clock.sleep(0.1);
   waitForIcon(destination);
-  open(destination);
+  if (!sessionEnds()) open(destination);
+}
+
+bool InstallWorker::sessionEnds() const {
+  if (!services_.departure.sessionEnds.isRequested()) return false;
+  services_.log("not launched: the session ends");
+  return true;
 }
 
 void InstallWorker::waitForIcon(const Text& destination) {
@@ -168,6 +182,7 @@ void InstallWorker::open(const Text& destination) {
   services_.log("launched immediately: %d", isOpen ? 1 : 0);
   for (int attempt = 0; !isOpen && attempt < kOpenRetries; ++attempt) {
     services_.clock.sleep(kOpenRetrySeconds);
+    if (sessionEnds()) return;
     services_.log("retry opening");
     isOpen = services_.workspace.openFile(destination);
     services_.log("launched: %d", isOpen ? 1 : 0);

@@ -1,5 +1,9 @@
 // The work of one installation: quit the running product, put the new one in place, launch it.
 //
+// Whoever leaves before anything was touched gets nothing installed: no further application is quit, nothing
+// trashed, copied or launched behind a closed window. From the first touch on the work is finished; only a
+// session that ends does without the launch.
+//
 // Thread: everything here runs on the install worker's thread. It touches no outlet; it reaches the main
 // thread only by posting to it, without waiting. The argument dictionary is read without a lock: nothing
 // changes it any more.
@@ -11,6 +15,7 @@
 
 #include "Core/Text.h"
 #include "Sources/ArgumentDictionary.h"
+#include "Sources/Departure.h"
 #include "Sources/InstallOutcome.h"
 #include "Sources/ProductQuitter.h"
 
@@ -41,6 +46,7 @@ struct InstallWorkerServices {
   const LocalizedStrings& strings;
   MainThread& mainThread;
   Clock& clock;
+  const Departure& departure;
   const Log& log;
 };
 
@@ -57,10 +63,12 @@ class InstallWorker {
   InstallWorker(const InstallWorkerServices& services, const ArgumentDictionary& arguments,
                 MainThreadEntries entries);
 
-  // The whole installation; ends by posting installationFinished.
+  // The whole installation; ends by posting installationFinished. Logs: "Left before anything was touched:
+  // nothing is installed".
   void installThread();
 
-  // Copy and launch. What went wrong comes as a key of the localized strings.
+  // Copy and launch; canceled when the person has left before. What went wrong comes as a key of the
+  // localized strings.
   struct CopyResult {
     enum class Kind { Installed, Canceled, Failed } kind;
     Text messageKey;  // when failed
@@ -73,11 +81,16 @@ class InstallWorker {
                                                     const OptionalText& wrap);
 
  private:
+  // nullopt also when the person has left.
   [[nodiscard]] OptionalText nameOfProcessThatRefusedToQuit();
+  [[nodiscard]] OptionalText quitAndLook();
   [[nodiscard]] CopyResult copyInProcess(const Text& source, const Text& destination,
                                          const OptionalText& wrapper);
   [[nodiscard]] CopyResult copyWithAuthorization(const Text& source, const Text& destination,
                                                  const OptionalText& wrapper);
+  [[nodiscard]] bool hasLeft() const { return services_.departure.left.isRequested(); }
+  // Whether the session ends, which leaves the launch out. Logs: "not launched: the session ends".
+  [[nodiscard]] bool sessionEnds() const;
   void launch(const Text& destination);
   void waitForIcon(const Text& destination);
   void open(const Text& destination);

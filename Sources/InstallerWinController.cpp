@@ -5,6 +5,7 @@
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
 #include "Platform/bundles/LocalizedStrings.h"
 #include "Platform/bundles/Workspace.h"
+#include "Platform/rights/Authorizer.h"
 #include "Platform/running/Workers.h"
 #include "Platform/window/Alerts.h"
 #include "Platform/window/Application.h"
@@ -83,6 +84,12 @@ void InstallerWinController::cancel() {
     return selectTab(kReadMePage);
   }
   services_.startup.application.terminate();
+}
+
+void InstallerWinController::leave() {
+  // In this order: a question that comes after the withdrawal must find that nobody is there.
+  services_.departure.left.request();
+  services_.worker.authorizer.withdraw();
 }
 
 void InstallerWinController::openDocumentation() {

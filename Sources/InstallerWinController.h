@@ -27,6 +27,7 @@ struct InstallerServices {
   CompletionServices completion;
   InstallWorkerServices worker;
   Workers& workers;
+  Departure& departure;
   KTDynamicColorClass& colors;
 };
 
@@ -51,6 +52,9 @@ class InstallerWinController {
   void selectTab(int index);
   void install();
   void cancel();
+  // The window is gone. What the worker has not begun it leaves alone, and a question for administrator
+  // rights is withdrawn; what it has begun it finishes.
+  void leave();
   // Logs: "documentation path missing".
   void openDocumentation();
   void animateProgress(Animate animate);

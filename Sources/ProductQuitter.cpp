@@ -20,9 +20,9 @@ bool signatureIsInArray(FourCharCode signature, const std::vector<Text>* codes) 
                      [signature](const Text& code) { return fourCharCodeFromText(code) == signature; });
 }
 
-ProductQuitter::ProductQuitter(KTProcessClass& processes, const ArgumentDictionary& arguments, Clock& clock,
-                               const Log& log)
-    : processes_(processes), arguments_(arguments), clock_(clock), log_(log) {}
+ProductQuitter::ProductQuitter(KTProcessClass& processes, const ArgumentDictionary& arguments,
+                               const Cancellation& cancellation, Clock& clock, const Log& log)
+    : processes_(processes), arguments_(arguments), cancellation_(cancellation), clock_(clock), log_(log) {}
 
 void ProductQuitter::walkTargets(const std::function<Walk(KTProcess&)>& visit) const {
   const std::vector<Text>* quitCodes = arguments_.list(KTInstallerKeyQuitCode);
@@ -46,8 +46,9 @@ OptionalText ProductQuitter::processToQuitStillRunning() const {
 
 void ProductQuitter::quitProcesses() const {
   walkTargets([&](KTProcess& process) {
+    if (cancellation_.isRequested()) return Walk::Stop;
     log_("Quitting '%@': %@", process.signatureString(), process.name());
-    process.quit();
+    process.quit(cancellation_);
     clock_.sleep(kPauseBetweenProcesses);
     return Walk::Continue;
   });

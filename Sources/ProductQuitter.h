@@ -9,6 +9,7 @@
 #include <functional>
 #include <vector>
 
+#include "Core/Cancellation.h"
 #include "Core/FourCharCode.h"
 #include "Core/Text.h"
 #include "Sources/ArgumentDictionary.h"
@@ -27,8 +28,9 @@ class Log;
 
 class ProductQuitter {
  public:
-  ProductQuitter(KTProcessClass& processes, const ArgumentDictionary& arguments, Clock& clock,
-                 const Log& log);
+  // Once `cancellation` is requested nothing is asked to quit any more.
+  ProductQuitter(KTProcessClass& processes, const ArgumentDictionary& arguments,
+                 const Cancellation& cancellation, Clock& clock, const Log& log);
 
   // The name of the first application still to be quit ("" when it has none any more); nullopt when all are
   // gone. Logs: "Still running '%@': %@".
@@ -43,6 +45,7 @@ class ProductQuitter {
 
   KTProcessClass& processes_;
   const ArgumentDictionary& arguments_;
+  const Cancellation& cancellation_;
   Clock& clock_;
   const Log& log_;
 };

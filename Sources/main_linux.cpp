@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Core/Format.h"
 #include "Core/Paths.h"
 #include "KTStuff/CocoaExtensions/SoundExtensions.h"
 #include "KTStuff/KTClasses/KTCompatibility.h"
@@ -39,10 +40,12 @@
 #include "Platform/processes/null/NullAccessibility.h"
 #include "Platform/rights/linux/PolkitAuthorizer.h"
 #include "Platform/rights/posix/Person.h"
+#include "Platform/running/posix/BeforeExit.h"
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/running/posix/PosixStandardStreams.h"
 #include "Platform/running/posix/PosixTasks.h"
 #include "Platform/running/posix/PosixWorkers.h"
+#include "Platform/running/posix/TerminationSignals.h"
 #include "Platform/session/linux/Environment.h"
 #include "Platform/session/linux/JournalLog.h"
 #include "Platform/session/linux/LinuxSystemInfo.h"
@@ -61,6 +64,7 @@
 #include "Platform/window/linux/QtScreenReader.h"
 #include "Platform/window/linux/pictures/QtImages.h"
 #include "Sources/CompletionSound.h"
+#include "Sources/Departure.h"
 #include "Sources/DestinationChoice.h"
 #include "Sources/InstallerWinController.h"
 #include "Sources/main_application.h"
@@ -186,6 +190,10 @@ class Installer {
         controller_(services(images), window.outlets(), std::move(arguments)) {}
 
   int run() {
+    const TerminationSignals signals(loop_, departure_.sessionEnds, [this](int signal) {
+      noteSessionEnd(format("signal %d", signal));
+      application_.terminate();
+    });
     window_.setActions({.install = [this] { controller_.install(); },
                         .cancel = [this] { controller_.cancel(); },
                         .openDocumentation = [this] { controller_.openDocumentation(); },
@@ -197,16 +205,32 @@ class Installer {
                         .openLink = [this](const Text& url) { ground_.workspace.openUrl(url); }});
     controller_.awakeFromNib();
     window_.showIfVisibleAtLaunch();
-    const int status = application_.run();
+    const int status = runLoop();
     finishWork();
     return status;
   }
 
  private:
-  // Whatever ended the loop: a worker may still be at work, and everything it uses is there until this returns.
+  int runLoop() {
+    application_.setSessionEnded([this] { noteSessionEnd("asked to quit"); });
+    const BeforeExit withoutDisplay([this] {
+      noteSessionEnd("the display has gone");
+      finishWork();
+    });
+    return application_.run();
+  }
+
+  // Whatever ended the loop: a worker may still be at work, and everything it uses is there until this
+  // returns.
   void finishWork() {
+    controller_.leave();
     sound_.sounds.endAll();
     workers_.finish();
+  }
+
+  void noteSessionEnd(const Text& reason) {
+    ground_.log("The session ends: %@", reason);
+    departure_.sessionEnds.request();
   }
 
   DestinationChoiceServices destinationServices() {
@@ -228,8 +252,9 @@ class Installer {
                            screenReader_, ground_.log},
             .worker = {install_, destinations_, processes_.processes, authorizer_, ground_.workspace,
                        ground_.changes, application_, ground_.bundles, ground_.strings, application_,
-                       ground_.clock, ground_.log},
+                       ground_.clock, departure_, ground_.log},
             .workers = workers_,
+            .departure = departure_,
             .colors = colors_};
   }
 
@@ -239,6 +264,7 @@ class Installer {
   InstallerWindow& window_;
   QtRunLoop loop_;
   Processes processes_;
+  Departure departure_;
   PosixWorkers workers_;  // runs nothing any more once run() has returned
   Sound sound_;
   QtAlerts alerts_;

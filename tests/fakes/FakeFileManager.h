@@ -6,6 +6,7 @@
 //   files.addFolder("/Applications");
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -90,6 +91,7 @@ class FakeFileManager : public FileManager {
     const std::string source = bytes(from);
     const std::string target = bytes(to);
     calls.push_back("copy " + source + " -> " + target);
+    if (onCopy) onCopy();
     if (!nodes.contains(source) || nodes.contains(target) || isAtOrBelow(target, source)) return false;
     const Node* parent = resolved(parentOf(target));
     if (target.empty() || parent == nullptr || parent->kind != Kind::Folder || !parent->isWritable)
@@ -128,6 +130,7 @@ class FakeFileManager : public FileManager {
 
   std::map<std::string, Node> nodes;
   std::vector<std::string> calls;
+  std::function<void()> onCopy;  // when a copy has been asked for, before anything is done
 
  private:
   static bool isAtOrBelow(const std::string& name, const std::string& path) {

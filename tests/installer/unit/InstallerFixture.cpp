@@ -44,8 +44,10 @@ InstallerFixture::Installer::Installer(InstallerFixture& fixture, std::vector<Te
                           .strings = fixture.strings,
                           .mainThread = fixture.mainThread,
                           .clock = fixture.clock,
+                          .departure = fixture.departure,
                           .log = fixture.log},
                .workers = fixture.workers,
+               .departure = fixture.departure,
                .colors = colors},
       controller(services, fixture.window.outlets(), std::move(argumentList)) {}
 

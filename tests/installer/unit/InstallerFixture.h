@@ -148,6 +148,7 @@ class InstallerFixture : public ::testing::Test {
   FakeAuthorizer authorizer;
   FakeMainThread mainThread;
   FakeWorkers workers;
+  Departure departure;
   FakeWindow window;
   FakeAppearances appearances;
   FakeInterfaceStyleSetting interfaceStyle;

@@ -25,7 +25,8 @@ class ProductQuitterTest : public testing::Test {
 
   FakeProcesses fake;
   ArgumentDictionary arguments;
-  ProductQuitter quitter{fake.processes, arguments, fake.clock, fake.log};
+  Cancellation cancellation;
+  ProductQuitter quitter{fake.processes, arguments, cancellation, fake.clock, fake.log};
 };
 
 TEST(SignatureIsInArray, TakesTheFirstEqualCode) {
@@ -130,6 +131,21 @@ TEST_F(ProductQuitterTest, AWalkSurvivesApplicationsThatComeAndGo) {
   quitter.quitProcesses();
   for (const FakeApplication* copy : copies) EXPECT_FALSE(isRunning(*copy));
   EXPECT_EQ(quitter.processToQuitStillRunning(), Text("New"));
+}
+
+TEST_F(ProductQuitterTest, OnceCanceledNobodyElseIsAsked) {
+  const FakeApplication& first = start("Editor", "EDIT");
+  const FakeApplication& second = start("Editor 2", "EDIT");
+  quitList({"EDIT"});
+  fake.clock.onAdvance = [&](double seconds) {
+    if (seconds > 0.2) cancellation.request();
+  };
+  quitter.quitProcesses();
+  EXPECT_FALSE(first.requests.empty());
+  EXPECT_TRUE(second.requests.empty());
+  EXPECT_EQ(fake.log.lines().size(), 2u) << "one process was begun with";
+  quitter.quitProcesses();
+  EXPECT_EQ(fake.log.lines().size(), 2u);
 }
 
 // Codes nobody declared, texts that are no codes, and the code that stands for "none declared".

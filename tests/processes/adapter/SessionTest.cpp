@@ -23,7 +23,7 @@ class RealSession : public LiveFixture {
   void quitEverythingOf(const std::vector<Text>& codes) {
     ArgumentDictionary arguments;
     arguments.set(KTInstallerKeyQuitCode, codes);
-    const ProductQuitter quitter(live->processes, arguments, live->clock, live->log);
+    const ProductQuitter quitter(live->processes, arguments, kNeverCanceled, live->clock, live->log);
     quitter.quitProcesses();
     EXPECT_EQ(quitter.processToQuitStillRunning(), std::nullopt);
   }

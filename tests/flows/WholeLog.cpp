@@ -12,13 +12,15 @@ Lines operator+(Lines first, const Lines& second) {
 Lines withoutPlaces(const Lines& lines, const Places& places) {
   // Which of the two it was, the program or the whole process that was seen gone first, is chance.
   static const std::regex measured(R"((terminated|process stopped) after \d+\.\d+s \(\d+ attempts?\))");
+  static const std::regex givenUp(R"(given up after \d+\.\d+s \(\d+ attempts?\))");
   Lines result;
   for (std::string line : lines) {
     for (const auto& [place, name] : places) {
       for (auto at = line.find(place); at != std::string::npos; at = line.find(place, at + name.size()))
         line.replace(at, place.size(), name);
     }
-    result.push_back(std::regex_replace(line, measured, "gone after #s (# attempts)"));
+    line = std::regex_replace(line, measured, "gone after #s (# attempts)");
+    result.push_back(std::regex_replace(line, givenUp, "given up after #s (# attempts)"));
   }
   return result;
 }

@@ -1,0 +1,269 @@
+// The window is closed, or the session ends, in each phase of an installation.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/flows/FlowFixture.h"
+#include "tests/flows/WholeLog.h"
+
+namespace halvorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+const Lines kPlain = startLog({"-sourcePath", "<image>/Sample.app"});
+const Lines kQuitting = {"Quitting 'SMPL': Sample"};
+const Lines kGivenUp = {"quit Sample: given up after #s (# attempts)"};
+const Lines kNothingInstalled = {"Left before anything was touched: nothing is installed"};
+constexpr double kPatience = 30;
+
+// 0 closes the window; else the signal that the program is sent.
+constexpr int kCloseWindow = 0;
+
+class ClosingFlow : public FlowFixture {
+ protected:
+  void SetUp() override {
+    for (const char* program : {"wmctrl", "strace"}) {
+      if (!programExists(program)) GTEST_SKIP() << program << " is not installed";
+    }
+    FlowFixture::SetUp();
+    if (IsSkipped() || HasFatalFailure()) return;
+    old_ = makeSampleProduct(applications(), {.version = "1.0"});
+  }
+
+  // Runs the old copy and stops it: it cannot obey a request to quit.
+  std::unique_ptr<ChildProcess> startedAndStopped() {
+    const std::string program = old_ / "Contents/Linux/Sample";
+    auto running =
+        std::make_unique<ChildProcess>(std::vector<std::string>{program},
+                                       ChildOptions{.environment = desktop().environmentWith(reportEntry())});
+    // Not before it has become the program.
+    EXPECT_TRUE(eventually([&] {
+      std::error_code problem;
+      return fs::read_symlink("/proc/" + std::to_string(running->pid()) + "/exe", problem) == program;
+    }));
+    running->sendSignal(SIGSTOP);
+    return running;
+  }
+
+  // Makes each such call of the installer take its time, for as long as the object exists.
+  std::unique_ptr<ChildProcess> slowDown(InstallerDriver& installer, const std::string& call,
+                                         const std::string& microseconds) {
+    auto tracer = std::make_unique<ChildProcess>(std::vector<std::string>{
+        "strace", "-f", "-o", "/dev/null", "-e", "trace=" + call, "-e",
+        "inject=" + call + ":delay_enter=" + microseconds, "-p", std::to_string(installer.process().pid())});
+    EXPECT_TRUE(tracer->waitForOutput("attached", kPatience)) << tracer->output();
+    return tracer;
+  }
+
+  void closeWindow() {
+    const auto run = [&](const std::vector<std::string>& command) {
+      const auto result = runCommand(command, {.environment = desktop().environment()});
+      EXPECT_EQ(result.status, 0) << result.output;
+      return result.output.substr(0, result.output.find('\n'));
+    };
+    run({"wmctrl", "-i", "-c", run({"xdotool", "search", "--onlyvisible", "--name", "^Install Sample$"})});
+  }
+  void leave(InstallerDriver& installer, int way) {
+    if (way != kCloseWindow) return installer.process().sendSignal(way);
+    closeWindow();
+  }
+  // What the log says of leaving in that way.
+  static Lines leaving(int way) {
+    return way == kCloseWindow ? Lines{} : Lines{"The session ends: signal " + std::to_string(way)};
+  }
+  static Lines launched(int way) {
+    const Lines whole = installLog();
+    if (way == kCloseWindow) return whole;
+    return Lines(whole.begin(), whole.end() - 1) + Lines{"not launched: the session ends"};
+  }
+
+  [[nodiscard]] fs::path trashed() const { return trashFolder() / "Sample.app"; }
+  [[nodiscard]] fs::path trashFolder() const { return desktopHome() / ".local/share/Trash/files"; }
+  [[nodiscard]] fs::path desktopHome() const { return applications().parent_path(); }
+
+  [[nodiscard]] Lines wholeLog() {
+    return withoutPlaces(
+        installerLog(),
+        {{builtInstaller(), "<installer>"}, {image(), "<image>"}, {desktop().homeFolder(), "<home>"}});
+  }
+  void expectNothingTouched() {
+    EXPECT_EQ(versionOfBundle(destination()), "1.0");
+    EXPECT_FALSE(fs::exists(trashed()));
+    EXPECT_EQ(report().find("started 2.0"), std::string::npos);
+  }
+  void expectReplaced() {
+    EXPECT_TRUE(sameTree(product(), destination()));
+    EXPECT_EQ(versionOfBundle(trashed()), "1.0");
+  }
+  void expectLaunchedUnlessTheSessionEnded(int way) {
+    if (way == kCloseWindow) {
+      EXPECT_TRUE(startedVersion("2.0"));
+    } else {
+      EXPECT_EQ(report().find("started 2.0"), std::string::npos);
+      EXPECT_FALSE(endProgramsBelow(destination()));
+    }
+  }
+
+ private:
+  fs::path old_;
+};
+
+class EveryWayOfClosing : public ClosingFlow, public testing::WithParamInterface<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Ways, EveryWayOfClosing, testing::Values(kCloseWindow, SIGTERM, SIGHUP, SIGINT),
+                         [](const auto& way) {
+                           switch (way.param) {
+                             case SIGTERM:
+                               return "SIGTERM";
+                             case SIGHUP:
+                               return "SIGHUP";
+                             case SIGINT:
+                               return "SIGINT";
+                             default:
+                               return "CloseButton";
+                           }
+                         });
+
+TEST_P(EveryWayOfClosing, BeforeTheInstallationEndsTheProgram) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+  leave(installer, GetParam());
+  EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
+  expectNothingTouched();
+  EXPECT_EQ(wholeLog(), kPlain + leaving(GetParam()));
+}
+
+TEST_P(EveryWayOfClosing, WhileTheOldCopyIsAskedToQuitNothingIsTouched) {
+  const auto running = startedAndStopped();
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
+  leave(installer, GetParam());
+  EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
+  EXPECT_TRUE(running->isRunning()) << "it is not forced any more";
+  expectNothingTouched();
+  EXPECT_EQ(wholeLog(),
+            kPlain + Lines{"Install"} + kQuitting + leaving(GetParam()) + kGivenUp + kNothingInstalled);
+}
+
+TEST_P(EveryWayOfClosing, BetweenTwoAttemptsToQuitNothingIsTouched) {
+  Respawner respawner(*this, fs::path(destination()) / "Contents/Linux/Sample");
+  ASSERT_TRUE(startedVersion("1.0"));
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(eventually([&] { return logHas("Sample did not quit; will retry"); }, kPatience));
+  leave(installer, GetParam());
+  EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
+  expectNothingTouched();
+  EXPECT_EQ(installerLog().back(), kNothingInstalled.front());
+  EXPECT_FALSE(logHas("Sample refused to quit; installation cancelled"));
+}
+
+TEST_P(EveryWayOfClosing, BetweenTrashAndCopyTheCopyIsFinished) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+  {
+    const auto tracer = slowDown(installer, "mkdirat", "1500000");
+    ASSERT_TRUE(installer.click("Install"));
+    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()); }, kPatience));
+    EXPECT_NE(versionOfBundle(destination()), "2.0");
+    leave(installer, GetParam());
+    if (GetParam() != kCloseWindow) {
+      // More of them are no more.
+      for (int i = 0; i < 20; ++i) leave(installer, GetParam());
+    }
+    EXPECT_TRUE(installer.process().isRunning());
+  }
+  EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
+  expectReplaced();
+  expectLaunchedUnlessTheSessionEnded(GetParam());
+  EXPECT_TRUE(logHas("successfully copied"));
+  EXPECT_EQ(logHas("not launched: the session ends"), GetParam() != kCloseWindow);
+}
+
+TEST_P(EveryWayOfClosing, WhileCopyingTheCopyIsFinished) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+  {
+    const auto tracer = slowDown(installer, "utimensat", "700000");
+    ASSERT_TRUE(installer.click("Install"));
+    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()); }, kPatience));
+    ASSERT_TRUE(eventually([&] { return fs::exists(destination()); }, kPatience));
+    leave(installer, GetParam());
+    EXPECT_FALSE(logHas("successfully copied"));
+    EXPECT_TRUE(installer.process().isRunning());
+  }
+  EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
+  expectReplaced();
+  expectLaunchedUnlessTheSessionEnded(GetParam());
+  EXPECT_EQ(wholeLog(), kPlain + Lines{"Install"} + leaving(GetParam()) + launched(GetParam()));
+}
+
+TEST_P(EveryWayOfClosing, WhileLaunchingOnlyTheEndOfTheSessionLeavesTheLaunchOut) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  // Half a second passes between this line and the next.
+  ASSERT_TRUE(eventually([&] { return logHas("launching " + destination()); }, kPatience));
+  leave(installer, GetParam());
+  EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
+  expectReplaced();
+  expectLaunchedUnlessTheSessionEnded(GetParam());
+  EXPECT_EQ(logHas("not launched: the session ends"), GetParam() != kCloseWindow);
+}
+
+// The toolkit ends the program by exit() then.
+TEST_F(ClosingFlow, WhenTheDisplayGoesAwayWhileCopyingTheCopyIsFinished) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+  {
+    const auto tracer = slowDown(installer, "utimensat", "700000");
+    ASSERT_TRUE(installer.click("Install"));
+    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()) && fs::exists(destination()); }, kPatience));
+    desktop().xServer()->sendSignal(SIGKILL);
+    ASSERT_TRUE(eventually([&] { return logHas("The session ends: the display has gone"); }, kPatience));
+    EXPECT_FALSE(logHas("successfully copied"));
+  }
+  EXPECT_EQ(installer.process().waitForEnd(kPatience), 1) << "the toolkit's own status";
+  expectReplaced();
+  EXPECT_EQ(wholeLog(),
+            kPlain + (Lines{"Install", "The session ends: the display has gone"} + launched(SIGTERM)));
+}
+
+TEST_F(ClosingFlow, WhenTheDisplayGoesAwayBeforeAnythingWasTouchedNothingIs) {
+  const auto running = startedAndStopped();
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
+  desktop().xServer()->sendSignal(SIGKILL);
+  EXPECT_EQ(installer.process().waitForEnd(kPatience), 1);
+  expectNothingTouched();
+  EXPECT_EQ(installerLog().back(), kNothingInstalled.front());
+}
+
+TEST_F(ClosingFlow, TheDelayOfTheProductThatEndsDuringASecondInstallationIsALeavingToo) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product(), "-completionQuit", "6"});
+  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+  const fs::path away = image() / "away";
+  fs::rename(product(), away);
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(eventually([&] { return logHas("quit delay: 6.0"); }, kPatience));
+  fs::rename(away, product());
+  fs::rename(trashed(), destination());
+  // Two that cannot obey, four seconds each.
+  const auto first = startedAndStopped();
+  const auto second = startedAndStopped();
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, 6));
+  EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
+  EXPECT_TRUE(first->isRunning() || second->isRunning());
+  expectNothingTouched();
+  EXPECT_EQ(installerLog().back(), kNothingInstalled.front()) << testing::PrintToString(wholeLog());
+}
+
+}  // namespace
+}  // namespace halvorn

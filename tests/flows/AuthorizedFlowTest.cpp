@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -31,7 +32,7 @@ class AuthorizedFlow : public testing::Test {
   void SetUp() override {
     if (const auto missing = PolkitWorld::missing()) GTEST_SKIP() << *missing;
     if (const auto missing = Desktop::missing({.accessibility = true})) GTEST_SKIP() << *missing;
-    for (const char* program : {"xdotool", "import", "identify", "gio"}) {
+    for (const char* program : {"xdotool", "import", "identify", "gio", "wmctrl"}) {
       if (!programExists(program)) GTEST_SKIP() << program << " is not installed";
     }
     if (fs::exists("/Applications")) GTEST_SKIP() << "this machine has a folder /Applications";
@@ -126,6 +127,18 @@ class AuthorizedFlow : public testing::Test {
   }
   static void releaseAlt(Session& session) {
     (void)runCommand({"xdotool", "keyup", "alt"}, {.environment = session.desktop.environment()});
+  }
+
+  static void closeWindow(Session& session) {
+    const auto closed = runCommand(
+        {"sh", "-c", "wmctrl -i -c $(xdotool search --onlyvisible --name '^Install Sample$' | head -n 1)"},
+        {.environment = session.desktop.environment()});
+    EXPECT_EQ(closed.status, 0) << closed.output;
+  }
+  // 0 closes the window; else the signal that the program is sent.
+  static void leave(Session& session, InstallerDriver& driver, int way) {
+    if (way == 0) return closeWindow(session);
+    driver.process().sendSignal(way);
   }
 
   std::unique_ptr<PolkitWorld> world_;
@@ -248,6 +261,61 @@ TEST_F(AuthorizedFlow, ADismissedDialogIsSilentAndBothButtonsWorkAgain) {
     }
   });
   EXPECT_FALSE(fs::exists(destination()));
+}
+
+TEST_F(AuthorizedFlow, LeavingWhileTheDialogIsOpenWithdrawsTheQuestion) {
+  makeSampleProduct("/opt", {.version = "1.0", .program = at("kt_start_report"), .hasIcon = false});
+  inThePersonsShoes(*world_, [this] {
+    for (const int way : {0, SIGTERM}) {
+      SCOPED_TRACE(way);
+      fs::remove(home() + "/Library/Logs/HalvornInstaller.log");
+      Session session(home());
+      InstallerDriver driver = installer(session);
+      const auto agent = agentFor(driver, "wait-right");
+      ASSERT_TRUE(driver.click("Install"));
+      ASSERT_TRUE(agent->waitForOutput("asked:", patience)) << agent->output() << logText();
+      leave(session, driver, way);
+      EXPECT_EQ(driver.process().waitForEnd(patience), 0);
+      Lines expected = {"Install", "Cannot write to item " + destination()};
+      if (way != 0) expected.push_back("The session ends: signal 15");
+      for (const char* line :
+           {"No administrator rights: the request was withdrawn", "User canceled authorization",
+            "Left before anything was touched: nothing is installed"})
+        expected.emplace_back(line);
+      EXPECT_EQ(logFromInstall(), expected);
+    }
+  });
+  EXPECT_EQ(versionOfBundle(destination()), "1.0");
+  EXPECT_FALSE(fs::exists(home() + "/.local/share/Trash/files/Sample.app"));
+}
+
+TEST_F(AuthorizedFlow, LeavingWhileTheToolRunsLetsItFinish) {
+  // Enough for the tool to be seen at work.
+  const fs::path many = product() + "/Contents/Resources/many";
+  fs::create_directories(many);
+  for (int i = 0; i < 20'000; ++i) std::ofstream(many / std::to_string(i)) << i;
+  for (const int way : {0, SIGTERM}) {
+    SCOPED_TRACE(way);
+    fs::remove_all(destination());
+    fs::remove_all(home() + "/.local/share/Trash");
+    makeSampleProduct("/opt", {.version = "1.0", .program = at("kt_start_report"), .hasIcon = false});
+    inThePersonsShoes(*world_, [&] {
+      fs::remove(home() + "/Library/Logs/HalvornInstaller.log");
+      Session session(home());
+      InstallerDriver driver = installer(session);
+      const auto agent = agentFor(driver, "right");
+      ASSERT_TRUE(driver.click("Install"));
+      ASSERT_TRUE(eventually([&] { return versionOfBundle(destination()) != "1.0"; }, patience)) << logText();
+      leave(session, driver, way);
+      EXPECT_FALSE(logHas("successfully copied")) << "the tool was too fast for this test";
+      EXPECT_EQ(driver.process().waitForEnd(patience), 0);
+      EXPECT_TRUE(logHas("successfully copied")) << logText();
+      EXPECT_EQ(logHas("not launched: the session ends"), way != 0);
+      EXPECT_EQ(logHas("launched immediately: 1"), way == 0);
+    });
+    EXPECT_EQ(runCommand({"diff", "-r", product(), destination()}).status, 0);
+    EXPECT_EQ(versionOfBundle(home() + "/.local/share/Trash/files/Sample.app"), "1.0");
+  }
 }
 
 TEST_F(AuthorizedFlow, ARefusalIsAFailureWithItsMessage) {

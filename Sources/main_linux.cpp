@@ -206,6 +206,8 @@ class Installer {
     controller_.awakeFromNib();
     window_.showIfVisibleAtLaunch();
     const int status = runLoop();
+    // Nobody works the window any more; left standing, it would look frozen until the worker is through.
+    window_.hide();
     finishWork();
     return status;
   }

@@ -68,6 +68,11 @@ class ClosingFlow : public FlowFixture {
     };
     run({"wmctrl", "-i", "-c", run({"xdotool", "search", "--onlyvisible", "--name", "^Install Sample$"})});
   }
+  [[nodiscard]] bool windowIsThere() {
+    const auto found = runCommand({"xdotool", "search", "--onlyvisible", "--name", "^Install Sample$"},
+                                  {.environment = desktop().environment()});
+    return found.status == 0;
+  }
   void leave(InstallerDriver& installer, int way) {
     if (way != kCloseWindow) return installer.process().sendSignal(way);
     closeWindow();
@@ -195,6 +200,7 @@ TEST_P(EveryWayOfClosing, WhileCopyingTheCopyIsFinished) {
     ASSERT_TRUE(eventually([&] { return fs::exists(trashed()); }, kPatience));
     ASSERT_TRUE(eventually([&] { return fs::exists(destination()); }, kPatience));
     leave(installer, GetParam());
+    EXPECT_TRUE(eventually([&] { return !windowIsThere(); }, 3)) << "a window that answers nobody";
     EXPECT_FALSE(logHas("successfully copied"));
     EXPECT_TRUE(installer.process().isRunning());
   }

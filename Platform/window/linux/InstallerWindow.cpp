@@ -115,6 +115,8 @@ void InstallerWindow::showIfVisibleAtLaunch() {
   if (parts_->widget->visibleAtLaunch && !parts_->widget->isVisible()) parts_->window.makeKeyAndOrderFront();
 }
 
+void InstallerWindow::hide() { parts_->widget->hide(); }
+
 WindowWidget& InstallerWindow::widget() { return *parts_->widget; }
 
 }  // namespace halvorn

@@ -54,6 +54,9 @@ class InstallerWindow {
   // To be called when start-up is over: a set-up error leaves the window to this.
   void showIfVisibleAtLaunch();
 
+  // Takes the window off the screen at once, without waiting for the event loop.
+  void hide();
+
   // For what hangs on the window (alerts, the screen reader).
   [[nodiscard]] WindowWidget& widget();
 

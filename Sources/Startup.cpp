@@ -12,7 +12,7 @@
 #include "Platform/files/FileManager.h"
 #include "Platform/files/SearchPaths.h"
 #include "Platform/running/StandardStreams.h"
-#include "Platform/session/SystemInfo.h"
+#include "Platform/session/SystemFacts.h"
 #include "Platform/window/Alerts.h"
 #include "Platform/window/Application.h"
 #include "Platform/window/Images.h"

@@ -24,7 +24,7 @@ class LocalizedStrings;
 class Log;
 class SearchPaths;
 class StandardStreams;
-class SystemInfo;
+class SystemFacts;
 
 struct StartupServices {
   Alerts& alerts;
@@ -38,7 +38,7 @@ struct StartupServices {
   const LocalizedStrings& strings;
   const SearchPaths& searchPaths;
   StandardStreams& streams;
-  const SystemInfo& system;
+  const SystemFacts& system;
   const Log& log;
 };
 

@@ -48,7 +48,7 @@
 #include "Platform/running/posix/TerminationSignals.h"
 #include "Platform/session/linux/Environment.h"
 #include "Platform/session/linux/JournalLog.h"
-#include "Platform/session/linux/LinuxSystemInfo.h"
+#include "Platform/session/linux/LinuxSystemFacts.h"
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
 #include "Platform/sound/linux/LoadedSounds.h"
@@ -95,11 +95,11 @@ struct Ground {
   const LinuxDefaults defaults{folders, kBundleIdentifier, arguments_};
   const LinuxPropertyLists propertyLists;
   const XdgSearchPaths searchPaths{folders};
-  const LinuxSystemInfo systemInfo;
+  const LinuxSystemFacts systemFacts;
   const IcuUnicode unicode;
   const LoadedDigests digests{moduleBesideProgram("HalvornDigests.so")};
   const IcuLocalizedDates dates;
-  const KTUtilitiesVersions versions{bundles, systemInfo, unicode, dates, log};
+  const KTUtilitiesVersions versions{bundles, systemFacts, unicode, dates, log};
   PosixFileManager files;
   SilentFileChangeNotices changes;
   const Launcher launcher{environment, folders};
@@ -165,7 +165,7 @@ struct Colors {
       : appearances(appearance),
         style(appearance),
         theme(ground.versions, ground.defaults, style),
-        colors({appearances, theme, ground.systemInfo, ground.log}) {}
+        colors({appearances, theme, ground.systemFacts, ground.log}) {}
 
   const QtAppearances appearances;
   QtInterfaceStyle style;
@@ -249,7 +249,7 @@ class Installer {
   InstallerServices services(QtImages& images) {
     return {.startup = {alerts_, application_, ground_.bundles, destinations_, ground_.files, images,
                         processes_.processes, ground_.versions, ground_.strings, ground_.searchPaths,
-                        streams_, ground_.systemInfo, ground_.log},
+                        streams_, ground_.systemFacts, ground_.log},
             .completion = {application_, sound_.completion, ground_.defaults, ground_.strings, application_,
                            screenReader_, ground_.log},
             .worker = {install_, destinations_, processes_.processes, authorizer_, ground_.workspace,

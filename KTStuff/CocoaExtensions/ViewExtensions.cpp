@@ -72,7 +72,7 @@ void scrollPointAnimated(View& view, const Point& point) {
   if (enclosure.clipView) enclosure.scrollAnimatedTo(enclosure.clipView->constrainScrollPoint(point));
 }
 
-void useLightAquaAppearance(View& view, LightAqua light, const SystemInfo& system) {
+void useLightAquaAppearance(View& view, LightAqua light, const SystemFacts& system) {
   if (!hasAppearances(system)) return;
   view.setAppearance(light == LightAqua::Yes ? AppearanceName::Aqua : AppearanceName::Inherited);
 }

@@ -5,7 +5,7 @@
 
 namespace halvorn {
 
-class SystemInfo;
+class SystemFacts;
 class View;
 
 namespace ViewExtensions {
@@ -32,7 +32,7 @@ void scrollPointAnimated(View& view, const Point& point);
 
 // Holds the view to the light appearance, or lets it inherit its window's again. Does nothing on systems
 // older than 10.14, which have no appearances.
-void useLightAquaAppearance(View& view, LightAqua light, const SystemInfo& system);
+void useLightAquaAppearance(View& view, LightAqua light, const SystemFacts& system);
 
 }  // namespace ViewExtensions
 }  // namespace halvorn

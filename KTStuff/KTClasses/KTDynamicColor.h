@@ -19,12 +19,12 @@ namespace halvorn {
 class Appearances;
 class KTUtilitiesTheme;
 class Log;
-class SystemInfo;
+class SystemFacts;
 
 struct KTDynamicColorServices {
   const Appearances& appearances;
   KTUtilitiesTheme& theme;
-  const SystemInfo& system;
+  const SystemFacts& system;
   const Log& log;
 };
 

@@ -47,7 +47,7 @@ bool KTUtilitiesDesktop::isActiveProcess(const KTProcessPointer& process) const 
 void KTUtilitiesDesktop::processSwitched() {
   const KTProcessPointer front = services_.processes.frontProcess();
   if (isActiveProcess(front)) return;
-  const std::int64_t count = services_.pasteboard.changeCount();
+  const std::int64_t count = clipboardChangeCount();
   if (activeProcess_ && count != clipboardCountAtStartOfActiveProcess_) {
     clipboardPublisherProcess_ = activeProcess_;
   }
@@ -55,9 +55,13 @@ void KTUtilitiesDesktop::processSwitched() {
   clipboardCountAtStartOfActiveProcess_ = count;
 }
 
+std::int64_t KTUtilitiesDesktop::clipboardChangeCount() const {
+  return services_.desktop.clipboardChangeCount().value_or(0);
+}
+
 KTProcessPointer KTUtilitiesDesktop::clipboardPublisherProcess() {
   if (!isActiveProcess(services_.processes.frontProcess())) processSwitched();
-  const bool isUnchanged = services_.pasteboard.changeCount() == clipboardCountAtStartOfActiveProcess_;
+  const bool isUnchanged = clipboardChangeCount() == clipboardCountAtStartOfActiveProcess_;
   return isUnchanged ? clipboardPublisherProcess_ : activeProcess_;
 }
 
@@ -69,7 +73,7 @@ bool KTUtilitiesDesktop::fullScreenMode() {
 void KTUtilitiesDesktop::installMenuBarMonitor() {
   isMenuBarMonitorInstalled_ = true;
   const bool isWatched =
-      services_.menuBar.installHandler([weakSelf = std::weak_ptr(self_)](const MenuBarEvent& event) {
+      services_.desktop.installMenuBarHandler([weakSelf = std::weak_ptr(self_)](const MenuBarEvent& event) {
         const auto self = weakSelf.lock();
         return self ? MonitorMenuBarEventHandler(event, (*self)->isMenuBarHidden_) : EventAnswer::NotHandled;
       });
@@ -80,7 +84,7 @@ void KTUtilitiesDesktop::installMenuBarMonitor() {
 ImagePointer KTUtilitiesDesktop::systemTintImage() {
   Text name = "tintMav";
   if (versions_.yosemiteOrNewer()) name = darkMenuTheme() ? "tintYosDark" : "tintYos";
-  const bool isBlue = services_.controlTint.current() == blueControlTint;
+  const bool isBlue = services_.desktop.controlTint().value_or(blueControlTint) == blueControlTint;
   return services_.images.imageNamed(name + Text(isBlue ? "Blue" : "Graphite"));
 }
 
@@ -90,17 +94,17 @@ Text KTUtilitiesDesktop::applicationName() const {
   return textForKey(*dictionary, "CFBundleExecutable").value_or("");
 }
 
-bool KTUtilitiesDesktop::debugging() const { return services_.debugger.isAttached(); }
+bool KTUtilitiesDesktop::debugging() const { return services_.system.isDebuggerAttached(); }
 
 float KTUtilitiesDesktop::idleTime() {
-  const auto nanoseconds = services_.idleTime.nanosecondsSinceLastInput();
+  const auto nanoseconds = services_.desktop.nanosecondsSinceLastInput();
   if (!nanoseconds) return -1.0F;
   return static_cast<float>(static_cast<double>(*nanoseconds) / nanosecondsPerSecond);
 }
 
 Text KTUtilitiesDesktop::fileSystemTypeFor(const Text& path) const {
   services_.log("FS Info %@", path);
-  const FileSystemAnswer answer = services_.fileSystems.statusOf(path);
+  const FileSystemAnswer answer = services_.system.fileSystemOf(path);
   services_.log("statfs err = %d", answer.status);
   return answer.status == 0 ? answer.typeName : Text("");
 }

@@ -21,14 +21,10 @@
 #include "KTStuff/KTClasses/KTUtilitiesVersions.h"
 #include "Platform/bundles/Bundles.h"
 #include "Platform/bundles/Defaults.h"
-#include "Platform/color/ControlTint.h"
 #include "Platform/color/InterfaceStyleSetting.h"
-#include "Platform/files/FileSystemInfo.h"
 #include "Platform/running/MainThread.h"
-#include "Platform/session/Debugger.h"
-#include "Platform/session/IdleTime.h"
-#include "Platform/session/MenuBar.h"
-#include "Platform/session/Pasteboard.h"
+#include "Platform/session/DesktopFacts.h"
+#include "Platform/session/SystemFacts.h"
 #include "Platform/window/Images.h"
 
 namespace halvorn {
@@ -37,14 +33,10 @@ struct KTUtilitiesDesktopServices {
   KTProcessClass& processes;
   Notifications& notifications;
   MainThread& mainThread;
-  Pasteboard& pasteboard;
-  MenuBar& menuBar;
+  DesktopFacts& desktop;
   const Defaults& defaults;
   InterfaceStyleSetting& interfaceStyle;
-  IdleTime& idleTime;
-  const FileSystemInfo& fileSystems;
-  const ControlTint& controlTint;
-  const Debugger& debugger;
+  const SystemFacts& system;
   const Bundles& bundles;
   Images& images;
   const Log& log;
@@ -92,6 +84,8 @@ class KTUtilitiesDesktop : public KTUtilitiesTheme {
 
  private:
   [[nodiscard]] bool isActiveProcess(const KTProcessPointer& process) const;
+  // 0 where the desktop does not tell.
+  [[nodiscard]] std::int64_t clipboardChangeCount() const;
   void installMenuBarMonitor();
 
   const KTUtilitiesVersions& versions_;

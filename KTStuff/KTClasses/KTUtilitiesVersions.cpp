@@ -77,9 +77,9 @@ std::int32_t developmentStage(char16_t character) {
   return index == std::u16string_view::npos ? 0 : static_cast<std::int32_t>(index);
 }
 
-KTUtilitiesVersions::KTUtilitiesVersions(const Bundles& bundles, const SystemInfo& systemInfo,
+KTUtilitiesVersions::KTUtilitiesVersions(const Bundles& bundles, const SystemFacts& systemFacts,
                                          const Unicode& unicode, const LocalizedDates& dates, const Log& log)
-    : bundles_(bundles), systemInfo_(systemInfo), unicode_(unicode), dates_(dates), log_(log) {}
+    : bundles_(bundles), systemFacts_(systemFacts), unicode_(unicode), dates_(dates), log_(log) {}
 
 Text KTUtilitiesVersions::versionString() const {
   const auto dictionary = bundles_.infoDictionary(bundles_.mainBundlePath());
@@ -103,19 +103,21 @@ Ordering KTUtilitiesVersions::compareVersion(const Text& version, const Text& wi
   return compareNumerically(a.stageNumber, b.stageNumber);
 }
 
-std::int32_t KTUtilitiesVersions::hexSystemVersion() const { return systemInfo_.packedVersion().value_or(0); }
+std::int32_t KTUtilitiesVersions::hexSystemVersion() const {
+  return systemFacts_.packedVersion().value_or(0);
+}
 
 KTThreePartVersion KTUtilitiesVersions::threePartVersion() const {
   KTThreePartVersion version;
-  if (const auto major = systemInfo_.majorVersion()) {
+  if (const auto major = systemFacts_.majorVersion()) {
     version.major = static_cast<std::int16_t>(*major);
-    const auto minor = systemInfo_.minorVersion();
+    const auto minor = systemFacts_.minorVersion();
     if (!minor) log_("cannot get minor version number");
     version.minor = static_cast<std::int16_t>(minor.value_or(0));
-    const auto bugfix = systemInfo_.bugfixVersion();
+    const auto bugfix = systemFacts_.bugfixVersion();
     if (!bugfix) log_("cannot get bugfix version number");
     version.bugfix = static_cast<std::int16_t>(bugfix.value_or(0));
-  } else if (const auto packed = systemInfo_.packedVersion()) {
+  } else if (const auto packed = systemFacts_.packedVersion()) {
     version.major = static_cast<std::int16_t>((*packed >> 12 & 0xF) * 10 + (*packed >> 8 & 0xF));
     version.minor = static_cast<std::int16_t>(*packed >> 4 & 0xF);
     version.bugfix = static_cast<std::int16_t>(*packed & 0xF);
@@ -147,21 +149,21 @@ OptionalText KTUtilitiesVersions::localizedDateString(const Text& day) const {
 // KEEP: pantherOrOlder is the one test of older, leopardOrNewer the one strict comparison, highSierraOrNewer
 // the one threshold with a fraction.
 bool KTUtilitiesVersions::pantherOrOlder() const {
-  return std::floor(systemInfo_.frameworkVersion()) <= 743.0;
+  return std::floor(systemFacts_.frameworkVersion()) <= 743.0;
 }
 bool KTUtilitiesVersions::leopardOrNewer() const {
-  return std::floor(systemInfo_.frameworkVersion()) > 824.0;
+  return std::floor(systemFacts_.frameworkVersion()) > 824.0;
 }
 bool KTUtilitiesVersions::snowleopardOrNewer() const {
-  return std::floor(systemInfo_.frameworkVersion()) >= 1038.0;
+  return std::floor(systemFacts_.frameworkVersion()) >= 1038.0;
 }
-bool KTUtilitiesVersions::lionOrNewer() const { return systemInfo_.frameworkVersion() >= 1138.0; }
-bool KTUtilitiesVersions::mountainLionOrNewer() const { return systemInfo_.frameworkVersion() >= 1187.0; }
-bool KTUtilitiesVersions::mavericksOrNewer() const { return systemInfo_.frameworkVersion() >= 1265.0; }
-bool KTUtilitiesVersions::yosemiteOrNewer() const { return systemInfo_.frameworkVersion() >= 1343.0; }
-bool KTUtilitiesVersions::elCapitanOrNewer() const { return systemInfo_.frameworkVersion() >= 1404.0; }
-bool KTUtilitiesVersions::sierraOrNewer() const { return systemInfo_.frameworkVersion() >= 1490.0; }
-bool KTUtilitiesVersions::highSierraOrNewer() const { return systemInfo_.frameworkVersion() >= 1537.2; }
-bool KTUtilitiesVersions::mojaveOrNewer() const { return systemInfo_.frameworkVersion() >= 1639.0; }
+bool KTUtilitiesVersions::lionOrNewer() const { return systemFacts_.frameworkVersion() >= 1138.0; }
+bool KTUtilitiesVersions::mountainLionOrNewer() const { return systemFacts_.frameworkVersion() >= 1187.0; }
+bool KTUtilitiesVersions::mavericksOrNewer() const { return systemFacts_.frameworkVersion() >= 1265.0; }
+bool KTUtilitiesVersions::yosemiteOrNewer() const { return systemFacts_.frameworkVersion() >= 1343.0; }
+bool KTUtilitiesVersions::elCapitanOrNewer() const { return systemFacts_.frameworkVersion() >= 1404.0; }
+bool KTUtilitiesVersions::sierraOrNewer() const { return systemFacts_.frameworkVersion() >= 1490.0; }
+bool KTUtilitiesVersions::highSierraOrNewer() const { return systemFacts_.frameworkVersion() >= 1537.2; }
+bool KTUtilitiesVersions::mojaveOrNewer() const { return systemFacts_.frameworkVersion() >= 1639.0; }
 
 }  // namespace halvorn

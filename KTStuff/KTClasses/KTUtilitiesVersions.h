@@ -12,7 +12,7 @@
 #include "Core/Ordering.h"
 #include "Core/Text.h"
 #include "Platform/bundles/Bundles.h"
-#include "Platform/session/SystemInfo.h"
+#include "Platform/session/SystemFacts.h"
 #include "Platform/text/LocalizedDates.h"
 #include "Platform/text/Unicode.h"
 
@@ -31,7 +31,7 @@ struct KTThreePartVersion {
 
 class KTUtilitiesVersions {
  public:
-  KTUtilitiesVersions(const Bundles& bundles, const SystemInfo& systemInfo, const Unicode& unicode,
+  KTUtilitiesVersions(const Bundles& bundles, const SystemFacts& systemFacts, const Unicode& unicode,
                       const LocalizedDates& dates, const Log& log);
 
   // "CFBundleVersion" of the main bundle; "" when it is missing.
@@ -72,7 +72,7 @@ class KTUtilitiesVersions {
 
  private:
   const Bundles& bundles_;
-  const SystemInfo& systemInfo_;
+  const SystemFacts& systemFacts_;
   const Unicode& unicode_;
   const LocalizedDates& dates_;
   const Log& log_;

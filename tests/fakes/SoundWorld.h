@@ -12,7 +12,7 @@
 #include "tests/fakes/FakeLocalizedDates.h"
 #include "tests/fakes/FakeSearchPaths.h"
 #include "tests/fakes/FakeSounds.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
 #include "tests/fakes/FakeUnicode.h"
 #include "tests/fakes/RecordingLog.h"
 
@@ -40,12 +40,12 @@ struct SoundWorld {
   FakeSearchPaths searchPaths;
   FakeSoundFolders folders;
   FakePropertyLists propertyLists;
-  FakeSystemInfo systemInfo;
+  FakeSystemFacts systemFacts;
   FakeUnicode unicode;
   FakeLocalizedDates dates;
   FakeClock clock;
   RecordingLog log;
-  KTUtilitiesVersions versions{bundles, systemInfo, unicode, dates, log};
+  KTUtilitiesVersions versions{bundles, systemFacts, unicode, dates, log};
 };
 
 }  // namespace halvorn

@@ -16,8 +16,6 @@
 #include "Platform/bundles/linux/launching/Launcher.h"
 #include "Platform/bundles/linux/launching/LinuxWorkspace.h"
 #include "Platform/bundles/linux/launching/OpenToolTasks.h"
-#include "Platform/color/null/BlueControlTint.h"
-#include "Platform/files/linux/MountedFileSystems.h"
 #include "Platform/files/posix/PosixFileManager.h"
 #include "Platform/files/posix/PosixTemporaryFiles.h"
 #include "Platform/processes/linux/proc/DesktopSession.h"
@@ -35,18 +33,15 @@
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/running/posix/PosixTasks.h"
 #include "Platform/session/linux/Environment.h"
-#include "Platform/session/linux/ProcDebugger.h"
+#include "Platform/session/linux/LinuxDesktopFacts.h"
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
-#include "Platform/session/linux/x11/X11IdleTime.h"
-#include "Platform/session/linux/x11/X11MenuBar.h"
-#include "Platform/session/linux/x11/X11Pasteboard.h"
 #include "Platform/window/null/NullImages.h"
 #include "tests/fakes/FakeDefaults.h"
-#include "tests/fakes/FakeDesktopFacts.h"
 #include "tests/fakes/FakeDigests.h"
+#include "tests/fakes/FakeInterfaceStyleSetting.h"
 #include "tests/fakes/FakeLocalizedDates.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
 #include "tests/fakes/FakeUnicode.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/support/Desktop.h"
@@ -99,27 +94,51 @@ struct RealUtilities {
   NullImages images;
   const FakeUnicode unicode;
   const FakeDigests digests;
-  KTProcessClass processes{{source, events, control, appleEvents, accessibility, notifications, bundles,
-                            items, files, images, tasks, unicode, digests, clock, log}};
+  KTProcessClass processes{{.source = source,
+                            .events = events,
+                            .control = control,
+                            .appleEvents = appleEvents,
+                            .accessibility = accessibility,
+                            .notifications = notifications,
+                            .bundles = bundles,
+                            .items = items,
+                            .files = files,
+                            .images = images,
+                            .tasks = tasks,
+                            .unicode = unicode,
+                            .digests = digests,
+                            .clock = clock,
+                            .log = log}};
 
-  X11Pasteboard pasteboard{display};
-  X11MenuBar menuBar{display, loop};
-  X11IdleTime idleTime{displayThatSeesAllInput(environment)};
+  LinuxDesktopFacts desktopFacts{environment, std::nullopt, loop, clock};
   FakeDefaults defaults;
   FakeInterfaceStyleSetting style;  // the real one needs the toolkit; its tests are elsewhere
-  const MountedFileSystems fileSystems;
   const DesktopAliases aliases;
-  const ProcDebugger debugger;
-  const BlueControlTint tint;
   const SessionLaunchContext launchContext{source, environment};
-  const FakeSystemInfo systemInfo;
+  const FakeSystemFacts systemFacts;
   const FakeLocalizedDates dates;
 
-  KTUtilities utilities{KTUtilitiesVersions(bundles, systemInfo, unicode, dates, log),
+  KTUtilities utilities{KTUtilitiesVersions(bundles, systemFacts, unicode, dates, log),
                         KTUtilitiesScripts(tasks, temporaryFiles, searchPaths, clock, log),
-                        {processes, notifications, loop, pasteboard, menuBar, defaults, style, idleTime,
-                         fileSystems, tint, debugger, bundles, images, log},
-                        {processes, bundles, files, searchPaths, aliases, launchContext, tasks, clock, log}};
+                        {.processes = processes,
+                         .notifications = notifications,
+                         .mainThread = loop,
+                         .desktop = desktopFacts,
+                         .defaults = defaults,
+                         .interfaceStyle = style,
+                         .system = systemFacts,
+                         .bundles = bundles,
+                         .images = images,
+                         .log = log},
+                        {.processes = processes,
+                         .bundles = bundles,
+                         .files = files,
+                         .searchPaths = searchPaths,
+                         .aliases = aliases,
+                         .launchContext = launchContext,
+                         .tasks = tasks,
+                         .clock = clock,
+                         .log = log}};
 };
 
 }  // namespace halvorn

@@ -3,16 +3,14 @@
 
 #include <string>
 
-#include "Platform/session/Debugger.h"
-
 namespace halvorn {
 
-class ProcDebugger : public Debugger {
+class ProcDebugger {
  public:
   explicit ProcDebugger(const std::string& statusFile = "/proc/self/status");
 
   // True while any process traces this one: debuggers do, and tools that list system calls.
-  bool isAttached() const override;
+  [[nodiscard]] bool isAttached() const;
 
  private:
   std::string statusFile_;

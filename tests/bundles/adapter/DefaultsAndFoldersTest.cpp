@@ -6,7 +6,7 @@
 
 #include "Platform/bundles/linux/LinuxDefaults.h"
 #include "Platform/rights/posix/Accounts.h"
-#include "Platform/session/linux/LinuxSystemInfo.h"
+#include "Platform/session/linux/LinuxSystemFacts.h"
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
 #include "tests/support/PrintText.h"
@@ -122,7 +122,7 @@ TEST(XdgSearchPaths, NameTheFoldersOfMountedVolumes) {
   EXPECT_EQ(folders.at(2), Text("/run/media/" + account->name));
 }
 
-TEST(LinuxSystemInfo, TellsTheKernelsThreeNumbers) {
+TEST(LinuxSystemFacts, TellsTheKernelsThreeNumbers) {
   const struct {
     const char* release;
     std::optional<int> major, minor, bugfix;
@@ -138,7 +138,7 @@ TEST(LinuxSystemInfo, TellsTheKernelsThreeNumbers) {
       {"-6.1.1", {}, {}, {}},
   };
   for (const auto& c : cases) {
-    const LinuxSystemInfo info{Text(c.release)};
+    const LinuxSystemFacts info{Text(c.release)};
     EXPECT_EQ(info.majorVersion(), c.major) << c.release;
     EXPECT_EQ(info.minorVersion(), c.minor) << c.release;
     EXPECT_EQ(info.bugfixVersion(), c.bugfix) << c.release;
@@ -146,10 +146,10 @@ TEST(LinuxSystemInfo, TellsTheKernelsThreeNumbers) {
   }
 }
 
-TEST(LinuxSystemInfo, TellsThoseOfThisKernel) {
+TEST(LinuxSystemFacts, TellsThoseOfThisKernel) {
   utsname names = {};
   ASSERT_EQ(::uname(&names), 0);
-  const LinuxSystemInfo info;
+  const LinuxSystemFacts info;
   const std::string version =
       std::to_string(info.majorVersion().value()) + "." + std::to_string(info.minorVersion().value());
   EXPECT_TRUE(std::string(names.release).starts_with(version)) << names.release;

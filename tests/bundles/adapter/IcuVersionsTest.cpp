@@ -10,7 +10,7 @@
 #include "Platform/text/linux/IcuLocalizedDates.h"
 #include "Platform/text/linux/IcuUnicode.h"
 #include "tests/fakes/FakeBundles.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/support/VersionPairs.h"
 
@@ -46,15 +46,15 @@ class IcuVersions : public testing::Test {
   OptionalText shownIn(const char* locale, const char* zone, const char* day = "2021-03-14") {
     const WithVariable timeZone("TZ", zone);
     const IcuLocalizedDates localDates{Text(locale)};
-    return KTUtilitiesVersions(bundles, systemInfo, unicode, localDates, log).localizedDateString(day);
+    return KTUtilitiesVersions(bundles, systemFacts, unicode, localDates, log).localizedDateString(day);
   }
 
   FakeBundles bundles;
-  FakeSystemInfo systemInfo;
+  FakeSystemFacts systemFacts;
   IcuUnicode unicode;
   IcuLocalizedDates dates{Text("en_US")};
   RecordingLog log;
-  KTUtilitiesVersions utilities{bundles, systemInfo, unicode, dates, log};
+  KTUtilitiesVersions utilities{bundles, systemFacts, unicode, dates, log};
 };
 
 TEST_F(IcuVersions, FollowTheTables) {

@@ -5,13 +5,17 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "tests/fakes/FakeAliases.h"
 #include "tests/fakes/FakeDefaults.h"
 #include "tests/fakes/FakeDesktopFacts.h"
+#include "tests/fakes/FakeInterfaceStyleSetting.h"
+#include "tests/fakes/FakeLaunchContext.h"
 #include "tests/fakes/FakeLocalizedDates.h"
 #include "tests/fakes/FakeMainThread.h"
 #include "tests/fakes/FakeProcesses.h"
 #include "tests/fakes/FakeSearchPaths.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
+#include "tests/fakes/NamedImages.h"
 
 namespace halvorn {
 namespace {
@@ -24,27 +28,37 @@ class KTUtilitiesLaunchingTest : public testing::Test {
 
   FakeProcesses fake;
   FakeMainThread mainThread;
-  FakePasteboard pasteboard;
-  FakeMenuBar menuBar;
+  FakeDesktopFacts desktopFacts;
   FakeDefaults defaults;
   FakeInterfaceStyleSetting style;
-  FakeIdleTime idle;
-  FakeFileSystemInfo fileSystems;
-  FakeControlTint tint;
-  FakeDebugger debugger;
   NamedImages images;
-  FakeSystemInfo systemInfo;
+  FakeSystemFacts systemFacts;
   FakeLocalizedDates dates;
   FakeSearchPaths searchPaths;
   FakeAliases aliases;
   FakeLaunchContext launchContext;
-  KTUtilitiesVersions versions{fake.bundles, systemInfo, fake.unicode, dates, fake.log};
+  KTUtilitiesVersions versions{fake.bundles, systemFacts, fake.unicode, dates, fake.log};
   KTUtilitiesDesktop desktop{versions,
-                             {fake.processes, fake.notifications, mainThread, pasteboard, menuBar, defaults,
-                              style, idle, fileSystems, tint, debugger, fake.bundles, images, fake.log}};
+                             {.processes = fake.processes,
+                              .notifications = fake.notifications,
+                              .mainThread = mainThread,
+                              .desktop = desktopFacts,
+                              .defaults = defaults,
+                              .interfaceStyle = style,
+                              .system = systemFacts,
+                              .bundles = fake.bundles,
+                              .images = images,
+                              .log = fake.log}};
   KTUtilitiesLaunching utilities{desktop,
-                                 {fake.processes, fake.bundles, fake.files, searchPaths, aliases,
-                                  launchContext, fake.tasks, fake.clock, fake.log}};
+                                 {.processes = fake.processes,
+                                  .bundles = fake.bundles,
+                                  .files = fake.files,
+                                  .searchPaths = searchPaths,
+                                  .aliases = aliases,
+                                  .launchContext = launchContext,
+                                  .tasks = fake.tasks,
+                                  .clock = fake.clock,
+                                  .log = fake.log}};
 };
 
 using DistributionDisk = KTUtilitiesLaunchingTest;
@@ -246,7 +260,7 @@ TEST_F(LaunchMicro, HelperThatIsThereAtOnceNeedsNoPoll) {
 
 TEST_F(LaunchMicro, InFullScreenModeReturnsAtOnce) {
   (void)desktop.fullScreenMode();
-  menuBar.hide();
+  desktopFacts.hideMenuBar();
   utilities.launchMicro(LeaveFocus::No);
   EXPECT_TRUE(fake.tasks.forgotten.empty());
   EXPECT_TRUE(fake.log.lines().empty());

@@ -7,7 +7,7 @@
 #include "KTStuff/KTClasses/KTUtilitiesNumericOrder.h"
 #include "tests/fakes/FakeBundles.h"
 #include "tests/fakes/FakeLocalizedDates.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
 #include "tests/fakes/FakeUnicode.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/support/VersionPairs.h"
@@ -21,17 +21,17 @@ class KTUtilitiesVersionsTest : public testing::Test {
     bundles.setInfo(bundles.mainBundle, {{"CFBundleVersion", value}});
   }
   void setSystem(std::optional<int> major, std::optional<int> minor, std::optional<int> bugfix) {
-    systemInfo.major = major;
-    systemInfo.minor = minor;
-    systemInfo.bugfix = bugfix;
+    systemFacts.major = major;
+    systemFacts.minor = minor;
+    systemFacts.bugfix = bugfix;
   }
 
   FakeBundles bundles;
-  FakeSystemInfo systemInfo;
+  FakeSystemFacts systemFacts;
   FakeUnicode unicode;
   FakeLocalizedDates dates;
   RecordingLog log;
-  KTUtilitiesVersions utilities{bundles, systemInfo, unicode, dates, log};
+  KTUtilitiesVersions utilities{bundles, systemFacts, unicode, dates, log};
 };
 
 using VersionString = KTUtilitiesVersionsTest;
@@ -190,12 +190,12 @@ TEST(NumericOrder, ComparesOtherTextUnitForUnit) {
 using SystemVersion = KTUtilitiesVersionsTest;
 
 TEST_F(SystemVersion, HexIsThePackedVersion) {
-  systemInfo.packed = 0x1068;
+  systemFacts.packed = 0x1068;
   EXPECT_EQ(utilities.hexSystemVersion(), 0x1068);
 }
 
 TEST_F(SystemVersion, HexIsZeroWhenTheSystemHasNone) {
-  systemInfo.packed.reset();
+  systemFacts.packed.reset();
   EXPECT_EQ(utilities.hexSystemVersion(), 0);
 }
 
@@ -226,9 +226,9 @@ TEST_F(SystemVersion, BothMissingAreLoggedInTurn) {
 
 TEST_F(SystemVersion, WithoutAMajorThePackedVersionIsDecoded) {
   setSystem(std::nullopt, 14, 6);
-  systemInfo.packed = 0x1049;
+  systemFacts.packed = 0x1049;
   EXPECT_EQ(utilities.threePartVersion(), (KTThreePartVersion{10, 4, 9}));
-  systemInfo.packed = 0x0922;
+  systemFacts.packed = 0x0922;
   EXPECT_EQ(utilities.threePartVersion(), (KTThreePartVersion{9, 2, 2}));
   EXPECT_TRUE(log.lines().empty());
 }
@@ -323,26 +323,26 @@ TEST_F(ReleasePredicates, HoldFromTheirThresholdOn) {
       {"mojave", &KTUtilitiesVersions::mojaveOrNewer, 1638.99, 1639.0},
   };
   for (const Row& row : rows) {
-    systemInfo.framework = row.below;
+    systemFacts.framework = row.below;
     EXPECT_FALSE(std::invoke(row.predicate, utilities)) << row.name;
-    systemInfo.framework = row.from;
+    systemFacts.framework = row.from;
     EXPECT_TRUE(std::invoke(row.predicate, utilities)) << row.name;
-    systemInfo.framework = 9999;
+    systemFacts.framework = 9999;
     EXPECT_TRUE(std::invoke(row.predicate, utilities)) << row.name;
-    systemInfo.framework = 0;
+    systemFacts.framework = 0;
     EXPECT_FALSE(std::invoke(row.predicate, utilities)) << row.name;
   }
 }
 
 TEST_F(ReleasePredicates, PantherIsTheOneTestOfOlder) {
-  systemInfo.framework = 743.99;  // rounded down
+  systemFacts.framework = 743.99;  // rounded down
   EXPECT_TRUE(utilities.pantherOrOlder());
-  systemInfo.framework = 744.0;
+  systemFacts.framework = 744.0;
   EXPECT_FALSE(utilities.pantherOrOlder());
 }
 
 TEST_F(ReleasePredicates, LeopardItselfIsNotReachedAtItsThreshold) {
-  systemInfo.framework = 824.0;
+  systemFacts.framework = 824.0;
   EXPECT_FALSE(utilities.leopardOrNewer());
 }
 

@@ -23,7 +23,7 @@
 #include "Platform/bundles/linux/LinuxLocalizedStrings.h"
 #include "Platform/color/linux/DesktopAppearance.h"
 #include "Platform/color/linux/QtInterfaceStyle.h"
-#include "Platform/session/linux/LinuxSystemInfo.h"
+#include "Platform/session/linux/LinuxSystemFacts.h"
 #include "Platform/window/linux/InstallerWindow.h"
 #include "Platform/window/linux/QtAppearances.h"
 #include "Platform/window/linux/QtApplication.h"
@@ -58,7 +58,7 @@ class Probe {
     const auto space = line.find(' ');
     const std::string verb = line.substr(0, space);
     const std::string rest = space == std::string::npos ? "" : line.substr(space + 1);
-    const LinuxSystemInfo system;
+    const LinuxSystemFacts system;
     if (verb == "readMe") readMe(rest);
     if (verb == "error") error(rest);
     if (verb == "aqua") useLightAquaAppearance(view(rest), ViewExtensions::LightAqua::Yes, system);
@@ -113,7 +113,7 @@ class Probe {
   FakeUnicode unicode_;
   FakeLocalizedDates dates_;
   FakeDefaults defaults_;
-  LinuxSystemInfo system_;
+  LinuxSystemFacts system_;
   QtAppearances appearances_;
   QtInterfaceStyle style_;
   KTUtilitiesVersions versions_{bundles_, system_, unicode_, dates_, log_};

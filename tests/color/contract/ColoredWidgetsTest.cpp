@@ -25,7 +25,7 @@
 #include "tests/fakes/FakeDefaults.h"
 #include "tests/fakes/FakeLocalizedDates.h"
 #include "tests/fakes/FakeLocalizedStrings.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
 #include "tests/fakes/FakeUnicode.h"
 #include "tests/fakes/RecordingLog.h"
 
@@ -73,7 +73,7 @@ class ColoredWindow {
   }
 
   RecordingLog log;
-  FakeSystemInfo system;
+  FakeSystemFacts system;
 
  private:
   FakeBundles bundles_;

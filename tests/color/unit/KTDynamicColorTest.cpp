@@ -15,9 +15,9 @@
 #include "tests/fakes/FakeBundles.h"
 #include "tests/fakes/FakeColor.h"
 #include "tests/fakes/FakeDefaults.h"
-#include "tests/fakes/FakeDesktopFacts.h"
+#include "tests/fakes/FakeInterfaceStyleSetting.h"
 #include "tests/fakes/FakeLocalizedDates.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
 #include "tests/fakes/FakeUnicode.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/support/PrintText.h"
@@ -36,7 +36,7 @@ class KTDynamicColorTest : public testing::Test {
   int answering(const Color& asked) { return asked.numberOfComponents(); }
 
   RecordingLog log;
-  FakeSystemInfo system;
+  FakeSystemFacts system;
   FakeBundles bundles;
   FakeUnicode unicode;
   FakeLocalizedDates dates;

@@ -24,8 +24,8 @@
 #include "tests/fakes/FakeAuthorizer.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDefaults.h"
-#include "tests/fakes/FakeDesktopFacts.h"
 #include "tests/fakes/FakeFileChangeNotices.h"
+#include "tests/fakes/FakeInterfaceStyleSetting.h"
 #include "tests/fakes/FakeLocalizedDates.h"
 #include "tests/fakes/FakeLocalizedStrings.h"
 #include "tests/fakes/FakeLoginItems.h"
@@ -34,7 +34,7 @@
 #include "tests/fakes/FakeSearchPaths.h"
 #include "tests/fakes/FakeSounds.h"
 #include "tests/fakes/FakeStandardStreams.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
 #include "tests/fakes/FakeTrash.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/FakeWorkspace.h"
@@ -141,7 +141,7 @@ class InstallerFixture : public ::testing::Test {
   FakeLocalizedStrings strings;
   FakeLocalizedDates dates;
   FakeDefaults defaults;
-  FakeSystemInfo system;
+  FakeSystemFacts system;
   FakeStandardStreams streams;
   FakeSearchPaths searchPaths;
   FakeLoginItems loginItems;

@@ -5,13 +5,13 @@
 #include <filesystem>
 #include <optional>
 
+#include "Platform/running/posix/PollRunLoop.h"
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/session/linux/BusAddresses.h"
-#include "Platform/session/linux/FirstKnownIdleTime.h"
+#include "Platform/session/linux/LinuxDesktopFacts.h"
 #include "Platform/session/linux/LogindIdleTime.h"
 #include "Platform/session/linux/PortalInterfaceStyle.h"
 #include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeDesktopFacts.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/TemporaryFolder.h"
@@ -173,14 +173,24 @@ TEST_F(SessionManager, ThatIsMissingOrTalksNonsenseIsUnknown) {
 }
 
 TEST_F(SessionManager, IsAskedOnlyWhereTheDisplayDoesNotTell) {
-  FakeIdleTime display;
-  FakeIdleTime session;
-  FirstKnownIdleTime idle({display, session});
-  EXPECT_EQ(idle.nanosecondsSinceLastInput(), std::nullopt);
-  session.nanoseconds = 5;
-  EXPECT_EQ(idle.nanosecondsSinceLastInput(), 5);
-  display.nanoseconds = 7;
-  EXPECT_EQ(idle.nanosecondsSinceLastInput(), 7);
+  const DesktopParts parts{.windowManager = false};
+  if (const auto missing = Desktop::missing(parts)) GTEST_SKIP() << *missing;
+  desktop.emplace(parts);
+  const auto login = startService("login");
+  tell(*login, "idle 0");
+  PollRunLoop loop;
+  FakeClock clock;
+  clock.advance(100'000);
+  constexpr std::int64_t sinceTheHint = 100'000'000'000'000;
+  LinuxDesktopFacts withoutDisplay(Environment(), desktop->busAddress(), loop, clock);
+  EXPECT_EQ(withoutDisplay.nanosecondsSinceLastInput(), sinceTheHint);
+  const Environment environment(Environment::Variables{{"DISPLAY", desktop->displayName()}});
+  LinuxDesktopFacts withDisplay(environment, desktop->busAddress(), loop, clock);
+  const auto ofDisplay = withDisplay.nanosecondsSinceLastInput();
+  ASSERT_TRUE(ofDisplay);
+  EXPECT_LT(*ofDisplay, sinceTheHint);
+  LinuxDesktopFacts withNeither(Environment(), std::nullopt, loop, clock);
+  EXPECT_EQ(withNeither.nanosecondsSinceLastInput(), std::nullopt);
 }
 
 // The portal that desktops really run.

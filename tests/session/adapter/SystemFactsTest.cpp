@@ -10,8 +10,8 @@
 
 #include "KTStuff/KTClasses/KTUtilities.h"
 #include "Platform/bundles/linux/launching/DesktopAliases.h"
-#include "Platform/files/linux/MountedFileSystems.h"
 #include "Platform/processes/linux/proc/SessionLaunchContext.h"
+#include "Platform/session/linux/MountedFileSystems.h"
 #include "Platform/session/linux/ProcDebugger.h"
 #include "tests/fakes/FakeApplications.h"
 #include "tests/fakes/FakeClock.h"

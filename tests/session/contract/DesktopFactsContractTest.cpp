@@ -9,12 +9,15 @@
 #include <optional>
 
 #include "Platform/bundles/linux/launching/DesktopAliases.h"
-#include "Platform/files/linux/MountedFileSystems.h"
 #include "Platform/running/posix/PollRunLoop.h"
+#include "Platform/running/posix/PosixClock.h"
+#include "Platform/session/linux/LinuxDesktopFacts.h"
+#include "Platform/session/linux/LinuxSystemFacts.h"
 #include "Platform/session/linux/PortalInterfaceStyle.h"
-#include "Platform/session/linux/x11/X11MenuBar.h"
-#include "Platform/session/linux/x11/X11Pasteboard.h"
+#include "tests/fakes/FakeAliases.h"
 #include "tests/fakes/FakeDesktopFacts.h"
+#include "tests/fakes/FakeInterfaceStyleSetting.h"
+#include "tests/fakes/FakeSystemFacts.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/TemporaryFolder.h"
@@ -44,13 +47,12 @@ class Servant {
 
 struct FakeScreen {
   static std::optional<std::string> missing() { return std::nullopt; }
-  void copy() { pasteboard.change(); }
-  void fillTheScreen() { menuBar.hide(); }
-  void leaveTheScreen() { menuBar.show(); }
+  void copy() { facts.changeClipboard(); }
+  void fillTheScreen() { facts.hideMenuBar(); }
+  void leaveTheScreen() { facts.showMenuBar(); }
   bool serveUntil(const std::function<bool()>& condition) { return condition(); }
 
-  FakePasteboard pasteboard;
-  FakeMenuBar menuBar;
+  FakeDesktopFacts facts;
 };
 
 struct RealScreen {
@@ -64,8 +66,9 @@ struct RealScreen {
   Desktop desktop{parts};
   PollRunLoop loop;
   Servant window{{KT_WINDOW_PROBE}, desktop};
-  X11Pasteboard pasteboard{desktop.displayName()};
-  X11MenuBar menuBar{desktop.displayName(), loop};
+  const PosixClock clock;
+  LinuxDesktopFacts facts{Environment(Environment::Variables{{"DISPLAY", desktop.displayName()}}),
+                          std::nullopt, loop, clock};
 };
 
 template <typename Screen>
@@ -81,22 +84,22 @@ using ScreenWorlds = testing::Types<FakeScreen, RealScreen>;
 TYPED_TEST_SUITE(ScreenContract, ScreenWorlds);
 
 TYPED_TEST(ScreenContract, ClipboardCountStandsStillWhileNothingChanges) {
-  const std::int64_t count = this->screen->pasteboard.changeCount();
-  EXPECT_EQ(this->screen->pasteboard.changeCount(), count);
+  const std::int64_t count = this->screen->facts.clipboardChangeCount().value();
+  EXPECT_EQ(this->screen->facts.clipboardChangeCount().value(), count);
 }
 
 TYPED_TEST(ScreenContract, ClipboardCountHasGrownWhenTheChangeIsMade) {
-  const std::int64_t count = this->screen->pasteboard.changeCount();
+  const std::int64_t count = this->screen->facts.clipboardChangeCount().value();
   this->screen->copy();
-  const std::int64_t next = this->screen->pasteboard.changeCount();
+  const std::int64_t next = this->screen->facts.clipboardChangeCount().value();
   EXPECT_GT(next, count);
   this->screen->copy();
-  EXPECT_GT(this->screen->pasteboard.changeCount(), next);
+  EXPECT_GT(this->screen->facts.clipboardChangeCount().value(), next);
 }
 
 TYPED_TEST(ScreenContract, MenuBarTellsWhenItIsHiddenAndShown) {
   std::vector<int> kinds;
-  ASSERT_TRUE(this->screen->menuBar.installHandler([&](const MenuBarEvent& event) {
+  ASSERT_TRUE(this->screen->facts.installMenuBarHandler([&](const MenuBarEvent& event) {
     EXPECT_EQ(event.eventClass, menuEventClass);
     kinds.push_back(event.kind);
     return EventAnswer::NotHandled;
@@ -173,7 +176,7 @@ TYPED_TEST(StyleContract, ChangesAreTold) {
 // --- files
 
 struct FakeFiles {
-  FakeFiles() { fileSystems.types["/"] = "ext4"; }
+  FakeFiles() { system.fileSystemTypes["/"] = "ext4"; }
   Text plainFile() { return "/plain"; }
   Text aliasOf(const Text& target) {
     aliases.targets["/alias"] = target;
@@ -181,7 +184,7 @@ struct FakeFiles {
   }
 
   FakeAliases aliases;
-  FakeFileSystemInfo fileSystems;
+  FakeSystemFacts system;
 };
 
 struct RealFiles {
@@ -197,7 +200,7 @@ struct RealFiles {
 
   TemporaryFolder folder;
   DesktopAliases aliases;
-  MountedFileSystems fileSystems;
+  LinuxSystemFacts system;
 };
 
 template <typename Files>
@@ -216,10 +219,10 @@ TYPED_TEST(FilesContract, AliasLeadsToItsTargetAndNothingElseIsOne) {
 }
 
 TYPED_TEST(FilesContract, FileSystemHasANameAndAMissingPathIsAnError) {
-  const FileSystemAnswer root = this->files.fileSystems.statusOf("/");
+  const FileSystemAnswer root = this->files.system.fileSystemOf("/");
   EXPECT_EQ(root.status, 0);
   EXPECT_FALSE(root.typeName.isEmpty());
-  const FileSystemAnswer missing = this->files.fileSystems.statusOf("/no/such/file");
+  const FileSystemAnswer missing = this->files.system.fileSystemOf("/no/such/file");
   EXPECT_LT(missing.status, 0);
   EXPECT_TRUE(missing.typeName.isEmpty());
 }

@@ -6,10 +6,12 @@
 
 #include "tests/fakes/FakeDefaults.h"
 #include "tests/fakes/FakeDesktopFacts.h"
+#include "tests/fakes/FakeInterfaceStyleSetting.h"
 #include "tests/fakes/FakeLocalizedDates.h"
 #include "tests/fakes/FakeMainThread.h"
 #include "tests/fakes/FakeProcesses.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
+#include "tests/fakes/NamedImages.h"
 
 namespace halvorn {
 namespace {
@@ -33,23 +35,24 @@ class KTUtilitiesDesktopTest : public testing::Test {
 
   FakeProcesses fake;
   FakeMainThread mainThread;
-  FakePasteboard pasteboard;
-  FakeMenuBar menuBar;
+  FakeDesktopFacts desktop;
   FakeDefaults defaults;
   FakeInterfaceStyleSetting style;
-  FakeIdleTime idle;
-  FakeFileSystemInfo fileSystems;
-  FakeControlTint tint;
-  FakeDebugger debugger;
   NamedImages images;
-  FakeSystemInfo systemInfo;
+  FakeSystemFacts systemFacts;
   FakeLocalizedDates dates;
-  KTUtilitiesVersions versions{fake.bundles, systemInfo, fake.unicode, dates, fake.log};
-  std::optional<KTUtilitiesDesktop> object{
-      std::in_place, versions,
-      KTUtilitiesDesktopServices{fake.processes, fake.notifications, mainThread, pasteboard, menuBar,
-                                 defaults, style, idle, fileSystems, tint, debugger, fake.bundles, images,
-                                 fake.log}};
+  KTUtilitiesVersions versions{fake.bundles, systemFacts, fake.unicode, dates, fake.log};
+  std::optional<KTUtilitiesDesktop> object{std::in_place, versions,
+                                           KTUtilitiesDesktopServices{.processes = fake.processes,
+                                                                      .notifications = fake.notifications,
+                                                                      .mainThread = mainThread,
+                                                                      .desktop = desktop,
+                                                                      .defaults = defaults,
+                                                                      .interfaceStyle = style,
+                                                                      .system = systemFacts,
+                                                                      .bundles = fake.bundles,
+                                                                      .images = images,
+                                                                      .log = fake.log}};
   KTUtilitiesDesktop& utilities = *object;
 };
 
@@ -77,7 +80,7 @@ TEST_F(Initialize, BeforeTheSecondIsOverNobodyWatches) {
   FakeApplication& editor = start("Editor");
   fake.processes.installNotifications();
   switchTo(editor);
-  pasteboard.change();
+  desktop.changeClipboard();
   switchTo(start("Viewer"));
   startWatching();
   EXPECT_EQ(utilities.clipboardPublisherProcess(), nullptr);
@@ -94,7 +97,7 @@ TEST_F(ClipboardPublisher, IsTheActiveProcessOnceItChangedTheClipboard) {
   FakeApplication& editor = start("Editor");
   fake.applications.front = editor.number;
   (void)utilities.clipboardPublisherProcess();
-  pasteboard.change();
+  desktop.changeClipboard();
   EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
 }
 
@@ -104,7 +107,7 @@ TEST_F(ClipboardPublisher, StaysThePublisherAfterASwitch) {
   fake.applications.front = editor.number;
   (void)utilities.clipboardPublisherProcess();
   startWatching();
-  pasteboard.change();
+  desktop.changeClipboard();
   switchTo(viewer);
   EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
 }
@@ -115,7 +118,7 @@ TEST_F(ClipboardPublisher, IsNotReplacedByOneThatChangedNothing) {
   fake.applications.front = editor.number;
   (void)utilities.clipboardPublisherProcess();
   startWatching();
-  pasteboard.change();
+  desktop.changeClipboard();
   switchTo(viewer);
   switchTo(start("Player"));
   EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
@@ -127,9 +130,9 @@ TEST_F(ClipboardPublisher, IsReplacedByTheNextThatChangesIt) {
   fake.applications.front = editor.number;
   (void)utilities.clipboardPublisherProcess();
   startWatching();
-  pasteboard.change();
+  desktop.changeClipboard();
   switchTo(viewer);
-  pasteboard.change();
+  desktop.changeClipboard();
   switchTo(editor);
   EXPECT_EQ(utilities.clipboardPublisherProcess(), process(viewer));
 }
@@ -139,10 +142,10 @@ TEST_F(ClipboardPublisher, IsRightBeforeTheNotificationIsDelivered) {
   FakeApplication& viewer = start("Viewer");
   fake.applications.front = editor.number;
   (void)utilities.clipboardPublisherProcess();
-  pasteboard.change();
+  desktop.changeClipboard();
   fake.applications.front = viewer.number;
   EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
-  pasteboard.change();
+  desktop.changeClipboard();
   EXPECT_EQ(utilities.clipboardPublisherProcess(), process(viewer));
 }
 
@@ -150,7 +153,7 @@ TEST_F(ClipboardPublisher, NotificationAboutTheSameFrontChangesNothing) {
   FakeApplication& editor = start("Editor");
   fake.applications.front = editor.number;
   (void)utilities.clipboardPublisherProcess();
-  pasteboard.change();
+  desktop.changeClipboard();
   utilities.processSwitched();
   EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
 }
@@ -158,7 +161,7 @@ TEST_F(ClipboardPublisher, NotificationAboutTheSameFrontChangesNothing) {
 TEST_F(ClipboardPublisher, UnknownFrontIsNobody) {
   fake.applications.front.reset();
   EXPECT_EQ(utilities.clipboardPublisherProcess(), nullptr);
-  pasteboard.change();
+  desktop.changeClipboard();
   EXPECT_EQ(utilities.clipboardPublisherProcess(), nullptr);
 }
 
@@ -166,7 +169,7 @@ TEST_F(ClipboardPublisher, SurvivesAFrontThatIsUnknownForAWhile) {
   FakeApplication& editor = start("Editor");
   fake.applications.front = editor.number;
   (void)utilities.clipboardPublisherProcess();
-  pasteboard.change();
+  desktop.changeClipboard();
   fake.applications.front.reset();
   EXPECT_EQ(utilities.clipboardPublisherProcess(), process(editor));
 }
@@ -176,7 +179,7 @@ TEST_F(ClipboardPublisher, IsKeptAfterItHasEnded) {
   fake.applications.front = editor.number;
   (void)utilities.clipboardPublisherProcess();
   startWatching();
-  pasteboard.change();
+  desktop.changeClipboard();
   const KTProcessPointer expected = process(editor);
   switchTo(start("Viewer"));
   fake.applications.endAndTell(editor);
@@ -203,23 +206,23 @@ TEST_F(FullScreenMode, IsFalseBeforeAnyMenuBarEvent) { EXPECT_FALSE(utilities.fu
 
 TEST_F(FullScreenMode, FollowsTheMenuBar) {
   (void)utilities.fullScreenMode();
-  menuBar.hide();
+  desktop.hideMenuBar();
   EXPECT_TRUE(utilities.fullScreenMode());
-  menuBar.hide();
+  desktop.hideMenuBar();
   EXPECT_TRUE(utilities.fullScreenMode());
-  menuBar.show();
+  desktop.showMenuBar();
   EXPECT_FALSE(utilities.fullScreenMode());
 }
 
 TEST_F(FullScreenMode, InstallsTheMonitorOnTheFirstCallOnly) {
-  EXPECT_EQ(menuBar.installations, 0);
+  EXPECT_EQ(desktop.menuBarHandlerInstallations, 0);
   (void)utilities.fullScreenMode();
   (void)utilities.fullScreenMode();
-  EXPECT_EQ(menuBar.installations, 1);
+  EXPECT_EQ(desktop.menuBarHandlerInstallations, 1);
 }
 
 TEST_F(FullScreenMode, StaysFalseAndIsLoggedWhenTheMenuBarCannotBeWatched) {
-  menuBar.canBeWatched = false;
+  desktop.canWatchMenuBar = false;
   EXPECT_FALSE(utilities.fullScreenMode());
   EXPECT_FALSE(utilities.fullScreenMode());
   EXPECT_EQ(fake.log.lines(), Lines{"could not install menu bar visibility event handl)"});
@@ -227,21 +230,21 @@ TEST_F(FullScreenMode, StaysFalseAndIsLoggedWhenTheMenuBarCannotBeWatched) {
 
 TEST_F(FullScreenMode, EventsAreLeftToOtherHandlers) {
   (void)utilities.fullScreenMode();
-  EXPECT_EQ(menuBar.handler({menuEventClass, menuBarHiddenEvent}), EventAnswer::NotHandled);
-  EXPECT_EQ(menuBar.handler({menuEventClass, menuBarShownEvent}), EventAnswer::NotHandled);
+  EXPECT_EQ(desktop.menuBarHandler({menuEventClass, menuBarHiddenEvent}), EventAnswer::NotHandled);
+  EXPECT_EQ(desktop.menuBarHandler({menuEventClass, menuBarShownEvent}), EventAnswer::NotHandled);
 }
 
 TEST_F(FullScreenMode, EventsOfOtherClassesAndKindsAreIgnored) {
   (void)utilities.fullScreenMode();
-  EXPECT_EQ(menuBar.handler({fourCharCode("wind"), menuBarHiddenEvent}), EventAnswer::NotHandled);
-  EXPECT_EQ(menuBar.handler({menuEventClass, 5}), EventAnswer::NotHandled);
+  EXPECT_EQ(desktop.menuBarHandler({fourCharCode("wind"), menuBarHiddenEvent}), EventAnswer::NotHandled);
+  EXPECT_EQ(desktop.menuBarHandler({menuEventClass, 5}), EventAnswer::NotHandled);
   EXPECT_FALSE(utilities.fullScreenMode());
 }
 
 TEST_F(FullScreenMode, EventsThatComeTooLateFindNobody) {
   (void)utilities.fullScreenMode();
   object.reset();
-  menuBar.hide();
+  desktop.hideMenuBar();
 }
 
 using DarkMenuTheme = KTUtilitiesDesktopTest;
@@ -279,7 +282,7 @@ TEST_F(DarkMenuTheme, IsReadAfreshAtEachCall) {
 }
 
 TEST_F(DarkMenuTheme, IsFalseBeforeItsReleaseAndAsksNobody) {
-  systemInfo.framework = beforeYosemite;
+  systemFacts.framework = beforeYosemite;
   defaults.values.insert_or_assign("AppleInterfaceStyle", PropertyValue("Dark"));
   EXPECT_FALSE(utilities.darkMenuTheme());
   EXPECT_EQ(style.installations, 0);
@@ -307,7 +310,7 @@ TEST_F(DarkAppearance, IsTheDarkThemeFromItsReleaseOn) {
 }
 
 TEST_F(DarkAppearance, IsFalseBeforeItsReleaseWhateverTheDefaultsSay) {
-  systemInfo.framework = beforeMojave;
+  systemFacts.framework = beforeMojave;
   defaults.values.insert_or_assign("AppleInterfaceStyle", PropertyValue("Dark"));
   EXPECT_FALSE(utilities.darkAppearance());
   EXPECT_TRUE(utilities.darkMenuTheme());
@@ -332,9 +335,9 @@ TEST_F(SystemTintImage, FollowsReleaseThemeAndTint) {
       {beforeYosemite, "Dark", graphiteControlTint, "tintMavGraphite"},
   };
   for (const Row& row : rows) {
-    systemInfo.framework = row.framework;
+    systemFacts.framework = row.framework;
     style.style = row.style;
-    tint.tint = row.tint;
+    desktop.tint = row.tint;
     const auto image = std::dynamic_pointer_cast<const NamedImages::NamedImage>(utilities.systemTintImage());
     ASSERT_TRUE(image);
     EXPECT_EQ(image->name, Text(row.expected));
@@ -346,34 +349,34 @@ TEST_F(SystemTintImage, IsNothingWhenTheApplicationHasNone) {
   EXPECT_EQ(utilities.systemTintImage(), nullptr);
 }
 
-using SystemFacts = KTUtilitiesDesktopTest;
+using System = KTUtilitiesDesktopTest;
 
-TEST_F(SystemFacts, DisplayIsNeverZoomed) { EXPECT_FALSE(utilities.displayIsZoomed()); }
+TEST_F(System, DisplayIsNeverZoomed) { EXPECT_FALSE(utilities.displayIsZoomed()); }
 
-TEST_F(SystemFacts, DebuggingIsWhatTheSystemSays) {
+TEST_F(System, DebuggingIsWhatTheSystemSays) {
   EXPECT_FALSE(utilities.debugging());
-  debugger.attached = true;
+  systemFacts.debuggerIsAttached = true;
   EXPECT_TRUE(utilities.debugging());
 }
 
-TEST_F(SystemFacts, IdleTimeIsInSeconds) {
-  idle.nanoseconds = 1'500'000'000;
+TEST_F(System, IdleTimeIsInSeconds) {
+  desktop.nanoseconds = 1'500'000'000;
   EXPECT_EQ(utilities.idleTime(), 1.5F);
-  idle.nanoseconds = 0;
+  desktop.nanoseconds = 0;
   EXPECT_EQ(utilities.idleTime(), 0.0F);
-  idle.nanoseconds = 86'400'000'000'000;
+  desktop.nanoseconds = 86'400'000'000'000;
   EXPECT_EQ(utilities.idleTime(), 86400.0F);
 }
 
-TEST_F(SystemFacts, IdleTimeThatCannotBeReadIsMinusOne) { EXPECT_EQ(utilities.idleTime(), -1.0F); }
+TEST_F(System, IdleTimeThatCannotBeReadIsMinusOne) { EXPECT_EQ(utilities.idleTime(), -1.0F); }
 
-TEST_F(SystemFacts, FileSystemTypeIsNamedAndLogged) {
-  fileSystems.types["/home/anna"] = "ext4";
+TEST_F(System, FileSystemTypeIsNamedAndLogged) {
+  systemFacts.fileSystemTypes["/home/anna"] = "ext4";
   EXPECT_EQ(utilities.fileSystemTypeFor("/home/anna"), Text("ext4"));
   EXPECT_EQ(fake.log.lines(), (Lines{"FS Info /home/anna", "statfs err = 0"}));
 }
 
-TEST_F(SystemFacts, FileSystemTypeOfAMissingPathIsEmptyAndLogged) {
+TEST_F(System, FileSystemTypeOfAMissingPathIsEmptyAndLogged) {
   EXPECT_EQ(utilities.fileSystemTypeFor("/missing"), Text(""));
   EXPECT_EQ(fake.log.lines(), (Lines{"FS Info /missing", "statfs err = -1"}));
 }

@@ -83,7 +83,7 @@ TEST_F(SoundEffectDevice, IsNoneWhenAnyStepIsMissing) {
 
 class SoundEffectDeviceOfAnOldSystem : public SoundDevicesTest {
  protected:
-  SoundEffectDeviceOfAnOldSystem() { world.systemInfo.framework = 1265.0; }  // before 10.10
+  SoundEffectDeviceOfAnOldSystem() { world.systemFacts.framework = 1265.0; }  // before 10.10
   static PropertyDictionary current(const char* device) {
     return {{"current default system output device", device}};
   }
@@ -111,9 +111,9 @@ TEST_F(SoundEffectDeviceOfAnOldSystem, IsElseNone) {
 
 TEST_F(SoundEffectDeviceOfAnOldSystem, EndsWith10_10) {
   setSettings({{"1000", current("old")}});
-  world.systemInfo.framework = 1342.9;
+  world.systemFacts.framework = 1342.9;
   EXPECT_EQ(sounds.soundEffectDeviceID(), Text("old"));
-  world.systemInfo.framework = 1343.0;
+  world.systemFacts.framework = 1343.0;
   EXPECT_EQ(sounds.soundEffectDeviceID(), std::nullopt);
 }
 

@@ -6,7 +6,7 @@
 
 #include "KTStuff/CocoaExtensions/ViewExtensions.h"
 #include "tests/fakes/FakeScrollView.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
 #include "tests/support/OffscreenApplication.h"
 #include "tests/window/contract/ScrolledWidgets.h"
 
@@ -268,7 +268,7 @@ TYPED_TEST(ViewsContract, HiddenAndShownViewsStaySoWhenTheyComeToTheFront) {
 }
 
 TYPED_TEST(ViewsContract, UseLightAquaAppearanceFalseAfterTrueRestoresTheInheritedAppearance) {
-  const FakeSystemInfo system;
+  const FakeSystemFacts system;
   View& view = this->world.document();
   EXPECT_EQ(view.appearance(), AppearanceName::Inherited);
   ViewExtensions::useLightAquaAppearance(view, LightAqua::Yes, system);
@@ -278,7 +278,7 @@ TYPED_TEST(ViewsContract, UseLightAquaAppearanceFalseAfterTrueRestoresTheInherit
 }
 
 TYPED_TEST(ViewsContract, OnSystemsOlderThan10_14UseLightAquaAppearanceChangesNothing) {
-  FakeSystemInfo system;
+  FakeSystemFacts system;
   system.framework = 1561.6;
   for (const auto held : {AppearanceName::DarkAqua, AppearanceName::Inherited}) {
     this->world.document().setAppearance(held);

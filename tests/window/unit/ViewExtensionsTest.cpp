@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/fakes/FakeScrollView.h"
-#include "tests/fakes/FakeSystemInfo.h"
+#include "tests/fakes/FakeSystemFacts.h"
 
 namespace halvorn {
 namespace {
@@ -22,7 +22,7 @@ class ViewExtensionsTest : public testing::Test {
   Calls calls;
   FakeScrollView scrollView{calls, {1000, 2000}, {200, 100}};
   FakeDocument document{calls, scrollView};
-  FakeSystemInfo system;
+  FakeSystemFacts system;
 };
 
 using AnimatedVerticalScroll = ViewExtensionsTest;

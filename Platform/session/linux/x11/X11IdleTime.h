@@ -1,24 +1,24 @@
 // Idle time as an X server counts it for its screen saver.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include "Platform/session/IdleTime.h"
 #include "Platform/session/linux/Environment.h"
 
 namespace halvorn {
 
 class DisplayConnection;
 
-class X11IdleTime : public IdleTime {
+class X11IdleTime {
  public:
   // Connects at the first question.
   explicit X11IdleTime(const std::optional<std::string>& displayName);
-  ~X11IdleTime() override;
+  ~X11IdleTime();
 
-  std::optional<std::int64_t> nanosecondsSinceLastInput() override;
+  [[nodiscard]] std::optional<std::int64_t> nanosecondsSinceLastInput();
 
  private:
   const std::optional<std::string> displayName_;

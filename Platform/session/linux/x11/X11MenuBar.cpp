@@ -10,7 +10,7 @@ namespace halvorn {
 // Follows the active window and its states.
 class X11MenuBar::Watch {
  public:
-  Watch(std::unique_ptr<DisplayConnection> display, RunLoop& loop, Handler handler)
+  Watch(std::unique_ptr<DisplayConnection> display, RunLoop& loop, MenuBarHandler handler)
       : display_(std::move(display)), handler_(std::move(handler)) {
     select(display_->root());
     // The answer to this wakes the loop, so that the first look is taken there.
@@ -50,7 +50,7 @@ class X11MenuBar::Watch {
   }
 
   const std::unique_ptr<DisplayConnection> display_;
-  const Handler handler_;
+  const MenuBarHandler handler_;
   const xcb_atom_t activeWindow_ = display_->atom("_NET_ACTIVE_WINDOW");
   const xcb_atom_t states_ = display_->atom("_NET_WM_STATE");
   const xcb_atom_t fullScreen_ = display_->atom("_NET_WM_STATE_FULLSCREEN");
@@ -63,7 +63,7 @@ X11MenuBar::X11MenuBar(const std::optional<std::string>& displayName, RunLoop& l
     : displayName_(displayName), loop_(loop) {}
 X11MenuBar::~X11MenuBar() = default;
 
-bool X11MenuBar::installHandler(Handler handler) {
+bool X11MenuBar::installHandler(MenuBarHandler handler) {
   auto display = DisplayConnection::open(displayName_);
   if (!display) return false;
   watch_ = std::make_unique<Watch>(std::move(display), loop_, std::move(handler));

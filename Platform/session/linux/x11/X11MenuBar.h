@@ -6,17 +6,17 @@
 #include <string>
 
 #include "Platform/running/posix/RunLoop.h"
-#include "Platform/session/MenuBar.h"
+#include "Platform/session/DesktopFacts.h"
 
 namespace halvorn {
 
-class X11MenuBar : public MenuBar {
+class X11MenuBar {
  public:
   // The display is connected to at the installation of the handler.
   X11MenuBar(const std::optional<std::string>& displayName, RunLoop& loop);
-  ~X11MenuBar() override;
+  ~X11MenuBar();
 
-  bool installHandler(Handler handler) override;
+  [[nodiscard]] bool installHandler(MenuBarHandler handler);
 
  private:
   class Watch;

@@ -32,9 +32,9 @@ void X11Pasteboard::connect() {
   display_ = std::move(display);
 }
 
-std::int64_t X11Pasteboard::changeCount() {
+std::optional<std::int64_t> X11Pasteboard::changeCount() {
   if (!hasTriedToConnect_) connect();
-  if (!display_) return count_;
+  if (!display_) return std::nullopt;
   display_->synchronize();
   while (const auto event = adopted(xcb_poll_for_event(display_->get()))) {
     if ((event->response_type & ~sentByOthers) != changeEvent_) continue;

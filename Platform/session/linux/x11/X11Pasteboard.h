@@ -1,24 +1,24 @@
 // The clipboard of an X server, counted by its changes of owner.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
-
-#include "Platform/session/Pasteboard.h"
 
 namespace halvorn {
 
 class DisplayConnection;
 
-class X11Pasteboard : public Pasteboard {
+class X11Pasteboard {
  public:
   // Connects at the first question, and counts from then on.
   explicit X11Pasteboard(const std::optional<std::string>& displayName);
-  ~X11Pasteboard() override;
+  ~X11Pasteboard();
 
   // A program that ends while it owns the clipboard empties it; that counts too.
-  std::int64_t changeCount() override;
+  // nullopt without a display; a count that was told once stands still when the display has gone.
+  [[nodiscard]] std::optional<std::int64_t> changeCount();
 
  private:
   void connect();

@@ -1,4 +1,4 @@
-#include "Platform/files/linux/MountedFileSystems.h"
+#include "Platform/session/linux/MountedFileSystems.h"
 
 #include <fcntl.h>
 #include <sys/vfs.h>

@@ -1,4 +1,4 @@
-#include "Platform/session/linux/LinuxSystemInfo.h"
+#include "Platform/session/linux/LinuxSystemFacts.h"
 
 #include <sys/utsname.h>
 
@@ -18,9 +18,9 @@ Text releaseOfThisSystem() {
 
 }  // namespace
 
-LinuxSystemInfo::LinuxSystemInfo() : LinuxSystemInfo(releaseOfThisSystem()) {}
+LinuxSystemFacts::LinuxSystemFacts() : LinuxSystemFacts(releaseOfThisSystem()) {}
 
-LinuxSystemInfo::LinuxSystemInfo(const Text& release) {
+LinuxSystemFacts::LinuxSystemFacts(const Text& release) {
   const std::string text = release.bytes();
   const char* position = text.data();
   const char* const end = position + text.size();
@@ -34,6 +34,10 @@ LinuxSystemInfo::LinuxSystemInfo(const Text& release) {
   }
 }
 
-double LinuxSystemInfo::frameworkVersion() const { return kFrameworkVersion; }
+double LinuxSystemFacts::frameworkVersion() const { return kFrameworkVersion; }
+
+FileSystemAnswer LinuxSystemFacts::fileSystemOf(const Text& path) const {
+  return fileSystems_.statusOf(path);
+}
 
 }  // namespace halvorn

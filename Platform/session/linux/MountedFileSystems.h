@@ -3,17 +3,17 @@
 
 #include <string>
 
-#include "Platform/files/FileSystemInfo.h"
+#include "Platform/session/SystemFacts.h"
 
 namespace halvorn {
 
-class MountedFileSystems : public FileSystemInfo {
+class MountedFileSystems {
  public:
   explicit MountedFileSystems(const std::string& procFolder = "/proc/self");
 
   // The type is the one the volume was mounted with, so that ext4 is not taken for ext3 nor a FUSE volume for
   // another.
-  FileSystemAnswer statusOf(const Text& path) const override;
+  [[nodiscard]] FileSystemAnswer statusOf(const Text& path) const;
 
  private:
   std::string procFolder_;

@@ -7,7 +7,6 @@
 #include "Core/Log.h"
 #include "Core/Paths.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/bundles/LoginItems.h"
 #include "Platform/bundles/Workspace.h"
 #include "Platform/files/FileManager.h"
 #include "Platform/files/SearchPaths.h"
@@ -25,7 +24,7 @@ OptionalText DestinationChoice::findPreferredDestinationFor(const Text& name) {
 }
 
 OptionalText DestinationChoice::autoLaunchPathFor(const Text& name) const {
-  const auto items = services_.loginItems.snapshot();
+  const auto items = services_.workspace.loginItems();
   if (!items) return std::nullopt;
   for (const OptionalText& item : *items) {
     // KEEP: a plain prefix test, so "Foo" also takes the login item of "FooBar.app".

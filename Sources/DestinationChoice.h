@@ -18,12 +18,10 @@ class FileManager;
 class KTProcess;
 class KTProcessClass;
 class Log;
-class LoginItems;
 class SearchPaths;
 class Workspace;
 
 struct DestinationChoiceServices {
-  const LoginItems& loginItems;
   KTProcessClass& processes;
   FileManager& files;
   const SearchPaths& searchPaths;

@@ -18,11 +18,11 @@
 #include "KTStuff/KTClasses/KTUtilitiesVersions.h"
 #include "Platform/bundles/linux/LinuxBundles.h"
 #include "Platform/bundles/linux/LinuxDefaults.h"
+#include "Platform/bundles/linux/LinuxItemFacts.h"
 #include "Platform/bundles/linux/LinuxLocalizedStrings.h"
 #include "Platform/bundles/linux/PreferredLanguages.h"
 #include "Platform/bundles/linux/launching/Launcher.h"
 #include "Platform/bundles/linux/launching/LinuxWorkspace.h"
-#include "Platform/bundles/linux/launching/XdgLoginItems.h"
 #include "Platform/color/linux/DesktopAppearance.h"
 #include "Platform/color/linux/QtInterfaceStyle.h"
 #include "Platform/files/linux/trash/XdgTrash.h"
@@ -32,7 +32,6 @@
 #include "Platform/processes/linux/proc/DesktopSession.h"
 #include "Platform/processes/linux/proc/LinuxApplicationControl.h"
 #include "Platform/processes/linux/proc/LinuxApplicationEvents.h"
-#include "Platform/processes/linux/proc/LinuxApplicationItems.h"
 #include "Platform/processes/linux/proc/LinuxProcessSource.h"
 #include "Platform/processes/linux/proc/ProcFiles.h"
 #include "Platform/processes/linux/proc/RunningApplications.h"
@@ -52,7 +51,6 @@
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
 #include "Platform/sound/linux/LoadedSounds.h"
-#include "Platform/sound/linux/XdgSoundFolders.h"
 #include "Platform/text/linux/IcuLocalizedDates.h"
 #include "Platform/text/linux/IcuUnicode.h"
 #include "Platform/text/linux/LoadedDigests.h"
@@ -93,7 +91,6 @@ struct Ground {
   const LinuxBundles bundles{LinuxBundles::pathOfThisProgram(), languages};
   const LinuxLocalizedStrings strings{bundles.mainBundlePath(), languages};
   const LinuxDefaults defaults{folders, kBundleIdentifier, arguments_};
-  const LinuxPropertyLists propertyLists;
   const XdgSearchPaths searchPaths{folders};
   const LinuxSystemFacts systemFacts;
   const IcuUnicode unicode;
@@ -103,7 +100,7 @@ struct Ground {
   PosixFileManager files;
   SilentFileChangeNotices changes;
   const Launcher launcher{environment, folders};
-  LinuxWorkspace workspace{bundles, folders, launcher, languages};
+  LinuxWorkspace workspace{bundles, folders, environment, launcher, languages};
 };
 
 // The process model. Nothing is connected before a process is asked for.
@@ -119,9 +116,22 @@ struct Processes {
         control(running, windows),
         items(ground.bundles),
         appleEvents(running, ground.environment.value("DBUS_SESSION_BUS_ADDRESS").value_or("")),
-        notifications(loop),
-        processes({source, events, control, appleEvents, accessibility, notifications, ground.bundles, items,
-                   ground.files, images, tasks, ground.unicode, ground.digests, ground.clock, ground.log}) {}
+        notifications(application),
+        processes({.source = source,
+                   .events = events,
+                   .control = control,
+                   .appleEvents = appleEvents,
+                   .accessibility = accessibility,
+                   .notifications = notifications,
+                   .bundles = ground.bundles,
+                   .items = items,
+                   .files = ground.files,
+                   .images = images,
+                   .tasks = tasks,
+                   .unicode = ground.unicode,
+                   .digests = ground.digests,
+                   .clock = ground.clock,
+                   .log = ground.log}) {}
 
   const ProcFiles procFiles;
   XWindowSystem windows;
@@ -129,7 +139,7 @@ struct Processes {
   LinuxApplicationEvents events;
   LinuxProcessSource source;
   LinuxApplicationControl control;
-  const LinuxApplicationItems items;
+  const LinuxItemFacts items;
   BusAppleEvents appleEvents;
   NullAccessibility accessibility;  // the installer watches no other program's interface
   NotificationQueue notifications;
@@ -141,14 +151,20 @@ struct Processes {
 struct Sound {
   Sound(Ground& ground, Workers& workers)
       : sounds(moduleBesideProgram("HalvornSound.so"), ground.clock, workers, kProgramName),
-        folders(ground.folders.dataHome()),
-        extensions({sounds, sounds, folders, ground.searchPaths, ground.files, ground.bundles,
-                    ground.defaults, ground.propertyLists, ground.versions, workers, ground.clock, ground.log,
-                    ::getuid()}),
+        extensions({.sounds = sounds,
+                    .devices = sounds,
+                    .searchPaths = ground.searchPaths,
+                    .files = ground.files,
+                    .bundles = ground.bundles,
+                    .defaults = ground.defaults,
+                    .versions = ground.versions,
+                    .workers = workers,
+                    .clock = ground.clock,
+                    .log = ground.log,
+                    .userID = ::getuid()}),
         completion(extensions) {}
 
   LoadedSounds sounds;
-  const XdgSoundFolders folders;
   SoundExtensions extensions;
   CompletionSound completion;
 };
@@ -165,7 +181,8 @@ struct Colors {
       : appearances(appearance),
         style(appearance),
         theme(ground.versions, ground.defaults, style),
-        colors({appearances, theme, ground.systemFacts, ground.log}) {}
+        colors(
+            {.appearances = appearances, .theme = theme, .system = ground.systemFacts, .log = ground.log}) {}
 
   const QtAppearances appearances;
   QtInterfaceStyle style;
@@ -236,8 +253,7 @@ class Installer {
   }
 
   DestinationChoiceServices destinationServices() {
-    return {.loginItems = loginItems_,
-            .processes = processes_.processes,
+    return {.processes = processes_.processes,
             .files = ground_.files,
             .searchPaths = ground_.searchPaths,
             .workspace = ground_.workspace,
@@ -272,7 +288,6 @@ class Installer {
   QtAlerts alerts_;
   QtScreenReader screenReader_;
   PosixStandardStreams streams_{Paths::appending(ground_.searchPaths.homeFolder(), "Library/Logs")};
-  const XdgLoginItems loginItems_{ground_.folders, ground_.environment};
   XdgTrash trash_{ground_.clock, personOfThisProcess(), LinksInTheWay::Followed};
   const InstallServices install_{ground_.files, trash_, ground_.changes, ground_.log};
   PolkitAuthorizer authorizer_{ground_.log};

@@ -28,13 +28,11 @@
 #include "KTStuff/KTClasses/KTUtilitiesVersions.h"
 #include "Platform/bundles/Bundles.h"
 #include "Platform/bundles/Defaults.h"
-#include "Platform/bundles/PropertyLists.h"
 #include "Platform/files/FileManager.h"
 #include "Platform/files/SearchPaths.h"
 #include "Platform/running/Clock.h"
 #include "Platform/running/Workers.h"
 #include "Platform/sound/AudioDevices.h"
-#include "Platform/sound/SoundFolders.h"
 #include "Platform/sound/Sounds.h"
 
 namespace halvorn {
@@ -42,12 +40,10 @@ namespace halvorn {
 struct SoundServices {
   Sounds& sounds;
   const AudioDevices& devices;
-  const SoundFolders& soundFolders;
   const SearchPaths& searchPaths;
   const FileManager& files;
   const Bundles& bundles;
   const Defaults& defaults;
-  const PropertyLists& propertyLists;
   const KTUtilitiesVersions& versions;
   Workers& workers;
   const Clock& clock;

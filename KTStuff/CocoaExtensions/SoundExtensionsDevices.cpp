@@ -56,8 +56,8 @@ OptionalText SoundExtensions::outputDeviceUID(AudioScope scope) const {
 }
 
 OptionalText SoundExtensions::soundEffectDeviceID() const {
-  const auto settings = services_.propertyLists.dictionaryAtPath(
-      "/Library/Preferences/Audio/com.apple.audio.SystemSettings.plist");
+  const auto settings =
+      services_.bundles.dictionaryAtPath("/Library/Preferences/Audio/com.apple.audio.SystemSettings.plist");
   if (!settings) return std::nullopt;
   if (services_.versions.yosemiteOrNewer()) return firstPreferredOutput(*settings);
   if (OptionalText own = currentOutputUnder(*settings, format("%d", services_.userID))) return own;

@@ -51,7 +51,7 @@ std::vector<Text> SoundExtensions::applicationSounds() const {
 std::vector<Text> SoundExtensions::systemSoundFiles() const {
   std::vector<Text> folders = {"/System/Library/Sounds", "/Library/Sounds",
                                Paths::expandingTilde("~/Library/Sounds", services_.searchPaths.homeFolder())};
-  for (const Text& folder : services_.soundFolders.additionalSoundFolders()) folders.push_back(folder);
+  for (const Text& folder : services_.searchPaths.soundFolders()) folders.push_back(folder);
 
   std::vector<Text> paths;
   for (const Text& folder : folders) {

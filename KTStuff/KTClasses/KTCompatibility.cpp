@@ -51,7 +51,8 @@ class NotificationQueue::Registration : public Notifications::Observation {
   std::shared_ptr<State::Observer> observer_;
 };
 
-NotificationQueue::NotificationQueue(IdleQueue& idle) : idle_(idle), state_(std::make_shared<State>()) {}
+NotificationQueue::NotificationQueue(MainThread& mainThread)
+    : mainThread_(mainThread), state_(std::make_shared<State>()) {}
 
 NotificationQueue::~NotificationQueue() {
   std::deque<Notification> dropped;
@@ -73,7 +74,7 @@ void NotificationQueue::enqueueWhenIdle(Notification notification) {
     state_->waiting.push_back(std::move(notification));
   }
   // One idle moment for each, so that a burst of notifications never holds up events for long.
-  idle_.performWhenIdle([state = std::weak_ptr<State>(state_)] {
+  mainThread_.performWhenIdle([state = std::weak_ptr<State>(state_)] {
     if (const auto alive = state.lock()) alive->postNext();
   });
 }

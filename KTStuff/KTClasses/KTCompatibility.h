@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "Core/Notifications.h"
-#include "Platform/running/IdleQueue.h"
+#include "Platform/running/MainThread.h"
 
 namespace halvorn {
 
@@ -13,7 +13,7 @@ namespace halvorn {
 // notification waits hear of it; observers that go do not.
 class NotificationQueue : public Notifications {
  public:
-  explicit NotificationQueue(IdleQueue& idle);
+  explicit NotificationQueue(MainThread& mainThread);
   // What still waits is dropped. Thread: main.
   ~NotificationQueue() override;
   NotificationQueue(const NotificationQueue&) = delete;
@@ -26,7 +26,7 @@ class NotificationQueue : public Notifications {
   struct State;
   class Registration;
 
-  IdleQueue& idle_;
+  MainThread& mainThread_;
   std::shared_ptr<State> state_;  // outlives this object in idle tasks and observations, then empty
 };
 

@@ -27,7 +27,7 @@ class Accessibility;
 class AppleEvents;
 class ApplicationControl;
 class ApplicationEvents;
-class ApplicationItems;
+class ItemFacts;
 class Bundles;
 class Clock;
 class Digests;
@@ -55,7 +55,7 @@ struct KTProcessServices {
   Accessibility& accessibility;
   Notifications& notifications;
   const Bundles& bundles;
-  const ApplicationItems& items;
+  const ItemFacts& items;
   const FileManager& files;
   Images& images;
   Tasks& tasks;

@@ -4,8 +4,8 @@
 
 #include "Core/Format.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/bundles/ApplicationItems.h"
 #include "Platform/bundles/Bundles.h"
+#include "Platform/bundles/ItemFacts.h"
 
 namespace halvorn {
 namespace {

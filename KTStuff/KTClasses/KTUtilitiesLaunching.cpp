@@ -59,7 +59,7 @@ bool KTUtilitiesLaunching::installationMode() const {
 }
 
 Text KTUtilitiesLaunching::resolvedAlias(const Text& path) const {
-  return services_.aliases.targetOf(path).value_or(path);
+  return services_.items.aliasTarget(path).value_or(path);
 }
 
 void KTUtilitiesLaunching::launchMicro(LeaveFocus leaveFocus) {

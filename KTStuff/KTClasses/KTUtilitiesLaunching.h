@@ -11,7 +11,7 @@
 #include "KTStuff/KTClasses/KTProcess.h"
 #include "KTStuff/KTClasses/KTUtilitiesDesktop.h"
 #include "Platform/bundles/Bundles.h"
-#include "Platform/files/Aliases.h"
+#include "Platform/bundles/ItemFacts.h"
 #include "Platform/files/FileManager.h"
 #include "Platform/files/SearchPaths.h"
 #include "Platform/processes/LaunchContext.h"
@@ -25,7 +25,7 @@ struct KTUtilitiesLaunchingServices {
   const Bundles& bundles;
   const FileManager& files;
   const SearchPaths& searchPaths;
-  const Aliases& aliases;
+  const ItemFacts& items;
   const LaunchContext& launchContext;
   Tasks& tasks;
   Clock& clock;

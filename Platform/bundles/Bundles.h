@@ -27,6 +27,9 @@ class Bundles {
   [[nodiscard]] virtual std::vector<Text> resourcePaths(const Text& bundlePath) const = 0;
   // The program inside the bundle, whether or not it can run here; nullopt when the bundle names none.
   [[nodiscard]] virtual OptionalText executablePath(const Text& bundlePath) const = 0;
+  // The dictionary in the property-list file, XML or binary, which need not lie in a bundle; nullopt when it
+  // cannot be read or holds something else. Hostile, truncated or huge files count as missing. Thread: any.
+  [[nodiscard]] virtual std::optional<PropertyDictionary> dictionaryAtPath(const Text& path) const = 0;
 };
 
 }  // namespace halvorn

@@ -1,7 +1,10 @@
-// The desktop's workspace: opening, registering, icons.
+// The desktop's workspace: opening, registering, icons, and what starts with the session.
 //
 // Thread: any.
 #pragma once
+
+#include <optional>
+#include <vector>
 
 #include "Core/Text.h"
 
@@ -23,6 +26,10 @@ class Workspace {
   [[nodiscard]] virtual bool hasIcon(const Text& path) = 0;
   // The name people see: localized, the extension ".app" hidden; else the file name.
   [[nodiscard]] virtual Text displayName(const Text& path) const = 0;
+  // What the session starts by itself when the person logs in, in list order, each as the path it resolves to:
+  // the bundle around its program, else the program; nullopt for an item that does not resolve. The whole
+  // answer is nullopt when there is no list at all.
+  [[nodiscard]] virtual std::optional<std::vector<OptionalText>> loginItems() const = 0;
 };
 
 }  // namespace halvorn

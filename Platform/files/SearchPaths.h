@@ -18,6 +18,9 @@ class SearchPaths {
   [[nodiscard]] virtual std::vector<Text> userApplicationsFolders() const = 0;
   // The folders whose entries are mounted volumes (distribution disks, network volumes); they need not exist.
   [[nodiscard]] virtual std::vector<Text> volumeFolders() const = 0;
+  // Where this system keeps sounds, apart from the folders that are searched everywhere: absolute, in the
+  // order of the search; they need not exist. Thread: any.
+  [[nodiscard]] virtual std::vector<Text> soundFolders() const = 0;
 };
 
 }  // namespace halvorn

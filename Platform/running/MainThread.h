@@ -12,6 +12,9 @@ class MainThread {
   virtual void perform(std::function<void()> task) = 0;
   // Runs the task on the main thread once that many seconds have passed. Thread: any.
   virtual void performAfter(double seconds, std::function<void()> task) = 0;
+  // Runs the task on the main thread when no event waits there any more; in the order of these calls, never
+  // inside one. Thread: any.
+  virtual void performWhenIdle(std::function<void()> task) = 0;
 };
 
 }  // namespace halvorn

@@ -49,6 +49,11 @@ class FakeBundles : public Bundles {
     return bundle ? bundle->executable : std::nullopt;
   }
 
+  std::optional<PropertyDictionary> dictionaryAtPath(const Text& path) const override {
+    const auto found = propertyLists.find(path);
+    return found == propertyLists.end() ? std::nullopt : std::optional(found->second);
+  }
+
   void setInfo(const Text& bundlePath, PropertyDictionary info) {
     bundles[bundlePath].info = std::move(info);
   }
@@ -59,6 +64,7 @@ class FakeBundles : public Bundles {
 
   Text mainBundle = "/Applications/Installer.app";
   std::map<Text, Bundle> bundles;
+  std::map<Text, PropertyDictionary> propertyLists;  // path of the file -> what is in it
 
  private:
   const Bundle* find(const Text& path) const {

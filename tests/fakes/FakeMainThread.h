@@ -24,14 +24,12 @@ class FakeMainThread : public MainThread {
     delayed.push_back({seconds, std::move(task)});
   }
 
+  void performWhenIdle(std::function<void()> task) override { idleTasks.push_back(std::move(task)); }
+
   // Runs what is queued, and what that queues in turn.
-  void runAll() {
-    while (!queue.empty()) {
-      const auto task = std::move(queue.front());
-      queue.pop_front();
-      task();
-    }
-  }
+  void runAll() { run(queue); }
+  // The same for what waits for a quiet moment.
+  void becomeIdle() { run(idleTasks); }
   // Runs the delayed tasks that are due after that many seconds, soonest first.
   void runDelayed(double seconds) {
     std::vector<Delayed> due;
@@ -48,6 +46,16 @@ class FakeMainThread : public MainThread {
 
   std::deque<std::function<void()>> queue;
   std::vector<Delayed> delayed;
+  std::deque<std::function<void()>> idleTasks;
+
+ private:
+  static void run(std::deque<std::function<void()>>& tasks) {
+    while (!tasks.empty()) {
+      const auto task = std::move(tasks.front());
+      tasks.pop_front();
+      task();
+    }
+  }
 };
 
 class FakeWorkers : public Workers {

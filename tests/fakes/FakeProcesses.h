@@ -5,7 +5,7 @@
 //   "/Applications/Editor.app"}); DestinationChoice choice({..., fake.processes, ...});
 //
 // This program itself runs as "Installer", signature InSt, pid 100. Notifications wait until the test says
-// idle.becomeIdle(). The clock is the fixture's own, or one that is passed in.
+// mainThread.becomeIdle(). The clock is the fixture's own, or one that is passed in.
 #pragma once
 
 #include "KTStuff/KTClasses/KTCompatibility.h"
@@ -13,13 +13,13 @@
 #include "Platform/window/null/NullImages.h"
 #include "tests/fakes/FakeAccessibility.h"
 #include "tests/fakes/FakeAppleEvents.h"
-#include "tests/fakes/FakeApplicationItems.h"
 #include "tests/fakes/FakeApplications.h"
 #include "tests/fakes/FakeBundles.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDigests.h"
 #include "tests/fakes/FakeFileManager.h"
-#include "tests/fakes/FakeNotifications.h"
+#include "tests/fakes/FakeItemFacts.h"
+#include "tests/fakes/FakeMainThread.h"
 #include "tests/fakes/FakeTasks.h"
 #include "tests/fakes/FakeTemporaryFiles.h"
 #include "tests/fakes/FakeUnicode.h"
@@ -43,18 +43,30 @@ class FakeProcesses {
   FakeApplications applications{clock};
   FakeAppleEvents appleEvents;
   FakeAccessibility accessibility;
-  FakeIdleQueue idle;
-  NotificationQueue notifications{idle};
+  FakeMainThread mainThread;
+  NotificationQueue notifications{mainThread};
   FakeBundles bundles;
-  FakeApplicationItems items;
+  FakeItemFacts items;
   FakeFileManager files;
   FakeTemporaryFiles temporaryFiles;
   FakeTasks tasks{temporaryFiles, clock};
   FakeUnicode unicode;
   FakeDigests digests;
-  KTProcessClass processes{{applications, applications, applications, appleEvents, accessibility,
-                            notifications, bundles, items, files, noImages_, tasks, unicode, digests, clock,
-                            log}};
+  KTProcessClass processes{{.source = applications,
+                            .events = applications,
+                            .control = applications,
+                            .appleEvents = appleEvents,
+                            .accessibility = accessibility,
+                            .notifications = notifications,
+                            .bundles = bundles,
+                            .items = items,
+                            .files = files,
+                            .images = noImages_,
+                            .tasks = tasks,
+                            .unicode = unicode,
+                            .digests = digests,
+                            .clock = clock,
+                            .log = log}};
 
  private:
   FakeProcesses(FakeClock* sharedClock, RecordingLog* sharedLog)

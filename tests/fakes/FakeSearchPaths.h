@@ -11,11 +11,13 @@ class FakeSearchPaths : public SearchPaths {
   std::vector<Text> localApplicationsFolders() const override { return localApplications; }
   std::vector<Text> userApplicationsFolders() const override { return userApplications; }
   std::vector<Text> volumeFolders() const override { return volumes; }
+  std::vector<Text> soundFolders() const override { return sounds; }
 
   Text home = "/home/anna";
   std::vector<Text> localApplications = {"/Applications"};
   std::vector<Text> userApplications = {"/home/anna/Applications"};
   std::vector<Text> volumes = {"/Volumes"};
+  std::vector<Text> sounds = {"/home/anna/.local/share/sounds", "/usr/share/sounds"};
 };
 
 }  // namespace halvorn

@@ -15,9 +15,7 @@
 
 #include "Core/Format.h"
 #include "Core/Paths.h"
-#include "Platform/bundles/PropertyLists.h"
 #include "Platform/sound/AudioDevices.h"
-#include "Platform/sound/SoundFolders.h"
 #include "Platform/sound/Sounds.h"
 
 namespace halvorn {
@@ -156,21 +154,6 @@ class FakeSounds : public Sounds {
  private:
   FakeAudioDevices& devices_;
   FakeSoundCalls shared_;
-};
-
-class FakeSoundFolders : public SoundFolders {
- public:
-  std::vector<Text> additionalSoundFolders() const override { return folders; }
-  std::vector<Text> folders = {"/home/anna/.local/share/sounds", "/usr/share/sounds"};
-};
-
-class FakePropertyLists : public PropertyLists {
- public:
-  std::optional<PropertyDictionary> dictionaryAtPath(const Text& path) const override {
-    const auto found = files.find(path);
-    return found == files.end() ? std::nullopt : std::optional(found->second);
-  }
-  std::map<Text, PropertyDictionary> files;
 };
 
 }  // namespace halvorn

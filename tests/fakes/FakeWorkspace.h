@@ -35,6 +35,8 @@ class FakeWorkspace : public Workspace {
     return Paths::extension(name) == Text("app") ? Paths::deletingExtension(name) : name;
   }
 
+  std::optional<std::vector<OptionalText>> loginItems() const override { return loginItemPaths; }
+
   // Answers for the next calls; once they are used up, the plain flags below answer.
   std::deque<bool> openAnswers;
   std::deque<bool> iconAnswers;
@@ -42,6 +44,7 @@ class FakeWorkspace : public Workspace {
   bool iconsExist = true;
   int registerStatus = 0;
   std::map<Text, Text> displayNames;  // path -> name
+  std::optional<std::vector<OptionalText>> loginItemPaths = std::vector<OptionalText>{};
 
   std::vector<Text> opened;
   std::vector<Text> openedUrls;

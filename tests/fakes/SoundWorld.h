@@ -20,8 +20,17 @@ namespace halvorn {
 
 struct SoundWorld {
   [[nodiscard]] SoundServices services(Sounds& sounds, const AudioDevices& devices, Workers& workers) {
-    return {sounds,        devices,  folders, searchPaths, files, bundles, defaults,
-            propertyLists, versions, workers, clock,       log,   1000};
+    return {.sounds = sounds,
+            .devices = devices,
+            .searchPaths = searchPaths,
+            .files = files,
+            .bundles = bundles,
+            .defaults = defaults,
+            .versions = versions,
+            .workers = workers,
+            .clock = clock,
+            .log = log,
+            .userID = 1000};
   }
   // A sound in the program's own resources; returns its path.
   Text addApplicationSound(const Text& fileName, const std::string& data = "RIFF") {
@@ -38,8 +47,6 @@ struct SoundWorld {
   FakeFileManager files;
   FakeDefaults defaults;
   FakeSearchPaths searchPaths;
-  FakeSoundFolders folders;
-  FakePropertyLists propertyLists;
   FakeSystemFacts systemFacts;
   FakeUnicode unicode;
   FakeLocalizedDates dates;

@@ -13,11 +13,11 @@
 #include "KTStuff/KTClasses/KTCompatibility.h"
 #include "KTStuff/KTClasses/KTProcess.h"
 #include "Platform/bundles/linux/LinuxBundles.h"
+#include "Platform/bundles/linux/LinuxItemFacts.h"
 #include "Platform/files/posix/PosixFileManager.h"
 #include "Platform/processes/linux/proc/DesktopSession.h"
 #include "Platform/processes/linux/proc/LinuxApplicationControl.h"
 #include "Platform/processes/linux/proc/LinuxApplicationEvents.h"
-#include "Platform/processes/linux/proc/LinuxApplicationItems.h"
 #include "Platform/processes/linux/proc/LinuxProcessSource.h"
 #include "Platform/processes/linux/proc/ProcFiles.h"
 #include "Platform/processes/linux/proc/RunningApplications.h"
@@ -75,7 +75,7 @@ class LiveProcesses {
   LinuxProcessSource source;
   LinuxApplicationControl control;
   LinuxApplicationEvents events;
-  LinuxApplicationItems items{bundles};
+  LinuxItemFacts items{bundles};
   NotificationQueue notifications{loop};
   KTProcessClass processes;
 

@@ -12,7 +12,7 @@
 #include "KTStuff/KTClasses/KTCompatibility.h"
 #include "KTStuff/KTClasses/KTUtilities.h"
 #include "Platform/bundles/linux/LinuxBundles.h"
-#include "Platform/bundles/linux/launching/DesktopAliases.h"
+#include "Platform/bundles/linux/LinuxItemFacts.h"
 #include "Platform/bundles/linux/launching/Launcher.h"
 #include "Platform/bundles/linux/launching/LinuxWorkspace.h"
 #include "Platform/bundles/linux/launching/OpenToolTasks.h"
@@ -21,7 +21,6 @@
 #include "Platform/processes/linux/proc/DesktopSession.h"
 #include "Platform/processes/linux/proc/LinuxApplicationControl.h"
 #include "Platform/processes/linux/proc/LinuxApplicationEvents.h"
-#include "Platform/processes/linux/proc/LinuxApplicationItems.h"
 #include "Platform/processes/linux/proc/LinuxProcessSource.h"
 #include "Platform/processes/linux/proc/ProcFiles.h"
 #include "Platform/processes/linux/proc/RunningApplications.h"
@@ -76,7 +75,7 @@ struct RealUtilities {
   const XdgSearchPaths searchPaths{folders};
   const LinuxBundles bundles;
   const Launcher launcher{environment, folders};
-  LinuxWorkspace workspace{bundles, folders, launcher, {"en"}};
+  LinuxWorkspace workspace{bundles, folders, environment, launcher, {"en"}};
   PosixTasks posixTasks;
   OpenToolTasks tasks{posixTasks, workspace};
   PosixTemporaryFiles temporaryFiles{Text(*environment.value("HOME"))};
@@ -87,7 +86,7 @@ struct RealUtilities {
   LinuxApplicationEvents events{running, windows, loop, loop};
   LinuxProcessSource source{running, procFiles, windows, workspace};
   LinuxApplicationControl control{running, windows};
-  const LinuxApplicationItems items{bundles};
+  const LinuxItemFacts items{bundles};
   NullAppleEvents appleEvents;
   NullAccessibility accessibility;
   NotificationQueue notifications{loop};
@@ -113,7 +112,6 @@ struct RealUtilities {
   LinuxDesktopFacts desktopFacts{environment, std::nullopt, loop, clock};
   FakeDefaults defaults;
   FakeInterfaceStyleSetting style;  // the real one needs the toolkit; its tests are elsewhere
-  const DesktopAliases aliases;
   const SessionLaunchContext launchContext{source, environment};
   const FakeSystemFacts systemFacts;
   const FakeLocalizedDates dates;
@@ -134,7 +132,7 @@ struct RealUtilities {
                          .bundles = bundles,
                          .files = files,
                          .searchPaths = searchPaths,
-                         .aliases = aliases,
+                         .items = items,
                          .launchContext = launchContext,
                          .tasks = tasks,
                          .clock = clock,

@@ -115,4 +115,8 @@ OptionalText LinuxBundles::executablePath(const Text& bundlePath) const {
   return std::nullopt;
 }
 
+std::optional<PropertyDictionary> LinuxBundles::dictionaryAtPath(const Text& path) const {
+  return readPropertyListFile(path.bytes());
+}
+
 }  // namespace halvorn

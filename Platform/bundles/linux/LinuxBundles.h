@@ -24,6 +24,7 @@ class LinuxBundles : public Bundles {
   std::vector<Text> resourcePaths(const Text& bundlePath) const override;
   // The program for Linux first, then the one for the other system.
   OptionalText executablePath(const Text& bundlePath) const override;
+  std::optional<PropertyDictionary> dictionaryAtPath(const Text& path) const override;
 
  private:
   // The folders to search, relative to the bundle, best first.

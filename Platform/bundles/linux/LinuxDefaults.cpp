@@ -2,7 +2,6 @@
 
 #include "Platform/bundles/linux/OldPropertyList.h"
 #include "Platform/bundles/linux/PropertyListReader.h"
-#include "Platform/files/linux/BoundedFile.h"
 #include "Platform/session/linux/XdgFolders.h"
 
 namespace halvorn {
@@ -47,14 +46,8 @@ std::optional<PropertyValue> LinuxDefaults::objectForKey(const Text& key) const 
 std::optional<PropertyValue> LinuxDefaults::objectForKey(const Text& key, const Text& domain) const {
   const Text name = domain == Text("NSGlobalDomain") ? Text(kGlobalDomain) : domain;
   if (!isDomain(name)) return std::nullopt;
-  const auto values =
-      LinuxPropertyLists().dictionaryAtPath(Text(folder_) + Text("/") + name + Text(".plist"));
+  const auto values = readPropertyListFile(folder_ + "/" + name.bytes() + ".plist");
   return values ? find(*values, key) : std::nullopt;
-}
-
-std::optional<PropertyDictionary> LinuxPropertyLists::dictionaryAtPath(const Text& path) const {
-  const auto bytes = readRegularFile(path.bytes(), PropertyListLimits{}.fileBytes);
-  return bytes ? readPropertyDictionary(*bytes) : std::nullopt;
 }
 
 }  // namespace halvorn

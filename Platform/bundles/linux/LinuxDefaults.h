@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "Platform/bundles/Defaults.h"
-#include "Platform/bundles/PropertyLists.h"
 
 namespace halvorn {
 
@@ -25,11 +24,6 @@ class LinuxDefaults : public Defaults {
   std::string folder_;
   Text domain_;
   PropertyDictionary arguments_;
-};
-
-class LinuxPropertyLists : public PropertyLists {
- public:
-  std::optional<PropertyDictionary> dictionaryAtPath(const Text& path) const override;
 };
 
 }  // namespace halvorn

@@ -4,6 +4,7 @@
 #include "Platform/bundles/linux/OldPropertyList.h"
 #include "Platform/bundles/linux/TextDecoding.h"
 #include "Platform/bundles/linux/XmlPropertyList.h"
+#include "Platform/files/linux/BoundedFile.h"
 
 namespace halvorn {
 namespace {
@@ -44,6 +45,11 @@ std::optional<PropertyDictionary> readPropertyDictionary(std::string_view bytes,
   const auto list = readPropertyList(bytes, limits);
   if (!list || !list->dictionary()) return std::nullopt;
   return *list->dictionary();
+}
+
+std::optional<PropertyDictionary> readPropertyListFile(const std::string& path) {
+  const auto bytes = readRegularFile(path, PropertyListLimits{}.fileBytes);
+  return bytes ? readPropertyDictionary(*bytes) : std::nullopt;
 }
 
 std::optional<PropertyDictionary> readStringTable(std::string_view bytes, const PropertyListLimits& limits) {

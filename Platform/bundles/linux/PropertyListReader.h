@@ -30,6 +30,8 @@ struct PropertyListLimits {
 // A property list that is a dictionary.
 [[nodiscard]] std::optional<PropertyDictionary> readPropertyDictionary(std::string_view bytes,
                                                                        const PropertyListLimits& limits = {});
+// The same, in a regular file; nullopt also for one that is larger than a property list may be.
+[[nodiscard]] std::optional<PropertyDictionary> readPropertyListFile(const std::string& path);
 // A property list that is a dictionary, or its entries in the old format without the braces around them.
 [[nodiscard]] std::optional<PropertyDictionary> readStringTable(std::string_view bytes,
                                                                 const PropertyListLimits& limits = {});

@@ -11,7 +11,6 @@
 #include <mutex>
 #include <vector>
 
-#include "Platform/running/IdleQueue.h"
 #include "Platform/running/MainThread.h"
 #include "Platform/running/posix/FileDescriptor.h"
 #include "Platform/running/posix/RunLoop.h"
@@ -19,7 +18,7 @@
 namespace halvorn {
 
 // Thread: the one that made it is the main thread.
-class PollRunLoop : public RunLoop, public MainThread, public IdleQueue {
+class PollRunLoop : public RunLoop, public MainThread {
  public:
   PollRunLoop();
   ~PollRunLoop() override;

@@ -10,7 +10,7 @@
 namespace halvorn {
 
 XdgSearchPaths::XdgSearchPaths(const XdgFolders& folders, const Text& sharedApplications)
-    : home_(folders.home()), sharedApplications_(sharedApplications) {}
+    : home_(folders.home()), dataHome_(folders.dataHome()), sharedApplications_(sharedApplications) {}
 
 std::vector<Text> XdgSearchPaths::localApplicationsFolders() const {
   std::vector<Text> folders = {"/opt"};
@@ -31,6 +31,10 @@ std::vector<Text> XdgSearchPaths::volumeFolders() const {
     folders.push_back("/run/media/" + account->name);
   }
   return folders;
+}
+
+std::vector<Text> XdgSearchPaths::soundFolders() const {
+  return {Paths::appending(dataHome_, "sounds"), "/usr/share/sounds"};
 }
 
 }  // namespace halvorn

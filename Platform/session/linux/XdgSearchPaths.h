@@ -17,9 +17,11 @@ class XdgSearchPaths : public SearchPaths {
   std::vector<Text> userApplicationsFolders() const override;
   // /Volumes, and where desktops mount for the person: /media/<name> and /run/media/<name>.
   std::vector<Text> volumeFolders() const override;
+  std::vector<Text> soundFolders() const override;
 
  private:
   Text home_;
+  Text dataHome_;
   Text sharedApplications_;
 };
 

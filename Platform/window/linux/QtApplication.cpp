@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "Platform/color/linux/Palettes.h"
+#include "Platform/window/linux/IdleTasks.h"
 #include "Platform/window/linux/pictures/QtImage.h"
 
 namespace halvorn {
@@ -83,6 +84,7 @@ struct QtApplication::Parts {
   QApplication application{count, arguments};
   EventWatch watch;
   QObject tasks;  // what waits on it is dropped with it
+  IdleTasks idleTasks;
   std::vector<std::function<void()>> whenShown;
   bool terminated = false;
 };
@@ -142,5 +144,7 @@ void QtApplication::performAfter(double seconds, std::function<void()> task) {
     QTimer::singleShot(delay, Qt::PreciseTimer, &parts_->tasks, waiting);
   });
 }
+
+void QtApplication::performWhenIdle(std::function<void()> task) { parts_->idleTasks.add(std::move(task)); }
 
 }  // namespace halvorn

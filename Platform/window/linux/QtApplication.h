@@ -27,9 +27,10 @@ class QtApplication : public Application, public MainThread {
   void beep() override;
   [[nodiscard]] bool currentEventHasOptionKey() const override;
 
-  // Tasks that are still waiting when terminate() is called are dropped.
+  // Tasks that are still waiting when terminate() is called are dropped, those for a quiet moment too.
   void perform(std::function<void()> task) override;
   void performAfter(double seconds, std::function<void()> task) override;
+  void performWhenIdle(std::function<void()> task) override;
 
  private:
   struct Parts;

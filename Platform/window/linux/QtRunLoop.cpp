@@ -5,10 +5,7 @@
 #include <QObject>
 #include <QSocketNotifier>
 #include <QTimer>
-#include <QTimerEvent>
 #include <chrono>
-#include <deque>
-#include <mutex>
 #include <utility>
 
 namespace halvorn {
@@ -44,48 +41,7 @@ std::function<void()> holdingItself(std::function<void()> callback) {
 
 }  // namespace
 
-// A timer of no time fires when no event waits; one task for each such moment.
-class QtRunLoop::IdleTasks : public QObject {
- public:
-  void add(std::function<void()> task) {
-    {
-      const std::lock_guard lock(mutex_);
-      tasks_.push_back(std::move(task));
-    }
-    QMetaObject::invokeMethod(
-        this, [this] { start(); }, Qt::QueuedConnection);
-  }
-
- protected:
-  void timerEvent(QTimerEvent*) override {
-    std::function<void()> task;
-    {
-      const std::lock_guard lock(mutex_);
-      if (!tasks_.empty()) {
-        task = std::move(tasks_.front());
-        tasks_.pop_front();
-      }
-      if (tasks_.empty()) stop();
-    }
-    if (task) task();
-  }
-
- private:
-  void start() {
-    const std::lock_guard lock(mutex_);
-    if (timer_ == 0 && !tasks_.empty()) timer_ = startTimer(0);
-  }
-  void stop() {
-    killTimer(timer_);
-    timer_ = 0;
-  }
-
-  std::mutex mutex_;
-  std::deque<std::function<void()>> tasks_;
-  int timer_ = 0;
-};
-
-QtRunLoop::QtRunLoop() : idleTasks_(std::make_unique<IdleTasks>()) {}
+QtRunLoop::QtRunLoop() = default;
 
 QtRunLoop::~QtRunLoop() {
   // Sources that ended after the last event: nobody else deletes them any more.
@@ -106,7 +62,5 @@ std::unique_ptr<RunLoop::Source> QtRunLoop::every(double seconds, std::function<
   timer->start();
   return std::make_unique<ObjectSource<QTimer>>(std::move(timer));
 }
-
-void QtRunLoop::performWhenIdle(std::function<void()> task) { idleTasks_->add(std::move(task)); }
 
 }  // namespace halvorn

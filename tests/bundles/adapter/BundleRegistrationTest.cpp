@@ -38,7 +38,7 @@ class BundleRegistrationTest : public testing::Test {
     const XdgFolders folders(environment());
     const LinuxBundles bundles("/usr/bin/test", {});
     const Launcher launcher(environment(), folders);
-    return LinuxWorkspace(bundles, folders, launcher, {}).registerBundle(Text(urlText));
+    return LinuxWorkspace(bundles, folders, environment(), launcher, {}).registerBundle(Text(urlText));
   }
   std::string bundle(const std::string& name, const std::string& moreInfo = "") const {
     return putProbeBundle(folder_.path().string(), name, kProbe, moreInfo);
@@ -233,7 +233,7 @@ TEST_F(BundleRegistrationTest, EverythingThatExistsHasAnIcon) {
   const XdgFolders folders(environment());
   const LinuxBundles bundles("/usr/bin/test", {});
   const Launcher launcher(environment(), folders);
-  LinuxWorkspace workspace(bundles, folders, launcher, {});
+  LinuxWorkspace workspace(bundles, folders, environment(), launcher, {});
   EXPECT_TRUE(workspace.hasIcon(Text(bundle("Foo"))));
   EXPECT_FALSE(workspace.hasIcon(Text(folder_ / "missing.app")));
 }

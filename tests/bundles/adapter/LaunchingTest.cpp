@@ -53,7 +53,7 @@ class LaunchingTest : public testing::Test {
     const XdgFolders folders(environment());
     const LinuxBundles bundles("/usr/bin/test", {});
     const Launcher launcher(environment(), folders, std::move(tokens));
-    return LinuxWorkspace(bundles, folders, launcher, {}).openFile(Text(path));
+    return LinuxWorkspace(bundles, folders, environment(), launcher, {}).openFile(Text(path));
   }
   [[nodiscard]] LaunchReport report() const { return LaunchReport::in(folder_.path().string()); }
   std::string probeBundle(const std::string& name) {
@@ -257,7 +257,7 @@ class OpeningTest : public LaunchingTest {
     const XdgFolders folders(environment());
     const LinuxBundles bundles("/usr/bin/test", {});
     const Launcher launcher(environment(), folders);
-    return LinuxWorkspace(bundles, folders, launcher, {}).openUrl(url);
+    return LinuxWorkspace(bundles, folders, environment(), launcher, {}).openUrl(url);
   }
 };
 

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "tests/fakes/FakeAliases.h"
 #include "tests/fakes/FakeDefaults.h"
 #include "tests/fakes/FakeDesktopFacts.h"
 #include "tests/fakes/FakeInterfaceStyleSetting.h"
@@ -35,7 +34,6 @@ class KTUtilitiesLaunchingTest : public testing::Test {
   FakeSystemFacts systemFacts;
   FakeLocalizedDates dates;
   FakeSearchPaths searchPaths;
-  FakeAliases aliases;
   FakeLaunchContext launchContext;
   KTUtilitiesVersions versions{fake.bundles, systemFacts, fake.unicode, dates, fake.log};
   KTUtilitiesDesktop desktop{versions,
@@ -54,7 +52,7 @@ class KTUtilitiesLaunchingTest : public testing::Test {
                                   .bundles = fake.bundles,
                                   .files = fake.files,
                                   .searchPaths = searchPaths,
-                                  .aliases = aliases,
+                                  .items = fake.items,
                                   .launchContext = launchContext,
                                   .tasks = fake.tasks,
                                   .clock = fake.clock,
@@ -145,7 +143,7 @@ TEST_F(InstallationMode, DoesNotHoldForAnInstalledBundle) {
 using ResolvedAlias = KTUtilitiesLaunchingTest;
 
 TEST_F(ResolvedAlias, IsWhereItLeads) {
-  aliases.targets["/home/anna/Foo alias"] = "/Applications/Foo.app";
+  fake.items.aliasTargets["/home/anna/Foo alias"] = "/Applications/Foo.app";
   EXPECT_EQ(utilities.resolvedAlias("/home/anna/Foo alias"), Text("/Applications/Foo.app"));
 }
 

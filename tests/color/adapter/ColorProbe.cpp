@@ -118,7 +118,7 @@ class Probe {
   QtInterfaceStyle style_;
   KTUtilitiesVersions versions_{bundles_, system_, unicode_, dates_, log_};
   KTUtilitiesTheme theme_{versions_, defaults_, style_};
-  KTDynamicColorClass colors_{{appearances_, theme_, system_, log_}};
+  KTDynamicColorClass colors_{{.appearances = appearances_, .theme = theme_, .system = system_, .log = log_}};
   InstallerWindow& window_;
   InstallerOutlets outlets_ = window_.outlets();
 };

@@ -87,7 +87,7 @@ class ColoredWindow {
   QtInterfaceStyle style_{desktop_};
   KTUtilitiesVersions versions_{bundles_, system, unicode_, dates_, log};
   KTUtilitiesTheme theme_{versions_, defaults_, style_};
-  KTDynamicColorClass colors_{{appearances_, theme_, system, log}};
+  KTDynamicColorClass colors_{{.appearances = appearances_, .theme = theme_, .system = system, .log = log}};
   std::unique_ptr<InstallerWindow> window_;
 
  public:

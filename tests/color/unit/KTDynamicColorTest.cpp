@@ -45,7 +45,7 @@ class KTDynamicColorTest : public testing::Test {
   KTUtilitiesVersions versions{bundles, system, unicode, dates, log};
   KTUtilitiesTheme theme{versions, defaults, interfaceStyle};
   FakeAppearances appearances;
-  KTDynamicColorClass colors{{appearances, theme, system, log}};
+  KTDynamicColorClass colors{{.appearances = appearances, .theme = theme, .system = system, .log = log}};
 
   const std::shared_ptr<FakeColor> light = std::make_shared<FakeColor>(10);
   const std::shared_ptr<FakeColor> dark = std::make_shared<FakeColor>(21);

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "KTStuff/KTClasses/KTCompatibility.h"
-#include "tests/fakes/FakeNotifications.h"
+#include "tests/fakes/FakeMainThread.h"
 
 namespace halvorn {
 namespace {
@@ -24,8 +24,8 @@ class NotificationQueueTest : public testing::Test {
     queue->enqueueWhenIdle({name, std::move(object), {{"change", Text(change)}}});
   }
 
-  FakeIdleQueue idle;
-  std::unique_ptr<NotificationQueue> queue = std::make_unique<NotificationQueue>(idle);
+  FakeMainThread mainThread;
+  std::unique_ptr<NotificationQueue> queue = std::make_unique<NotificationQueue>(mainThread);
   Strings heard;
 };
 
@@ -33,7 +33,7 @@ TEST_F(NotificationQueueTest, NothingIsPostedBeforeTheProgramIsIdle) {
   const auto observation = queue->addObserver("Change", nullptr, note("a"));
   post("Change", "1");
   EXPECT_TRUE(heard.empty());
-  idle.becomeIdle();
+  mainThread.becomeIdle();
   EXPECT_EQ(heard, Strings{"a 1"});
 }
 
@@ -42,7 +42,7 @@ TEST_F(NotificationQueueTest, AlikeNotificationsAreAllPostedInOrder) {
   post("Change", "1");
   post("Change", "1");
   post("Change", "2");
-  idle.becomeIdle();
+  mainThread.becomeIdle();
   EXPECT_EQ(heard, (Strings{"a 1", "a 1", "a 2"}));
 }
 
@@ -55,7 +55,7 @@ TEST_F(NotificationQueueTest, ObserversHearTheirNameAndTheirObjectOnly) {
   post("Change", "1", object);
   post("Change", "2", other);
   post("Other", "3");
-  idle.becomeIdle();
+  mainThread.becomeIdle();
   EXPECT_EQ(heard, (Strings{"any 1", "one 1", "any 2", "named 3"}));
 }
 
@@ -64,7 +64,7 @@ TEST_F(NotificationQueueTest, ObserversThatComeWhileItWaitsHearOfItThoseThatGoDo
   post("Change", "1");
   gone = nullptr;
   const auto late = queue->addObserver("Change", nullptr, note("late"));
-  idle.becomeIdle();
+  mainThread.becomeIdle();
   EXPECT_EQ(heard, Strings{"late 1"});
 }
 
@@ -79,7 +79,7 @@ TEST_F(NotificationQueueTest, AHandlerMayEndItsOwnAndOtherObservations) {
   other = queue->addObserver("Change", nullptr, note("other"));
   post("Change", "1");
   post("Change", "2");
-  idle.becomeIdle();
+  mainThread.becomeIdle();
   EXPECT_EQ(heard, Strings{"own"});
 }
 
@@ -90,7 +90,7 @@ TEST_F(NotificationQueueTest, WhatAHandlerPostsComesInALaterIdleMoment) {
     EXPECT_LE(heard.size(), 2u);
   });
   post("Change", "1");
-  idle.becomeIdle();
+  mainThread.becomeIdle();
   EXPECT_EQ(heard, (Strings{"1", "again"}));
 }
 
@@ -99,7 +99,7 @@ TEST_F(NotificationQueueTest, TheObjectLivesUntilTheNotificationIsThrough) {
   const std::weak_ptr<int> watched = object;
   post("Change", "1", std::move(object));
   EXPECT_FALSE(watched.expired());
-  idle.becomeIdle();
+  mainThread.becomeIdle();
   EXPECT_TRUE(watched.expired());
 }
 
@@ -107,7 +107,7 @@ TEST_F(NotificationQueueTest, ADestroyedQueuePostsNothingAndObservationsMayOutli
   const auto observation = queue->addObserver("Change", nullptr, note("a"));
   post("Change", "1");
   queue = nullptr;
-  idle.becomeIdle();
+  mainThread.becomeIdle();
   EXPECT_TRUE(heard.empty());
 }
 

@@ -11,7 +11,6 @@
 #include "Platform/bundles/linux/PreferredLanguages.h"
 #include "Platform/bundles/linux/launching/Launcher.h"
 #include "Platform/bundles/linux/launching/LinuxWorkspace.h"
-#include "Platform/bundles/linux/launching/XdgLoginItems.h"
 #include "Platform/files/posix/PosixFileManager.h"
 #include "Platform/processes/linux/proc/LinuxProcessSource.h"
 #include "Platform/processes/linux/proc/ProcFiles.h"
@@ -35,8 +34,7 @@ void choose(const Text& product, const std::vector<Text>& codes) {
   const std::vector<Text> languages = preferredLanguages({}, environment);
   const LinuxBundles bundles(LinuxBundles::pathOfThisProgram(), languages);
   const Launcher launcher(environment, folders);
-  const LinuxWorkspace workspace(bundles, folders, launcher, languages);
-  const XdgLoginItems loginItems(folders, environment);
+  const LinuxWorkspace workspace(bundles, folders, environment, launcher, languages);
   const XdgSearchPaths searchPaths(folders);
   const ProcFiles procFiles;
   NoWindows windows;
@@ -44,14 +42,30 @@ void choose(const Text& product, const std::vector<Text>& codes) {
   LinuxProcessSource source(running, procFiles, windows, workspace);
   FakeProcesses rest;  // what no choice asks for
   PosixFileManager files;
-  KTProcessServices services = rest.processes.services();
-  KTProcessClass processes({source, services.events, services.control, services.appleEvents,
-                            services.accessibility, services.notifications, bundles, services.items, files,
-                            services.images, services.tasks, services.unicode, services.digests,
-                            services.clock, services.log});
+  const KTProcessServices& services = rest.processes.services();
+  KTProcessClass processes({.source = source,
+                            .events = services.events,
+                            .control = services.control,
+                            .appleEvents = services.appleEvents,
+                            .accessibility = services.accessibility,
+                            .notifications = services.notifications,
+                            .bundles = bundles,
+                            .items = services.items,
+                            .files = files,
+                            .images = services.images,
+                            .tasks = services.tasks,
+                            .unicode = services.unicode,
+                            .digests = services.digests,
+                            .clock = services.clock,
+                            .log = services.log});
   std::random_device random;
-  DestinationChoice choice({loginItems, processes, files, searchPaths, workspace, rest.log,
-                            [&] { return &codes; }, [&] { return random(); }});
+  DestinationChoice choice({.processes = processes,
+                            .files = files,
+                            .searchPaths = searchPaths,
+                            .workspace = workspace,
+                            .log = rest.log,
+                            .productCodes = [&] { return &codes; },
+                            .randomNumber = [&] { return random(); }});
   print("preferred", choice.findPreferredDestinationFor(product));
   const Text applications = choice.applicationsDirectory();
   print("applications", applications);

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "tests/fakes/FakeFileManager.h"
-#include "tests/fakes/FakeLoginItems.h"
 #include "tests/fakes/FakeProcesses.h"
 #include "tests/fakes/FakeSearchPaths.h"
 #include "tests/fakes/FakeWorkspace.h"
@@ -22,18 +21,22 @@ class DestinationChoiceTest : public testing::Test {
   FakeApplication& start(const char* name, const char (&code)[5], const OptionalText& path) {
     return fake.applications.start({.name = name, .signature = fourCharCode(code), .path = path});
   }
-  void loginItems(std::vector<OptionalText> items) { login.items = std::move(items); }
+  void loginItems(std::vector<OptionalText> items) { workspace.loginItemPaths = std::move(items); }
 
   FakeProcesses fake;
-  FakeLoginItems login;
   FakeFileManager files;
   FakeSearchPaths searchPaths;
   FakeWorkspace workspace;
   std::vector<Text> codes;
   bool hasCodes = true;
   std::uint32_t random = 0xA0;
-  DestinationChoice choice{{login, fake.processes, files, searchPaths, workspace, fake.log,
-                            [this] { return hasCodes ? &codes : nullptr; }, [this] { return random++; }}};
+  DestinationChoice choice{{.processes = fake.processes,
+                            .files = files,
+                            .searchPaths = searchPaths,
+                            .workspace = workspace,
+                            .log = fake.log,
+                            .productCodes = [this] { return hasCodes ? &codes : nullptr; },
+                            .randomNumber = [this] { return random++; }}};
 };
 
 using FindPreferredDestination = DestinationChoiceTest;
@@ -76,7 +79,7 @@ TEST_F(AutoLaunchPath, ItemsThatDoNotResolveAreSkipped) {
 }
 
 TEST_F(AutoLaunchPath, WithoutAListThereIsNone) {
-  login.items = std::nullopt;
+  workspace.loginItemPaths = std::nullopt;
   EXPECT_EQ(choice.autoLaunchPathFor("Foo"), std::nullopt);
 }
 

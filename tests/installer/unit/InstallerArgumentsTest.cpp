@@ -182,7 +182,7 @@ TEST_F(Arguments, AFileWhereTheDestinationsFolderShouldBeCountsAsMissing) {
 
 TEST_F(Arguments, WithoutADestinationTheLoginItemIsReplaced) {
   files.addFile("/Users/Shared/Foo.app/Contents/Info.plist");
-  loginItems.items = {{"/Users/Shared/Foo.app"}};
+  workspace.loginItemPaths = {{"/Users/Shared/Foo.app"}};
   auto& controller = start({"-sourcePath", product});
   EXPECT_EQ(controller.arguments().text(KTInstallerKeyDestinationPath), Text("/Users/Shared/Foo.app"));
 }

@@ -3,12 +3,12 @@
 namespace halvorn {
 
 InstallerFixture::Installer::Installer(InstallerFixture& fixture, std::vector<Text> argumentList)
-    : install{fixture.files, fixture.trash, fixture.notices, fixture.log},
+    : install{.files = fixture.files, .trash = fixture.trash, .notices = fixture.notices, .log = fixture.log},
       versions(fixture.bundles, fixture.system, fixture.processes.unicode, fixture.dates, fixture.log),
       theme(versions, fixture.defaults, fixture.interfaceStyle),
-      colors({fixture.appearances, theme, fixture.system, fixture.log}),
-      destinations({.loginItems = fixture.loginItems,
-                    .processes = fixture.processes.processes,
+      colors(
+          {.appearances = fixture.appearances, .theme = theme, .system = fixture.system, .log = fixture.log}),
+      destinations({.processes = fixture.processes.processes,
                     .files = fixture.files,
                     .searchPaths = fixture.searchPaths,
                     .workspace = fixture.workspace,
@@ -17,12 +17,10 @@ InstallerFixture::Installer::Installer(InstallerFixture& fixture, std::vector<Te
                     .randomNumber = [] { return 7u; }}),
       soundExtensions({.sounds = fixture.sounds,
                        .devices = fixture.devices,
-                       .soundFolders = fixture.soundFolders,
                        .searchPaths = fixture.searchPaths,
                        .files = fixture.files,
                        .bundles = fixture.bundles,
                        .defaults = fixture.defaults,
-                       .propertyLists = fixture.propertyLists,
                        .versions = versions,
                        .workers = fixture.workers,
                        .clock = fixture.clock,

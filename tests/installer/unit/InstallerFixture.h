@@ -28,7 +28,6 @@
 #include "tests/fakes/FakeInterfaceStyleSetting.h"
 #include "tests/fakes/FakeLocalizedDates.h"
 #include "tests/fakes/FakeLocalizedStrings.h"
-#include "tests/fakes/FakeLoginItems.h"
 #include "tests/fakes/FakeMainThread.h"
 #include "tests/fakes/FakeProcesses.h"
 #include "tests/fakes/FakeSearchPaths.h"
@@ -144,7 +143,6 @@ class InstallerFixture : public ::testing::Test {
   FakeSystemFacts system;
   FakeStandardStreams streams;
   FakeSearchPaths searchPaths;
-  FakeLoginItems loginItems;
   FakeAuthorizer authorizer;
   FakeMainThread mainThread;
   FakeWorkers workers;
@@ -158,8 +156,6 @@ class InstallerFixture : public ::testing::Test {
   FakeScreenReader screenReader;
   FakeAudioDevices devices;
   FakeSounds sounds{devices};
-  FakeSoundFolders soundFolders;
-  FakePropertyLists propertyLists;
 
  private:
   struct Installer {

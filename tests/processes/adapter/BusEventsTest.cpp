@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "Platform/processes/linux/dbus/BusAppleEvents.h"
+#include "tests/fakes/ChangedServices.h"
 #include "tests/processes/adapter/LiveFixture.h"
 
 namespace halvorn {
@@ -24,10 +25,8 @@ class BusEvents : public LiveFixture {
     // The events and the model need each other; the real program makes them in the same order.
     watch({});
     events = std::make_unique<BusAppleEvents>(live->running, address);
-    KTProcessServices s = live->processes.services();
     model = std::make_unique<KTProcessClass>(
-        KTProcessServices{s.source, s.events, s.control, *events, s.accessibility, s.notifications, s.bundles,
-                          s.items, s.files, s.images, s.tasks, s.unicode, s.digests, s.clock, s.log});
+        changedServices(live->processes.services(), {.appleEvents = events.get()}));
   }
   ChildProcess& startOnBus(const std::vector<std::string>& habits) {
     std::vector<std::string> all = {"--bus", "org.example.Bus-Zoo"};

@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "Core/FourCharCode.h"
+#include "Platform/bundles/linux/ResourceFork.h"
 #include "Platform/processes/linux/atspi/AtSpiEvents.h"
 #include "Platform/processes/linux/dbus/BusApplication.h"
 #include "Platform/processes/linux/proc/DesktopSession.h"
 #include "Platform/processes/linux/proc/ProcFiles.h"
 #include "Platform/processes/linux/proc/Program.h"
-#include "Platform/processes/linux/proc/ResourceFork.h"
 #include "Platform/processes/linux/proc/Signatures.h"
 #include "Platform/processes/linux/x11/WindowOwners.h"
 

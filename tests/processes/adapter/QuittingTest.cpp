@@ -4,6 +4,7 @@
 #include <atomic>
 #include <regex>
 
+#include "tests/fakes/ChangedServices.h"
 #include "tests/processes/adapter/LiveFixture.h"
 #include "tests/support/WaitingWorkers.h"
 
@@ -139,11 +140,7 @@ TEST_F(RealQuitting, TheWorstCaseTakesTwiceTheTimeout) {
       return std::make_unique<Deaf>();
     }
   } control(live->running, live->windows);
-  KTProcessServices services = live->processes.services();
-  KTProcessClass processes({services.source, services.events, control, services.appleEvents,
-                            services.accessibility, services.notifications, services.bundles, services.items,
-                            services.files, services.images, services.tasks, services.unicode,
-                            services.digests, services.clock, services.log});
+  KTProcessClass processes(changedServices(live->processes.services(), {.control = &control}));
   ChildProcess& child = startBundle("Editor", "EDIT");
   const double start = testSeconds();
   EXPECT_FALSE(processes.processWithPID(child.pid())->quitRunningApplication(0.5F));
@@ -183,10 +180,7 @@ TEST_F(RealQuitting, AnApplicationThatEndsJustBeforeItIsAskedHasStopped) {
     ChildProcess* child = nullptr;
     bool isPolite = true;
   } control(live->running, live->windows);
-  const KTProcessServices s = live->processes.services();
-  KTProcessClass processes({s.source, s.events, control, s.appleEvents, s.accessibility, s.notifications,
-                            s.bundles, s.items, s.files, s.images, s.tasks, s.unicode, s.digests, s.clock,
-                            s.log});
+  KTProcessClass processes(changedServices(live->processes.services(), {.control = &control}));
   control.child = &startBundle("Editor", "EDIT");
   EXPECT_TRUE(processes.processWithPID(control.child->pid())->quitRunningApplication(4.0F));
   control.child = &startBundle("Mail", "MAIL");

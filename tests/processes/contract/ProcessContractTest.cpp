@@ -68,7 +68,7 @@ class FakeWorld : public World {
     });
     if (fake_.applications.front != front_) fake_.applications.deliver(kFrontApplicationSwitchedEvent);
     front_ = fake_.applications.front;
-    fake_.idle.becomeIdle();
+    fake_.mainThread.becomeIdle();
     return condition();
   }
   KTProcessClass& processes() override { return fake_.processes; }

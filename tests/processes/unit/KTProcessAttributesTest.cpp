@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "KTStuff/KTClasses/KTProcess.h"
+#include "tests/fakes/ChangedServices.h"
 #include "tests/fakes/FakeProcesses.h"
 
 namespace halvorn {
@@ -150,10 +151,7 @@ class RecordingImages : public NullImages {
 
 TEST_F(KTProcessAttributes, TheIconIsThatOfThePathAndIsKept) {
   RecordingImages images;
-  const KTProcessServices s = fake.processes.services();
-  KTProcessClass processes({s.source, s.events, s.control, s.appleEvents, s.accessibility, s.notifications,
-                            s.bundles, s.items, s.files, images, s.tasks, s.unicode, s.digests, s.clock,
-                            s.log});
+  KTProcessClass processes(changedServices(fake.processes.services(), {.images = &images}));
   start({.name = "Editor", .path = kBundle});
   const KTProcessPointer process = processes.processWithSerialNumber(started->number);
   images.hasIcons = false;

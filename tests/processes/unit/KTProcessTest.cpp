@@ -24,7 +24,7 @@ class KTProcessCache : public testing::Test {
   }
   // The changes posted so far, once observers have heard of them.
   Strings changes() {
-    fake.idle.becomeIdle();
+    fake.mainThread.becomeIdle();
     return changes_;
   }
 
@@ -296,7 +296,7 @@ TEST_F(KTProcessCache, EventsBecomeNotificationsInOrderAndOnlyWhenIdle) {
   FakeApplication& editor = applications.launch({.name = "Editor"});
   applications.switchFront(editor);
   applications.endAndTell(editor);
-  EXPECT_EQ(fake.idle.tasks.size(), 3u);
+  EXPECT_EQ(fake.mainThread.idleTasks.size(), 3u);
   EXPECT_EQ(changes(), (Strings{"started", "front", "ended"}));
 }
 
@@ -331,7 +331,7 @@ TEST_F(KTProcessCache, TheObserverFindsAnEndedProcessGoneAlready) {
         wasGone = processes.indexOfCachedProcessWithSerialNumber(editor.number) == KTProcessClass::kNotFound;
       });
   applications.endAndTell(editor);
-  fake.idle.becomeIdle();
+  fake.mainThread.becomeIdle();
   EXPECT_TRUE(wasGone);
 }
 
@@ -343,7 +343,7 @@ TEST_F(KTProcessCache, ABurstOf200LaunchesAndEndsLosesNoneAndLeavesNoObject) {
     object(*all.back());
   }
   for (FakeApplication* application : all) applications.endAndTell(*application);
-  EXPECT_EQ(fake.idle.tasks.size(), 400u);
+  EXPECT_EQ(fake.mainThread.idleTasks.size(), 400u);
   const Strings heard = changes();
   EXPECT_EQ(std::count(heard.begin(), heard.begin() + 200, "started"), 200);
   EXPECT_EQ(std::count(heard.begin() + 200, heard.end(), "ended"), 200);
@@ -387,7 +387,7 @@ TEST_F(KTProcessAccessibility, WhatHappensBecomesANotificationAboutTheProcessWhe
   process->addAXNotification("AXWindowCreated");
   fake.accessibility.happen("AXWindowCreated", window);
   EXPECT_TRUE(heard.empty());
-  fake.idle.becomeIdle();
+  fake.mainThread.becomeIdle();
   ASSERT_EQ(heard.size(), 1u);
   EXPECT_EQ(heard[0].process, process);
   EXPECT_EQ(heard[0].event, "AXWindowCreated");
@@ -397,7 +397,7 @@ TEST_F(KTProcessAccessibility, WhatHappensBecomesANotificationAboutTheProcessWhe
 TEST_F(KTProcessAccessibility, WithoutAnElementItsPlaceHoldsTheEmptyText) {
   process->addAXNotification("AXWindowCreated");
   fake.accessibility.happen("AXWindowCreated", nullptr);
-  fake.idle.becomeIdle();
+  fake.mainThread.becomeIdle();
   ASSERT_EQ(heard.size(), 1u);
   EXPECT_EQ(heard[0].element, Text());
 }
@@ -417,7 +417,7 @@ TEST_F(KTProcessAccessibility, RemovingEndsOneNotificationAndNothingElse) {
   process->removeAXNotification("AXWindowCreated");
   fake.accessibility.happen("AXWindowCreated", window);
   fake.accessibility.happen("AXValueChanged", window);
-  fake.idle.becomeIdle();
+  fake.mainThread.becomeIdle();
   ASSERT_EQ(heard.size(), 1u);
   EXPECT_EQ(heard[0].event, "AXValueChanged");
   EXPECT_TRUE(fake.log.lines().empty());
@@ -448,7 +448,7 @@ TEST_F(KTProcessAccessibility, ANotificationOnItsWayKeepsItsProcess) {
   process = nullptr;
   applications.end(editor);
   processes.cleanupCache();
-  fake.idle.becomeIdle();
+  fake.mainThread.becomeIdle();
   ASSERT_EQ(heard.size(), 1u);
   EXPECT_EQ(heard[0].process.get(), address);
 }
@@ -479,7 +479,7 @@ TEST_F(KTProcessAccessibility, ANotificationThatCannotBeAddedIsLogged) {
                     "1.0"});
   process->addAXNotification("AXWindowCreated");
   fake.accessibility.happen("AXWindowCreated", window);
-  fake.idle.becomeIdle();
+  fake.mainThread.becomeIdle();
   EXPECT_EQ(heard.size(), 1u);
 }
 

@@ -18,14 +18,12 @@ namespace {
 struct Loop {
   virtual ~Loop() = default;
   virtual RunLoop& sources() = 0;
-  virtual IdleQueue& idle() = 0;
   virtual MainThread& mainThread() = 0;
   virtual bool runUntil(const std::function<bool()>& condition, double seconds) = 0;
 };
 
 struct PlainLoop : Loop {
   RunLoop& sources() override { return loop; }
-  IdleQueue& idle() override { return loop; }
   MainThread& mainThread() override { return loop; }
   bool runUntil(const std::function<bool()>& condition, double seconds) override {
     return loop.runUntil(condition, seconds);
@@ -36,7 +34,6 @@ struct PlainLoop : Loop {
 struct ToolkitLoop : Loop {
   ToolkitLoop() { loop = std::make_unique<QtRunLoop>(); }
   RunLoop& sources() override { return *loop; }
-  IdleQueue& idle() override { return *loop; }
   MainThread& mainThread() override { return application; }
   bool runUntil(const std::function<bool()>& condition, double seconds) override {
     const double end = testSeconds() + seconds;
@@ -132,8 +129,8 @@ TEST_P(RunLoopContract, ATimerCallsAgainAndAgainUntilItEnds) {
 
 TEST_P(RunLoopContract, IdleTasksRunInOrderAfterWhatWasPosted) {
   std::vector<std::string> order;
-  loop->idle().performWhenIdle([&] { order.push_back("idle 1"); });
-  loop->idle().performWhenIdle([&] { order.push_back("idle 2"); });
+  loop->mainThread().performWhenIdle([&] { order.push_back("idle 1"); });
+  loop->mainThread().performWhenIdle([&] { order.push_back("idle 2"); });
   loop->mainThread().perform([&] { order.push_back("posted 1"); });
   loop->mainThread().perform([&] { order.push_back("posted 2"); });
   EXPECT_TRUE(order.empty()) << "never inside the call";
@@ -144,9 +141,9 @@ TEST_P(RunLoopContract, IdleTasksRunInOrderAfterWhatWasPosted) {
 TEST_P(RunLoopContract, AnIdleTaskMayAskForAnother) {
   int calls = 0;
   std::function<void()> again = [&] {
-    if (++calls < 5) loop->idle().performWhenIdle(again);
+    if (++calls < 5) loop->mainThread().performWhenIdle(again);
   };
-  loop->idle().performWhenIdle(again);
+  loop->mainThread().performWhenIdle(again);
   EXPECT_TRUE(loop->runUntil([&] { return calls == 5; }, 5));
 }
 

@@ -9,7 +9,7 @@
 #include <fstream>
 
 #include "KTStuff/KTClasses/KTUtilities.h"
-#include "Platform/bundles/linux/launching/DesktopAliases.h"
+#include "Platform/bundles/linux/Aliases.h"
 #include "Platform/processes/linux/proc/SessionLaunchContext.h"
 #include "Platform/session/linux/MountedFileSystems.h"
 #include "Platform/session/linux/ProcDebugger.h"
@@ -30,10 +30,9 @@ class RealAliases : public testing::Test {
   void writeEntry(const std::string& name, const std::string& url) const {
     write(name, "[Desktop Entry]\nType=Link\nName=x\nURL=" + url + "\n");
   }
-  OptionalText target(const std::string& name) const { return aliases.targetOf(at(name)); }
+  OptionalText target(const std::string& name) const { return targetOfAlias(at(name)); }
 
   TemporaryFolder folder;
-  const DesktopAliases aliases;
 };
 
 TEST_F(RealAliases, PlainFilesFoldersAndMissingFilesAreNone) {
@@ -42,8 +41,8 @@ TEST_F(RealAliases, PlainFilesFoldersAndMissingFilesAreNone) {
   EXPECT_EQ(target("plain"), std::nullopt);
   EXPECT_EQ(target("folder"), std::nullopt);
   EXPECT_EQ(target("missing"), std::nullopt);
-  EXPECT_EQ(aliases.targetOf(""), std::nullopt);
-  EXPECT_EQ(aliases.targetOf(Text(std::u16string(u"/tmp\0x", 6))), std::nullopt);
+  EXPECT_EQ(targetOfAlias(""), std::nullopt);
+  EXPECT_EQ(targetOfAlias(Text(std::u16string(u"/tmp\0x", 6))), std::nullopt);
 }
 
 TEST_F(RealAliases, LinksLeadToTheirTarget) {

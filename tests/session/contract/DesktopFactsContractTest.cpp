@@ -8,15 +8,16 @@
 #include <memory>
 #include <optional>
 
-#include "Platform/bundles/linux/launching/DesktopAliases.h"
+#include "Platform/bundles/linux/LinuxBundles.h"
+#include "Platform/bundles/linux/LinuxItemFacts.h"
 #include "Platform/running/posix/PollRunLoop.h"
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/session/linux/LinuxDesktopFacts.h"
 #include "Platform/session/linux/LinuxSystemFacts.h"
 #include "Platform/session/linux/PortalInterfaceStyle.h"
-#include "tests/fakes/FakeAliases.h"
 #include "tests/fakes/FakeDesktopFacts.h"
 #include "tests/fakes/FakeInterfaceStyleSetting.h"
+#include "tests/fakes/FakeItemFacts.h"
 #include "tests/fakes/FakeSystemFacts.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Desktop.h"
@@ -179,11 +180,11 @@ struct FakeFiles {
   FakeFiles() { system.fileSystemTypes["/"] = "ext4"; }
   Text plainFile() { return "/plain"; }
   Text aliasOf(const Text& target) {
-    aliases.targets["/alias"] = target;
+    items.aliasTargets["/alias"] = target;
     return "/alias";
   }
 
-  FakeAliases aliases;
+  FakeItemFacts items;
   FakeSystemFacts system;
 };
 
@@ -199,7 +200,8 @@ struct RealFiles {
   }
 
   TemporaryFolder folder;
-  DesktopAliases aliases;
+  const LinuxBundles bundles{"/program", {}};
+  const LinuxItemFacts items{bundles};
   LinuxSystemFacts system;
 };
 
@@ -213,9 +215,9 @@ TYPED_TEST_SUITE(FilesContract, FilesWorlds);
 
 TYPED_TEST(FilesContract, AliasLeadsToItsTargetAndNothingElseIsOne) {
   const Text plain = this->files.plainFile();
-  EXPECT_EQ(this->files.aliases.targetOf(plain), std::nullopt);
-  EXPECT_EQ(this->files.aliases.targetOf("/no/such/file"), std::nullopt);
-  EXPECT_EQ(this->files.aliases.targetOf(this->files.aliasOf(plain)), plain);
+  EXPECT_EQ(this->files.items.aliasTarget(plain), std::nullopt);
+  EXPECT_EQ(this->files.items.aliasTarget("/no/such/file"), std::nullopt);
+  EXPECT_EQ(this->files.items.aliasTarget(this->files.aliasOf(plain)), plain);
 }
 
 TYPED_TEST(FilesContract, FileSystemHasANameAndAMissingPathIsAnError) {

@@ -29,7 +29,7 @@ class KTUtilitiesDesktopTest : public testing::Test {
   // Another application comes to the front, and everybody hears of it.
   void switchTo(const FakeApplication& application) {
     fake.applications.switchFront(application);
-    fake.idle.becomeIdle();
+    fake.mainThread.becomeIdle();
   }
   void startWatching() { mainThread.runDelayed(1.0); }
 
@@ -183,7 +183,7 @@ TEST_F(ClipboardPublisher, IsKeptAfterItHasEnded) {
   const KTProcessPointer expected = process(editor);
   switchTo(start("Viewer"));
   fake.applications.endAndTell(editor);
-  fake.idle.becomeIdle();
+  fake.mainThread.becomeIdle();
   EXPECT_EQ(utilities.clipboardPublisherProcess(), expected);
 }
 

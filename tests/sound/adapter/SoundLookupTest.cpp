@@ -9,7 +9,8 @@
 #include "Platform/bundles/linux/LinuxBundles.h"
 #include "Platform/bundles/linux/LinuxDefaults.h"
 #include "Platform/files/posix/PosixFileManager.h"
-#include "Platform/sound/linux/XdgSoundFolders.h"
+#include "Platform/session/linux/XdgFolders.h"
+#include "Platform/session/linux/XdgSearchPaths.h"
 #include "tests/fakes/FakeMainThread.h"
 #include "tests/fakes/SoundWorld.h"
 #include "tests/support/SoundData.h"
@@ -22,8 +23,6 @@ using Texts = std::vector<Text>;
 
 class SoundLookupOnDisk : public testing::Test {
  protected:
-  SoundLookupOnDisk() { world.searchPaths.home = folder / "home"; }
-
   void write(const std::string& path, const std::string& contents) {
     std::filesystem::create_directories(std::filesystem::path(folder / path).parent_path());
     std::ofstream(folder / path, std::ios::binary) << contents;
@@ -54,10 +53,18 @@ class SoundLookupOnDisk : public testing::Test {
   FakeWorkers workers;
   PosixFileManager files;
   LinuxBundles bundles{programOfNewBundle(), {"en"}};
-  XdgSoundFolders folders{folder / "home/.local/share"};
-  LinuxPropertyLists propertyLists;
-  SoundExtensions sounds{{player, devices, folders, world.searchPaths, files, bundles, world.defaults,
-                          propertyLists, world.versions, workers, world.clock, world.log, 1000}};
+  XdgSearchPaths searchPaths{XdgFolders(Environment(Environment::Variables{{"HOME", folder / "home"}}))};
+  SoundExtensions sounds{{.sounds = player,
+                          .devices = devices,
+                          .searchPaths = searchPaths,
+                          .files = files,
+                          .bundles = bundles,
+                          .defaults = world.defaults,
+                          .versions = world.versions,
+                          .workers = workers,
+                          .clock = world.clock,
+                          .log = world.log,
+                          .userID = 1000}};
 };
 
 TEST_F(SoundLookupOnDisk, FindsTheShippedSoundsInTheBundle) {

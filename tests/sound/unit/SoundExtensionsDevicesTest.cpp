@@ -11,7 +11,7 @@ using Lines = std::vector<std::string>;
 class SoundDevicesTest : public testing::Test {
  protected:
   void setSettings(const PropertyDictionary& settings) {
-    world.propertyLists.files["/Library/Preferences/Audio/com.apple.audio.SystemSettings.plist"] = settings;
+    world.bundles.propertyLists["/Library/Preferences/Audio/com.apple.audio.SystemSettings.plist"] = settings;
   }
 
   SoundWorld world;

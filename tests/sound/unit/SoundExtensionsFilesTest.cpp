@@ -84,10 +84,17 @@ TEST(ApplicationSounds, ComeInTheOrderOfTheBundleAndTheirNamesSorted) {
   FakeWorkers workers;
   ListingBundles bundles;
   bundles.listing = {"/R/Zoo.wav", "/R/Done.aiff", "/R/notes.txt", "/R/apple.mp3", "/R/SoundOfSilence.aiff"};
-  const SoundServices fromWorld = world.services(player, devices, workers);
-  SoundExtensions sounds{{player, devices, world.folders, world.searchPaths, world.files, bundles,
-                          world.defaults, world.propertyLists, world.versions, workers, world.clock,
-                          fromWorld.log, 1000}};
+  SoundExtensions sounds{{.sounds = player,
+                          .devices = devices,
+                          .searchPaths = world.searchPaths,
+                          .files = world.files,
+                          .bundles = bundles,
+                          .defaults = world.defaults,
+                          .versions = world.versions,
+                          .workers = workers,
+                          .clock = world.clock,
+                          .log = world.log,
+                          .userID = 1000}};
   EXPECT_EQ(sounds.applicationSoundFiles(),
             (Texts{"/R/Zoo.wav", "/R/Done.aiff", "/R/apple.mp3", "/R/SoundOfSilence.aiff"}));
   EXPECT_EQ(sounds.applicationSounds(), (Texts{"Done", "Zoo", "apple"}))

@@ -37,12 +37,14 @@ bool isApplicationBundle(const Text& path) {
   return item && isFolder(*item);
 }
 
-LinuxWorkspace::LinuxWorkspace(const Bundles& bundles, const XdgFolders& folders, const Launcher& launcher,
+LinuxWorkspace::LinuxWorkspace(const Bundles& bundles, const XdgFolders& folders,
+                               const Environment& environment, const Launcher& launcher,
                                std::vector<Text> languages)
     : bundles_(bundles),
       launcher_(launcher),
       languages_(std::move(languages)),
-      registration_(bundles, folders, launcher) {}
+      registration_(bundles, folders, launcher),
+      loginItems_(folders, environment) {}
 
 bool LinuxWorkspace::openFile(const Text& path) {
   if (!findItem(path.bytes())) return false;

@@ -6,6 +6,7 @@
 
 #include "Platform/bundles/Workspace.h"
 #include "Platform/bundles/linux/launching/BundleRegistration.h"
+#include "Platform/bundles/linux/launching/XdgLoginItems.h"
 
 namespace halvorn {
 
@@ -15,8 +16,8 @@ class XdgFolders;
 
 class LinuxWorkspace : public Workspace {
  public:
-  LinuxWorkspace(const Bundles& bundles, const XdgFolders& folders, const Launcher& launcher,
-                 std::vector<Text> languages);
+  LinuxWorkspace(const Bundles& bundles, const XdgFolders& folders, const Environment& environment,
+                 const Launcher& launcher, std::vector<Text> languages);
 
   // A bundle: its program, when it is one that Linux can start. Anything else: xdg-open.
   bool openFile(const Text& path) override;
@@ -26,6 +27,7 @@ class LinuxWorkspace : public Workspace {
   // True for everything that exists: where the item has no icon of its own, desktops show that of its kind.
   bool hasIcon(const Text& path) override;
   Text displayName(const Text& path) const override;
+  std::optional<std::vector<OptionalText>> loginItems() const override { return loginItems_.snapshot(); }
 
  private:
   [[nodiscard]] bool launchBundle(const Text& path) const;
@@ -35,6 +37,7 @@ class LinuxWorkspace : public Workspace {
   const Launcher& launcher_;
   std::vector<Text> languages_;
   BundleRegistration registration_;
+  XdgLoginItems loginItems_;
 };
 
 // Whether the item at the path is an application bundle: a folder with the extension "app".

@@ -1,10 +1,11 @@
 // Autostart entries as login items.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "Platform/bundles/LoginItems.h"
+#include "Core/Text.h"
 #include "Platform/session/linux/Environment.h"
 
 namespace halvorn {
@@ -15,11 +16,12 @@ class XdgFolders;
 // The person's own entries come before the system's, each folder's by file name. A file of the person's hides
 // the system's of that name. Hidden entries and those for other desktops than the running one are not in the
 // list; an entry whose program is not there does not resolve.
-class XdgLoginItems : public LoginItems {
+class XdgLoginItems {
  public:
   XdgLoginItems(const XdgFolders& folders, const Environment& environment);
 
-  std::optional<std::vector<OptionalText>> snapshot() const override;
+  // Read afresh at each call.
+  [[nodiscard]] std::optional<std::vector<OptionalText>> snapshot() const;
 
  private:
   [[nodiscard]] bool isStartedHere(const DesktopEntry& entry) const;

@@ -1,4 +1,4 @@
-#include "Platform/bundles/linux/launching/DesktopAliases.h"
+#include "Platform/bundles/linux/Aliases.h"
 
 #include <stdlib.h>
 #include <sys/stat.h>
@@ -76,7 +76,7 @@ OptionalText nextOf(const Text& path, mode_t mode) {
 
 }  // namespace
 
-OptionalText DesktopAliases::targetOf(const Text& path) const {
+OptionalText targetOfAlias(const Text& path) {
   if (path.find(u'\0') != Text::npos) return std::nullopt;
   Text current = path;
   while (current.length() > 1 && current.hasSuffix("/")) current = current.substring(0, current.length() - 1);

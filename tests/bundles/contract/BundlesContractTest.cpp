@@ -1,4 +1,4 @@
-// The same cases against what a test writes down and against what lies on a disk.
+// Bundles, settings, texts and the workspace: the same cases against what a test writes down and against what lies on a disk.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,13 +9,11 @@
 #include "Platform/bundles/linux/LinuxLocalizedStrings.h"
 #include "Platform/bundles/linux/launching/Launcher.h"
 #include "Platform/bundles/linux/launching/LinuxWorkspace.h"
-#include "Platform/bundles/linux/launching/XdgLoginItems.h"
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
 #include "tests/fakes/FakeBundles.h"
 #include "tests/fakes/FakeDefaults.h"
 #include "tests/fakes/FakeLocalizedStrings.h"
-#include "tests/fakes/FakeLoginItems.h"
 #include "tests/fakes/FakeSearchPaths.h"
 #include "tests/fakes/FakeWorkspace.h"
 #include "tests/support/PrintText.h"
@@ -32,18 +30,18 @@ class FakeWorld {
   FakeWorld() {
     bundles_.setInfo(bundle(), {{"CFBundleExecutable", "Foo"}, {"CFBundleSignature", "FOOO"}});
     bundles_.addResource(bundle(), "Foo.icns");
+    bundles_.propertyLists["/home/anna/.config/com.example.other.plist"] = {{"volume", 0.5}};
     bundles_.bundles[bundle()].executable = bundle() + Text("/Contents/Linux/Foo");
     strings_.translations["Quit"] = "Beenden";
     defaults_.values = {{"nosound", true}, {"count", 0}};
     defaults_.domains["com.example.other"] = {{"volume", 0.5}};
-    loginItems_.items = {bundle(), std::nullopt};
+    workspace_.loginItemPaths = {bundle(), std::nullopt};
   }
   Text bundle() const { return "/home/anna/Foo.app"; }
   Text home() const { return "/home/anna"; }
   const Bundles& bundles() { return bundles_; }
   const LocalizedStrings& strings() { return strings_; }
   const Defaults& defaults() { return defaults_; }
-  const LoginItems& loginItems() { return loginItems_; }
   const SearchPaths& searchPaths() { return searchPaths_; }
   Workspace& workspace() { return workspace_; }
 
@@ -51,7 +49,6 @@ class FakeWorld {
   FakeBundles bundles_;
   FakeLocalizedStrings strings_;
   FakeDefaults defaults_;
-  FakeLoginItems loginItems_;
   FakeSearchPaths searchPaths_;
   FakeWorkspace workspace_;
 };
@@ -78,7 +75,6 @@ class RealWorld {
   const Bundles& bundles() { return bundles_; }
   const LocalizedStrings& strings() { return *strings_; }
   const Defaults& defaults() { return defaults_; }
-  const LoginItems& loginItems() { return loginItems_; }
   const SearchPaths& searchPaths() { return searchPaths_; }
   Workspace& workspace() { return workspace_; }
 
@@ -90,21 +86,20 @@ class RealWorld {
   LinuxBundles bundles_{"/usr/bin/test", {}};
   std::unique_ptr<LinuxLocalizedStrings> strings_;
   LinuxDefaults defaults_{folders_, "example", {}};
-  XdgLoginItems loginItems_{folders_, environment_};
   XdgSearchPaths searchPaths_{folders_};
   Launcher launcher_{environment_, folders_};
-  LinuxWorkspace workspace_{bundles_, folders_, launcher_, {}};
+  LinuxWorkspace workspace_{bundles_, folders_, environment_, launcher_, {}};
 };
 
 template <typename World>
-class DesktopContract : public testing::Test {
+class BundlesContract : public testing::Test {
  protected:
   World world;
 };
 using Worlds = testing::Types<FakeWorld, RealWorld>;
-TYPED_TEST_SUITE(DesktopContract, Worlds);
+TYPED_TEST_SUITE(BundlesContract, Worlds);
 
-TYPED_TEST(DesktopContract, ABundleHasInformationResourcesAndAProgram) {
+TYPED_TEST(BundlesContract, ABundleHasInformationResourcesAndAProgram) {
   const Bundles& bundles = this->world.bundles();
   const Text bundle = this->world.bundle();
   EXPECT_EQ(bundles.infoDictionary(bundle),
@@ -118,7 +113,7 @@ TYPED_TEST(DesktopContract, ABundleHasInformationResourcesAndAProgram) {
             resources.end());
 }
 
-TYPED_TEST(DesktopContract, WhatIsNotThereHasNone) {
+TYPED_TEST(BundlesContract, WhatIsNotThereHasNone) {
   const Bundles& bundles = this->world.bundles();
   EXPECT_EQ(bundles.infoDictionary("/nonexistent.app"), std::nullopt);
   EXPECT_EQ(bundles.executablePath("/nonexistent.app"), std::nullopt);
@@ -128,14 +123,23 @@ TYPED_TEST(DesktopContract, WhatIsNotThereHasNone) {
   EXPECT_TRUE(bundles.resourcePaths("/nonexistent.app").empty());
 }
 
-TYPED_TEST(DesktopContract, ATextIsTranslatedOrStandsForItself) {
+TYPED_TEST(BundlesContract, APropertyListIsReadAndWhatIsNoneIsMissing) {
+  const Bundles& bundles = this->world.bundles();
+  EXPECT_EQ(bundles.dictionaryAtPath(this->world.home() + Text("/.config/com.example.other.plist")),
+            (PropertyDictionary{{"volume", 0.5}}));
+  EXPECT_EQ(bundles.dictionaryAtPath("/nonexistent.plist"), std::nullopt);
+  EXPECT_EQ(bundles.dictionaryAtPath(this->world.bundle() + Text("/Contents/Resources/Foo.icns")),
+            std::nullopt);
+}
+
+TYPED_TEST(BundlesContract, ATextIsTranslatedOrStandsForItself) {
   const LocalizedStrings& strings = this->world.strings();
   EXPECT_EQ(strings.localized("Quit"), Text("Beenden"));
   const Text key = "Install";
   EXPECT_TRUE(strings.localized(key).isSameObject(key));
 }
 
-TYPED_TEST(DesktopContract, SettingsKeepTheirKind) {
+TYPED_TEST(BundlesContract, SettingsKeepTheirKind) {
   const Defaults& defaults = this->world.defaults();
   EXPECT_EQ(defaults.objectForKey("nosound"), PropertyValue(true));
   EXPECT_TRUE(defaults.boolForKey("nosound"));
@@ -147,21 +151,22 @@ TYPED_TEST(DesktopContract, SettingsKeepTheirKind) {
   EXPECT_EQ(defaults.objectForKey("volume", "com.example.missing"), std::nullopt);
 }
 
-TYPED_TEST(DesktopContract, LoginItemsComeInOrderAndMayFailToResolve) {
-  EXPECT_EQ(this->world.loginItems().snapshot(),
+TYPED_TEST(BundlesContract, LoginItemsComeInOrderAndMayFailToResolve) {
+  EXPECT_EQ(this->world.workspace().loginItems(),
             (std::vector<OptionalText>{this->world.bundle(), std::nullopt}));
 }
 
-TYPED_TEST(DesktopContract, FoldersAreAbsoluteAndTheHomeFolderIsThePersons) {
+TYPED_TEST(BundlesContract, FoldersAreAbsoluteAndTheHomeFolderIsThePersons) {
   const SearchPaths& paths = this->world.searchPaths();
   EXPECT_EQ(paths.homeFolder(), this->world.home());
   EXPECT_EQ(paths.userApplicationsFolders().back(), this->world.home() + Text("/Applications"));
   ASSERT_FALSE(paths.localApplicationsFolders().empty());
   EXPECT_TRUE(paths.localApplicationsFolders().back().hasPrefix("/"));
   EXPECT_EQ(paths.volumeFolders().front(), Text("/Volumes"));
+  for (const Text& folder : paths.soundFolders()) EXPECT_TRUE(folder.hasPrefix("/"));
 }
 
-TYPED_TEST(DesktopContract, ABundleIsShownWithoutItsExtensionOpenedAndRegistered) {
+TYPED_TEST(BundlesContract, ABundleIsShownWithoutItsExtensionOpenedAndRegistered) {
   Workspace& workspace = this->world.workspace();
   const Text bundle = this->world.bundle();
   EXPECT_EQ(workspace.displayName(bundle), Text("Foo"));

@@ -1,4 +1,4 @@
-#include "Platform/processes/linux/proc/ResourceFork.h"
+#include "Platform/bundles/linux/ResourceFork.h"
 
 #include <sys/xattr.h>
 

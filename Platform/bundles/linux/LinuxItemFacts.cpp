@@ -1,4 +1,4 @@
-#include "Platform/processes/linux/proc/LinuxApplicationItems.h"
+#include "Platform/bundles/linux/LinuxItemFacts.h"
 
 #include <elf.h>
 #include <sys/stat.h>
@@ -9,8 +9,9 @@
 
 #include "Core/Paths.h"
 #include "Platform/bundles/Bundles.h"
+#include "Platform/bundles/linux/Aliases.h"
+#include "Platform/bundles/linux/ResourceFork.h"
 #include "Platform/files/linux/BoundedFile.h"
-#include "Platform/processes/linux/proc/ResourceFork.h"
 
 namespace halvorn {
 namespace {
@@ -37,7 +38,7 @@ bool canStartHere(const std::string& path) {
 
 }  // namespace
 
-std::optional<ApplicationItemFlags> LinuxApplicationItems::flags(const Text& path) const {
+std::optional<ApplicationItemFlags> LinuxItemFacts::flags(const Text& path) const {
   struct stat item {};
   if (::stat(path.bytes().c_str(), &item) != 0) return std::nullopt;
   ApplicationItemFlags flags;
@@ -49,10 +50,12 @@ std::optional<ApplicationItemFlags> LinuxApplicationItems::flags(const Text& pat
   return flags;
 }
 
-std::optional<std::string> LinuxApplicationItems::resource(const Text& path, FourCharCode type,
-                                                           std::int16_t id) const {
+std::optional<std::string> LinuxItemFacts::resource(const Text& path, FourCharCode type,
+                                                    std::int16_t id) const {
   const auto fork = readResourceFork(path.bytes());
   return fork ? resourceIn(*fork, type, id) : std::nullopt;
 }
+
+OptionalText LinuxItemFacts::aliasTarget(const Text& path) const { return targetOfAlias(path); }
 
 }  // namespace halvorn

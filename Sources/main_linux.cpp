@@ -36,7 +36,7 @@
 #include "Platform/processes/linux/proc/ProcFiles.h"
 #include "Platform/processes/linux/proc/RunningApplications.h"
 #include "Platform/processes/linux/x11/XWindowSystem.h"
-#include "Platform/processes/null/NullAccessibility.h"
+#include "Platform/processes/null/NullProcesses.h"
 #include "Platform/rights/linux/PolkitAuthorizer.h"
 #include "Platform/rights/posix/Person.h"
 #include "Platform/running/posix/BeforeExit.h"

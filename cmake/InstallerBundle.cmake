@@ -1,9 +1,10 @@
-# The installer as a bundle: the program in Contents/Linux, everything else in Contents/Resources.
+# The installer as a bundle: the program in the folder of its system, everything else in Contents/Resources.
 set(contents ${KT_BUNDLE_DIR}/Contents)
 
-set_target_properties(HalvornInstaller PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${contents}/Linux)
-set_target_properties(train PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${contents}/Resources)
-add_dependencies(HalvornInstaller train Micro HalvornSound HalvornDigests)
+set_target_properties(HalvornInstaller PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${contents}/${KT_PROGRAM_FOLDER})
+if(KT_BUNDLE_PARTS)
+  add_dependencies(HalvornInstaller ${KT_BUNDLE_PARTS})
+endif()
 
 configure_file(${CMAKE_SOURCE_DIR}/Resources/Info.plist.in ${contents}/Info.plist @ONLY)
 

@@ -22,7 +22,7 @@ function(kt_module name)
   target_link_libraries(${name} PRIVATE ${ARG_USES})
   target_link_options(${name} PRIVATE -Wl,--exclude-libs,ALL)
   set_target_properties(${name} PROPERTIES PREFIX "" CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
-    LIBRARY_OUTPUT_DIRECTORY ${KT_BUNDLE_DIR}/Contents/Linux)
+    LIBRARY_OUTPUT_DIRECTORY ${KT_BUNDLE_DIR}/Contents/${KT_PROGRAM_FOLDER})
 endfunction()
 
 # kt_test(NAME KIND unit|contract|adapter|flow SUBJECT words SOURCES ... [USES ...] [TIMEOUT s] [SERIAL]):

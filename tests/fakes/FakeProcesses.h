@@ -10,7 +10,7 @@
 
 #include "KTStuff/KTClasses/KTCompatibility.h"
 #include "KTStuff/KTClasses/KTProcess.h"
-#include "Platform/window/null/NullImages.h"
+#include "Platform/window/null/NullWindow.h"
 #include "tests/fakes/FakeAccessibility.h"
 #include "tests/fakes/FakeAppleEvents.h"
 #include "tests/fakes/FakeApplications.h"

@@ -3,7 +3,7 @@
 
 #include "Platform/rights/linux/PkexecComplaint.h"
 #include "Platform/rights/linux/ToolObstacle.h"
-#include "Platform/rights/null/NullAuthorizer.h"
+#include "Platform/rights/null/NullRights.h"
 #include "train/PrivilegedProcess.h"
 
 namespace halvorn {

@@ -189,6 +189,77 @@ TEST(Walls, NoSubjectIncludesOneThatStandsAboveIt) {
   EXPECT_EQ(seen.size(), floors.size());
 }
 
+std::string contentsOf(const std::string& file) {
+  std::ifstream stream(fs::path(KT_SOURCE_DIR) / file);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+// The headers of the interfaces, beside the systems' folders.
+std::vector<std::string> interfaceHeaders() {
+  std::vector<std::string> result = sourcesIn("Platform");
+  std::erase_if(result, [](const std::string& file) { return !folderBelowSubject(file).empty(); });
+  return result;
+}
+
+std::set<std::string> firstGroups(const std::string& text, const std::regex& pattern) {
+  std::set<std::string> found;
+  for (std::sregex_iterator match(text.begin(), text.end(), pattern), end; match != end; ++match)
+    found.insert((*match)[1]);
+  return found;
+}
+
+// What is only ever handed out or handed in: a null hands out none, and who asks brings his own.
+const std::set<std::string>& neededByNoNull() {
+  static const std::set<std::string> classes = {"AccessibilityObserver",
+                                                "AnimationContext",
+                                                "AppleEvent",
+                                                "Authorization",
+                                                "BoundsAnimator",
+                                                "ClipView",
+                                                "CompiledRegex",
+                                                "FileHandle",
+                                                "Image",
+                                                "EventAddress",
+                                                "RunningApplication",
+                                                "ScrollView",
+                                                "Sound",
+                                                "Task",
+                                                "Appearance",
+                                                "HtmlVisitor",
+                                                "RegexVisitor"};
+  return classes;
+}
+
+TEST(Walls, EveryInterfaceHasItsNull) {
+  const std::regex interface(R"(\n\s*virtual ~(\w+)\(\))");
+  const std::regex view(R"(\nclass (\w+) : public virtual View )");
+  const std::regex base(R"(public (?:virtual )?(\w+))");
+  std::set<std::string> nulls;
+  for (const std::string& file : sourcesIn("Platform")) {
+    if (folderBelowSubject(file) == "null") nulls.merge(firstGroups(contentsOf(file), base));
+  }
+  std::size_t count = 0;
+  for (const std::string& file : interfaceHeaders()) {
+    std::set<std::string> interfaces = firstGroups(contentsOf(file), interface);
+    interfaces.merge(firstGroups(contentsOf(file), view));
+    for (const std::string& name : interfaces) {
+      ++count;
+      EXPECT_NE(nulls.contains(name), neededByNoNull().contains(name)) << name << " of " << file;
+    }
+  }
+  EXPECT_GT(count, 50U);
+}
+
+TEST(Walls, TheContractListsEveryInterface) {
+  const std::string contract = contentsOf("Platform/README.md");
+  const auto headers = interfaceHeaders();
+  EXPECT_GT(headers.size(), 35U);
+  for (const std::string& file : headers) {
+    const std::string name = fs::path(file).stem().string();
+    EXPECT_NE(contract.find("`" + name + "`"), std::string::npos) << file << " is not in Platform/README.md";
+  }
+}
+
 TEST(Walls, NoSystemIsAskedForInTheCore) {
   const std::regex condition(R"(^\s*#\s*(if|ifdef|ifndef|elif)\b)");
   for (const std::string& file : coreFiles()) {

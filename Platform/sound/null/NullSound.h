@@ -1,12 +1,12 @@
-// A machine without sound: every sound is refused, no device is known.
+// A machine without sound.
 #pragma once
 
 #include "Platform/sound/AudioDevices.h"
-#include "Platform/sound/SoundFolders.h"
 #include "Platform/sound/Sounds.h"
 
 namespace halvorn {
 
+// Every sound is refused.
 class NullSounds : public Sounds {
  public:
   Result soundWithData(const Text& /*path*/, const std::string& /*data*/) override {
@@ -15,6 +15,7 @@ class NullSounds : public Sounds {
   void endAll() override {}
 };
 
+// No device is known.
 class NullAudioDevices : public AudioDevices {
  public:
   std::optional<AudioDeviceID> defaultSystemOutputDevice() const override { return std::nullopt; }
@@ -22,11 +23,6 @@ class NullAudioDevices : public AudioDevices {
   OptionalText name(AudioDeviceID /*device*/) const override { return std::nullopt; }
   OptionalText manufacturer(AudioDeviceID /*device*/) const override { return std::nullopt; }
   OptionalText uid(AudioDeviceID /*device*/, AudioScope /*scope*/) const override { return std::nullopt; }
-};
-
-class NullSoundFolders : public SoundFolders {
- public:
-  std::vector<Text> additionalSoundFolders() const override { return {}; }
 };
 
 }  // namespace halvorn

@@ -1,0 +1,2 @@
+// Compiled in every build, so that no interface of this subject goes without its null.
+#include "Platform/color/null/NullColor.h"

@@ -1,0 +1,64 @@
+// A system without files.
+#pragma once
+
+#include "Platform/files/FileChangeNotices.h"
+#include "Platform/files/FileHandles.h"
+#include "Platform/files/FileManager.h"
+#include "Platform/files/SearchPaths.h"
+#include "Platform/files/TemporaryFiles.h"
+#include "Platform/files/Trash.h"
+
+namespace halvorn {
+
+// A file system with nothing in it that nobody may write.
+class NullFileManager : public FileManager {
+ public:
+  bool fileExists(const Text&) const override { return false; }
+  bool isDirectory(const Text&) const override { return false; }
+  bool isWritable(const Text&) const override { return false; }
+  std::optional<std::vector<Text>> contentsOfDirectory(const Text&) const override { return std::nullopt; }
+  std::optional<std::string> readFile(const Text&, std::size_t) const override { return std::nullopt; }
+  bool isInside(const Text&, const Text&) const override { return false; }
+  bool copyItem(const Text&, const Text&) override { return false; }
+  bool removeItem(const Text&) override { return false; }
+  bool opensForReadingAndWriting(const Text&) const override { return false; }
+  bool createEmptyFile(const Text&) override { return false; }
+};
+
+// Notices that nobody hears.
+class NullFileChangeNotices : public FileChangeNotices {
+ public:
+  void noteFileSystemChanged(const Text&) override {}
+};
+
+// The root for a home, and no other folder.
+class NullSearchPaths : public SearchPaths {
+ public:
+  Text homeFolder() const override { return "/"; }
+  std::vector<Text> localApplicationsFolders() const override { return {}; }
+  std::vector<Text> userApplicationsFolders() const override { return {}; }
+  std::vector<Text> volumeFolders() const override { return {}; }
+  std::vector<Text> soundFolders() const override { return {}; }
+};
+
+// No temporary files.
+class NullTemporaryFiles : public TemporaryFiles {
+ public:
+  OptionalText create() override { return std::nullopt; }
+  std::optional<std::string> contents(const Text&) const override { return std::nullopt; }
+  void remove(const Text&) override {}
+};
+
+// A Trash that takes nothing: every item stays where it is.
+class NullTrash : public Trash {
+ public:
+  bool recycle(const Text&, const std::vector<Text>&) override { return false; }
+};
+
+// No file can be opened.
+class NullFileHandles : public FileHandles {
+ public:
+  std::unique_ptr<FileHandle> openForWriting(const Text&) const override { return nullptr; }
+};
+
+}  // namespace halvorn

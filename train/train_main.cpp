@@ -40,5 +40,6 @@ int main(int argumentCount, char** arguments) {
   XdgTrash trash(clock, rights->trashOwner, rights->files.links, rights->files.pins);
   SilentFileChangeNotices notices;
   const auto wrapper = argumentCount == 4 ? OptionalText(arguments[3]) : std::nullopt;
-  return InstallApplication({files, trash, notices, log}, arguments[1], arguments[2], wrapper);
+  const InstallServices services{.files = files, .trash = trash, .notices = notices, .log = log};
+  return InstallApplication(services, arguments[1], arguments[2], wrapper);
 }

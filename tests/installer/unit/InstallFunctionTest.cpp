@@ -20,9 +20,10 @@ class InstallFunction : public testing::Test {
     disk.addFolder("/Applications");
   }
   void addOldCopy() { disk.addFile("/Applications/Nas.app/Contents/Info.plist", "version 1"); }
+  InstallServices services() { return {.files = files, .trash = trash, .notices = notices, .log = log}; }
   std::int32_t install(const OptionalText& wrapper = std::nullopt,
                        const Text& destination = "/Applications/Nas.app") {
-    return InstallApplication({files, trash, notices, log}, "/Volumes/NAS/Nas.app", destination, wrapper);
+    return InstallApplication(services(), "/Volumes/NAS/Nas.app", destination, wrapper);
   }
   std::string contents(const std::string& path) {
     const auto* node = disk.node(path);
@@ -83,7 +84,7 @@ TEST_F(InstallFunction, AFailedCopyOfTheApplicationGivesTwoAndIsNotRolledBack) {
 
 TEST_F(InstallFunction, ASourceThatIsTheDestinationIsRefusedAndLosesNothing) {
   const Text path = "/Volumes/NAS/Nas.app";
-  EXPECT_EQ(InstallApplication({files, trash, notices, log}, path, path), 2);
+  EXPECT_EQ(InstallApplication(services(), path, path), 2);
   EXPECT_EQ(log.lines(), Strings{"ERROR -- Could not copy myself to /Volumes/NAS/Nas.app"});
   EXPECT_EQ(disk.calls, Strings{});
 }
@@ -91,9 +92,8 @@ TEST_F(InstallFunction, ASourceThatIsTheDestinationIsRefusedAndLosesNothing) {
 TEST_F(InstallFunction, ASourceInsideTheDestinationIsRefusedAndLosesNothing) {
   disk.addFile("/Applications/Nas.app/Contents/Resources/Nas.app/Contents/Info.plist", "inner");
   const auto before = disk.tree("/Applications");
-  const auto status =
-      InstallApplication({files, trash, notices, log}, "/Applications/Nas.app/Contents/Resources/Nas.app",
-                         "/Applications/Nas.app");
+  const auto status = InstallApplication(services(), "/Applications/Nas.app/Contents/Resources/Nas.app",
+                                         "/Applications/Nas.app");
   EXPECT_EQ(status, 2);
   EXPECT_EQ(disk.tree("/Applications"), before);
   EXPECT_EQ(log.lines(), Strings{"ERROR -- Could not copy myself to /Applications/Nas.app"});
@@ -108,8 +108,7 @@ TEST_F(InstallFunction, ADestinationInsideTheSourceIsRefusedAlsoWhenItIsNotThere
 TEST_F(InstallFunction, ASourceReachedThroughALinkIntoTheDestinationIsRefused) {
   addOldCopy();
   disk.addLink("/Volumes/Link", "/Applications");
-  const auto status =
-      InstallApplication({files, trash, notices, log}, "/Volumes/Link/Nas.app", "/Applications/Nas.app");
+  const auto status = InstallApplication(services(), "/Volumes/Link/Nas.app", "/Applications/Nas.app");
   EXPECT_EQ(status, 2);
   EXPECT_EQ(contents("/Applications/Nas.app/Contents/Info.plist"), "version 1");
   EXPECT_EQ(disk.calls, Strings{});
@@ -221,8 +220,8 @@ TEST_F(InstallFunctionWithWrapper, AnItemWhoseReplacementWouldRemoveTheWrapperIs
 
 TEST_F(InstallFunctionWithWrapper, AnItemWhoseReplacementWouldRemoveTheSourceIsRefused) {
   disk.addFile("/Applications/Docs/Nas.app/Contents/Info.plist", "version 2");
-  const auto status = InstallApplication({files, trash, notices, log}, "/Applications/Docs/Nas.app",
-                                         "/Applications/Nas.app", Text("/Volumes/NAS/Extras"));
+  const auto status = InstallApplication(services(), "/Applications/Docs/Nas.app", "/Applications/Nas.app",
+                                         Text("/Volumes/NAS/Extras"));
   EXPECT_EQ(status, 2);
   EXPECT_EQ(log.lines(), Strings{"ERROR -- Could not copy auxiliary item to /Applications/Docs"});
   EXPECT_EQ(contents("/Applications/Docs/Nas.app/Contents/Info.plist"), "version 2");

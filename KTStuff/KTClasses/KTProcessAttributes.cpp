@@ -183,7 +183,7 @@ double KTProcess::cpuTime() const {
   const auto pid = services().source.pid(psn_);
   if (!pid) return 0.0;
   const Text command = format(services().source.processorTimeCommand(), *pid, Text(kProcessorTimeFile));
-  services().tasks.standardOutputOf("/bin/sh", {"-c", command});
+  (void)services().tasks.standardOutputOf("/bin/sh", {"-c", command});
   const auto bytes = services().files.readFile(kProcessorTimeFile, kProcessorTimeFileLimit);
   const auto text = bytes ? Text::fromStrictUtf8(*bytes) : std::nullopt;
   if (!text) return 0.0;

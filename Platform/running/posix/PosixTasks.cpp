@@ -13,8 +13,7 @@
 
 #include "Core/Format.h"
 #include "Platform/running/posix/FileDescriptor.h"
-
-extern char** environ;
+#include "Platform/running/posix/SpawnCalls.h"
 
 namespace halvorn {
 
@@ -34,15 +33,11 @@ class SpawnActions {
     ::posix_spawn_file_actions_init(&actions_);
     ::posix_spawnattr_init(&attributes_);
     sigset_t signals;
-    ::sigfillset(&signals);
+    sigfillset(&signals);
     ::posix_spawnattr_setsigdefault(&attributes_, &signals);
-    ::sigemptyset(&signals);
+    sigemptyset(&signals);
     ::posix_spawnattr_setsigmask(&attributes_, &signals);
-    short flags = POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK;
-#if defined(__APPLE__)
-    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
-#endif
-    ::posix_spawnattr_setflags(&attributes_, flags);
+    ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
   }
   ~SpawnActions() {
     ::posix_spawnattr_destroy(&attributes_);
@@ -58,11 +53,7 @@ class SpawnActions {
   void changeFolder(const std::string& path) {
     ::posix_spawn_file_actions_addchdir_np(&actions_, path.c_str());
   }
-  void closeTheRest() {
-#if !defined(__APPLE__)
-    ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
-#endif
-  }
+  void closeTheRest() { SpawnCalls::inheritStandardStreamsAlone(actions_, attributes_); }
 
   // 0, or the error number.
   [[nodiscard]] int spawn(const Text& executable, const std::vector<Text>& arguments, pid_t& pid) const {
@@ -77,7 +68,8 @@ class SpawnActions {
       pointers.push_back(word.data());
     }
     pointers.push_back(nullptr);
-    return ::posix_spawn(&pid, path.c_str(), &actions_, &attributes_, pointers.data(), environ);
+    return ::posix_spawn(&pid, path.c_str(), &actions_, &attributes_, pointers.data(),
+                         SpawnCalls::environment());
   }
 
  private:
@@ -93,11 +85,7 @@ struct Pipe {
 // Both ends lie above the standard streams: where one of those is closed, pipe() would hand out its number.
 Pipe openPipe() {
   int ends[2] = {-1, -1};
-#if defined(__linux__)
-  if (::pipe2(ends, O_CLOEXEC) != 0) return {};
-#else
-  if (::pipe(ends) != 0) return {};
-#endif
+  if (!SpawnCalls::openPipe(ends)) return {};
   const FileDescriptor readEnd(ends[0]);
   const FileDescriptor writeEnd(ends[1]);
   return {FileDescriptor(::fcntl(readEnd.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1)),

@@ -3,18 +3,18 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <poll.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <optional>
 
 #include "Platform/running/posix/FileDescriptor.h"
+#include "Platform/running/posix/ProcessCalls.h"
+#include "Platform/running/posix/SpawnCalls.h"
 
 namespace halvorn {
 namespace {
@@ -48,7 +48,7 @@ class PreparedChild {
     const int raised = ::fcntl(errorPipe, F_DUPFD_CLOEXEC, kErrorDescriptor + 1);
     const int pipe = raised < 0 ? -1 : ::dup3(raised, kErrorDescriptor, O_CLOEXEC);
     if (pipe < 0) reportAndExit(errorPipe);
-    closeFrom(kErrorDescriptor + 1);
+    ProcessCalls::closeFrom(kErrorDescriptor + 1);
     ::setsid();
     ::umask(022);
     const bool isReady = useNullStreams() && takePersonsRights() &&
@@ -70,16 +70,6 @@ class PreparedChild {
       isDone = isDone && result >= 0;
     }
     return isDone;
-  }
-
-  static void closeFrom(int first) {
-#ifdef SYS_close_range
-    if (::syscall(SYS_close_range, static_cast<unsigned>(first), ~0U, 0U) == 0) return;
-#endif
-    rlimit limit = {};
-    const bool isKnown = ::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
-    const int end = isKnown ? static_cast<int>(std::min<rlim_t>(limit.rlim_cur, 1 << 20)) : 1 << 16;
-    for (int descriptor = first; descriptor < end; ++descriptor) ::close(descriptor);
   }
 
   bool takePersonsRights() const {
@@ -127,7 +117,7 @@ struct Pipe {
 
 std::optional<Pipe> makePipe() {
   int ends[2] = {-1, -1};
-  if (::pipe2(ends, O_CLOEXEC) != 0) return std::nullopt;
+  if (!SpawnCalls::openPipe(ends)) return std::nullopt;
   return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 

@@ -1,0 +1,12 @@
+// What a process asks for itself and no two systems call the same. Each system's folder defines these.
+#pragma once
+
+namespace halvorn::ProcessCalls {
+
+// Removes every variable of this process. Fails: false.
+[[nodiscard]] bool clearEnvironment();
+
+// Closes this descriptor and all above it. Allocates nothing: a child may call it before it runs its program.
+void closeFrom(int first);
+
+}  // namespace halvorn::ProcessCalls

@@ -16,6 +16,8 @@
 #include <vector>
 
 #include "Platform/rights/posix/ProcessRights.h"
+#include "Platform/rights/posix/Requester.h"
+#include "Platform/running/posix/ProcessCalls.h"
 
 namespace halvorn {
 namespace {
@@ -32,16 +34,6 @@ bool openStandardStreams() {
 // Whoever asked waits at the other end of the standard input and sees this.
 void tellThatTheToolRuns() { ::shutdown(STDIN_FILENO, SHUT_WR); }
 
-void closeDescriptors() {
-#if defined(__linux__)
-  if (::close_range(STDERR_FILENO + 1, ~0U, 0) == 0) return;
-#endif
-  const long limit = ::sysconf(_SC_OPEN_MAX);
-  for (int descriptor = STDERR_FILENO + 1; descriptor < (limit > 0 ? limit : 65536); ++descriptor) {
-    ::close(descriptor);
-  }
-}
-
 void resetSignals() {
   struct sigaction action {};
   for (int signal = 1; signal < NSIG; ++signal) {
@@ -50,7 +42,7 @@ void resetSignals() {
     ::sigaction(signal, &action, nullptr);
   }
   sigset_t none;
-  ::sigemptyset(&none);
+  sigemptyset(&none);
   ::sigprocmask(SIG_SETMASK, &none, nullptr);
   const itimerval never{};
   for (const auto timer : {ITIMER_REAL, ITIMER_VIRTUAL, ITIMER_PROF}) ::setitimer(timer, &never, nullptr);
@@ -78,21 +70,14 @@ void liftLimits() {
   ::setrlimit(RLIMIT_CORE, &nothing);
 }
 
-bool somebodyAsked() { return ::getenv("PKEXEC_UID") != nullptr; }
-
 bool buildEnvironment() {
   std::vector<std::pair<std::string, std::string>> kept;
-  const auto keep = [&](const char* name) {
-    const char* value = ::getenv(name);
-    if (value != nullptr) kept.emplace_back(name, value);
-  };
-  if (somebodyAsked()) {
-    keep("PKEXEC_UID");
-  } else {
-    keep("HOME");
-    keep("XDG_DATA_HOME");
+  for (const char* name : RequesterVariables::nameAnybody() ? RequesterVariables::names()
+                                                            : RequesterVariables::namesOfFolders()) {
+    if (auto value = variableOfThisProcess(name)) kept.emplace_back(name, std::move(*value));
   }
-  if (::clearenv() != 0 || ::setenv("PATH", "/usr/sbin:/usr/bin:/sbin:/bin", 1) != 0) return false;
+  if (!ProcessCalls::clearEnvironment() || ::setenv("PATH", "/usr/sbin:/usr/bin:/sbin:/bin", 1) != 0)
+    return false;
   for (const auto& [name, value] : kept) {
     if (::setenv(name.c_str(), value.c_str(), 1) != 0) return false;
   }
@@ -116,8 +101,8 @@ ProcessStart secureProcess() {
   if (ProcessRights::comeFromTheFile()) return ProcessStart::Unsafe;
   if (::geteuid() != 0) return ProcessStart::Ordinary;
   resetSignals();
-  closeDescriptors();
-  if (somebodyAsked()) {
+  ProcessCalls::closeFrom(STDERR_FILENO + 1);
+  if (RequesterVariables::nameAnybody()) {
     // Whoever asked may be gone by now; the tool finishes what it begins.
     ProcessRights::outliveStarter();
     ::setsid();

@@ -11,6 +11,7 @@
 
 #include "Platform/files/posix/copy/SystemCalls.h"
 #include "Platform/files/posix/copy/TreeRemoval.h"
+#include "Platform/rights/posix/RightsOf.h"
 
 namespace halvorn {
 namespace {

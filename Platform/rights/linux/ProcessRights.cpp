@@ -1,21 +1,15 @@
 #include "Platform/rights/posix/ProcessRights.h"
 
+#include <linux/capability.h>
+#include <sys/auxv.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <array>
 #include <cstdint>
 
-#ifdef __linux__
-#include <linux/capability.h>
-#include <sys/auxv.h>
-#include <sys/prctl.h>
-#include <sys/syscall.h>
-#endif
-
 namespace halvorn::ProcessRights {
-
-#ifdef __linux__
-
 namespace {
 
 // Not among them: device nodes, file capabilities, mounting, space reserved for the system, looking into
@@ -60,13 +54,5 @@ bool keepThoseToFiles() {
 }
 
 void outliveStarter() { ::prctl(PR_SET_PDEATHSIG, 0); }
-
-#else
-
-bool comeFromTheFile() { return ::getuid() != ::geteuid() || ::getgid() != ::getegid(); }
-bool keepThoseToFiles() { return true; }
-void outliveStarter() {}
-
-#endif
 
 }  // namespace halvorn::ProcessRights

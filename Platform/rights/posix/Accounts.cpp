@@ -2,10 +2,32 @@
 
 #include <grp.h>
 #include <pwd.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace halvorn {
+namespace {
+
+constexpr std::size_t mostGroups = 1 << 16;  // what a process can be in
+
+// Systems do not agree whether the number of a group has a sign.
+template <typename Number>
+std::vector<gid_t> askForGroups(int (*call)(const char*, Number, Number*, int*), const Account& account) {
+  std::vector<Number> groups(64);
+  while (true) {
+    int count = static_cast<int>(groups.size());
+    if (call(account.name.c_str(), static_cast<Number>(account.gid), groups.data(), &count) >= 0) {
+      return {groups.begin(), groups.begin() + count};
+    }
+    // Not every system says how many there are.
+    if (groups.size() >= mostGroups) return {account.gid};
+    groups.resize(std::max(groups.size() * 2, static_cast<std::size_t>(std::max(0, count))));
+  }
+}
+
+}  // namespace
 
 std::optional<Account> accountWithUid(uid_t uid) {
   passwd entry = {};
@@ -19,14 +41,12 @@ std::optional<Account> accountWithUid(uid_t uid) {
   return Account{entry.pw_uid, entry.pw_gid, entry.pw_name, entry.pw_dir, entry.pw_shell};
 }
 
-std::vector<gid_t> groupsOf(const Account& account) {
-  int count = 64;
-  std::vector<gid_t> groups(static_cast<std::size_t>(count));
-  if (::getgrouplist(account.name.c_str(), account.gid, groups.data(), &count) < 0 && count > 0) {
-    groups.resize(static_cast<std::size_t>(count));
-    if (::getgrouplist(account.name.c_str(), account.gid, groups.data(), &count) < 0) count = 0;
-  }
-  groups.resize(static_cast<std::size_t>(count));
+std::vector<gid_t> groupsOf(const Account& account) { return askForGroups(::getgrouplist, account); }
+
+std::vector<gid_t> groupsOfThisProcess() {
+  std::vector<gid_t> groups(static_cast<std::size_t>(std::max(0, ::getgroups(0, nullptr))));
+  const int count = ::getgroups(static_cast<int>(groups.size()), groups.data());
+  groups.resize(static_cast<std::size_t>(std::max(0, count)));
   return groups;
 }
 

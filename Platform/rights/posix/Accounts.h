@@ -1,4 +1,4 @@
-// The password database.
+// The accounts of this computer: the one place where they are looked up.
 #pragma once
 
 #include <sys/types.h>
@@ -21,5 +21,7 @@ struct Account {
 [[nodiscard]] std::optional<Account> accountWithUid(uid_t uid);
 // The account's own group and all others it is in.
 [[nodiscard]] std::vector<gid_t> groupsOf(const Account& account);
+// The groups besides its own that this process is in.
+[[nodiscard]] std::vector<gid_t> groupsOfThisProcess();
 
 }  // namespace halvorn

@@ -1,11 +1,12 @@
-// The person an installation is made for, and doing something with that person's rights.
+// Somebody whose rights decide what can be reached, and whose folders are used.
 #pragma once
 
 #include <sys/types.h>
 
-#include <optional>
 #include <string>
 #include <vector>
+
+#include "Platform/rights/posix/Accounts.h"
 
 namespace halvorn {
 
@@ -20,30 +21,15 @@ struct Person {
 // The person whose rights this process has, its folders taken from the environment.
 [[nodiscard]] Person personOfThisProcess();
 
-// The person who asked for administrator rights, taken from PKEXEC_UID; nullopt when this process has none,
-// or when nobody asked. The folders come from the accounts' database, since the environment is not that
-// person's. Fails: answers nullopt and sets `isUnknown` when someone asked who has no account here.
-struct Requester {
-  std::optional<Person> person;
-  bool isUnknown = false;
-};
-[[nodiscard]] Requester requesterOfAdministratorRights();
+// The owner of the account, the folders taken from the accounts' database and from nowhere else.
+[[nodiscard]] Person personOf(const Account& account);
 
-// While it lives, the calling thread reaches files with that person's rights only. No person: changes
-// nothing. Thread: other threads keep their rights. Fails: holds() is false, and nothing may then be done.
-class RightsOf {
- public:
-  explicit RightsOf(const Person* person);
-  ~RightsOf();
-  RightsOf(const RightsOf&) = delete;
-  RightsOf& operator=(const RightsOf&) = delete;
-  [[nodiscard]] bool holds() const { return holds_; }
-
- private:
-  bool isChanged_ = false;
-  bool holds_ = true;
-  std::vector<gid_t> groupsBefore_;
-  gid_t groupBefore_ = 0;
-};
+// The custom of this system, defined in its folder.
+namespace DataFolders {
+// Where programs keep the data of a person with that home; empty for the empty home.
+[[nodiscard]] std::string usualIn(const std::string& home);
+// The one that the environment of this process names; absolute, or empty when it names none.
+[[nodiscard]] std::string ofTheEnvironment();
+}  // namespace DataFolders
 
 }  // namespace halvorn

@@ -233,7 +233,7 @@ TEST_F(LaunchingTest, UnderTheAdministratorsRightsThePersonWhoAskedIsTheOneWhoLa
 
 TEST_F(LaunchingTest, WhoHasRightsOfAnUnknownPersonLaunchesNothing) {
   if (::geteuid() != 0) GTEST_SKIP() << "needs the administrator's rights";
-  for (const char* const uid : {"4000000000", "-1", "abc", "65534x"}) {
+  for (const char* const uid : {"4000000000", "-1", "abc", "65534x", ""}) {
     variables_["PKEXEC_UID"] = uid;
     EXPECT_FALSE(open(probeBundle(std::string("Foo") + uid))) << uid;
   }

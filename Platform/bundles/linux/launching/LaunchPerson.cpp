@@ -1,14 +1,12 @@
 #include "Platform/bundles/linux/launching/LaunchPerson.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 #include <string_view>
 
-#include "Platform/rights/posix/Accounts.h"
+#include "Platform/rights/posix/Requester.h"
 
 namespace halvorn {
 namespace {
@@ -37,25 +35,6 @@ bool isPassedOn(std::string_view name) {
   return std::find(std::begin(kPassedOn), std::end(kPassedOn), name) != std::end(kPassedOn);
 }
 
-std::optional<uid_t> uidFrom(std::string_view text) {
-  uid_t uid = 0;
-  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), uid);
-  const bool isNumber = error == std::errc() && stop == text.data() + text.size();
-  return isNumber ? std::optional(uid) : std::nullopt;
-}
-
-LaunchPerson personWithUid(std::optional<uid_t> uid) {
-  const auto account = uid ? accountWithUid(*uid) : std::nullopt;
-  if (!account) return {.kind = LaunchPerson::Kind::Unknown};
-  return {LaunchPerson::Kind::Other,
-          account->uid,
-          account->gid,
-          groupsOf(*account),
-          account->name,
-          account->home,
-          account->shell};
-}
-
 // The folders and the bus of the variables are then the administrator's.
 void becomePersons(Environment::Variables& variables, const LaunchPerson& person) {
   std::erase_if(variables, [](const auto& variable) {
@@ -76,13 +55,20 @@ void becomePersons(Environment::Variables& variables, const LaunchPerson& person
 }  // namespace
 
 LaunchPerson personToLaunchAs(const Environment& environment) {
-  if (::geteuid() != ::getuid()) return personWithUid(::getuid());
-  if (::geteuid() != 0) return {};
-  for (const char* const name : {"PKEXEC_UID", "SUDO_UID"}) {
-    const auto asked = environment.value(name);
-    if (asked && *asked != "0") return personWithUid(uidFrom(*asked));
-  }
-  return {};
+  const Requester requester = requesterOfThisProcess([&](const std::string& name) {
+    const auto found = environment.variables().find(name);
+    return found != environment.variables().end() ? std::optional(found->second) : std::nullopt;
+  });
+  if (requester.kind == Requester::Kind::Unknown) return {.kind = LaunchPerson::Kind::Unknown};
+  if (!requester.account) return {};
+  const Account& account = *requester.account;
+  return {LaunchPerson::Kind::Other,
+          account.uid,
+          account.gid,
+          groupsOf(account),
+          account.name,
+          account.home,
+          account.shell};
 }
 
 std::vector<std::string> launchEnvironment(const Environment& environment, const LaunchPerson& person) {

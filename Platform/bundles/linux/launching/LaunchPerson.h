@@ -26,7 +26,7 @@ struct LaunchPerson {
 };
 
 // This process's own rights, as a rule. When it was given the administrator's (set-user-id, pkexec, sudo),
-// those of the person who asked.
+// those of the person who asked: the answer of requesterOfThisProcess().
 [[nodiscard]] LaunchPerson personToLaunchAs(const Environment& environment);
 
 // The variables ("NAME=value") a program gets that is started for the person: who they are, their language,

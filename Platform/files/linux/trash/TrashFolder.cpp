@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Platform/files/posix/copy/SystemCalls.h"
+#include "Platform/rights/posix/RightsOf.h"
 
 namespace halvorn {
 namespace {

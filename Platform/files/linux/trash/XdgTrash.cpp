@@ -10,6 +10,7 @@
 #include "Platform/files/posix/copy/NewFolder.h"
 #include "Platform/files/posix/copy/SystemCalls.h"
 #include "Platform/files/posix/copy/TreeOwnership.h"
+#include "Platform/rights/posix/RightsOf.h"
 
 namespace halvorn {
 namespace {

@@ -8,7 +8,7 @@
 #include "Platform/files/posix/copy/HardLinks.h"
 #include "Platform/files/posix/copy/SystemCalls.h"
 #include "Platform/files/posix/copy/Trial.h"
-#include "Platform/rights/posix/Person.h"
+#include "Platform/rights/posix/RightsOf.h"
 
 namespace halvorn {
 

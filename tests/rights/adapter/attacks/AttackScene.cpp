@@ -76,6 +76,15 @@ std::vector<std::string> AttackScene::pkexecEnvironment() {
           "USER=root", "LOGNAME=root"};
 }
 
+std::vector<std::string> AttackScene::sudoEnvironment() {
+  return {"SUDO_UID=" + std::to_string(person),
+          "SUDO_COMMAND=/opt/train",
+          "PATH=/usr/sbin:/usr/bin:/sbin:/bin",
+          "HOME=/root",
+          "USER=root",
+          "LOGNAME=root"};
+}
+
 AttackScene::Run AttackScene::run(const std::vector<std::string>& arguments,
                                   const std::vector<std::string>& environment, double seconds) {
   std::vector<std::string> words{tool_.path};

@@ -53,6 +53,7 @@ class AttackScene {
   Run run(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
           double seconds = 10);
   [[nodiscard]] static std::vector<std::string> pkexecEnvironment();
+  [[nodiscard]] static std::vector<std::string> sudoEnvironment();
 
  private:
   PolkitWorld& world_;

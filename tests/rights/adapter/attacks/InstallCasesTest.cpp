@@ -1,5 +1,5 @@
-// The same cases of installing, once with the rights of an ordinary person and once with those of the
-// administrator.
+// The same cases of installing, with the rights of an ordinary person and with those of the administrator, in
+// either way that a person gets them.
 #include <sys/mount.h>
 #include <unistd.h>
 
@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum class Level { Person, Administrator };
+enum class Level { Person, Administrator, AdministratorBySudo };
 
 class InstallCases : public testing::TestWithParam<Level> {
  protected:
@@ -44,7 +44,9 @@ class InstallCases : public testing::TestWithParam<Level> {
     const bool isPerson = GetParam() == Level::Person;
     const CommandResult run =
         isPerson ? runCommand(world_->asPerson(command), {.environment = world_->personsEnvironment()})
-                 : runCommand(command, {.environment = AttackScene::pkexecEnvironment()});
+                 : runCommand(command, {.environment = GetParam() == Level::Administrator
+                                                           ? AttackScene::pkexecEnvironment()
+                                                           : AttackScene::sudoEnvironment()});
     Result result{.status = run.status, .log = {}};
     std::istringstream lines(run.output);
     for (std::string line; std::getline(lines, line);) {
@@ -71,9 +73,12 @@ class InstallCases : public testing::TestWithParam<Level> {
   std::unique_ptr<AttackScene> scene_;
 };
 
-INSTANTIATE_TEST_SUITE_P(BothLevels, InstallCases, testing::Values(Level::Person, Level::Administrator),
+INSTANTIATE_TEST_SUITE_P(AllLevels, InstallCases,
+                         testing::Values(Level::Person, Level::Administrator, Level::AdministratorBySudo),
                          [](const auto& level) {
-                           return level.param == Level::Person ? "AsThePerson" : "AsTheAdministrator";
+                           if (level.param == Level::Person) return "AsThePerson";
+                           return level.param == Level::Administrator ? "AsTheAdministrator"
+                                                                      : "AsTheAdministratorThroughSudo";
                          });
 
 TEST_P(InstallCases, NothingAtTheDestinationMeansNoTrashOperation) {

@@ -137,6 +137,19 @@ TEST_F(StartAttacks, APersonWhoIsNobodyGetsNothing) {
   });
 }
 
+TEST_F(StartAttacks, NorDoesOneWhoComesThroughSudo) {
+  expectDefended([](AttackScene& scene) -> Harm {
+    scene.addProduct(scene / "source/Nas.app");
+    scene.addFolder(scene / "target");
+    for (const char* id : {"", "abc", "64101x", "4294967295", "64199"}) {
+      const auto run = scene.run({scene / "source/Nas.app", scene / "target/Nas.app"},
+                                 {std::string("SUDO_UID=") + id, "PKEXEC_UID=0"});
+      if (run.status <= 0 || !fs::is_empty(scene / "target")) return std::string(id) + ": installs";
+    }
+    return std::nullopt;
+  });
+}
+
 // A mistake of whoever packed it must not make it a tool for everybody.
 TEST_F(StartAttacks, ACopyWithSetUserIdRefusesToWork) {
   expectDefended([](AttackScene& scene) -> Harm {
@@ -234,6 +247,30 @@ TEST_F(StartAttacks, NothingInheritedIsLeft) {
             "dumpable: 0\n"
             "core: 0\n"
             "own session: yes\n");
+}
+
+TEST_F(StartAttacks, OfTheEnvironmentOnlyWhatTellsForWhomTheToolWorksIsLeft) {
+  const std::string path = "environment: PATH=/usr/sbin:/usr/bin:/sbin:/bin\n";
+  const struct {
+    std::vector<std::string> given;
+    std::string left;
+    const char* why;
+  } cases[] = {
+      {{"SUDO_UID=64101", "SUDO_USER=x", "HOME=/x", "XDG_DATA_HOME=/x"},
+       path + "environment: SUDO_UID=64101\n",
+       "the folders are those of whoever asked"},
+      {{"PKEXEC_UID=0", "SUDO_UID=64101", "HOME=/x"},
+       path + "environment: PKEXEC_UID=0\nenvironment: SUDO_UID=64101\n",
+       "one within the other"},
+      {{"HOME=/x", "XDG_DATA_HOME=/y", "USER=root"},
+       "environment: HOME=/x\n" + path + "environment: XDG_DATA_HOME=/y\n",
+       "nobody else asked"},
+  };
+  for (const auto& [given, left, why] : cases) {
+    const auto result = runCommand({KT_BINARY_DIR "/tests/kt_secured_probe"}, {.environment = given});
+    EXPECT_TRUE(result.output.starts_with("start: privileged\n" + left + "folder: /\n")) << why << ":\n"
+                                                                                         << result.output;
+  }
 }
 
 TEST_F(StartAttacks, AnOrdinaryPersonsProcessIsLeftAsItIs) {

@@ -5,16 +5,23 @@
 #include <string>
 #include <string_view>
 
+#include "Platform/files/posix/copy/AttributeCalls.h"
+
 namespace halvorn {
 
 class AttributedFile {
  public:
   // An open file or folder.
-  explicit AttributedFile(int file) : file_(file) {}
+  explicit AttributedFile(int file) : item_{.descriptor = file} {}
   // Anything in an open folder, a link not followed. To read only: what has the name can change.
-  AttributedFile(int folder, const char* name);
+  AttributedFile(int folder, const char* name)
+      : item_{.reach = AttributeCalls::Reach::Named, .descriptor = folder, .name = name} {}
   // What is held without being opened. To write only.
-  [[nodiscard]] static AttributedFile held(int item);
+  [[nodiscard]] static AttributedFile held(int item) {
+    AttributedFile file(item);
+    file.item_.reach = AttributeCalls::Reach::Held;
+    return file;
+  }
 
   // Calls `take` with the name and value of every attribute for which `wanted` says yes. Fails: false when
   // they could not be read, or when `take` said false. A file system without attributes has none.
@@ -23,24 +30,12 @@ class AttributedFile {
       const std::function<bool(const std::string& name, std::string_view value)>& take) const;
   // Fails: false, except where the file system or this process' rights have no place for such an attribute.
   [[nodiscard]] bool give(const std::string& name, std::string_view value) const;
-  // Removing what is not there is fine.
-  [[nodiscard]] bool remove(std::string_view name) const;
+  // Take away what the folder above has handed down; that there is nothing is fine. The second is for folders.
+  [[nodiscard]] bool removeAccessList() const;
+  [[nodiscard]] bool removeListToHandDown() const;
 
  private:
-  // As the system's calls: the size, or -1.
-  [[nodiscard]] ssize_t list(char* buffer, std::size_t room) const;
-  [[nodiscard]] ssize_t get(const std::string& name, char* buffer, std::size_t room) const;
-
-  AttributedFile() = default;
-
-  int file_ = -1;
-  std::string path_;      // by name
-  std::string heldPath_;  // followed to the held item
+  AttributeCalls::Item item_;
 };
-
-namespace AccessList {
-inline constexpr std::string_view ownName = "system.posix_acl_access";
-inline constexpr std::string_view defaultName = "system.posix_acl_default";
-}  // namespace AccessList
 
 }  // namespace halvorn

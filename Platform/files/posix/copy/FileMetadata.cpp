@@ -4,34 +4,25 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 
 #include "Platform/files/posix/copy/ExtendedAttributes.h"
 #include "Platform/files/posix/copy/SystemCalls.h"
+#include "Platform/rights/posix/Accounts.h"
 
 namespace halvorn {
 namespace {
 
 constexpr mode_t allModeBits = 07777;
 
-std::array<timespec, 2> timesOf(const struct stat& facts) { return {facts.st_atim, facts.st_mtim}; }
-
-std::vector<gid_t> groupsOfProcess() {
-  std::vector<gid_t> groups(static_cast<std::size_t>(std::max(0, ::getgroups(0, nullptr))));
-  const int count = ::getgroups(static_cast<int>(groups.size()), groups.data());
-  groups.resize(static_cast<std::size_t>(std::max(0, count)));
-  return groups;
-}
-
 bool isAccessList(std::string_view name) {
-  return name == AccessList::ownName || name == AccessList::defaultName;
+  return AttributeCalls::kindOf(name) == AttributeCalls::Kind::AccessList;
 }
 
 }  // namespace
 
 MetadataGiver::MetadataGiver(Ownership ownership)
-    : ownership_(ownership), user_(::geteuid()), group_(::getegid()), groups_(groupsOfProcess()) {}
+    : ownership_(ownership), user_(::geteuid()), group_(::getegid()), groups_(groupsOfThisProcess()) {}
 
 bool MetadataGiver::mayGiveUser(uid_t user) const { return user_ == 0 || user == user_; }
 
@@ -84,12 +75,16 @@ bool MetadataGiver::giveOwner(const struct stat& facts, struct stat& made, const
 }
 
 bool MetadataGiver::isCarried(std::string_view name) const {
-  // A label says what may be done at a place; the system gives one that fits the new place.
-  if (name == "security.selinux") return false;
-  // The form in which one file system keeps the access lists, shown to the administrator beside the lists
-  // themselves.
-  if (name.starts_with("trusted.SGI_ACL_")) return false;
-  return ownership_ == Ownership::Kept || name.starts_with("user.");
+  switch (AttributeCalls::kindOf(name)) {
+    case AttributeCalls::Kind::Persons:
+      return true;
+    case AttributeCalls::Kind::Places:
+      return false;
+    case AttributeCalls::Kind::AccessList:
+    case AttributeCalls::Kind::Systems:
+      break;
+  }
+  return ownership_ == Ownership::Kept;
 }
 
 bool MetadataGiver::giveAttributes(const AttributedFile& source, const AttributedFile& target,
@@ -107,12 +102,12 @@ bool MetadataGiver::finishFile(int source, int target, const struct stat& facts,
   const auto change = [&](uid_t user, gid_t group) { return ::fchown(target, user, group); };
   if (!giveOwner(facts, made, change)) return false;
   const bool inherits = mayInherit == MayInherit::Yes;
-  if (inherits && !AttributedFile(target).remove(AccessList::ownName)) return false;
+  if (inherits && !AttributedFile(target).removeAccessList()) return false;
   // A change of owner takes capabilities away, so they come after it.
   if (!giveAttributes(AttributedFile(source), AttributedFile(target), nullptr)) return false;
   const mode_t mode = modeToGive(facts, made);
   if ((inherits || (made.st_mode & allModeBits) != mode) && ::fchmod(target, mode) != 0) return false;
-  return ::futimens(target, timesOf(facts).data()) == 0;
+  return ::futimens(target, SystemCalls::timesOf(facts).data()) == 0;
 }
 
 bool MetadataGiver::startFolder(int source, int target, const struct stat& facts, struct stat& made,
@@ -120,8 +115,8 @@ bool MetadataGiver::startFolder(int source, int target, const struct stat& facts
   const auto change = [&](uid_t user, gid_t group) { return ::fchown(target, user, group); };
   if (!giveOwner(facts, made, change)) return false;
   if (mayInherit == MayInherit::Yes) {
-    if (!AttributedFile(target).remove(AccessList::ownName)) return false;
-    if (!AttributedFile(target).remove(AccessList::defaultName)) return false;
+    if (!AttributedFile(target).removeAccessList()) return false;
+    if (!AttributedFile(target).removeListToHandDown()) return false;
   }
   // A folder that hands its group down would give it to everything made in here.
   const bool handsGroupDown = (made.st_mode & S_ISGID) != 0;
@@ -139,7 +134,7 @@ bool MetadataGiver::finishFolder(int target, const struct stat& facts, const str
   }
   const mode_t mode = modeToGive(facts, made);
   if ((!later.empty() || (made.st_mode & allModeBits) != mode) && ::fchmod(target, mode) != 0) return false;
-  return ::futimens(target, timesOf(facts).data()) == 0;
+  return ::futimens(target, SystemCalls::timesOf(facts).data()) == 0;
 }
 
 // Only the administrator can give attributes to links, and nobody has "user." ones on any of these.
@@ -155,7 +150,7 @@ bool MetadataGiver::finishUnopened(int sourceFolder, const char* name, int targe
   if (!giveOwner(facts, made, change)) return false;
   const bool hasMode = !S_ISLNK(facts.st_mode);
   const bool inherits = hasMode && mayInherit == MayInherit::Yes;
-  if (inherits && !AttributedFile::held(target).remove(AccessList::ownName)) return false;
+  if (inherits && !AttributedFile::held(target).removeAccessList()) return false;
   if (givesAttributesUnopened(facts) &&
       !giveAttributes(AttributedFile(sourceFolder, name), AttributedFile::held(target), nullptr)) {
     return false;
@@ -165,7 +160,7 @@ bool MetadataGiver::finishUnopened(int sourceFolder, const char* name, int targe
       !SystemCalls::changeMode(target, mode)) {
     return false;
   }
-  return SystemCalls::changeTimes(target, timesOf(facts).data());
+  return SystemCalls::changeTimes(target, SystemCalls::timesOf(facts).data());
 }
 
 bool MetadataGiver::needsTimesAlone(int sourceFolder, const char* name, const struct stat& facts,
@@ -184,7 +179,7 @@ bool MetadataGiver::needsTimesAlone(int sourceFolder, const char* name, const st
 }
 
 bool MetadataGiver::giveTimes(int folder, const char* name, const struct stat& facts) {
-  return ::utimensat(folder, name, timesOf(facts).data(), AT_SYMLINK_NOFOLLOW) == 0;
+  return ::utimensat(folder, name, SystemCalls::timesOf(facts).data(), AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 }  // namespace halvorn

@@ -1,6 +1,5 @@
 #include "Platform/files/posix/copy/FolderListing.h"
 
-#include <dirent.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,16 +23,13 @@ void FolderListing::start(int folder) {
 
 FolderListing::Answer FolderListing::readSome() {
   entries_.clear();
-  const ssize_t size = SystemCalls::readEntries(folder_, buffer_.get(), bufferSize);
+  const ssize_t size = SystemCalls::readEntries(folder_, buffer_.get(), bufferSize, entries_);
   if (size < 0) return Answer::Failed;
   if (size == 0) return Answer::End;
-  for (ssize_t at = 0; at < size;) {
-    const auto* record = reinterpret_cast<const SystemCalls::EntryRecord*>(buffer_.get() + at);
-    at += record->d_reclen;
-    const std::string_view name = record->d_name;
-    if (name == "." || name == "..") continue;
-    entries_.push_back({.number = record->d_ino, .type = record->d_type, .name = record->d_name});
-  }
+  std::erase_if(entries_, [](const FolderEntry& entry) {
+    const std::string_view name = entry.name;
+    return name == "." || name == "..";
+  });
   std::sort(entries_.begin(), entries_.end(),
             [](const FolderEntry& a, const FolderEntry& b) { return a.number < b.number; });
   return Answer::Some;

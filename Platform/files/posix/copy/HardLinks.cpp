@@ -41,7 +41,7 @@ std::string joined(const std::vector<const std::string*>& names) {
 
 // No link is followed on the way: where others may write, one may stand there by now.
 FileDescriptor openDown(int top, const std::vector<const std::string*>& names) {
-  constexpr int flags = SystemCalls::openPath | O_DIRECTORY | O_CLOEXEC;
+  const int flags = SystemCalls::openPath | O_DIRECTORY | O_CLOEXEC;
   const std::string whole = joined(names);
   if (!whole.empty()) {
     const auto resolution = SystemCalls::Resolution::BeneathWithoutLinks;
@@ -104,7 +104,10 @@ class HardLinks::Making {
 HardLinks::Answer HardLinks::makeOrLink(const struct stat& facts, int folder, const char* name,
                                         const std::shared_ptr<const FolderPath>& path, const Make& make) {
   const Identity original(facts.st_dev, facts.st_ino);
-  Copy mine{.folder = path, .name = name, .namesLeft = facts.st_nlink - 1, .identity = std::nullopt};
+  Copy mine{.folder = path,
+            .name = name,
+            .namesLeft = static_cast<nlink_t>(facts.st_nlink - 1),
+            .identity = std::nullopt};
   std::unique_lock lock(mutex_);
   auto [copy, isFirst] = copies_.try_emplace(original, mine);
   if (!isFirst) {

@@ -13,7 +13,7 @@
 namespace halvorn {
 namespace {
 
-constexpr int folderFlags = SystemCalls::openPath | O_DIRECTORY | O_CLOEXEC;
+int folderFlags() { return SystemCalls::openPath | O_DIRECTORY | O_CLOEXEC; }
 
 using Components = std::vector<std::string>;
 
@@ -35,7 +35,7 @@ std::optional<Components> plainComponents(std::string_view path) {
 FileDescriptor walk(FileDescriptor folder, Components::const_iterator at, Components::const_iterator end) {
   for (; at != end && folder; ++at) {
     folder = FileDescriptor(
-        retried([&] { return ::openat(folder.get(), at->c_str(), folderFlags | O_NOFOLLOW); }));
+        retried([&] { return ::openat(folder.get(), at->c_str(), folderFlags() | O_NOFOLLOW); }));
   }
   return folder;
 }
@@ -46,13 +46,13 @@ FileDescriptor openBeneath(FileDescriptor folder, Components::const_iterator at,
   std::string path;
   for (auto component = at; component != end; ++component) path += (path.empty() ? "" : "/") + *component;
   const auto resolution = SystemCalls::Resolution::BeneathWithoutLinks;
-  if (auto found = SystemCalls::openResolving(folder.get(), path, folderFlags, resolution))
+  if (auto found = SystemCalls::openResolving(folder.get(), path, folderFlags(), resolution))
     return std::move(*found);
   return walk(std::move(folder), at, end);
 }
 
 FileDescriptor openRoot() {
-  return FileDescriptor(retried([&] { return ::open("/", folderFlags); }));
+  return FileDescriptor(retried([&] { return ::open("/", folderFlags()); }));
 }
 
 FileDescriptor duplicate(const FileDescriptor& folder) {
@@ -91,7 +91,7 @@ FileDescriptor openFolder(const std::string& path, LinksInTheWay links) {
     }
     case LinksInTheWay::FollowedOnDisk: {
       const auto resolution = SystemCalls::Resolution::WithoutProcessLinks;
-      if (auto found = SystemCalls::openResolving(AT_FDCWD, path, folderFlags, resolution)) {
+      if (auto found = SystemCalls::openResolving(AT_FDCWD, path, folderFlags(), resolution)) {
         return std::move(*found);
       }
       break;
@@ -99,7 +99,7 @@ FileDescriptor openFolder(const std::string& path, LinksInTheWay links) {
     case LinksInTheWay::Followed:
       break;
   }
-  return FileDescriptor(retried([&] { return ::open(path.c_str(), folderFlags); }));
+  return FileDescriptor(retried([&] { return ::open(path.c_str(), folderFlags()); }));
 }
 
 FileDescriptor FolderPins::open(const std::string& path) {

@@ -1,30 +1,30 @@
-// The calls that one kernel has and another has not, each with an answer for "not here".
+// The calls that no two kernels have alike, each with an answer for "not here". Each system's folder defines
+// them.
 #pragma once
 
-#include <dirent.h>
-#include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 
+#include <array>
+#include <cstddef>
+#include <ctime>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Platform/running/posix/FileDescriptor.h"
+
+namespace halvorn {
+struct FolderEntry;
+}
 
 namespace halvorn::SystemCalls {
 
 // Opens only to name an item or things in it, where the system tells that from reading.
-#ifdef O_PATH
-inline constexpr int openPath = O_PATH;
-#else
-inline constexpr int openPath = O_RDONLY;
-#endif
-
-// Opens without noting the time of the access. Only the owner and the administrator may.
-#ifdef O_NOATIME
-inline constexpr int openQuietly = O_NOATIME;
-#else
-inline constexpr int openQuietly = 0;
-#endif
+extern const int openPath;
+// Opens without noting the time of the access; 0 where the system always notes it. Only the owner and the
+// administrator may.
+extern const int openQuietly;
 
 // How a path is resolved in one call of the kernel.
 enum class Resolution {
@@ -60,21 +60,20 @@ enum class Resolution {
 [[nodiscard]] bool changeTimes(int item, const timespec times[2]);
 // The text of a held link; at most `room` bytes of it. nullopt: it is none.
 [[nodiscard]] std::optional<std::string> textOfLink(int item, std::size_t room);
-// A path that leads to a held item and nowhere else, for calls that take paths only. Not where the process
-// table is missing.
-[[nodiscard]] std::string pathToHeld(int item);
 // Whether the item was given another name or other rights more than a moment after it was made. No where the
 // file system does not note when things were made.
 [[nodiscard]] bool wasChangedSinceItsBirth(int item);
 
-// What readEntries fills the buffer with, one after the other.
-#ifdef __linux__
-using EntryRecord = dirent64;
-#else
-using EntryRecord = dirent;
-#endif
-// The next entries of the open folder. Returns the bytes used, 0 at the end, -1 on failure.
-[[nodiscard]] ssize_t readEntries(int folder, char* buffer, std::size_t room);
+// Makes a pipe, socket or device of that kind and mode. Fails: false.
+[[nodiscard]] bool makeNode(int folder, const char* name, mode_t mode, dev_t device);
+
+// The times of the last access and the last change, as the calls that set them want them.
+[[nodiscard]] std::array<timespec, 2> timesOf(const struct stat& facts);
+
+// Puts the next entries of the open folder behind those that are there; their names lie in the buffer. Returns
+// the bytes used of it, 0 at the end, -1 on failure.
+[[nodiscard]] ssize_t readEntries(int folder, char* buffer, std::size_t room,
+                                  std::vector<FolderEntry>& entries);
 
 // Reads without waiting for a disk. Returns what was there, which may be less than wanted; -1 when nothing
 // was, or when this system cannot say.

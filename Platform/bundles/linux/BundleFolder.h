@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Core/Text.h"
-#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/files/linux/FoundItem.h"
 
 namespace halvorn {
 

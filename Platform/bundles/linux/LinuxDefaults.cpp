@@ -2,6 +2,7 @@
 
 #include "Platform/bundles/linux/OldPropertyList.h"
 #include "Platform/bundles/linux/PropertyListReader.h"
+#include "Platform/files/posix/BoundedFile.h"
 #include "Platform/session/linux/XdgFolders.h"
 
 namespace halvorn {

@@ -11,7 +11,7 @@
 #include "Platform/bundles/Bundles.h"
 #include "Platform/bundles/linux/Aliases.h"
 #include "Platform/bundles/linux/ResourceFork.h"
-#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/files/linux/FoundItem.h"
 
 namespace halvorn {
 namespace {

@@ -3,7 +3,8 @@
 #include <sys/xattr.h>
 
 #include "Core/Paths.h"
-#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/files/linux/FoundItem.h"
+#include "Platform/files/posix/BoundedFile.h"
 
 namespace halvorn {
 namespace {

@@ -9,6 +9,7 @@
 #include <memory>
 #include <utility>
 
+#include "Platform/files/posix/BoundedFile.h"
 #include "Platform/files/posix/copy/SystemCalls.h"
 #include "Platform/files/posix/copy/TreeRemoval.h"
 #include "Platform/rights/posix/RightsOf.h"
@@ -27,24 +28,6 @@ auto orFailure(const Work& work) noexcept -> decltype(work()) {
   } catch (const std::exception&) {
     return {};
   }
-}
-
-std::optional<std::string> readRegularFile(const std::string& path, std::size_t limit) {
-  const FileDescriptor file(retried([&] { return ::open(path.c_str(), openToRead); }));
-  struct stat facts {};
-  if (!file || ::fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
-  if (facts.st_size < 0 || static_cast<std::size_t>(facts.st_size) > limit) return std::nullopt;
-  std::string bytes;
-  while (bytes.size() <= limit) {
-    const std::size_t before = bytes.size();
-    const std::size_t room = std::min<std::size_t>(limit + 1 - before, 64 * 1024);
-    bytes.resize(before + room);
-    const ssize_t count = retried([&] { return ::read(file.get(), bytes.data() + before, room); });
-    bytes.resize(before + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    if (count < 0) return std::nullopt;
-    if (count == 0) return bytes;
-  }
-  return std::nullopt;
 }
 
 std::optional<std::vector<Text>> listFolder(const std::string& path, LinksInTheWay links) {

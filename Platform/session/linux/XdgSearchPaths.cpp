@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include "Core/Paths.h"
-#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/files/linux/FoundItem.h"
 #include "Platform/rights/posix/Accounts.h"
 #include "Platform/session/linux/XdgFolders.h"
 

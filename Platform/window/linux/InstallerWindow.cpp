@@ -4,17 +4,17 @@
 #include <utility>
 
 #include "Core/Format.h"
+#include "Platform/files/posix/BoundedFile.h"
 #include "Platform/window/linux/AccessibleRoles.h"
 #include "Platform/window/linux/InterfaceReader.h"
 #include "Platform/window/linux/QtText.h"
 #include "Platform/window/linux/QtViews.h"
 #include "Platform/window/linux/StringsTranslator.h"
-#include "Platform/window/linux/readme/BoundedFile.h"
 
 namespace halvorn {
 namespace {
 
-constexpr qsizetype kLargestDescription = 256 * 1024;
+constexpr std::size_t kLargestDescription = 256 * 1024;
 
 // The name of the first outlet that the window lacks, or has as another kind of view; "" when all are there.
 QString missingOutlet(const WindowWidget& window) {
@@ -70,12 +70,12 @@ struct InstallerWindow::Parts {
 
 InstallerWindow::Loaded InstallerWindow::load(const Text& descriptionPath, const LocalizedStrings& strings,
                                               Images& images) {
-  const auto description = readBoundedFile(descriptionPath, kLargestDescription);
+  const auto description = readRegularFile(descriptionPath.bytes(), kLargestDescription);
   if (!description) return {nullptr, format("%@: cannot be read", descriptionPath)};
   installAccessibleRoles();
   if (strings.localized("LayoutDirection") == "RTL") QGuiApplication::setLayoutDirection(Qt::RightToLeft);
-  ReadInterface read =
-      readInterface(*description, strings, [&images](const Text& name) { return images.imageNamed(name); });
+  ReadInterface read = readInterface(QByteArray::fromStdString(*description), strings,
+                                     [&images](const Text& name) { return images.imageNamed(name); });
   if (!read.window) return {nullptr, format("%@: %@", descriptionPath, read.problem)};
   if (const QString missing = missingOutlet(*read.window); !missing.isEmpty()) {
     return {nullptr, format("%@: no usable %@", descriptionPath, toText(missing))};

@@ -16,6 +16,7 @@
 #include "Platform/bundles/linux/launching/IconPictures.h"
 #include "Platform/bundles/linux/launching/Launcher.h"
 #include "Platform/bundles/linux/launching/WrittenFiles.h"
+#include "Platform/files/posix/BoundedFile.h"
 #include "Platform/session/linux/XdgFolders.h"
 
 namespace halvorn {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Platform/bundles/linux/PreferredLanguages.h"
-#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/files/posix/BoundedFile.h"
 
 namespace halvorn {
 namespace {

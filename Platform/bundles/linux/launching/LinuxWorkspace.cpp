@@ -8,7 +8,7 @@
 #include "Platform/bundles/Bundles.h"
 #include "Platform/bundles/linux/DisplayNames.h"
 #include "Platform/bundles/linux/launching/Launcher.h"
-#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/files/linux/FoundItem.h"
 
 namespace halvorn {
 namespace {

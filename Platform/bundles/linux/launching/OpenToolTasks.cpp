@@ -2,7 +2,7 @@
 
 #include "Platform/bundles/Workspace.h"
 #include "Platform/bundles/linux/launching/LinuxWorkspace.h"
-#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/files/linux/FoundItem.h"
 
 namespace halvorn {
 

@@ -6,7 +6,7 @@
 #include "Platform/bundles/linux/BundleFolder.h"
 #include "Platform/bundles/linux/launching/DesktopEntry.h"
 #include "Platform/bundles/linux/launching/Launching.h"
-#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/files/linux/FoundItem.h"
 #include "Platform/session/linux/XdgFolders.h"
 
 namespace halvorn {

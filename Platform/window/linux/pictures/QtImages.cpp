@@ -8,16 +8,16 @@
 #include "Core/Paths.h"
 #include "Platform/bundles/linux/BundleIcon.h"
 #include "Platform/bundles/linux/LinuxBundles.h"
+#include "Platform/files/posix/BoundedFile.h"
 #include "Platform/window/linux/QtText.h"
 #include "Platform/window/linux/pictures/ImageFormats.h"
 #include "Platform/window/linux/pictures/ImageLimits.h"
 #include "Platform/window/linux/pictures/QtImage.h"
-#include "Platform/window/linux/readme/BoundedFile.h"
 
 namespace halvorn {
 namespace {
 
-constexpr qsizetype kLargestDirectoryFile = 64 * 1024;
+constexpr std::size_t kLargestDirectoryFile = 64 * 1024;
 
 // The value of Icon= in the [Desktop Entry] group; empty when there is none.
 QString iconOfDirectoryFile(const QByteArray& bytes) {
@@ -35,8 +35,9 @@ QString iconOfDirectoryFile(const QByteArray& bytes) {
 
 QStringList iconNamesForFolder(const Text& path) {
   QStringList names;
-  if (const auto bytes = readBoundedFile(Paths::appending(path, ".directory"), kLargestDirectoryFile)) {
-    const QString name = iconOfDirectoryFile(*bytes);
+  if (const auto bytes =
+          readRegularFile(Paths::appending(path, ".directory").bytes(), kLargestDirectoryFile)) {
+    const QString name = iconOfDirectoryFile(QByteArray::fromStdString(*bytes));
     if (!name.isEmpty() && !name.contains(u'/')) names << name;  // a path could lead anywhere
   }
   if (Paths::extension(path) == "app") names << QStringLiteral("application-x-executable");
@@ -46,17 +47,18 @@ QStringList iconNamesForFolder(const Text& path) {
 }  // namespace
 
 ImagePointer QtImages::imageFromFile(const Text& path) {
-  const auto bytes = readBoundedFile(path, kLargestImageFile);
-  return bytes ? imageFromBytes(*bytes) : nullptr;
+  const auto bytes = readRegularFile(path.bytes(), kLargestImageFile);
+  return bytes ? imageFromBytes(QByteArray::fromStdString(*bytes)) : nullptr;
 }
 
 ImagePointer QtImages::imageNamed(const Text& name) {
   if (name.isEmpty() || name.find(u'/') != Text::npos) return nullptr;
   std::vector<EncodedImage::Representation> sizes;
   for (const char* ending : {".png", "@2x.png", ".icns", ".svg"}) {
-    const auto bytes = readBoundedFile(Paths::appending(resourcesFolder_, name + ending), kLargestImageFile);
+    const Text path = Paths::appending(resourcesFolder_, name + ending);
+    const auto bytes = readRegularFile(path.bytes(), kLargestImageFile);
     if (!bytes) continue;
-    if (const auto image = imageFromBytes(*bytes)) {
+    if (const auto image = imageFromBytes(QByteArray::fromStdString(*bytes))) {
       const auto found = image->representations();
       sizes.insert(sizes.end(), found.begin(), found.end());
     }

@@ -5,9 +5,9 @@
 #include <QUrl>
 
 #include "Core/Paths.h"
+#include "Platform/files/posix/BoundedFile.h"
 #include "Platform/window/linux/QtText.h"
 #include "Platform/window/linux/pictures/ImageFormats.h"
-#include "Platform/window/linux/readme/BoundedFile.h"
 #include "Platform/window/linux/readme/MarkupGuard.h"
 #include "Platform/window/linux/readme/RtfDocument.h"
 #include "Platform/window/linux/readme/TextGuess.h"
@@ -15,7 +15,7 @@
 namespace halvorn {
 namespace {
 
-constexpr qsizetype kLargestFile = 16 * 1024 * 1024;
+constexpr std::size_t kLargestFile = 16 * 1024 * 1024;
 constexpr qsizetype kLargestText = 8 * 1024 * 1024;
 // The toolkit takes about a second for that much.
 constexpr qsizetype kLargestHtml = 1024 * 1024;
@@ -100,12 +100,13 @@ void fill(QTextDocument& document, Kind kind, const QByteArray& bytes) {
 std::unique_ptr<QTextDocument> readMeDocument(const Text& path) {
   const bool folder = Paths::extension(path) == "rtfd";
   const Text file = folder ? Paths::appending(path, "TXT.rtf") : path;
-  const auto bytes = readBoundedFile(file, kLargestFile);
-  if (!bytes) return nullptr;
-  const Kind kind = kindOf(file, *bytes);
-  if (kind != Kind::Rich && bytes->size() > kLargestText) return nullptr;
+  const auto read = readRegularFile(file.bytes(), kLargestFile);
+  if (!read) return nullptr;
+  const QByteArray bytes = QByteArray::fromStdString(*read);
+  const Kind kind = kindOf(file, bytes);
+  if (kind != Kind::Rich && bytes.size() > kLargestText) return nullptr;
   auto document = std::make_unique<ClosedDocument>();
-  fill(*document, kind, *bytes);
+  fill(*document, kind, bytes);
   return document;
 }
 

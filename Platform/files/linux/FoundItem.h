@@ -1,4 +1,4 @@
-// Reading files that anybody may have put there.
+// Items that anybody may have put there, held fast before they are looked at or read.
 #pragma once
 
 #include <optional>
@@ -23,9 +23,8 @@ struct FoundItem {
 // At the folder itself or below it. Both are real paths.
 [[nodiscard]] bool isWithin(const std::string& realPath, const std::string& folder);
 
-// The bytes of a regular file; nullopt for anything else and for more than `limit` bytes.
+// The bytes of a regular file, as readOpenFile().
 [[nodiscard]] std::optional<std::string> readItem(const FoundItem& item, std::size_t limit);
-[[nodiscard]] std::optional<std::string> readRegularFile(const std::string& path, std::size_t limit);
 // The first bytes of a regular file, at most that many.
 [[nodiscard]] std::optional<std::string> readStart(const FoundItem& item, std::size_t count);
 

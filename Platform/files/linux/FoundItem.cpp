@@ -1,13 +1,14 @@
-#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/files/linux/FoundItem.h"
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <climits>
 #include <memory>
+
+#include "Platform/files/posix/BoundedFile.h"
 
 namespace halvorn {
 namespace {
@@ -21,23 +22,10 @@ mode_t modeOf(const FoundItem& item) {
   return ::fstat(item.descriptor.get(), &information) == 0 ? information.st_mode : 0;
 }
 
-// Up to `count` bytes from the start.
-std::optional<std::string> readBytes(const FoundItem& item, std::size_t count) {
-  if (!isRegularFile(item)) return std::nullopt;
-  // Opening the descriptor's own link opens that very item, whatever stands at its path by now.
-  const FileDescriptor file(::open(processLink(item).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.get() < 0) return std::nullopt;
-  std::string bytes(count, '\0');
-  std::size_t filled = 0;
-  while (filled < count) {
-    const ssize_t result = ::read(file.get(), bytes.data() + filled, count - filled);
-    if (result < 0 && errno == EINTR) continue;
-    if (result < 0) return std::nullopt;
-    if (result == 0) break;
-    filled += static_cast<std::size_t>(result);
-  }
-  bytes.resize(filled);
-  return bytes;
+// Opening the descriptor's own link opens that very item, whatever stands at its path by now.
+FileDescriptor openedToRead(const FoundItem& item) {
+  if (!isRegularFile(item)) return {};
+  return FileDescriptor(::open(processLink(item).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
 }
 
 }  // namespace
@@ -62,19 +50,11 @@ bool isWithin(const std::string& realPath, const std::string& folder) {
 }
 
 std::optional<std::string> readItem(const FoundItem& item, std::size_t limit) {
-  struct stat information = {};
-  if (::fstat(item.descriptor.get(), &information) != 0) return std::nullopt;
-  if (information.st_size < 0 || static_cast<std::size_t>(information.st_size) > limit) return std::nullopt;
-  return readBytes(item, static_cast<std::size_t>(information.st_size));
-}
-
-std::optional<std::string> readRegularFile(const std::string& path, std::size_t limit) {
-  const auto item = findItem(path);
-  return item ? readItem(*item, limit) : std::nullopt;
+  return readOpenFile(openedToRead(item), limit);
 }
 
 std::optional<std::string> readStart(const FoundItem& item, std::size_t count) {
-  return readBytes(item, count);
+  return readStartOfOpenFile(openedToRead(item), count);
 }
 
 std::vector<std::string> folderEntries(const FoundItem& folder) {

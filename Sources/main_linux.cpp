@@ -48,6 +48,7 @@
 #include "Platform/session/linux/Environment.h"
 #include "Platform/session/linux/JournalLog.h"
 #include "Platform/session/linux/LinuxSystemFacts.h"
+#include "Platform/session/linux/WaylandSession.h"
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
 #include "Platform/sound/linux/LoadedSounds.h"
@@ -107,8 +108,8 @@ struct Ground {
 struct Processes {
   Processes(Ground& ground, QtApplication& application, QtRunLoop& loop, Images& images)
       : windows(ground.environment.value("DISPLAY").value_or(""),
-                DesktopSession::ofThisProgram().isWayland() ? XWindowSystem::Coverage::SomeWindows
-                                                            : XWindowSystem::Coverage::AllWindows,
+                isWaylandSession(ground.environment) ? XWindowSystem::Coverage::SomeWindows
+                                                     : XWindowSystem::Coverage::AllWindows,
                 procFiles),
         running(procFiles, ground.bundles, windows, DesktopSession::ofThisProgram()),
         events(running, windows, loop, application),

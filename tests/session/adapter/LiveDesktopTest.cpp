@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Platform/session/linux/WaylandSession.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/RealUtilities.h"
@@ -262,6 +263,20 @@ TEST_F(NoDisplay, AndOneThatCannotBeReachedAreTheSame) {
     EXPECT_FALSE(
         X11MenuBar(name, real.loop).installHandler([](const MenuBarEvent&) { return EventAnswer::Handled; }));
   }
+}
+
+TEST(WaylandSession, IsToldByTheCompositorsDisplayOrByTheLoginManager) {
+  const struct {
+    Environment::Variables variables;
+    bool isWayland;
+  } sessions[] = {{{}, false},
+                  {{{"DISPLAY", ":0"}, {"XDG_SESSION_TYPE", "x11"}}, false},
+                  {{{"WAYLAND_DISPLAY", ""}}, false},
+                  {{{"WAYLAND_DISPLAY", "wayland-0"}}, true},
+                  {{{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", "wayland-0"}, {"XDG_SESSION_TYPE", "x11"}}, true},
+                  {{{"DISPLAY", ":0"}, {"XDG_SESSION_TYPE", "wayland"}}, true}};
+  for (const auto& [variables, isWayland] : sessions)
+    EXPECT_EQ(isWaylandSession(Environment(variables)), isWayland) << testing::PrintToString(variables);
 }
 
 TEST(DisplayThatSeesAllInput, IsThatOfAnXSession) {

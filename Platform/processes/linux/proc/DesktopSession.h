@@ -22,7 +22,6 @@ struct DesktopSession {
   // True only when both name a session of the same kind and not the same one: what is not told is no
   // evidence.
   [[nodiscard]] bool differsFrom(const DesktopSession& other) const;
-  [[nodiscard]] bool isWayland() const { return !waylandDisplay.empty(); }
 };
 
 }  // namespace halvorn

@@ -2,6 +2,7 @@
 
 #include <xcb/screensaver.h>
 
+#include "Platform/session/linux/WaylandSession.h"
 #include "Platform/session/linux/x11/DisplayConnection.h"
 
 namespace halvorn {
@@ -29,9 +30,7 @@ std::optional<std::int64_t> X11IdleTime::nanosecondsSinceLastInput() {
 }
 
 std::optional<std::string> displayThatSeesAllInput(const Environment& environment) {
-  const bool isWayland =
-      environment.value("WAYLAND_DISPLAY") || environment.value("XDG_SESSION_TYPE") == "wayland";
-  return isWayland ? std::nullopt : environment.value("DISPLAY");
+  return isWaylandSession(environment) ? std::nullopt : environment.value("DISPLAY");
 }
 
 }  // namespace halvorn

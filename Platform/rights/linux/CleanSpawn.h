@@ -11,6 +11,6 @@ namespace halvorn {
 
 // The first word is the program's path. Standard output and error both go to `output`.
 // Returns 0, or the system's error number.
-[[nodiscard]] int spawnClean(std::vector<std::string> words, int input, int output, pid_t& pid);
+[[nodiscard]] int spawnClean(const std::vector<std::string>& words, int input, int output, pid_t& pid);
 
 }  // namespace halvorn

@@ -66,7 +66,7 @@ std::unique_ptr<PkexecRun> PkexecRun::start(const std::string& pkexecPath, const
   std::vector<std::string> words{pkexecPath, "--disable-internal-agent", toolPath};
   words.insert(words.end(), arguments.begin(), arguments.end());
   pid_t pid = -1;
-  error = spawnClean(std::move(words), signal.theirs.get(), output.theirs.get(), pid);
+  error = spawnClean(words, signal.theirs.get(), output.theirs.get(), pid);
   if (error != 0) return nullptr;
   return std::unique_ptr<PkexecRun>(
       new PkexecRun(pid, processName(pkexecPath), std::move(signal.ours), std::move(output.ours)));

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,6 +11,7 @@
 #include <system_error>
 
 #include "Core/Format.h"
+#include "Platform/running/posix/CleanStart.h"
 #include "Platform/running/posix/FileDescriptor.h"
 #include "Platform/running/posix/SpawnCalls.h"
 
@@ -26,56 +26,15 @@ bool collect(pid_t pid) {
   return retried([&] { return ::waitpid(pid, nullptr, WNOHANG); }) != 0;
 }
 
-// What happens in the child before the program runs.
-class SpawnActions {
- public:
-  SpawnActions() {
-    ::posix_spawn_file_actions_init(&actions_);
-    ::posix_spawnattr_init(&attributes_);
-    sigset_t signals;
-    sigfillset(&signals);
-    ::posix_spawnattr_setsigdefault(&attributes_, &signals);
-    sigemptyset(&signals);
-    ::posix_spawnattr_setsigmask(&attributes_, &signals);
-    ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
-  }
-  ~SpawnActions() {
-    ::posix_spawnattr_destroy(&attributes_);
-    ::posix_spawn_file_actions_destroy(&actions_);
-  }
-  SpawnActions(const SpawnActions&) = delete;
-  SpawnActions& operator=(const SpawnActions&) = delete;
-
-  void open(int descriptor, const std::string& path, int flags) {
-    ::posix_spawn_file_actions_addopen(&actions_, descriptor, path.c_str(), flags, 0);
-  }
-  void duplicate(int from, int to) { ::posix_spawn_file_actions_adddup2(&actions_, from, to); }
-  void changeFolder(const std::string& path) {
-    ::posix_spawn_file_actions_addchdir_np(&actions_, path.c_str());
-  }
-  void closeTheRest() { SpawnCalls::inheritStandardStreamsAlone(actions_, attributes_); }
-
-  // 0, or the error number.
-  [[nodiscard]] int spawn(const Text& executable, const std::vector<Text>& arguments, pid_t& pid) const {
-    // Absolute, because the child may have changed its folder by the time it looks for the program.
-    std::error_code error;
-    const std::string path = std::filesystem::absolute(executable.bytes(), error).string();
-    std::vector<std::string> words{executable.bytes()};
-    for (const Text& argument : arguments) words.push_back(argument.bytes());
-    std::vector<char*> pointers;
-    for (std::string& word : words) {
-      if (word.find('\0') != std::string::npos) return EINVAL;
-      pointers.push_back(word.data());
-    }
-    pointers.push_back(nullptr);
-    return ::posix_spawn(&pid, path.c_str(), &actions_, &attributes_, pointers.data(),
-                         SpawnCalls::environment());
-  }
-
- private:
-  posix_spawn_file_actions_t actions_ = {};
-  posix_spawnattr_t attributes_ = {};
-};
+// The error number, or 0. The program has the environment of this one.
+int startTask(CleanStart& child, const Text& executable, const std::vector<Text>& arguments, pid_t& pid) {
+  // Absolute, because the child may have changed its folder by the time it looks for the program.
+  std::error_code error;
+  const std::string path = std::filesystem::absolute(executable.bytes(), error).string();
+  std::vector<std::string> words{executable.bytes()};
+  for (const Text& argument : arguments) words.push_back(argument.bytes());
+  return child.start(path, words, ownEnvironment(), pid);
+}
 
 struct Pipe {
   FileDescriptor readEnd;
@@ -155,14 +114,13 @@ TaskLaunch PosixTasks::launch(const Text& executable, const std::vector<Text>& a
                               const Text& workingFolder, const Text& outputFile) {
   orphanage_->collectAll();
   const std::string folder = workingFolder.bytes();
-  SpawnActions actions;
-  actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-  actions.open(STDOUT_FILENO, outputFile.bytes(), O_WRONLY | O_APPEND | O_NOFOLLOW);
-  actions.duplicate(STDOUT_FILENO, STDERR_FILENO);
-  actions.changeFolder(folder);
-  actions.closeTheRest();
+  CleanStart child;
+  child.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  child.open(STDOUT_FILENO, outputFile.bytes(), O_WRONLY | O_APPEND | O_NOFOLLOW);
+  child.duplicate(STDOUT_FILENO, STDERR_FILENO);
+  child.changeFolder(folder);
   pid_t pid = -1;
-  const int error = actions.spawn(executable, arguments, pid);
+  const int error = startTask(child, executable, arguments, pid);
   if (error == 0) return {std::make_unique<PosixTask>(pid, orphanage_), Text()};
   if (::access(folder.c_str(), X_OK) == 0) return {nullptr, reasonOf(error)};
   return {nullptr, format("%@: %@", workingFolder, reasonOf(errno))};
@@ -170,10 +128,9 @@ TaskLaunch PosixTasks::launch(const Text& executable, const std::vector<Text>& a
 
 void PosixTasks::launchAndForget(const Text& executable, const std::vector<Text>& arguments) {
   orphanage_->collectAll();
-  SpawnActions actions;
-  actions.closeTheRest();
+  CleanStart child;
   pid_t pid = -1;
-  if (actions.spawn(executable, arguments, pid) == 0) orphanage_->take(pid);
+  if (startTask(child, executable, arguments, pid) == 0) orphanage_->take(pid);
 }
 
 std::optional<std::string> PosixTasks::standardOutputOf(const Text& executable,
@@ -181,11 +138,10 @@ std::optional<std::string> PosixTasks::standardOutputOf(const Text& executable,
   orphanage_->collectAll();
   Pipe pipe = openPipe();
   if (!pipe.readEnd || !pipe.writeEnd) return std::nullopt;
-  SpawnActions actions;
-  actions.duplicate(pipe.writeEnd.get(), STDOUT_FILENO);
-  actions.closeTheRest();
+  CleanStart child;
+  child.duplicate(pipe.writeEnd.get(), STDOUT_FILENO);
   pid_t pid = -1;
-  if (actions.spawn(executable, arguments, pid) != 0) return std::nullopt;
+  if (startTask(child, executable, arguments, pid) != 0) return std::nullopt;
   pipe.writeEnd.reset();
   std::string output = readToEnd(pipe.readEnd);
   // The program may have closed its output and go on; it is not waited for.

@@ -12,6 +12,7 @@
 #include <csignal>
 #include <optional>
 
+#include "Platform/running/posix/CleanStart.h"
 #include "Platform/running/posix/FileDescriptor.h"
 #include "Platform/running/posix/ProcessCalls.h"
 #include "Platform/running/posix/SpawnCalls.h"
@@ -30,16 +31,7 @@ constexpr int kErrorDescriptor = 3;  // where the child says why it could not st
 // Everything the child needs, made before it exists: between fork and exec nothing may be allocated.
 class PreparedChild {
  public:
-  explicit PreparedChild(const LaunchRequest& request) : request_(request) {
-    arguments_.push_back(const_cast<char*>(request_.program.c_str()));
-    for (const std::string& argument : request_.arguments)
-      arguments_.push_back(const_cast<char*>(argument.c_str()));
-    arguments_.push_back(nullptr);
-    for (const std::string& variable : request_.environment) {
-      environment_.push_back(const_cast<char*>(variable.c_str()));
-    }
-    environment_.push_back(nullptr);
-  }
+  explicit PreparedChild(const LaunchRequest& request) : request_(request), words_(wordsOf(request)) {}
 
   [[nodiscard]] bool isAllowed() const { return request_.person.kind != LaunchPerson::Kind::Unknown; }
 
@@ -55,7 +47,7 @@ class PreparedChild {
                          (::chdir(request_.workingFolder.c_str()) == 0 || ::chdir("/") == 0);
     if (isReady) {
       resetSignals();
-      ::execve(request_.program.c_str(), arguments_.data(), environment_.data());
+      ::execve(request_.program.c_str(), arguments_.get(), environment_.get());
     }
     reportAndExit(pipe);
   }
@@ -80,18 +72,16 @@ class PreparedChild {
     return ::setresuid(request_.person.uid, request_.person.uid, request_.person.uid) == 0;
   }
 
-  static void resetSignals() {
-    struct sigaction standard = {};
-    standard.sa_handler = SIG_DFL;
-    for (int signal = 1; signal < NSIG; ++signal) ::sigaction(signal, &standard, nullptr);
-    sigset_t none;
-    sigemptyset(&none);
-    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+  static std::vector<std::string> wordsOf(const LaunchRequest& request) {
+    std::vector<std::string> words{request.program};
+    words.insert(words.end(), request.arguments.begin(), request.arguments.end());
+    return words;
   }
 
   const LaunchRequest& request_;
-  std::vector<char*> arguments_;
-  std::vector<char*> environment_;
+  const std::vector<std::string> words_;
+  const WordPointers arguments_{words_};
+  const WordPointers environment_{request_.environment};
 };
 
 // Holds all signals back, so that no handler of this program ever runs in a child.

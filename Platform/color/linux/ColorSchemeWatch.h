@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QObject>
 #include <functional>
+#include <optional>
 
 namespace halvorn {
 
@@ -19,7 +20,7 @@ class ColorSchemeWatch : public QObject {
   void settingChanged(const QDBusMessage& message);
 
  private:
-  void take(const QVariant& value);
+  void take(std::optional<bool> prefersDark);
 
   std::function<void(bool)> report_;
 };

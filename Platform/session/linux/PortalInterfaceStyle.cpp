@@ -1,46 +1,29 @@
 #include "Platform/session/linux/PortalInterfaceStyle.h"
 
+#include "Platform/color/linux/ColorSchemeSetting.h"
 #include "Platform/session/linux/BusClient.h"
 #include "Platform/session/linux/SettingListener.h"
 
 namespace halvorn {
-
-namespace {
-
-constexpr char service[] = "org.freedesktop.portal.Desktop";
-constexpr char path[] = "/org/freedesktop/portal/desktop";
-constexpr char settingsInterface[] = "org.freedesktop.portal.Settings";
-constexpr char group[] = "org.freedesktop.appearance";
-constexpr char key[] = "color-scheme";
-constexpr uint prefersDark = 1;
-
-}  // namespace
 
 class PortalInterfaceStyle::PortalSettings {
  public:
   explicit PortalSettings(const std::optional<std::string>& busAddress) : bus_(busAddress) {}
 
   OptionalText style() {
-    // Every portal knows Read; its newer namesake without the second wrapping came later.
-    QDBusMessage question = QDBusMessage::createMethodCall(service, path, settingsInterface, "Read");
-    question << QString(group) << QString(key);
-    const auto answer = bus_.call(question);
-    if (!answer || answer->isEmpty()) return std::nullopt;
-    bool isNumber = false;
-    const uint scheme = unwrapped(answer->front()).toUInt(&isNumber);
-    return isNumber && scheme == prefersDark ? OptionalText("Dark") : std::nullopt;
+    const auto answer = bus_.call(ColorSchemeSetting::question());
+    const bool isDark = answer && ColorSchemeSetting::prefersDark(*answer).value_or(false);
+    return isDark ? OptionalText("Dark") : std::nullopt;
   }
 
   void listen(std::function<void()> handler) {
-    listener_.changed = [this, heard = std::move(handler)](const QString& changedGroup,
-                                                           const QString& changedKey) {
+    listener_.changed = [this, heard = std::move(handler)](const QDBusMessage& change) {
       bus_.expectAnswers();
-      if (changedGroup == QString(group) && changedKey == QString(key)) heard();
+      if (ColorSchemeSetting::prefersDark(change)) heard();
     };
-    QDBusConnection* const bus = bus_.connection();
-    if (bus == nullptr) return;
-    // No sender is named: finding out who that is would start a portal that nobody needs yet.
-    bus->connect(QString(), path, settingsInterface, "SettingChanged", &listener_, SLOT(heard(QDBusMessage)));
+    if (QDBusConnection* const bus = bus_.connection()) {
+      ColorSchemeSetting::listen(*bus, &listener_, SLOT(heard(QDBusMessage)));
+    }
   }
 
  private:

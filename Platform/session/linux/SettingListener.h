@@ -3,7 +3,6 @@
 
 #include <QDBusMessage>
 #include <QObject>
-#include <QString>
 #include <functional>
 
 namespace halvorn {
@@ -12,12 +11,11 @@ class SettingListener : public QObject {
   Q_OBJECT
 
  public:
-  std::function<void(const QString& group, const QString& key)> changed;
+  std::function<void(const QDBusMessage& change)> changed;
 
  public Q_SLOTS:
   void heard(const QDBusMessage& message) {
-    const QVariantList values = message.arguments();
-    if (changed && values.size() == 3) changed(values[0].toString(), values[1].toString());
+    if (changed) changed(message);
   }
 };
 

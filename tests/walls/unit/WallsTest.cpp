@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
@@ -269,6 +270,36 @@ TEST(Walls, NoSystemIsAskedForInTheCore) {
     }
   }
 }
+
+#ifdef KT_HEADERS_ALONE
+// The build compiles a header alone as the first include of the source beside it, else by a source of its own.
+TEST(Walls, EveryHeaderCompilesAlone) {
+  std::ifstream compiled(KT_HEADERS_ALONE);
+  const std::string objects{std::istreambuf_iterator<char>(compiled), {}};
+  const std::string systems = " " KT_SYSTEM_FOLDERS " ";
+  std::size_t beside = 0;
+  std::size_t alone = 0;
+  for (const char* folder : {"Core", "KTStuff", "Platform", "Sources", "train"}) {
+    for (const std::string& file : sourcesIn(folder)) {
+      const std::string system = folderBelowSubject(file);
+      if (!file.ends_with(".h") || (!system.empty() && systems.find(" " + system + " ") == std::string::npos))
+        continue;
+      const std::string source = file.substr(0, file.size() - 1) + "cpp";
+      if (!fs::exists(fs::path(KT_SOURCE_DIR) / source)) {
+        EXPECT_NE(objects.find("/" + file + ".cpp"), std::string::npos) << file << " is not compiled";
+        ++alone;
+        continue;
+      }
+      const auto includes = includesOf(source);
+      EXPECT_TRUE(!includes.empty() && includes.front().target == file)
+          << source << " does not include " << file << " first";
+      ++beside;
+    }
+  }
+  EXPECT_GT(beside, 100U);
+  EXPECT_GT(alone, 60U);
+}
+#endif
 
 // What the program is linked with, by the files' names.
 std::vector<std::string> librariesOf(const std::string& program) {

@@ -5,8 +5,8 @@
 
 namespace halvorn {
 
-// Whether a Wayland compositor shows this session, also where an X server is its guest: what such a server tells
-// is a part of the truth only. Everything that treats such sessions differently asks this. Thread: any.
+// Whether a Wayland compositor shows this session, also where an X server is its guest: what such a server
+// tells is a part of the truth only. Everything that treats such sessions differently asks this. Thread: any.
 [[nodiscard]] bool isWaylandSession(const Environment& environment);
 
 }  // namespace halvorn

@@ -4,8 +4,6 @@
 
 #include <string_view>
 
-extern char** environ;
-
 namespace halvorn {
 namespace {
 

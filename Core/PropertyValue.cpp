@@ -43,7 +43,10 @@ Text PropertyValue::description() const {
   if (const auto* number = integer()) return std::to_string(*number);
   if (const double* number = real()) return shortestReal(*number);
   if (const Date* moment = date()) return shortestReal(moment->secondsSince1970);
-  if (const PropertyData* bytes = data()) return "<" + std::to_string(bytes->bytes.size()) + " bytes>";
+  if (const PropertyData* bytes = data()) {
+    const std::string size = std::to_string(bytes->bytes.size());
+    return "<" + size + " bytes>";
+  }
   if (const PropertyArray* values = array()) return describe(*values);
   return describe(*dictionary());
 }

@@ -56,7 +56,7 @@ std::string fileNameFor(const std::string& identifier) {
     result.append({'_', kDigits[byte >> 4], kDigits[byte & 0x0F]});
   }
   if (identifier.size() > kLongestIdentifier) {
-    result += "_" + std::to_string(stableHash(identifier));
+    result.append("_").append(std::to_string(stableHash(identifier)));
   }
   return result;
 }

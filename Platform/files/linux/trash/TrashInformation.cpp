@@ -62,7 +62,8 @@ std::string nameForAttempt(const std::string& name, int attempt) {
   const std::size_t dot = name.rfind('.');
   const bool hasExtension = dot != std::string::npos && dot > 0 && name.size() - dot <= 16;
   const std::string extension = hasExtension ? name.substr(dot) : "";
-  const std::string tail = " " + std::to_string(attempt) + extension;
+  const std::string number = std::to_string(attempt);
+  const std::string tail = " " + number + extension;
   return shortened(name.substr(0, name.size() - extension.size()), room - tail.size()) + tail;
 }
 

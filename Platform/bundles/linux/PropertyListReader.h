@@ -19,10 +19,10 @@
 namespace halvorn {
 
 struct PropertyListLimits {
-  std::size_t fileBytes = 8 * 1024 * 1024;
+  std::size_t fileBytes = 8UL * 1024 * 1024;
   int depth = 128;               // containers within containers
   std::size_t values = 200'000;  // counted each time they appear, also when a binary list shares them
-  std::size_t contentBytes = 32 * 1024 * 1024;  // of texts and data, counted likewise
+  std::size_t contentBytes = 32UL * 1024 * 1024;  // of texts and data, counted likewise
 };
 
 [[nodiscard]] std::optional<PropertyValue> readPropertyList(std::string_view bytes,

@@ -9,7 +9,7 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t kForkLimit = 16 * 1024 * 1024;
+constexpr std::size_t kForkLimit = 16UL * 1024 * 1024;
 
 constexpr std::uint32_t kAppleDoubleMagic = 0x00051607;
 constexpr std::uint32_t kResourceForkEntry = 2;

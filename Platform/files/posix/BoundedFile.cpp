@@ -9,7 +9,7 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t pieceLength = 64 * 1024;
+constexpr std::size_t pieceLength = 64UL * 1024;
 
 // Up to `count` bytes; fewer when the file ends before.
 std::optional<std::string> readBytes(const FileDescriptor& file, std::size_t count) {

@@ -19,8 +19,8 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t longestComplaint = 8 * 1024;
-constexpr std::size_t longestLine = 64 * 1024;
+constexpr std::size_t longestComplaint = 8UL * 1024;
+constexpr std::size_t longestLine = 64UL * 1024;
 constexpr int pauseWithoutProcessDescriptor = 50;  // milliseconds
 
 FileDescriptor aboveStandardStreams(int descriptor) {

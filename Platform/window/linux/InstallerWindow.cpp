@@ -14,7 +14,7 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t kLargestDescription = 256 * 1024;
+constexpr std::size_t kLargestDescription = 256UL * 1024;
 
 // The name of the first outlet that the window lacks, or has as another kind of view; "" when all are there.
 QString missingOutlet(const WindowWidget& window) {

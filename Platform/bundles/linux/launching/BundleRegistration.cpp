@@ -25,7 +25,7 @@ namespace {
 constexpr char kPrefix[] = "halvorn-app-";
 constexpr std::size_t kLongestIdentifier =
     50;  // bytes kept as they are or escaped; longer ones end in a number
-constexpr std::size_t kLargestIcon = 16 * 1024 * 1024;
+constexpr std::size_t kLargestIcon = 16UL * 1024 * 1024;
 constexpr std::size_t kMostLanguages = 64;
 constexpr double kRefreshSeconds = 10.0;
 // Those for which the hicolor theme has folders.

@@ -8,7 +8,7 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t kLargestFile = 1024 * 1024;
+constexpr std::size_t kLargestFile = 1024UL * 1024;
 
 std::string_view trimmed(std::string_view text) {
   const std::size_t start = text.find_first_not_of(" \t\r");

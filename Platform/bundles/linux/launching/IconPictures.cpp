@@ -8,7 +8,7 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr std::uint32_t kLargestSize = 1024;
-constexpr std::size_t kLargestPicture = 4 * 1024 * 1024;
+constexpr std::size_t kLargestPicture = 4UL * 1024 * 1024;
 
 // Big-endian. The range is the caller's to check.
 std::uint32_t numberAt(std::string_view bytes, std::size_t position) {

@@ -11,7 +11,7 @@
 namespace halvorn {
 
 namespace {
-constexpr std::size_t bufferSize = 32 * 1024;
+constexpr std::size_t bufferSize = 32UL * 1024;
 }
 
 FolderListing::FolderListing() : buffer_(new char[bufferSize]) {}

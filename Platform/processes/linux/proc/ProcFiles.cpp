@@ -13,9 +13,9 @@ namespace halvorn {
 namespace {
 
 constexpr std::size_t kStatLimit = 4096;
-constexpr std::size_t kStatusLimit = 16 * 1024;
-constexpr std::size_t kArgumentsLimit = 64 * 1024;
-constexpr std::size_t kEnvironmentLimit = 1024 * 1024;
+constexpr std::size_t kStatusLimit = 16UL * 1024;
+constexpr std::size_t kArgumentsLimit = 64UL * 1024;
+constexpr std::size_t kEnvironmentLimit = 1024UL * 1024;
 
 // Fields of "stat", counted as in its documentation.
 constexpr int kStateField = 3;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::uint32_t kRootMessageMask =
     XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
-constexpr std::uint32_t kListLimit = 64 * 1024;
+constexpr std::uint32_t kListLimit = 64U * 1024;
 
 }  // namespace
 

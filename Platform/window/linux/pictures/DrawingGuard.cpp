@@ -10,7 +10,7 @@
 namespace halvorn {
 namespace {
 
-constexpr qsizetype kLargestDrawing = 4 * 1024 * 1024;
+constexpr qsizetype kLargestDrawing = 4LL * 1024 * 1024;
 constexpr int kDeepest = 64;
 constexpr long long kMostElements = 50'000;  // repetitions by <use> counted in full
 

@@ -17,7 +17,7 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t kLargestDirectoryFile = 64 * 1024;
+constexpr std::size_t kLargestDirectoryFile = 64UL * 1024;
 
 // The value of Icon= in the [Desktop Entry] group; empty when there is none.
 QString iconOfDirectoryFile(const QByteArray& bytes) {

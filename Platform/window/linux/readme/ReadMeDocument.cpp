@@ -15,13 +15,13 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t kLargestFile = 16 * 1024 * 1024;
-constexpr qsizetype kLargestText = 8 * 1024 * 1024;
+constexpr std::size_t kLargestFile = 16UL * 1024 * 1024;
+constexpr qsizetype kLargestText = 8LL * 1024 * 1024;
 // The toolkit takes about a second for that much.
-constexpr qsizetype kLargestHtml = 1024 * 1024;
-constexpr qsizetype kLargestMarkdown = 256 * 1024;
+constexpr qsizetype kLargestHtml = 1024LL * 1024;
+constexpr qsizetype kLargestMarkdown = 256LL * 1024;
 constexpr int kWidestPicture = 1200;  // pixels
-constexpr qsizetype kMostPictureBytes = 4 * 1024 * 1024;
+constexpr qsizetype kMostPictureBytes = 4LL * 1024 * 1024;
 
 // A document that asks nobody for what it names. The toolkit's own would read files and style sheets.
 class ClosedDocument : public QTextDocument {

@@ -4,7 +4,7 @@
 #include "Platform/bundles/linux/OldPropertyList.h"
 #include "Platform/bundles/linux/TextDecoding.h"
 #include "Platform/bundles/linux/XmlPropertyList.h"
-#include "Platform/files/linux/BoundedFile.h"
+#include "Platform/files/posix/BoundedFile.h"
 
 namespace halvorn {
 namespace {

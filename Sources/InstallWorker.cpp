@@ -108,13 +108,14 @@ InstallWorker::CopyResult InstallWorker::installMyselfInDestination() {
 InstallWorker::CopyResult InstallWorker::copyInProcess(const Text& source, const Text& destination,
                                                        const OptionalText& wrapper) {
   switch (InstallApplication(services_.install, source, destination, wrapper)) {
-    case 0:
+    case InstallResult::Installed:
       return {CopyResult::Kind::Installed, Text()};
-    case 1:
+    case InstallResult::NotTrashed:
       return {CopyResult::Kind::Failed, "Could not delete existing copy."};
-    default:
-      return {CopyResult::Kind::Failed, "Installation failed."};
+    case InstallResult::CopyFailed:
+      break;
   }
+  return {CopyResult::Kind::Failed, "Installation failed."};
 }
 
 InstallWorker::CopyResult InstallWorker::copyWithAuthorization(const Text& source, const Text& destination,

@@ -16,16 +16,32 @@ bool areEntangled(const FileManager& files, const Text& item, const Text& target
   return files.isInside(item, target) || files.isInside(target, item) || files.isInside(targetFolder, item);
 }
 
+// What the next line in the log came from.
+void logCause(const Log& log, const FileFailure& failure) {
+  log("CAUSE -- %@: %@ (%@)", failure.reason, failure.path, nameOf(failure.operation));
+}
+
+FileFailure entanglement(const Text& target) {
+  return {.operation = FileFailure::Operation::Make,
+          .path = target,
+          .reason = "what is copied and what is replaced lie one in the other"};
+}
+
 // Puts one top-level item of the wrapper into the target folder, over whatever bears its name there.
 Step installWrapperItem(const InstallServices& services, const Text& source, const Text& item,
                         const Text& target) {
   const bool isEntangled =
       areEntangled(services.files, item, target) || services.files.isInside(source, target);
   // KEEP: a removal that fails is only logged; the copy onto what is left then fails by itself.
-  if (!isEntangled && services.files.fileExists(target) && !services.files.removeItem(target)) {
-    services.log("ERROR -- Could not delete %@", target);
+  if (!isEntangled && services.files.fileExists(target)) {
+    if (const auto failure = services.files.removeItem(target)) {
+      logCause(services.log, *failure);
+      services.log("ERROR -- Could not delete %@", target);
+    }
   }
-  if (isEntangled || !services.files.copyItem(item, target)) {
+  const auto failure = isEntangled ? entanglement(target) : services.files.copyItem(item, target);
+  if (failure) {
+    logCause(services.log, *failure);
     services.log("ERROR -- Could not copy auxiliary item to %@", target);
     return Step::Failed;
   }
@@ -36,7 +52,8 @@ Step installWrapperItem(const InstallServices& services, const Text& source, con
 Step installWrapper(const InstallServices& services, const Text& source, const Text& wrapper,
                     const Text& targetFolder) {
   if (!services.files.fileExists(targetFolder)) {
-    if (!services.files.copyItem(wrapper, targetFolder)) {
+    if (const auto failure = services.files.copyItem(wrapper, targetFolder)) {
+      logCause(services.log, *failure);
       services.log("ERROR -- Could not copy wrapper to %@", targetFolder);
       return Step::Failed;
     }
@@ -56,7 +73,9 @@ Step installWrapper(const InstallServices& services, const Text& source, const T
 Step trashExisting(const InstallServices& services, const Text& destination) {
   if (!services.files.fileExists(destination)) return Step::Done;
   const Text folder = Paths::deletingLastComponent(destination);
-  if (services.trash.recycle(folder, {Paths::lastComponent(destination)})) return Step::Done;
+  const auto failure = services.trash.recycle(folder, {Paths::lastComponent(destination)});
+  if (!failure) return Step::Done;
+  logCause(services.log, *failure);
   services.log("ERROR -- Could not trash '%@'", destination);
   services.log("ERROR -- Could not trash existing %@", destination);
   return Step::Failed;
@@ -64,25 +83,24 @@ Step trashExisting(const InstallServices& services, const Text& destination) {
 
 }  // namespace
 
-std::int32_t InstallApplication(const InstallServices& services, const Text& source, const Text& destination,
-                                const OptionalText& wrapper) {
-  if (areEntangled(services.files, source, destination)) {
+InstallResult InstallApplication(const InstallServices& services, const Text& source, const Text& destination,
+                                 const OptionalText& wrapper) {
+  const auto notCopied = [&](const FileFailure& failure) {
+    logCause(services.log, failure);
     services.log("ERROR -- Could not copy myself to %@", destination);
-    return InstallStatus::copyFailed;
-  }
+    return InstallResult::CopyFailed;
+  };
+  if (areEntangled(services.files, source, destination)) return notCopied(entanglement(destination));
   // The wrapper goes first, so an item of it that bears the destination's own name is trashed below.
   if (wrapper) {
     const Text targetFolder = Paths::deletingLastComponent(destination);
     if (installWrapper(services, source, *wrapper, targetFolder) == Step::Failed)
-      return InstallStatus::copyFailed;
+      return InstallResult::CopyFailed;
   }
-  if (trashExisting(services, destination) == Step::Failed) return InstallStatus::notTrashed;
-  if (!services.files.copyItem(source, destination)) {
-    services.log("ERROR -- Could not copy myself to %@", destination);
-    return InstallStatus::copyFailed;
-  }
+  if (trashExisting(services, destination) == Step::Failed) return InstallResult::NotTrashed;
+  if (const auto failure = services.files.copyItem(source, destination)) return notCopied(*failure);
   services.notices.noteFileSystemChanged(destination);
-  return InstallStatus::installed;
+  return InstallResult::Installed;
 }
 
 }  // namespace halvorn

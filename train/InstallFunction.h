@@ -20,12 +20,12 @@ struct InstallServices {
   const Log& log;
 };
 
-namespace InstallStatus {
-inline constexpr std::int32_t installed = 0;
-inline constexpr std::int32_t notTrashed = 1;  // the existing copy could not be moved to the Trash
-inline constexpr std::int32_t copyFailed =
-    2;  // a wrapper item, the wrapper or the application could not be copied
-}  // namespace InstallStatus
+// The numbers are the tool's exit statuses.
+enum class InstallResult : std::int32_t {
+  Installed = 0,
+  NotTrashed = 1,  // the existing copy could not be moved to the Trash
+  CopyFailed = 2,  // a wrapper item, the wrapper or the application could not be copied
+};
 
 // Installs the bundle at `source` as `destination`, a full path with the bundle's own name. The top-level
 // items of the folder `wrapper`, when there is one, go into the destination's parent folder; where that
@@ -36,13 +36,15 @@ inline constexpr std::int32_t copyFailed =
 // Where what is to be copied and what is to be replaced lie one in the other, the copy counts as failed
 // before anything is touched: trashing or removing the one would take the other along.
 //
-// Returns an InstallStatus. There is no rollback: what was copied or trashed before a failure stays as it is.
+// There is no rollback: what was copied or trashed before a failure stays as it is.
 // Thread: any; the caller sees to it that one installation runs at a time.
 // Logs: "ERROR -- Could not delete %@", "ERROR -- Could not copy auxiliary item to %@",
 //       "ERROR -- Could not copy wrapper to %@", "ERROR -- Could not trash '%@'",
-//       "ERROR -- Could not trash existing %@", "ERROR -- Could not copy myself to %@".
-[[nodiscard]] std::int32_t InstallApplication(const InstallServices& services, const Text& source,
-                                              const Text& destination,
-                                              const OptionalText& wrapper = std::nullopt);
+//       "ERROR -- Could not trash existing %@", "ERROR -- Could not copy myself to %@";
+//       before each failure what it came from, with the reason, the path of the very item and the operation:
+//       "CAUSE -- %@: %@ (%@)".
+[[nodiscard]] InstallResult InstallApplication(const InstallServices& services, const Text& source,
+                                               const Text& destination,
+                                               const OptionalText& wrapper = std::nullopt);
 
 }  // namespace halvorn

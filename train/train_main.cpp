@@ -1,5 +1,5 @@
 // train SOURCE DESTINATION [WRAPPER]: installs with the rights it was started with, usually the
-// administrator's. Exits with the install function's status, or with 64 when it was not told what to do.
+// administrator's. Exits with the install function's result, or with 64 when it was not told what to do.
 // Never with 126 or 127, which are what a failed start of the tool looks like.
 #include <cstdio>
 #include <optional>
@@ -41,5 +41,5 @@ int main(int argumentCount, char** arguments) {
   SilentFileChangeNotices notices;
   const auto wrapper = argumentCount == 4 ? OptionalText(arguments[3]) : std::nullopt;
   const InstallServices services{.files = files, .trash = trash, .notices = notices, .log = log};
-  return InstallApplication(services, arguments[1], arguments[2], wrapper);
+  return static_cast<int>(InstallApplication(services, arguments[1], arguments[2], wrapper));
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "Core/Text.h"
+#include "Platform/files/FileFailure.h"
 
 namespace halvorn {
 
@@ -34,13 +35,15 @@ class FileManager {
   [[nodiscard]] virtual bool isInside(const Text& path, const Text& folder) const = 0;
 
   // Copies a file, link or folder with everything in it: bytes, modes, times, links as links, hard links
-  // within the tree, extended attributes and access lists, holes. False when something is at `to` (a link to
-  // nowhere counts), when one path lies inside the other, or when any part could not be copied; what was
-  // copied stays.
-  [[nodiscard]] virtual bool copyItem(const Text& from, const Text& to) = 0;
-  // Removes the item and everything in it for good; links are removed, never followed. False when anything is
-  // left.
-  [[nodiscard]] virtual bool removeItem(const Text& path) = 0;
+  // within the tree, extended attributes and access lists, holes. Fails: when something is at `to` (a link to
+  // nowhere counts), when `to` lies inside of `from`, or when any part could not be copied; what was copied
+  // stays. Answers the first thing that went wrong:
+  //
+  //   if (const auto failure = files.copyItem(from, to)) ...
+  [[nodiscard]] virtual std::optional<FileFailure> copyItem(const Text& from, const Text& to) = 0;
+  // Removes the item and everything in it for good; links are removed, never followed. Fails: when anything
+  // is left, and answers the first thing that went wrong.
+  [[nodiscard]] virtual std::optional<FileFailure> removeItem(const Text& path) = 0;
 
   // Opens the existing file for reading and writing and closes it again.
   [[nodiscard]] virtual bool opensForReadingAndWriting(const Text& path) const = 0;

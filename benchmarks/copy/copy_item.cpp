@@ -8,5 +8,5 @@ int main(int argumentCount, char** arguments) {
     std::fputs("usage: copy_item from to\n", stderr);
     return 64;
   }
-  return halvorn::PosixFileManager().copyItem(arguments[1], arguments[2]) ? 0 : 1;
+  return halvorn::PosixFileManager().copyItem(arguments[1], arguments[2]) ? 1 : 0;
 }

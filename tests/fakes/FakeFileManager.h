@@ -87,30 +87,39 @@ class FakeFileManager : public FileManager {
     const auto around = place(folder);
     return item && around && isAtOrBelow(*item, *around);
   }
-  bool copyItem(const Text& from, const Text& to) override {
+  std::optional<FileFailure> copyItem(const Text& from, const Text& to) override {
     const std::string source = bytes(from);
     const std::string target = bytes(to);
     calls.push_back("copy " + source + " -> " + target);
     if (onCopy) onCopy();
-    if (!nodes.contains(source) || nodes.contains(target) || isAtOrBelow(target, source)) return false;
-    const Node* parent = resolved(parentOf(target));
-    if (target.empty() || parent == nullptr || parent->kind != Kind::Folder || !parent->isWritable)
-      return false;
+    if (source.empty() || target.empty())
+      return failure(Operation::Reach, "", "the path is empty or has a NUL in it");
+    if (const auto unreachable = failureToReach(source)) return unreachable;
+    if (const auto unreachable = failureToReach(target)) return unreachable;
+    if (target != source && isAtOrBelow(target, source))
+      return failure(Operation::Make, target, "it would lie inside of what is copied");
+    if (!nodes.contains(source)) return failure(Operation::Look, source, "No such file or directory");
+    if (const auto unmade = failureToMake(target)) return unmade;
     std::map<std::string, Node> copies;
     for (const auto& [name, entry] : nodes) {
-      if (isAtOrBelow(name, source)) copies[target + name.substr(source.size())] = entry;
-    }
-    for (const auto& [name, entry] : copies) {
-      if (entry.kind == Kind::File && !entry.isReadable) return false;
+      if (!isAtOrBelow(name, source)) continue;
+      if (entry.kind == Kind::File && !entry.isReadable)
+        return failure(Operation::Open, name, "Permission denied");
+      copies[target + name.substr(source.size())] = entry;
     }
     nodes.merge(copies);
-    return true;
+    return std::nullopt;
   }
-  bool removeItem(const Text& path) override {
+  std::optional<FileFailure> removeItem(const Text& path) override {
     const std::string target = bytes(path);
     calls.push_back("remove " + target);
-    if (!nodes.contains(target) || target == "/" || !nodes.at(parentOf(target)).isWritable) return false;
-    return take(target);
+    if (target == "/") return failure(Operation::Reach, target, "the path names nothing in a folder");
+    if (const auto unreachable = failureToReach(target)) return unreachable;
+    if (!nodes.contains(target)) return failure(Operation::Remove, target, "No such file or directory");
+    if (!nodes.at(parentOf(target)).isWritable)
+      return failure(Operation::Remove, target, "Permission denied");
+    take(target);
+    return std::nullopt;
   }
 
   bool opensForReadingAndWriting(const Text& path) const override {
@@ -133,6 +142,25 @@ class FakeFileManager : public FileManager {
   std::function<void()> onCopy;  // when a copy has been asked for, before anything is done
 
  private:
+  using Operation = FileFailure::Operation;
+
+  static FileFailure failure(Operation operation, const std::string& path, const char* reason) {
+    return {.operation = operation, .path = path, .reason = reason};
+  }
+  [[nodiscard]] std::optional<FileFailure> failureToReach(const std::string& path) const {
+    const Node* parent = resolved(parentOf(path));
+    if (parent == nullptr) return failure(Operation::Reach, path, "No such file or directory");
+    if (parent->kind != Kind::Folder) return failure(Operation::Reach, path, "Not a directory");
+    return std::nullopt;
+  }
+  [[nodiscard]] std::optional<FileFailure> failureToMake(const std::string& target) const {
+    constexpr std::size_t longestName = 255;
+    if (nodes.contains(target)) return failure(Operation::Make, target, "File exists");
+    if (!resolved(parentOf(target))->isWritable) return failure(Operation::Make, target, "Permission denied");
+    if (Paths::lastComponent(target).bytes().size() > longestName)
+      return failure(Operation::Make, target, "File name too long");
+    return std::nullopt;
+  }
   static bool isAtOrBelow(const std::string& name, const std::string& path) {
     return name == path || (name.starts_with(path) && (path == "/" || name[path.size()] == '/'));
   }

@@ -21,24 +21,34 @@ class FakeTrash : public Trash {
 
   explicit FakeTrash(FakeFileManager& files) : files_(files) {}
 
-  bool recycle(const Text& sourceFolder, const std::vector<Text>& names) override {
+  std::optional<FileFailure> recycle(const Text& sourceFolder, const std::vector<Text>& names) override {
     Operation operation{.sourceFolder = sourceFolder.bytes(), .names = {}};
     for (const Text& name : names) operation.names.push_back(name.bytes());
     operations.push_back(operation);
     for (const std::string& name : operation.names) files_.calls.push_back("recycle " + name);
-    if (refuses) return false;
-    bool all = true;
+    using Doing = FileFailure::Operation;
+    std::optional<FileFailure> first;
+    const auto note = [&](Doing what, const std::string& path, const char* reason) {
+      if (!first) first = FileFailure{.operation = what, .path = path, .reason = reason};
+    };
     for (const Text& name : names) {
       const std::string path = Paths::appending(sourceFolder, name).bytes();
-      FakeFileManager::Node* node = files_.node(path);
-      if (node == nullptr) {
-        all = false;
+      if (!files_.isDirectory(sourceFolder)) {
+        note(Doing::Reach, path, "No such file or directory");
+        continue;
+      }
+      if (files_.node(path) == nullptr) {
+        note(Doing::Look, path, "No such file or directory");
+        continue;
+      }
+      if (refuses || !files_.isWritable(sourceFolder)) {
+        note(Doing::Move, path, "Permission denied");
         continue;
       }
       for (const std::string& part : files_.tree(path)) trashed[part] = *files_.node(part);
       files_.take(path);
     }
-    return all;
+    return first;
   }
 
   bool refuses = false;

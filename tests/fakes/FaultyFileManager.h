@@ -12,8 +12,8 @@ class FaultyFileManager : public FileManager {
  public:
   explicit FaultyFileManager(FileManager& real) : real_(real) {}
 
-  std::set<std::string> copiesThatFail;     // by the path copied to
-  std::set<std::string> removalsThatFail;   // by the path to remove
+  std::set<std::string> copiesThatFail;     // by the path copied to: something in there finds no room
+  std::set<std::string> removalsThatFail;   // by the path to remove: something in there is kept
   std::set<std::string> listingsThatFail;   // by the folder's path
   std::set<std::string> creationsThatFail;  // by the path to create
 
@@ -28,11 +28,17 @@ class FaultyFileManager : public FileManager {
     return real_.readFile(path, limit);
   }
   bool isInside(const Text& path, const Text& folder) const override { return real_.isInside(path, folder); }
-  bool copyItem(const Text& from, const Text& to) override {
-    return !copiesThatFail.contains(to.bytes()) && real_.copyItem(from, to);
+  std::optional<FileFailure> copyItem(const Text& from, const Text& to) override {
+    if (!copiesThatFail.contains(to.bytes())) return real_.copyItem(from, to);
+    return FileFailure{.operation = FileFailure::Operation::Write,
+                       .path = to + "/deep/within",
+                       .reason = "No space left on device"};
   }
-  bool removeItem(const Text& path) override {
-    return !removalsThatFail.contains(path.bytes()) && real_.removeItem(path);
+  std::optional<FileFailure> removeItem(const Text& path) override {
+    if (!removalsThatFail.contains(path.bytes())) return real_.removeItem(path);
+    return FileFailure{.operation = FileFailure::Operation::Remove,
+                       .path = path + "/deep/within",
+                       .reason = "Operation not permitted"};
   }
   bool opensForReadingAndWriting(const Text& path) const override {
     return real_.opensForReadingAndWriting(path);

@@ -359,7 +359,9 @@ TEST_F(AuthorizedFlow, AToolThatFailsIsAFailureAndItsOwnLinesAreInTheLog) {
                                     "WEXITSTATUS",
                                     error,
                                 }));
-    EXPECT_NE(logText().find("] ERROR -- Could not copy myself to " + destination() + "\n"),
+    const auto cause = logText().find("] CAUSE -- No such file or directory: " + source + " (look)\n");
+    ASSERT_NE(cause, std::string::npos) << logText();
+    EXPECT_NE(logText().find("] ERROR -- Could not copy myself to " + destination() + "\n", cause),
               std::string::npos);
   });
 }

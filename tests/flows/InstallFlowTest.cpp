@@ -123,7 +123,8 @@ TEST_F(InstallFlow, AFailureLeavesBothButtonsAndASecondClickSucceeds) {
   ASSERT_TRUE(installer.click("Install"));
   EXPECT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
   EXPECT_EQ(wholeLog(), kPlain + kInstall +
-                            Lines{"ERROR -- Could not copy myself to <home>/Applications/Sample.app"} +
+                            Lines{"CAUSE -- No such file or directory: <image>/Sample.app (look)",
+                                  "ERROR -- Could not copy myself to <home>/Applications/Sample.app"} +
                             kInstall + installLog());
 }
 

@@ -1,6 +1,7 @@
 // A system without files.
 #pragma once
 
+#include "Core/Paths.h"
 #include "Platform/files/FileChangeNotices.h"
 #include "Platform/files/FileHandles.h"
 #include "Platform/files/FileManager.h"
@@ -19,8 +20,14 @@ class NullFileManager : public FileManager {
   std::optional<std::vector<Text>> contentsOfDirectory(const Text&) const override { return std::nullopt; }
   std::optional<std::string> readFile(const Text&, std::size_t) const override { return std::nullopt; }
   bool isInside(const Text&, const Text&) const override { return false; }
-  bool copyItem(const Text&, const Text&) override { return false; }
-  bool removeItem(const Text&) override { return false; }
+  std::optional<FileFailure> copyItem(const Text&, const Text& to) override {
+    return FileFailure{
+        .operation = FileFailure::Operation::Make, .path = to, .reason = "there are no files here"};
+  }
+  std::optional<FileFailure> removeItem(const Text& path) override {
+    return FileFailure{
+        .operation = FileFailure::Operation::Remove, .path = path, .reason = "there are no files here"};
+  }
   bool opensForReadingAndWriting(const Text&) const override { return false; }
   bool createEmptyFile(const Text&) override { return false; }
 };
@@ -52,7 +59,12 @@ class NullTemporaryFiles : public TemporaryFiles {
 // A Trash that takes nothing: every item stays where it is.
 class NullTrash : public Trash {
  public:
-  bool recycle(const Text&, const std::vector<Text>&) override { return false; }
+  std::optional<FileFailure> recycle(const Text& sourceFolder, const std::vector<Text>& names) override {
+    if (names.empty()) return std::nullopt;
+    return FileFailure{.operation = FileFailure::Operation::Move,
+                       .path = Paths::appending(sourceFolder, names.front()),
+                       .reason = "there is no Trash here"};
+  }
 };
 
 // No file can be opened.

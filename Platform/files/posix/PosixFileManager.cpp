@@ -30,9 +30,20 @@ auto orFailure(const Work& work) noexcept -> decltype(work()) {
   }
 }
 
+// The same where a failure says why: nothing is not the answer then, but that all went well.
+template <typename Work>
+std::optional<FileFailure> orNoMemory(const Text& path, const Work& work) {
+  try {
+    return work();
+  } catch (const std::exception&) {
+    return Cause::ofSystem(Cause::Operation::Make, Cause::Side::Copy, ENOMEM).at(path.bytes());
+  }
+}
+
 std::optional<std::vector<Text>> listFolder(const std::string& path, LinksInTheWay links) {
-  const FileDescriptor named = openFolder(path, links);
-  FileDescriptor folder(retried([&] { return ::openat(named.get(), ".", openToRead | O_DIRECTORY); }));
+  const auto named = openFolder(path, links);
+  if (!named) return std::nullopt;
+  FileDescriptor folder(retried([&] { return ::openat(named->get(), ".", openToRead | O_DIRECTORY); }));
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(folder ? ::fdopendir(folder.get()) : nullptr, ::closedir);
   if (stream == nullptr) return std::nullopt;
   (void)folder.release();
@@ -78,17 +89,18 @@ bool standsIn(const ItemPlace& place, const ItemPlace& folder) {
 
 PosixFileManager::PosixFileManager(FileRules rules) : rules_(std::move(rules)) {}
 
-std::optional<ItemPlace> PosixFileManager::placeToRead(const Text& path) const {
+OrCause<ItemPlace> PosixFileManager::placeToRead(const Text& path) const {
   const RightsOf rights(reader());
+  if (!rights.holds()) return causeOfMissingRights();
   // What the reader may read, the reader may also reach through links.
-  return rights.holds() ? placeOf(path, linksToRead()) : std::nullopt;
+  return placeOf(path, linksToRead());
 }
 
 LinksInTheWay PosixFileManager::linksToRead() const {
   return reader() != nullptr ? LinksInTheWay::FollowedOnDisk : LinksInTheWay::Followed;
 }
 
-std::optional<ItemPlace> PosixFileManager::placeToWrite(const Text& path) const {
+OrCause<ItemPlace> PosixFileManager::placeToWrite(const Text& path) const {
   return rules_.pins ? placeOf(path, *rules_.pins) : placeOf(path, rules_.links);
 }
 
@@ -141,22 +153,25 @@ bool PosixFileManager::isInside(const Text& path, const Text& folder) const {
   });
 }
 
-bool PosixFileManager::copyItem(const Text& from, const Text& to) {
-  return orFailure([&] {
+std::optional<FileFailure> PosixFileManager::copyItem(const Text& from, const Text& to) {
+  return orNoMemory(to, [&]() -> std::optional<FileFailure> {
     const auto source = placeToRead(from);
+    if (!source) return source.cause().at(from.bytes());
     const auto target = placeToWrite(to);
-    if (!source || !target) return false;
-    const auto parent =
-        ItemPlace{.folder = FileDescriptor(::fcntl(target->folder.get(), F_DUPFD_CLOEXEC, 0)), .name = "."};
-    if (standsIn(parent, *source)) return false;
+    if (!target) return target.cause().at(to.bytes());
+    const auto parent = ItemPlace{
+        .folder = FileDescriptor(::fcntl(target->folder.get(), F_DUPFD_CLOEXEC, 0)), .name = ".", .path = {}};
+    if (standsIn(parent, *source))
+      return Cause::ofOurs(Cause::Operation::Make, "it would lie inside of what is copied").at(to.bytes());
     return copyTree(*source, *target, {.readAs = reader(), .ownership = rules_.ownership});
   });
 }
 
-bool PosixFileManager::removeItem(const Text& path) {
-  return orFailure([&] {
+std::optional<FileFailure> PosixFileManager::removeItem(const Text& path) {
+  return orNoMemory(path, [&]() -> std::optional<FileFailure> {
     const auto place = placeToWrite(path);
-    return place && removeTree(*place);
+    if (!place) return place.cause().at(path.bytes());
+    return removeTree(*place);
   });
 }
 

@@ -32,16 +32,16 @@ class PosixFileManager : public FileManager {
   std::optional<std::vector<Text>> contentsOfDirectory(const Text& path) const override;
   std::optional<std::string> readFile(const Text& path, std::size_t limit) const override;
   bool isInside(const Text& path, const Text& folder) const override;
-  bool copyItem(const Text& from, const Text& to) override;
-  bool removeItem(const Text& path) override;
+  std::optional<FileFailure> copyItem(const Text& from, const Text& to) override;
+  std::optional<FileFailure> removeItem(const Text& path) override;
   bool opensForReadingAndWriting(const Text& path) const override;
   bool createEmptyFile(const Text& path) override;
 
  private:
   [[nodiscard]] const Person* reader() const { return rules_.readAs ? &*rules_.readAs : nullptr; }
   [[nodiscard]] LinksInTheWay linksToRead() const;
-  [[nodiscard]] std::optional<ItemPlace> placeToRead(const Text& path) const;
-  [[nodiscard]] std::optional<ItemPlace> placeToWrite(const Text& path) const;
+  OrCause<ItemPlace> placeToRead(const Text& path) const;
+  OrCause<ItemPlace> placeToWrite(const Text& path) const;
 
   FileRules rules_;
 };

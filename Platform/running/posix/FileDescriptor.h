@@ -27,8 +27,12 @@ class FileDescriptor {
   [[nodiscard]] int get() const { return descriptor_; }
   // Hands the open file over to the caller.
   [[nodiscard]] int release() { return std::exchange(descriptor_, -1); }
+  // Leaves errno alone, so that a failure can still be told after what was open is closed.
   void reset() {
-    if (isOpen()) ::close(release());
+    if (!isOpen()) return;
+    const int error = errno;
+    ::close(release());
+    errno = error;
   }
   // Closes now. Fails: false when the system could not keep what was written.
   [[nodiscard]] bool closeAfterWriting() { return !isOpen() || ::close(release()) == 0 || errno == EINTR; }

@@ -31,7 +31,7 @@ class CopyScene : public testing::Test {
 
   [[nodiscard]] std::string at(const std::string& path) const { return folder / path; }
   [[nodiscard]] bool copy(const std::string& from = "from", const std::string& to = "to") {
-    return files.copyItem(at(from), at(to));
+    return !files.copyItem(at(from), at(to));
   }
 
   void addFolder(const std::string& path) { std::filesystem::create_directories(at(path)); }

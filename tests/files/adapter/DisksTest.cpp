@@ -37,6 +37,10 @@ class Disks : public MountedScene {
   std::string copyLine() const {
     return "ERROR -- Could not copy myself to " + at("disk/apps/Nas.app") + "\n";
   }
+  // Whether the line of the cause gives that reason for something there.
+  bool names(const std::string& output, const std::string& reason, const std::string& place) const {
+    return output.find("CAUSE -- " + reason + ": " + at(place)) != std::string::npos;
+  }
   static bool endsWith(const std::string& text, const std::string& end) { return text.ends_with(end); }
   static long lines(const std::string& text) { return std::count(text.begin(), text.end(), '\n'); }
 };
@@ -51,7 +55,8 @@ TEST_P(FullDisk, AFullDiskGivesTwoKeepsTheOldCopyInTheTrashAndTouchesNothingElse
   const CommandResult result = install();
   EXPECT_EQ(result.status, 2) << result.output;
   EXPECT_TRUE(endsWith(result.output, copyLine())) << result.output;
-  EXPECT_EQ(lines(result.output), 1);
+  EXPECT_TRUE(names(result.output, "No space left on device", "disk/apps/Nas.app/")) << result.output;
+  EXPECT_EQ(lines(result.output), 2);
   EXPECT_EQ(trashed(), "version 1");
   EXPECT_EQ(contents("disk/apps/bystander"), "untouched");
 }
@@ -66,7 +71,8 @@ TEST_F(Disks, ADiskThatIsReadOnlyGivesOneAndLeavesTheOldCopyInPlace) {
   ASSERT_EQ(::mount(nullptr, at("disk").c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
   const CommandResult result = install();
   EXPECT_EQ(result.status, 1) << result.output;
-  EXPECT_EQ(lines(result.output), 2);
+  EXPECT_TRUE(names(result.output, "Read-only file system", "disk/.Trash-0")) << result.output;
+  EXPECT_EQ(lines(result.output), 3);
   EXPECT_EQ(contents("disk/apps/Nas.app/Contents/Info.plist"), "version 1");
   EXPECT_FALSE(exists("disk/.Trash-0"));
 }
@@ -130,6 +136,7 @@ TEST_F(Disks, AnOriginalWithABadSpotGivesTwo) {
   const CommandResult result = runCommand(command(at("medium/Nas.app")), {}, 50);
   EXPECT_EQ(result.status, 2) << result.output;
   EXPECT_TRUE(endsWith(result.output, copyLine())) << result.output;
+  EXPECT_TRUE(names(result.output, "Input/output error", "medium/Nas.app/big.bin")) << result.output;
   EXPECT_EQ(trashed(), "version 1");
 }
 

@@ -2,7 +2,9 @@
 
 #include <sched.h>
 
+#include <algorithm>
 #include <sstream>
+#include <string_view>
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TreeCompare.h"
@@ -101,7 +103,7 @@ SweepScene::Outcome SweepScene::install(const std::string& injection) {
   Outcome outcome{.status = result.status};
   std::istringstream output(result.output);
   for (std::string line; std::getline(output, line);) {
-    const std::size_t start = line.find("ERROR -- ");
+    const std::size_t start = std::min(line.find("ERROR -- "), line.find("CAUSE -- "));
     outcome.lines.push_back(start == std::string::npos ? line : line.substr(start));
   }
   outcome.wasInjected = !injection.empty() && readAll(at("trace")).find("INJECTED") != std::string::npos;
@@ -140,7 +142,12 @@ std::string SweepScene::harm(const Outcome& outcome) {
   const std::vector<std::string> notTrashed = {"ERROR -- Could not trash '" + destination + "'",
                                                "ERROR -- Could not trash existing " + destination};
   const std::vector<std::string> notCopied = {"ERROR -- Could not copy myself to " + destination};
+  std::vector<std::string> lines = outcome.lines;
   std::string sentences;
+  if (outcome.status == 1 || outcome.status == 2) {
+    if (lines.empty() || !namesAPath(lines.front())) sentences += "No line names the cause. ";
+    if (!lines.empty()) lines.erase(lines.begin());
+  }
   if (outcome.old == Old::Lost) sentences += "The old copy is lost. ";
   if (contents("disk/apps/bystander") != "untouched") sentences += "A bystander was touched. ";
   if (!differencesBetween(at("disk/original"), at("disk/source")).empty())
@@ -152,11 +159,11 @@ std::string SweepScene::harm(const Outcome& outcome) {
       if (!outcome.lines.empty()) sentences += "Success with a log. ";
       break;
     case 1:
-      if (outcome.lines != notTrashed) sentences += "The lines for status 1 are missing. ";
+      if (lines != notTrashed) sentences += "The lines for status 1 are missing. ";
       if (outcome.old != Old::InPlace) sentences += "Status 1 moved the old copy. ";
       break;
     case 2:
-      if (outcome.lines != notCopied) sentences += "The line for status 2 is missing. ";
+      if (lines != notCopied) sentences += "The line for status 2 is missing. ";
       if (outcome.fresh == New::Whole && outcome.old == Old::Lost)
         sentences += "Status 2 replaced the old copy. ";
       break;
@@ -166,6 +173,20 @@ std::string SweepScene::harm(const Outcome& outcome) {
         sentences += "A status nobody speaks of: " + std::to_string(outcome.status) + ". ";
   }
   return sentences;
+}
+
+bool SweepScene::namesAPath(const std::string& line) const {
+  for (const char* place : {"disk/source/Nas.app", "disk/apps/Nas.app", "disk/home/.local", "disk/.Trash"}) {
+    if (line.starts_with("CAUSE -- ") && line.find(": " + at(place)) != std::string::npos) return true;
+  }
+  return false;
+}
+
+std::string SweepScene::reason(const Outcome& outcome) {
+  constexpr std::string_view start = "CAUSE -- ";
+  if (outcome.lines.empty() || !outcome.lines.front().starts_with(start)) return "";
+  const std::string& line = outcome.lines.front();
+  return line.substr(start.size(), line.find(": /") - start.size());
 }
 
 std::string SweepScene::name(const Outcome& outcome) {

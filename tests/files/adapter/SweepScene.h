@@ -16,7 +16,7 @@ class SweepScene : public MountedScene {
   enum class New { Absent, Partial, Whole };
   struct Outcome {
     int status = -1000;
-    std::vector<std::string> lines = {};  // of the log, from "ERROR" on
+    std::vector<std::string> lines = {};  // of the log, from "ERROR" or "CAUSE" on
     Old old = Old::Lost;
     New fresh = New::Absent;
     bool wasInjected = false;
@@ -35,8 +35,12 @@ class SweepScene : public MountedScene {
   // What no run may do, whatever went wrong. One sentence for each thing that it did; empty when none.
   [[nodiscard]] std::string harm(const Outcome& outcome);
   [[nodiscard]] static std::string name(const Outcome& outcome);
+  // The reason that the log's cause line gives; empty when there is no such line.
+  [[nodiscard]] static std::string reason(const Outcome& outcome);
 
  private:
+  // Whether the cause line names something in the source, the copy or the Trash.
+  [[nodiscard]] bool namesAPath(const std::string& line) const;
   void prepare();
   [[nodiscard]] Old whereTheOldIs();
   [[nodiscard]] std::string trashFolder() const;

@@ -8,6 +8,7 @@
 
 #include "Platform/files/posix/copy/FileContents.h"
 #include "tests/files/adapter/CopyScene.h"
+#include "tests/support/FailureText.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/SampleTrees.h"
 
@@ -226,7 +227,35 @@ TEST_F(TreeCopy, DeviceNodesAreTheAdministrators) {
   EXPECT_TRUE(S_ISCHR(facts("to/null").st_mode));
   EXPECT_EQ(facts("to/null").st_rdev, makedev(1, 3));
   PosixFileManager guarded({.ownership = Ownership::ThisProcess});
-  EXPECT_FALSE(guarded.copyItem(at("from"), at("guarded")));
+  EXPECT_EQ(textOf(guarded.copyItem(at("from"), at("guarded"))),
+            "device nodes are not made with administrator rights: " + at("from/null") + " (make)");
+}
+
+TEST_F(TreeCopy, AFailureNamesTheVeryItemWithAllItsBytes) {
+  addFile("from/a/line\nbreak \xFF/file");
+  ASSERT_EQ(::chmod(at("from/a/line\nbreak \xFF/file").c_str(), 0), 0);
+  const OrdinaryUser user(at(""));
+  EXPECT_EQ(textOf(files.copyItem(at("from") + "/", at("to"))),
+            "Permission denied: " + at("from/a/line\nbreak \xFF/file") + " (open)");
+}
+
+TEST_F(TreeCopy, WhatIsRefusedIsSaidInPlainWords) {
+  addFile("real/file");
+  addLink("link", "real");
+  PosixFileManager guarded({.links = LinksInTheWay::Refused});
+  PosixFileManager pinned({.pins = std::make_shared<FolderPins>()});
+  const std::string inTheWay = "a link or something else that is no folder is in the way: ";
+  const std::string noPlainPath = "the path is relative or goes up with \"..\": ";
+  for (PosixFileManager* refusing : {&guarded, &pinned}) {
+    const auto copying = [&](const std::string& to) {
+      return textOf(refusing->copyItem(at("real/file"), to));
+    };
+    EXPECT_EQ(copying(at("link/to")), inTheWay + at("link/to") + " (reach)");
+    EXPECT_EQ(copying(at("real/../to")), noPlainPath + at("real/../to") + " (reach)");
+    EXPECT_EQ(copying("to"), noPlainPath + "to (reach)");
+    EXPECT_EQ(copying("/"), "the path names nothing in a folder: / (reach)");
+    EXPECT_EQ(copying(at("missing/to")), "No such file or directory: " + at("missing/to") + " (reach)");
+  }
 }
 
 TEST_F(TreeCopy, NamesOf255BytesAndOfAnyByteArrive) {
@@ -271,8 +300,8 @@ TEST_F(HugeTreeCopy, TwoThousandLevelsAreCopiedAndRemovedWithFewDescriptors) {
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
   EXPECT_TRUE(copy());
   EXPECT_EQ(countDeepFolders(at("to")), 2'000);
-  EXPECT_TRUE(files.removeItem(at("to")));
-  EXPECT_TRUE(files.removeItem(at("from")));
+  EXPECT_EQ(textOf(files.removeItem(at("to"))), "");
+  EXPECT_EQ(textOf(files.removeItem(at("from"))), "");
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
   EXPECT_FALSE(exists("to"));
 }
@@ -353,7 +382,7 @@ TEST_F(TreeCopy, WhatLendsTheAdministratorsRightsStaysBehindWhenAsked) {
     ASSERT_EQ(::chown(at("from/folder").c_str(), 1234, 2345), 0);
   }
   PosixFileManager guarded({.links = LinksInTheWay::Refused, .ownership = Ownership::ThisProcess});
-  ASSERT_TRUE(guarded.copyItem(at("from"), at("to")));
+  ASSERT_EQ(textOf(guarded.copyItem(at("from"), at("to"))), "");
   EXPECT_EQ(mode("to/folder/file"), 0755u);
   EXPECT_EQ(mode("to/folder"), 0755u);
   EXPECT_EQ(facts("to/folder").st_uid, ::geteuid());
@@ -371,7 +400,7 @@ TEST_F(TreeCopy, AnImmutableOriginalIsCopiedAndItsCopyCanBeChanged) {
     ASSERT_EQ(::ioctl(file.get(), FS_IOC_SETFLAGS, &flags), 0);
   }
   EXPECT_EQ(contents("to/file"), "fixed");
-  EXPECT_TRUE(files.removeItem(at("to")));
+  EXPECT_EQ(textOf(files.removeItem(at("to"))), "");
 }
 
 TEST_F(TreeCopy, ReadingLeavesTheTimeOfTheLastAccessAlone) {
@@ -395,10 +424,10 @@ class Contents : public CopyScene {
     return {.file = source.get(), .asking = asking, .sawMissing = sawMissing};
   }
   [[nodiscard]] bool copyUpTo(off_t end) {
-    return FileContents::copyRange(original(), target.get(), 0, end, buffer);
+    return !FileContents::copyRange(original(), target.get(), 0, end, buffer);
   }
   [[nodiscard]] bool copyMappedUpTo(off_t end) {
-    return FileContents::copyRangeMapped(original(), target.get(), 0, end, buffer, mappings, 1 << 20);
+    return !FileContents::copyRangeMapped(original(), target.get(), 0, end, buffer, mappings, 1 << 20);
   }
   // True as well where it is not tried because nobody can say what is in memory.
   [[nodiscard]] bool wasMapped() const { return mappings.hasWorked() || !asking.isWorthTrying(); }
@@ -456,7 +485,7 @@ TEST_F(TreeCopy, NoDescriptorStaysOpen) {
   const auto before = count();
   ASSERT_TRUE(copy());
   EXPECT_FALSE(copy()) << "the target is there now";
-  EXPECT_TRUE(files.removeItem(at("to")));
+  EXPECT_EQ(textOf(files.removeItem(at("to"))), "");
   EXPECT_EQ(count(), before);
 }
 

@@ -28,7 +28,7 @@ class UnopenedCopy : public CopyScene {
   // Nothing of the original is lent to others.
   [[nodiscard]] bool copyGuarded(const std::string& from, const std::string& to) {
     PosixFileManager guarded({.links = LinksInTheWay::Refused, .ownership = Ownership::ThisProcess});
-    return guarded.copyItem(at(from), at(to));
+    return !guarded.copyItem(at(from), at(to));
   }
   // In a process of its own, for what cannot be undone. It exits with what `work` answers.
   static int statusOf(const std::function<int()>& work) {

@@ -7,6 +7,7 @@
 #include "tests/fakes/FakeClock.h"
 #include "tests/files/adapter/CopyScene.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/FailureText.h"
 #include "tests/support/OrdinaryUser.h"
 
 namespace halvorn {
@@ -16,7 +17,11 @@ class XdgTrash : public CopyScene {
  protected:
   XdgTrash() { owner.dataFolder = at("data"); }
   bool recycle(const std::string& folderName, const std::string& name) {
-    return halvorn::XdgTrash(clock, owner, LinksInTheWay::Followed).recycle(at(folderName), {name});
+    return refusal(folderName, name).empty();
+  }
+  // Why it was not recycled.
+  std::string refusal(const std::string& folderName, const std::string& name) {
+    return textOf(halvorn::XdgTrash(clock, owner, LinksInTheWay::Followed).recycle(at(folderName), {name}));
   }
   std::string information(const std::string& name) const {
     return contents("data/Trash/info/" + name + ".trashinfo");
@@ -109,7 +114,7 @@ TEST_F(XdgTrash, WhatCannotBeMovedStaysAndLeavesNoInformation) {
   const OrdinaryUser user(at(""));
   owner.user = ::geteuid();
   owner.group = ::getegid();
-  EXPECT_FALSE(recycle("apps", "Nas.app"));
+  EXPECT_EQ(refusal("apps", "Nas.app"), "Permission denied: " + at("apps/Nas.app") + " (move)");
   EXPECT_EQ(contents("apps/Nas.app/file"), "old");
   EXPECT_TRUE(std::filesystem::is_empty(at("data/Trash/info")));
   ASSERT_EQ(::chmod(at("apps").c_str(), 0755), 0);

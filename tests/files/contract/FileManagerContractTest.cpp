@@ -6,11 +6,14 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <set>
 
 #include "Platform/files/posix/PosixFileManager.h"
 #include "tests/fakes/FakeFileManager.h"
+#include "tests/support/FailureText.h"
+#include "tests/support/OrdinaryUser.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace halvorn {
@@ -26,6 +29,11 @@ class World {
   virtual void addFile(const std::string& path, const std::string& contents) = 0;
   virtual void addLink(const std::string& path, const std::string& target) = 0;
   virtual void addPipe(const std::string& path) = 0;
+  // Nobody but the administrator may change what is in the folder; read the file.
+  virtual void close(const std::string& folder) = 0;
+  virtual void hide(const std::string& file) = 0;
+  // Does the work with the rights of somebody who is not the administrator and may write at the top.
+  virtual void asOrdinaryPerson(const std::function<void()>& work) = 0;
 };
 
 class FakeWorld : public World {
@@ -41,6 +49,9 @@ class FakeWorld : public World {
     files_.addLink(at(path), target);
   }
   void addPipe(const std::string& path) override { files_.addPipe(at(path)); }
+  void close(const std::string& folder) override { files_.node(at(folder))->isWritable = false; }
+  void hide(const std::string& file) override { files_.node(at(file))->isReadable = false; }
+  void asOrdinaryPerson(const std::function<void()>& work) override { work(); }
 
  private:
   FakeFileManager files_;
@@ -59,6 +70,12 @@ class RealWorld : public World {
     std::filesystem::create_symlink(target, at(path));
   }
   void addPipe(const std::string& path) override { ASSERT_EQ(::mkfifo(at(path).c_str(), 0600), 0); }
+  void close(const std::string& folder) override { ASSERT_EQ(::chmod(at(folder).c_str(), 0555), 0); }
+  void hide(const std::string& file) override { ASSERT_EQ(::chmod(at(file).c_str(), 0), 0); }
+  void asOrdinaryPerson(const std::function<void()>& work) override {
+    const OrdinaryUser user(at(""));
+    work();
+  }
 
  private:
   TemporaryFolder folder_;
@@ -75,6 +92,17 @@ class FileManagerContract : public testing::TestWithParam<Which> {
   }
   Text path(const std::string& name) const { return world->at(name); }
   FileManager& files() { return world->files(); }
+  // What the operation came to, without the place of the world: "File exists: there (make)".
+  std::string told(const std::optional<FileFailure>& failure) {
+    std::string text = textOf(failure);
+    const std::string top = world->at("");
+    for (auto at = text.find(top); at != std::string::npos; at = text.find(top)) text.erase(at, top.size());
+    return text;
+  }
+  std::string copying(const std::string& from, const std::string& to) {
+    return told(files().copyItem(path(from), path(to)));
+  }
+  std::string removing(const std::string& name) { return told(files().removeItem(path(name))); }
   std::string contents(const std::string& name) {
     return files().readFile(path(name), 1000).value_or("(none)");
   }
@@ -139,7 +167,7 @@ TEST_P(FileManagerContract, ACopyHoldsEverythingAndLeavesTheOriginal) {
   world->addFile("from/a/deep", "deep");
   world->addFile("from/top", "top");
   world->addLink("from/link", "top");
-  EXPECT_TRUE(files().copyItem(path("from"), path("to")));
+  EXPECT_EQ(told(files().copyItem(path("from"), path("to"))), "");
   EXPECT_EQ(contents("to/a/deep"), "deep");
   EXPECT_EQ(contents("to/link"), "top");
   EXPECT_EQ(contents("from/top"), "top");
@@ -148,8 +176,8 @@ TEST_P(FileManagerContract, ACopyHoldsEverythingAndLeavesTheOriginal) {
 TEST_P(FileManagerContract, ACopyOfALinkIsALink) {
   world->addFile("file", "x");
   world->addLink("link", "file");
-  EXPECT_TRUE(files().copyItem(path("link"), path("copy")));
-  EXPECT_TRUE(files().removeItem(path("file")));
+  EXPECT_EQ(told(files().copyItem(path("link"), path("copy"))), "");
+  EXPECT_EQ(told(files().removeItem(path("file"))), "");
   EXPECT_FALSE(files().fileExists(path("copy")));
 }
 
@@ -158,27 +186,30 @@ TEST_P(FileManagerContract, ACopyRefusesATargetThatIsThere) {
   world->addFile("there", "old");
   world->addFolder("folder");
   world->addLink("broken", "nowhere");
-  EXPECT_FALSE(files().copyItem(path("file"), path("there")));
-  EXPECT_FALSE(files().copyItem(path("file"), path("folder")));
-  EXPECT_FALSE(files().copyItem(path("folder"), path("there")));
-  EXPECT_FALSE(files().copyItem(path("file"), path("broken"))) << "a link to nowhere counts";
+  EXPECT_EQ(copying("file", "there"), "File exists: there (make)");
+  EXPECT_EQ(copying("file", "folder"), "File exists: folder (make)");
+  EXPECT_EQ(copying("folder", "there"), "File exists: there (make)");
+  EXPECT_EQ(copying("file", "broken"), "File exists: broken (make)") << "a link to nowhere counts";
   EXPECT_EQ(contents("there"), "old");
   EXPECT_FALSE(files().fileExists(path("nowhere")));
 }
 
 TEST_P(FileManagerContract, ACopyFailsWithoutAnOriginalOrAFolderToPutItIn) {
   world->addFile("file", "x");
-  EXPECT_FALSE(files().copyItem(path("missing"), path("to")));
-  EXPECT_FALSE(files().copyItem(path("file"), path("missing/to")));
-  EXPECT_FALSE(files().copyItem(path("file"), path("file/to")));
-  EXPECT_FALSE(files().copyItem(path("file"), ""));
-  EXPECT_FALSE(files().copyItem("", path("to")));
+  const std::string noPath = "the path is empty or has a NUL in it:  (reach)";
+  EXPECT_EQ(copying("missing", "to"), "No such file or directory: missing (look)");
+  EXPECT_EQ(copying("missing/from", "to"), "No such file or directory: missing/from (reach)");
+  EXPECT_EQ(copying("file", "missing/to"), "No such file or directory: missing/to (reach)");
+  EXPECT_EQ(copying("file", "file/to"), "Not a directory: file/to (reach)");
+  EXPECT_EQ(told(files().copyItem(path("file"), "")), noPath);
+  EXPECT_EQ(told(files().copyItem("", path("to"))), noPath);
 }
 
 TEST_P(FileManagerContract, ACopyIntoItselfIsRefusedAndMakesNothing) {
   world->addFile("from/inner/file", "x");
-  EXPECT_FALSE(files().copyItem(path("from"), path("from/inner/to")));
-  EXPECT_FALSE(files().copyItem(path("from"), path("from")));
+  EXPECT_EQ(copying("from", "from/inner/to"), "it would lie inside of what is copied: from/inner/to (make)");
+  EXPECT_EQ(copying("from", "from/inner"), "it would lie inside of what is copied: from/inner (make)");
+  EXPECT_EQ(copying("from", "from"), "File exists: from (make)");
   EXPECT_FALSE(files().fileExists(path("from/inner/to")));
   EXPECT_EQ(contents("from/inner/file"), "x");
 }
@@ -186,7 +217,7 @@ TEST_P(FileManagerContract, ACopyIntoItselfIsRefusedAndMakesNothing) {
 TEST_P(FileManagerContract, WhatLooksLikeTheSameFolderByNameIsNotInside) {
   world->addFile("from/file", "x");
   world->addFolder("from2");
-  EXPECT_TRUE(files().copyItem(path("from"), path("from2/to")));
+  EXPECT_EQ(told(files().copyItem(path("from"), path("from2/to"))), "");
   EXPECT_EQ(contents("from2/to/file"), "x");
 }
 
@@ -210,11 +241,36 @@ TEST_P(FileManagerContract, ARemovalTakesTheWholeTreeAndFollowsNoLink) {
   world->addFile("folder/.hidden", "x");
   world->addLink("folder/link", world->at("outside"));
   world->addLink("top", "outside");
-  EXPECT_TRUE(files().removeItem(path("folder")));
+  EXPECT_EQ(told(files().removeItem(path("folder"))), "");
   EXPECT_FALSE(files().fileExists(path("folder")));
-  EXPECT_TRUE(files().removeItem(path("top")));
+  EXPECT_EQ(told(files().removeItem(path("top"))), "");
   EXPECT_EQ(contents("outside/file"), "x");
-  EXPECT_FALSE(files().removeItem(path("missing")));
+  EXPECT_EQ(removing("missing"), "No such file or directory: missing (remove)");
+  EXPECT_EQ(removing("missing/file"), "No such file or directory: missing/file (reach)");
+}
+
+TEST_P(FileManagerContract, ANameThatIsTooLongIsNamedWithTheReason) {
+  world->addFile("file", "x");
+  const std::string name(256, 'n');
+  EXPECT_EQ(copying("file", name), "File name too long: " + name + " (make)");
+}
+
+TEST_P(FileManagerContract, WhereThisPersonMayNotWriteNothingIsCopiedOrRemoved) {
+  world->addFile("file", "x");
+  world->addFile("closed/file", "kept");
+  world->close("closed");
+  world->asOrdinaryPerson([&] {
+    EXPECT_EQ(copying("file", "closed/new"), "Permission denied: closed/new (make)");
+    EXPECT_EQ(removing("closed/file"), "Permission denied: closed/file (remove)");
+  });
+  EXPECT_EQ(contents("closed/file"), "kept");
+}
+
+TEST_P(FileManagerContract, TheFailureNamesTheVeryItemDeepInTheTree) {
+  world->addFile("from/a/b/secret", "x");
+  world->hide("from/a/b/secret");
+  world->asOrdinaryPerson(
+      [&] { EXPECT_EQ(copying("from", "to"), "Permission denied: from/a/b/secret (open)"); });
 }
 
 TEST_P(FileManagerContract, ACreatedFileWasNotThereBefore) {
@@ -238,7 +294,7 @@ TEST_P(FileManagerContract, NamesMayHoldAnyBytes) {
   for (const std::string name :
        {"a b", "line\nbreak", "\xE4\xFF", "%s 'q' \"d\"", "-rf", "\xF0\x9F\x8D\x8F"}) {
     world->addFile("from/" + name, name);
-    EXPECT_TRUE(files().copyItem(path("from/" + name), path("to " + name)));
+    EXPECT_EQ(told(files().copyItem(path("from/" + name), path("to " + name))), "");
     EXPECT_EQ(contents("to " + name), name);
   }
   EXPECT_EQ(files().contentsOfDirectory(path("from"))->size(), 6u);

@@ -1,14 +1,19 @@
 // What every Trash does, the one in memory and the one on the disk.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 
 #include "Platform/files/linux/trash/XdgTrash.h"
 #include "Platform/files/posix/PosixFileManager.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeTrash.h"
+#include "tests/support/FailureText.h"
+#include "tests/support/OrdinaryUser.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace halvorn {
@@ -23,6 +28,8 @@ class World {
   virtual void addFile(const std::string& path, const std::string& contents) = 0;
   // What lies in the Trash as having come from that path; empty when nothing does.
   virtual std::string trashedContents(const std::string& path) = 0;
+  // Does the work while this person may not change the folder.
+  virtual void whereNothingMayBeTakenOut(const std::function<void()>& work) = 0;
 };
 
 class FakeWorld : public World {
@@ -36,6 +43,10 @@ class FakeWorld : public World {
   std::string trashedContents(const std::string& path) override {
     const auto found = trash_.trashed.find(path);
     return found == trash_.trashed.end() ? "" : found->second.contents;
+  }
+  void whereNothingMayBeTakenOut(const std::function<void()>& work) override {
+    files_.node(folder())->isWritable = false;
+    work();
   }
 
  private:
@@ -60,6 +71,15 @@ class RealWorld : public World {
     const std::string inFolder = std::filesystem::relative(path, folder());
     return files_.readFile(owner_.dataFolder + "/Trash/files/" + inFolder, 1000).value_or("");
   }
+  void whereNothingMayBeTakenOut(const std::function<void()>& work) override {
+    ASSERT_EQ(::chmod(folder().c_str(), 0555), 0);
+    const OrdinaryUser user(folder_ / "");
+    owner_.user = ::geteuid();
+    owner_.group = ::getegid();
+    trash_ = std::make_unique<XdgTrash>(clock_, owner_, LinksInTheWay::Followed);
+    work();
+    ASSERT_EQ(::chmod(folder().c_str(), 0755), 0);
+  }
 
  private:
   TemporaryFolder folder_;
@@ -79,33 +99,49 @@ class TrashContract : public testing::TestWithParam<Which> {
     world->addFile(world->folder() + "/Nas.app/Contents/file", "old");
     world->addFile(world->folder() + "/Other.app/file", "other");
   }
+  // What it came to, without the world's folder: "Permission denied: Nas.app (move)".
+  std::string recycling(const Text& folder, const std::vector<Text>& names) {
+    std::string text = textOf(world->trash().recycle(folder, names));
+    const std::string place = world->folder() + "/";
+    if (const auto at = text.find(place); at != std::string::npos) text.erase(at, place.size());
+    return text;
+  }
+
   std::unique_ptr<World> world;
 };
 
 TEST_P(TrashContract, WhatIsRecycledIsGoneFromItsFolderAndLiesInTheTrash) {
-  EXPECT_TRUE(world->trash().recycle(world->folder(), {"Nas.app"}));
+  EXPECT_EQ(recycling(world->folder(), {"Nas.app"}), "");
   EXPECT_FALSE(world->files().fileExists(world->folder() + "/Nas.app"));
   EXPECT_EQ(world->trashedContents(world->folder() + "/Nas.app/Contents/file"), "old");
   EXPECT_TRUE(world->files().fileExists(world->folder() + "/Other.app/file"));
 }
 
 TEST_P(TrashContract, SeveralNamesGoTogether) {
-  EXPECT_TRUE(world->trash().recycle(world->folder(), {"Nas.app", "Other.app"}));
+  EXPECT_EQ(recycling(world->folder(), {"Nas.app", "Other.app"}), "");
   EXPECT_EQ(world->trashedContents(world->folder() + "/Other.app/file"), "other");
 }
 
 TEST_P(TrashContract, WhatIsNotThereCannotBeRecycled) {
-  EXPECT_FALSE(world->trash().recycle(world->folder(), {"Missing.app"}));
-  EXPECT_FALSE(world->trash().recycle(world->folder() + "/nowhere", {"Nas.app"}));
+  EXPECT_EQ(recycling(world->folder(), {"Missing.app"}), "No such file or directory: Missing.app (look)");
+  EXPECT_EQ(recycling(world->folder() + "/nowhere", {"Nas.app"}),
+            "No such file or directory: nowhere/Nas.app (reach)");
   EXPECT_TRUE(world->files().fileExists(world->folder() + "/Nas.app"));
 }
 
 TEST_P(TrashContract, OneMissingNameDoesNotKeepTheOthers) {
-  EXPECT_FALSE(world->trash().recycle(world->folder(), {"Missing.app", "Nas.app"}));
+  EXPECT_EQ(recycling(world->folder(), {"Missing.app", "Nas.app"}),
+            "No such file or directory: Missing.app (look)");
   EXPECT_FALSE(world->files().fileExists(world->folder() + "/Nas.app"));
 }
 
-TEST_P(TrashContract, NoNamesAreNoWork) { EXPECT_TRUE(world->trash().recycle(world->folder(), {})); }
+TEST_P(TrashContract, ARefusalSaysWhyAndTheItemStays) {
+  world->whereNothingMayBeTakenOut(
+      [&] { EXPECT_EQ(recycling(world->folder(), {"Nas.app"}), "Permission denied: Nas.app (move)"); });
+  EXPECT_TRUE(world->files().fileExists(world->folder() + "/Nas.app/Contents/file"));
+}
+
+TEST_P(TrashContract, NoNamesAreNoWork) { EXPECT_EQ(recycling(world->folder(), {}), ""); }
 
 INSTANTIATE_TEST_SUITE_P(Both, TrashContract, testing::Values(Which::Fake, Which::Real),
                          [](const auto& test) { return test.param == Which::Fake ? "Fake" : "Real"; });

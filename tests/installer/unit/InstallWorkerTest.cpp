@@ -83,7 +83,8 @@ TEST_F(Worker, AnExistingCopyThatCannotBeTrashedIsReportedWithTheHint) {
   trash.refuses = true;
   install();
   EXPECT_EQ(window.messageField.text_, Text("Could not delete existing copy.") + Text(kHint));
-  EXPECT_EQ(log.lines(), (Lines{"Install", "ERROR -- Could not trash '/Applications/Foo.app'",
+  EXPECT_EQ(log.lines(), (Lines{"Install", "CAUSE -- Permission denied: /Applications/Foo.app (move)",
+                                "ERROR -- Could not trash '/Applications/Foo.app'",
                                 "ERROR -- Could not trash existing /Applications/Foo.app"}));
   EXPECT_TRUE(files.fileExists("/Applications/Foo.app/old"));
 }

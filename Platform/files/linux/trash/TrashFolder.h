@@ -6,6 +6,8 @@
 #include <string>
 
 #include "Core/Date.h"
+#include "Platform/files/FileFailure.h"
+#include "Platform/files/posix/copy/Cause.h"
 #include "Platform/files/posix/copy/ItemPlace.h"
 #include "Platform/rights/posix/Person.h"
 #include "Platform/running/posix/FileDescriptor.h"
@@ -19,15 +21,20 @@ class TrashFolder {
     Elsewhere,  // this Trash lies on another file system than the item
     Failed,
   };
-  // What was moved: where it lies now.
   struct Moved {
     Outcome outcome = Outcome::Failed;
-    std::string name = {};  // in files()
+    std::string name = {};     // where it lies now, in files()
+    FileFailure failure = {};  // why it was not moved
+  };
+  // A folder that may serve as a Trash, and its path, to tell what went wrong there.
+  struct Place {
+    FileDescriptor folder;
+    std::string path;
   };
 
   // Opens `files` and `info` in the folder, making them where they are missing. The work is done with the
-  // person's rights, and the folders must belong to that person. nullopt when this cannot serve as a Trash.
-  [[nodiscard]] static std::optional<TrashFolder> open(FileDescriptor folder, const Person& owner);
+  // person's rights, and the folders must belong to that person. Fails: when this cannot serve as a Trash.
+  static OrCause<TrashFolder, FileFailure> open(const Place& place, const Person& owner);
 
   // Moves the item; `path` is what its information says it came from, absolute or relative to the folder the
   // Trash serves. The information is written first and never over another's. Nothing in the Trash is
@@ -37,10 +44,11 @@ class TrashFolder {
   [[nodiscard]] int files() const { return files_.get(); }
 
  private:
-  TrashFolder(FileDescriptor files, FileDescriptor info, const Person& owner);
+  TrashFolder(FileDescriptor files, FileDescriptor info, std::string path, const Person& owner);
 
   FileDescriptor files_;
   FileDescriptor info_;
+  std::string path_;
   const Person* owner_;
 };
 

@@ -15,6 +15,8 @@
 namespace halvorn {
 namespace {
 
+using Operation = Cause::Operation;
+
 constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
 // The folder where the file system that holds `folder` begins.
@@ -50,6 +52,15 @@ FileDescriptor nearestFolder(std::string path) {
   }
 }
 
+Cause causeOfOtherOwner() { return Cause::ofOurs(Operation::Open, "it belongs to somebody else"); }
+
+// The absolute path of an open folder.
+OrCause<std::string> pathOf(int folder) {
+  errno = 0;
+  if (auto path = SystemCalls::pathOf(folder)) return std::move(*path);
+  return Cause::ofSystemOrOurs(Operation::Reach, "its folder was moved or removed meanwhile");
+}
+
 bool isOwnedBy(int folder, const Person& person) {
   struct stat facts {};
   return ::fstat(folder, &facts) == 0 && facts.st_uid == person.user;
@@ -60,88 +71,133 @@ bool isOwnedBy(int folder, const Person& person) {
 XdgTrash::XdgTrash(const Clock& clock, Person owner, LinksInTheWay links, std::shared_ptr<FolderPins> pins)
     : clock_(clock), owner_(std::move(owner)), links_(links), pins_(std::move(pins)) {}
 
-bool XdgTrash::recycle(const Text& sourceFolder, const std::vector<Text>& names) {
-  bool all = true;
+std::optional<FileFailure> XdgTrash::recycle(const Text& sourceFolder, const std::vector<Text>& names) {
+  std::optional<FileFailure> first;
+  const auto note = [&](const std::optional<FileFailure>& failure) {
+    if (!first) first = failure;
+  };
   for (const Text& name : names) {
     const Text path = sourceFolder + "/" + name;
     const auto item = pins_ ? placeOf(path, *pins_) : placeOf(path, links_);
-    if (!item || item->name != name.bytes() || !recycleItem(*item)) all = false;
+    if (!item) {
+      note(item.cause().at(path.bytes()));
+    } else if (item->name != name.bytes()) {
+      note(Cause::ofOurs(Operation::Reach, "this is no name in a folder").at(path.bytes()));
+    } else {
+      note(recycleItem(*item));
+    }
   }
-  return all;
+  return first;
 }
 
-bool XdgTrash::recycleItem(const ItemPlace& item) const {
+// A Trash that is there and refuses says more than one that is missing; else the last place does, since the
+// others are looked for first and often cannot be.
+std::optional<FileFailure> XdgTrash::recycleItem(const ItemPlace& item) const {
   struct stat facts {};
-  if (::fstatat(item.folder.get(), item.name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0) return false;
-  const auto folderPath = SystemCalls::pathOf(item.folder.get());
+  if (::fstatat(item.folder.get(), item.name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0)
+    return Cause::ofSystem(Operation::Look).at(item.path);
+  const auto folderPath = pathOf(item.folder.get());
+  if (!folderPath) return folderPath.cause().at(item.path);
   const FileDescriptor top = topOf(item.folder.get());
-  if (!folderPath || !top) return false;
+  if (!top) return Cause::ofSystem(Operation::Reach).at(item.path);
   const std::string path = (*folderPath == "/" ? "" : *folderPath) + "/" + item.name;
-  if (moveAndHandOver(homeTrash(item), item, path)) return true;
-  const auto topPath = SystemCalls::pathOf(top.get());
-  if (!topPath) return false;
-  const std::string relative = path.substr(*topPath == "/" ? 1 : topPath->size() + 1);
-  return moveAndHandOver(sharedTrash(top.get()), item, relative) ||
-         moveAndHandOver(ownTrash(top.get()), item, relative);
+  const auto home = moveAndHandOver(homeTrash(item), item, path);
+  if (!home) return std::nullopt;
+  const auto topPath = pathOf(top.get());
+  if (!topPath) return topPath.cause().at(item.path);
+  const std::string above = *topPath == "/" ? "" : *topPath;
+  const std::string relative = path.substr(above.size() + 1);
+  const auto shared = moveAndHandOver(sharedTrash(top.get(), above), item, relative);
+  if (!shared) return std::nullopt;
+  const auto own = moveAndHandOver(ownTrash(top.get(), above), item, relative);
+  if (!own) return std::nullopt;
+  for (const auto& refusal : {home, shared}) {
+    if (refusal->isOfATrash) return refusal->failure;
+  }
+  return own->failure;
 }
 
-bool XdgTrash::moveAndHandOver(FileDescriptor trash, const ItemPlace& item, const std::string& path) const {
-  if (!trash) return false;
-  const auto folder = TrashFolder::open(std::move(trash), owner_);
-  if (!folder) return false;
+std::optional<XdgTrash::Refusal> XdgTrash::moveAndHandOver(const Place& place, const ItemPlace& item,
+                                                           const std::string& path) const {
+  if (!place) return Refusal{.failure = place.cause()};
+  const auto folder = TrashFolder::open(*place, owner_);
+  if (!folder) return Refusal{.failure = folder.cause()};
   // Held fast before it comes to where the person can put something else in its place.
   const FileDescriptor pinned(retried([&] {
     return ::openat(item.folder.get(), item.name.c_str(), SystemCalls::openPath | O_NOFOLLOW | O_CLOEXEC);
   }));
-  if (folder->move(item, path, clock_.now()).outcome != TrashFolder::Outcome::Moved) return false;
+  const auto moved = folder->move(item, path, clock_.now());
+  if (moved.outcome != TrashFolder::Outcome::Moved)
+    return Refusal{.failure = moved.failure, .isOfATrash = moved.outcome == TrashFolder::Outcome::Failed};
   // It is in the Trash now; a file that cannot be handed over does not bring it back.
   if (owner_.user != ::geteuid() && pinned) (void)giveTree(item.folder.get(), pinned.get(), owner_);
-  return true;
+  return std::nullopt;
 }
 
-FileDescriptor XdgTrash::homeTrash(const ItemPlace& item) const {
+XdgTrash::Place XdgTrash::homeTrash(const ItemPlace& item) const {
   const RightsOf rights(&owner_);
-  if (!rights.holds() || owner_.dataFolder.empty()) return {};
+  if (!rights.holds()) return causeOfMissingRights().at(item.path);
+  if (owner_.dataFolder.empty())
+    return Cause::ofOurs(Operation::Reach, "the person's home folder is not known").at(item.path);
   const std::string path = owner_.dataFolder + "/Trash";
   // Asked before anything is made, so that no Trash appears where nothing can go.
   const FileDescriptor nearest = nearestFolder(path);
-  if (!nearest || !SystemCalls::isSameFileSystem(nearest.get(), item.folder.get())) return {};
-  return makeFolders(path);
+  if (!nearest) return Cause::ofSystem(Operation::Reach).at(path);
+  if (!SystemCalls::isSameFileSystem(nearest.get(), item.folder.get()))
+    return Cause::ofOurs(Operation::Move, "the Trash is on another file system").at(path);
+  FileDescriptor folder = makeFolders(path);
+  if (!folder) return Cause::ofSystem(Operation::Make).at(path);
+  return TrashFolder::Place{.folder = std::move(folder), .path = path};
 }
 
-FileDescriptor XdgTrash::sharedTrash(int top) const {
+XdgTrash::Place XdgTrash::sharedTrash(int top, const std::string& topPath) const {
+  const std::string sharedPath = topPath + "/.Trash";
   const RightsOf rights(&owner_);
-  if (!rights.holds()) return {};
+  if (!rights.holds()) return causeOfMissingRights().at(sharedPath);
   const FileDescriptor shared(
       retried([&] { return ::openat(top, ".Trash", SystemCalls::openPath | openFolderFlags | O_NOFOLLOW); }));
   struct stat facts {};
-  if (!shared || ::fstat(shared.get(), &facts) != 0 || (facts.st_mode & S_ISVTX) == 0) return {};
+  if (!shared || ::fstat(shared.get(), &facts) != 0) return Cause::ofSystem(Operation::Open).at(sharedPath);
+  if ((facts.st_mode & S_ISVTX) == 0)
+    return Cause::ofOurs(Operation::Open, "everybody can remove everybody's things there").at(sharedPath);
   const std::string name = std::to_string(owner_.user);
-  ::mkdirat(shared.get(), name.c_str(), S_IRWXU);
+  const std::string path = sharedPath + "/" + name;
+  (void)::mkdirat(shared.get(), name.c_str(), S_IRWXU);
   FileDescriptor folder(
       retried([&] { return ::openat(shared.get(), name.c_str(), openFolderFlags | O_NOFOLLOW); }));
-  return folder && isOwnedBy(folder.get(), owner_) ? std::move(folder) : FileDescriptor{};
+  if (!folder) return Cause::ofSystem(Operation::Make).at(path);
+  if (!isOwnedBy(folder.get(), owner_)) return causeOfOtherOwner().at(path);
+  return TrashFolder::Place{.folder = std::move(folder), .path = path};
 }
 
-FileDescriptor XdgTrash::ownTrash(int top) const {
+XdgTrash::Place XdgTrash::ownTrash(int top, const std::string& topPath) const {
   const std::string name = ".Trash-" + std::to_string(owner_.user);
+  const std::string path = topPath + "/" + name;
   const auto openOwn = [&] {
     return FileDescriptor(retried([&] { return ::openat(top, name.c_str(), openFolderFlags | O_NOFOLLOW); }));
   };
+  int error = 0;
   {
     const RightsOf rights(&owner_);
-    if (!rights.holds()) return {};
-    ::mkdirat(top, name.c_str(), S_IRWXU);
+    if (!rights.holds()) return causeOfMissingRights().at(path);
+    const bool isMade = ::mkdirat(top, name.c_str(), S_IRWXU) == 0 || errno == EEXIST;
+    error = errno;
     FileDescriptor folder = openOwn();
-    if (folder) return isOwnedBy(folder.get(), owner_) ? std::move(folder) : FileDescriptor{};
+    if (folder && !isOwnedBy(folder.get(), owner_)) return causeOfOtherOwner().at(path);
+    if (folder) return TrashFolder::Place{.folder = std::move(folder), .path = path};
+    // A folder that could be made and not opened says why; a missing one was not made.
+    if (isMade) error = errno;
   }
   // The person may not make it, so the administrator does.
-  if (owner_.user == ::geteuid() || ::mkdirat(top, name.c_str(), S_IRWXU) != 0) return {};
+  if (owner_.user == ::geteuid()) return Cause::ofSystem(Operation::Make, Cause::Side::Copy, error).at(path);
+  if (::mkdirat(top, name.c_str(), S_IRWXU) != 0) return Cause::ofSystem(Operation::Make).at(path);
   FileDescriptor folder = openOwn();
   // Where others may write, what stands there need not be what was made.
-  if (!folder || !isNewFolder(folder.get(), S_IRWXU)) return {};
-  if (::fchown(folder.get(), owner_.user, owner_.group) != 0) return {};
-  return folder;
+  if (!folder) return Cause::ofSystem(Operation::Open).at(path);
+  if (!isNewFolder(folder.get(), S_IRWXU)) return causeOfOtherOwner().at(path);
+  if (::fchown(folder.get(), owner_.user, owner_.group) != 0)
+    return Cause::ofSystem(Operation::Metadata).at(path);
+  return TrashFolder::Place{.folder = std::move(folder), .path = path};
 }
 
 }  // namespace halvorn

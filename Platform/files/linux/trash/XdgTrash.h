@@ -10,6 +10,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,15 +26,22 @@ class XdgTrash : public Trash {
  public:
   XdgTrash(const Clock& clock, Person owner, LinksInTheWay links, std::shared_ptr<FolderPins> pins = nullptr);
 
-  bool recycle(const Text& sourceFolder, const std::vector<Text>& names) override;
+  std::optional<FileFailure> recycle(const Text& sourceFolder, const std::vector<Text>& names) override;
 
  private:
-  [[nodiscard]] bool recycleItem(const ItemPlace& item) const;
-  [[nodiscard]] bool moveAndHandOver(FileDescriptor trash, const ItemPlace& item,
-                                     const std::string& path) const;
-  [[nodiscard]] FileDescriptor homeTrash(const ItemPlace& item) const;
-  [[nodiscard]] FileDescriptor sharedTrash(int top) const;
-  [[nodiscard]] FileDescriptor ownTrash(int top) const;
+  using Place = OrCause<TrashFolder::Place, FileFailure>;
+  // Why one of the places did not take the item.
+  struct Refusal {
+    FileFailure failure;
+    bool isOfATrash = false;  // there is one, and it should have
+  };
+
+  [[nodiscard]] std::optional<FileFailure> recycleItem(const ItemPlace& item) const;
+  [[nodiscard]] std::optional<Refusal> moveAndHandOver(const Place& place, const ItemPlace& item,
+                                                       const std::string& path) const;
+  [[nodiscard]] Place homeTrash(const ItemPlace& item) const;
+  [[nodiscard]] Place sharedTrash(int top, const std::string& topPath) const;
+  [[nodiscard]] Place ownTrash(int top, const std::string& topPath) const;
 
   const Clock& clock_;
   Person owner_;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Platform/files/posix/copy/FileContents.h"
+#include "Platform/files/posix/copy/FileCopy.h"
 #include "Platform/files/posix/copy/SystemCalls.h"
 
 namespace halvorn {
@@ -19,21 +20,23 @@ constexpr unsigned mostMegabytesMapped = 8;
 bool BigFile::isBig(const struct stat& facts) { return facts.st_size >= leastRanges * rangeSize; }
 
 BigFile::BigFile(CopyContext& context, FileDescriptor source, FileDescriptor target, const struct stat& facts,
-                 const struct stat& made, MayInherit mayInherit)
+                 const struct stat& made, const CopyPlace& place)
     : context_(context),
       source_(std::move(source)),
       target_(std::move(target)),
       facts_(facts),
       made_(made),
-      mayInherit_(mayInherit) {}
+      path_(place.path),
+      name_(place.name),
+      mayInherit_(place.mayInherit) {}
 
-bool BigFile::copy(CopyContext& context, CopyScratch& scratch, FileDescriptor source, FileDescriptor target,
-                   const struct stat& facts, const struct stat& made, MayInherit mayInherit) {
-  if (!SystemCalls::reserve(target.get(), facts.st_size)) return false;
+Cause BigFile::copy(CopyContext& context, CopyScratch& scratch, FileDescriptor source, FileDescriptor target,
+                    const struct stat& facts, const struct stat& made, const CopyPlace& place) {
+  if (!SystemCalls::reserve(target.get(), facts.st_size)) return Cause::ofSystem(Cause::Operation::Write);
   const std::shared_ptr<BigFile> file(
-      new BigFile(context, std::move(source), std::move(target), facts, made, mayInherit));
+      new BigFile(context, std::move(source), std::move(target), facts, made, place));
   file->copyRanges(scratch, file);
-  return true;
+  return {};
 }
 
 // Other files come first: the system lets only one thread at a time write to a file. An offer keeps nothing
@@ -48,7 +51,8 @@ void BigFile::help(CopyScratch& scratch, const std::shared_ptr<BigFile>& self) {
   ++threads_;
   while (next_ < facts_.st_size && !context_.hasFailed() && !context_.queue.hasTasks()) {
     const off_t start = next_.fetch_add(rangeSize);
-    if (start < facts_.st_size && !copyRange(scratch, start)) context_.fail();
+    if (start >= facts_.st_size) break;
+    if (const Cause cause = copyRange(scratch, start)) fail(cause);
   }
   --threads_;
   if (next_ < facts_.st_size && !context_.hasFailed()) offerHelp(self);
@@ -65,12 +69,12 @@ void BigFile::copyRanges(CopyScratch& scratch, const std::shared_ptr<BigFile>& s
     }
     const off_t start = next_.fetch_add(rangeSize);
     if (start >= facts_.st_size) break;
-    if (!copyRange(scratch, start)) context_.fail();
+    if (const Cause cause = copyRange(scratch, start)) fail(cause);
   }
   --threads_;
 }
 
-bool BigFile::copyRange(CopyScratch& scratch, off_t start) {
+Cause BigFile::copyRange(CopyScratch& scratch, off_t start) {
   const off_t end = std::min(start + rangeSize, facts_.st_size);
   const std::function<void()> sawMissing = [&] {
     context_.sawMissing();
@@ -87,12 +91,15 @@ bool BigFile::copyRange(CopyScratch& scratch, off_t start) {
                                        context_.mappings, window);
 }
 
+Cause BigFile::finish() {
+  const Cause cause = context_.giver.finishFile(source_.get(), target_.get(), facts_, made_, mayInherit_);
+  if (cause || target_.closeAfterWriting()) return cause;
+  return Cause::ofSystem(Cause::Operation::Write);
+}
+
 BigFile::~BigFile() {
   if (context_.hasFailed()) return;
-  const bool isFinished =
-      context_.giver.finishFile(source_.get(), target_.get(), facts_, made_, mayInherit_) &&
-      target_.closeAfterWriting();
-  if (!isFinished) context_.fail();
+  if (const Cause cause = finish()) fail(cause);
 }
 
 }  // namespace halvorn

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <memory>
+#include <string>
 
 #include "Platform/files/posix/copy/CopyContext.h"
 #include "Platform/files/posix/copy/CopyScratch.h"
@@ -17,10 +18,9 @@ class BigFile {
   [[nodiscard]] static bool isBig(const struct stat& facts);
 
   // Fills and finishes the new, empty file. Returns when this thread has nothing more to do for it; others
-  // may still be at work. Fails: false, or the context is told later.
-  [[nodiscard]] static bool copy(CopyContext& context, CopyScratch& scratch, FileDescriptor source,
-                                 FileDescriptor target, const struct stat& facts, const struct stat& made,
-                                 MayInherit mayInherit);
+  // may still be at work. Fails: at once, or the context is told later.
+  static Cause copy(CopyContext& context, CopyScratch& scratch, FileDescriptor source, FileDescriptor target,
+                    const struct stat& facts, const struct stat& made, const CopyPlace& place);
 
   // The last one out finishes the file.
   ~BigFile();
@@ -29,10 +29,12 @@ class BigFile {
 
  private:
   BigFile(CopyContext& context, FileDescriptor source, FileDescriptor target, const struct stat& facts,
-          const struct stat& made, MayInherit mayInherit);
+          const struct stat& made, const CopyPlace& place);
   // Takes ranges until none is left.
   void copyRanges(CopyScratch& scratch, const std::shared_ptr<BigFile>& self);
-  [[nodiscard]] bool copyRange(CopyScratch& scratch, off_t start);
+  Cause copyRange(CopyScratch& scratch, off_t start);
+  void fail(const Cause& cause) const noexcept { context_.fail(cause, path_.get(), name_.c_str()); }
+  Cause finish();
   // Asks for one more thread that has nothing better to do.
   static void offerHelp(const std::shared_ptr<BigFile>& file);
   void help(CopyScratch& scratch, const std::shared_ptr<BigFile>& self);
@@ -42,6 +44,8 @@ class BigFile {
   FileDescriptor target_;
   const struct stat facts_;
   const struct stat made_;
+  const std::shared_ptr<const FolderPath> path_;  // as in the place
+  const std::string name_;
   const MayInherit mayInherit_;
   std::atomic<off_t> next_ = 0;
   std::atomic<unsigned> threads_ = 0;  // at work in here

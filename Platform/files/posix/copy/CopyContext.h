@@ -2,7 +2,11 @@
 #pragma once
 
 #include <atomic>
+#include <mutex>
+#include <optional>
+#include <string>
 
+#include "Platform/files/posix/copy/Cause.h"
 #include "Platform/files/posix/copy/CopyQueue.h"
 #include "Platform/files/posix/copy/FileMetadata.h"
 #include "Platform/files/posix/copy/HardLinks.h"
@@ -17,12 +21,19 @@ struct CopyRules {
   Ownership ownership = Ownership::Kept;
 };
 
-struct CopyContext {
-  CopyContext(const CopyRules& theRules, int targetTop)
-      : rules(theRules), giver(theRules.ownership), links(targetTop) {}
+struct CopyPlace;
 
-  // The first failure ends the copy: everybody looks here before going on.
-  void fail() { queue.stop(); }
+struct CopyContext {
+  // `from` and `to` are the paths of the top item and of its copy, and live as long as this.
+  CopyContext(const CopyRules& theRules, int targetTop, const std::string& from, const std::string& to)
+      : rules(theRules), giver(theRules.ownership), links(targetTop), from_(from), to_(to) {}
+
+  // The first failure ends the copy: everybody looks here before going on. It is what failure() tells.
+  void fail(const Cause& cause, const CopyPlace& place) noexcept;
+  // `folder` is the way down to the item; null: it is the top item.
+  void fail(const Cause& cause, const FolderPath* folder, const char* name) noexcept;
+  // Once all is done.
+  [[nodiscard]] std::optional<FileFailure> failure();
   [[nodiscard]] bool hasFailed() const { return queue.isStopped(); }
 
   // Something had to be fetched from a disk. When that goes on, more threads are of use: they wait side by
@@ -56,6 +67,10 @@ struct CopyContext {
   static constexpr unsigned missingWhenCold = 8;
   static constexpr unsigned workersWhenCold = 8;
   std::atomic<unsigned> missing_ = 0;
+  const std::string& from_;
+  const std::string& to_;
+  std::mutex failing_;
+  std::optional<FileFailure> failure_;
 };
 
 }  // namespace halvorn

@@ -31,20 +31,26 @@ bool isRemoved(int result) {
   return result == 0 || AttributeCalls::isMissing(errno) || errno == EINVAL || isNotSupported(errno);
 }
 
+Cause causeUnlessRemoved(int result) {
+  return isRemoved(result) ? Cause() : Cause::ofSystem(Cause::Operation::Metadata);
+}
+
+Cause causeOfReading() { return Cause::ofSystem(Cause::Operation::Metadata, Cause::Side::Original); }
+
 }  // namespace
 
-bool AttributedFile::each(const std::function<bool(std::string_view)>& wanted,
-                          const std::function<bool(const std::string&, std::string_view)>& take) const {
+Cause AttributedFile::each(const std::function<bool(std::string_view)>& wanted,
+                           const std::function<Cause(const std::string&, std::string_view)>& take) const {
   // Most files have none, and then this is all there is to do.
   char few[256];
   ssize_t size = AttributeCalls::list(item_, few, sizeof few);
-  if (size == 0) return true;
+  if (size == 0) return {};
   std::vector<char> many;
   if (size < 0 && errno == ERANGE) {
     size = callWithRoom(
         many, [&](char* buffer, std::size_t room) { return AttributeCalls::list(item_, buffer, room); });
   }
-  if (size < 0) return isNotSupported(errno);
+  if (size < 0) return isNotSupported(errno) ? Cause() : causeOfReading();
   const std::string_view names(many.empty() ? few : many.data(), static_cast<std::size_t>(size));
   std::vector<char> value(256);
   for (std::size_t start = 0; start < names.size();) {
@@ -57,21 +63,25 @@ bool AttributedFile::each(const std::function<bool(std::string_view)>& wanted,
     if (length < 0) {
       // It may have gone meanwhile, and some can only be listed.
       if (AttributeCalls::isMissing(errno) || isBeyondUs(name, errno)) continue;
-      return false;
+      return causeOfReading();
     }
-    if (!take(name, std::string_view(value.data(), static_cast<std::size_t>(length)))) return false;
+    const std::string_view bytes(value.data(), static_cast<std::size_t>(length));
+    if (const Cause cause = take(name, bytes)) return cause;
   }
-  return true;
+  return {};
 }
 
-bool AttributedFile::give(const std::string& name, std::string_view value) const {
-  return AttributeCalls::set(item_, name, value) == 0 || isBeyondUs(name, errno);
+Cause AttributedFile::give(const std::string& name, std::string_view value) const {
+  const bool isGiven = AttributeCalls::set(item_, name, value) == 0 || isBeyondUs(name, errno);
+  return isGiven ? Cause() : Cause::ofSystem(Cause::Operation::Metadata);
 }
 
-bool AttributedFile::removeAccessList() const { return isRemoved(AttributeCalls::removeAccessList(item_)); }
+Cause AttributedFile::removeAccessList() const {
+  return causeUnlessRemoved(AttributeCalls::removeAccessList(item_));
+}
 
-bool AttributedFile::removeListToHandDown() const {
-  return isRemoved(AttributeCalls::removeListToHandDown(item_));
+Cause AttributedFile::removeListToHandDown() const {
+  return causeUnlessRemoved(AttributeCalls::removeListToHandDown(item_));
 }
 
 }  // namespace halvorn

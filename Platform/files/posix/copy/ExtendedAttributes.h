@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "Platform/files/posix/copy/AttributeCalls.h"
+#include "Platform/files/posix/copy/Cause.h"
 
 namespace halvorn {
 
@@ -23,16 +24,16 @@ class AttributedFile {
     return file;
   }
 
-  // Calls `take` with the name and value of every attribute for which `wanted` says yes. Fails: false when
-  // they could not be read, or when `take` said false. A file system without attributes has none.
-  [[nodiscard]] bool each(
-      const std::function<bool(std::string_view name)>& wanted,
-      const std::function<bool(const std::string& name, std::string_view value)>& take) const;
-  // Fails: false, except where the file system or this process' rights have no place for such an attribute.
-  [[nodiscard]] bool give(const std::string& name, std::string_view value) const;
+  // Calls `take` with the name and value of every attribute for which `wanted` says yes. Fails: when they
+  // could not be read, which is then said of an original, or when `take` did. A file system without
+  // attributes has none.
+  Cause each(const std::function<bool(std::string_view name)>& wanted,
+             const std::function<Cause(const std::string& name, std::string_view value)>& take) const;
+  // No failure where the file system or this process' rights have no place for such an attribute.
+  Cause give(const std::string& name, std::string_view value) const;
   // Take away what the folder above has handed down; that there is nothing is fine. The second is for folders.
-  [[nodiscard]] bool removeAccessList() const;
-  [[nodiscard]] bool removeListToHandDown() const;
+  Cause removeAccessList() const;
+  Cause removeListToHandDown() const;
 
  private:
   AttributeCalls::Item item_;

@@ -13,15 +13,25 @@
 namespace halvorn::FileContents {
 namespace {
 
-bool writeAll(int target, const char* bytes, std::size_t count, off_t offset) {
+using Operation = Cause::Operation;
+
+Cause writeAll(int target, const char* bytes, std::size_t count, off_t offset) {
   while (count > 0) {
     const ssize_t written = retried([&] { return ::pwrite(target, bytes, count, offset); });
-    if (written <= 0) return false;
+    if (written < 0) return Cause::ofSystem(Operation::Write);
+    if (written == 0) return Cause::ofOurs(Operation::Write, "nothing more was written");
     bytes += written;
     count -= static_cast<std::size_t>(written);
     offset += written;
   }
-  return true;
+  return {};
+}
+
+// What a read that gave nothing means. Half a file must not pass for a whole one.
+Cause causeOfReading(ssize_t count) {
+  return count < 0
+             ? Cause::ofSystem(Operation::Read, Cause::Side::Original)
+             : Cause::ofOurs(Operation::Read, "it was cut off while it was copied", Cause::Side::Original);
 }
 
 // A piece of a file as memory. Only the system looks into it: a file that is cut off meanwhile makes its
@@ -44,16 +54,15 @@ class MappedPiece {
   std::size_t size_;
 };
 
-// Writes as much at a time as the buffer would hold, and tells how far it came; errno says why not to the
-// end.
-off_t writePiece(int target, std::span<const char> piece, off_t offset, std::size_t atATime) {
+// Writes as much at a time as the buffer would hold; `offset` tells how far it came.
+Cause writePiece(int target, std::span<const char> piece, off_t& offset, std::size_t atATime) {
   while (!piece.empty()) {
     const auto now = piece.first(std::min(piece.size(), atATime));
-    if (!writeAll(target, now.data(), now.size(), offset)) break;
+    if (const Cause cause = writeAll(target, now.data(), now.size(), offset)) return cause;
     piece = piece.subspan(now.size());
     offset += static_cast<off_t>(now.size());
   }
-  return offset;
+  return {};
 }
 
 // The least that file systems leave out.
@@ -74,40 +83,50 @@ ssize_t readSome(const Original& original, std::span<char> buffer, off_t offset)
 }
 
 // Blocks of zeros are left out.
-bool writeNonZero(int target, std::span<const char> bytes, off_t offset) {
+Cause writeNonZero(int target, std::span<const char> bytes, off_t offset) {
   while (!bytes.empty()) {
     std::size_t size = std::min(bytes.size(), blockSize);
     if (!isZero(bytes.first(size))) {
       while (size < bytes.size() && !isZero(bytes.subspan(size, std::min(bytes.size() - size, blockSize))))
         size = std::min(bytes.size(), size + blockSize);
-      if (!writeAll(target, bytes.data(), size, offset)) return false;
+      if (const Cause cause = writeAll(target, bytes.data(), size, offset)) return cause;
     }
     bytes = bytes.subspan(size);
     offset += static_cast<off_t>(size);
   }
-  return true;
+  return {};
 }
 
-bool copyNonZero(const Original& original, int target, off_t size, std::span<char> buffer) {
+Cause copyNonZero(const Original& original, int target, off_t size, std::span<char> buffer) {
   for (off_t position = 0; position < size;) {
     const auto wanted = std::min(buffer.size(), static_cast<std::size_t>(size - position));
     const ssize_t count = readSome(original, buffer.first(wanted), position);
-    if (count <= 0) return false;
-    if (!writeNonZero(target, buffer.first(static_cast<std::size_t>(count)), position)) return false;
+    if (count <= 0) return causeOfReading(count);
+    const auto bytes = buffer.first(static_cast<std::size_t>(count));
+    if (const Cause cause = writeNonZero(target, bytes, position)) return cause;
     position += count;
   }
-  return true;
+  return {};
 }
 
 // Tells whether the rest is in memory. What has to come from a disk is read here, where waiting for it is
 // seen.
-bool copyFirstPiece(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
-                    bool& isInMemory) {
+Cause copyFirstPiece(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
+                     bool& isInMemory) {
   const std::function<void()> noteMissing = [&] {
     isInMemory = false;
     original.sawMissing();
   };
   return copyRange({original.file, original.asking, noteMissing}, target, start, end, buffer);
+}
+
+// The system says that it could not copy, and not which of the two files is to blame; reading tells.
+Cause causeOfCopying(const Original& original, off_t offset) {
+  const int error = errno;
+  char byte = 0;
+  const bool isUnreadable = retried([&] { return ::pread(original.file, &byte, 1, offset); }) < 0;
+  return isUnreadable ? Cause::ofSystem(Operation::Read, Cause::Side::Original)
+                      : Cause::ofSystem(Operation::Write, Cause::Side::Copy, error);
 }
 
 }  // namespace
@@ -117,27 +136,27 @@ bool mayHaveHoles(const struct stat& facts) {
   return facts.st_blocks * blockUnit < facts.st_size;
 }
 
-bool copyRange(const Original& original, int target, off_t start, off_t end, std::span<char> buffer) {
+Cause copyRange(const Original& original, int target, off_t start, off_t end, std::span<char> buffer) {
   while (start < end) {
     const auto wanted = std::min(buffer.size(), static_cast<std::size_t>(end - start));
     const ssize_t count = readSome(original, buffer.first(wanted), start);
-    // An original that ends early was cut off meanwhile; half a file must not pass for a whole one.
-    if (count <= 0) return false;
-    if (!writeAll(target, buffer.data(), static_cast<std::size_t>(count), start)) return false;
+    if (count <= 0) return causeOfReading(count);
+    if (const Cause cause = writeAll(target, buffer.data(), static_cast<std::size_t>(count), start))
+      return cause;
     start += count;
   }
-  return true;
+  return {};
 }
 
-bool copyRangeInSystem(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
-                       Trial& copiesInSystem) {
+Cause copyRangeInSystem(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
+                        Trial& copiesInSystem) {
   constexpr off_t firstPiece = off_t{64} << 10;
   bool isInMemory = true;
   off_t done = std::min(end, start + firstPiece);
-  if (!copyFirstPiece(original, target, start, done, buffer, isInMemory)) return false;
+  if (const Cause cause = copyFirstPiece(original, target, start, done, buffer, isInMemory)) return cause;
   while (done < end && isInMemory && copiesInSystem.isWorthTrying()) {
     const auto copied = SystemCalls::copyPart(original.file, target, done, end - done);
-    if (copied < 0) return false;
+    if (copied < 0) return causeOfCopying(original, done);
     if (copied == 0) {
       copiesInSystem.refused();
       break;
@@ -148,11 +167,11 @@ bool copyRangeInSystem(const Original& original, int target, off_t start, off_t 
   return copyRange(original, target, done, end, buffer);
 }
 
-bool copyRangeMapped(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
-                     Trial& mappings, off_t window) {
+Cause copyRangeMapped(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
+                      Trial& mappings, off_t window) {
   bool isInMemory = true;
   off_t done = std::min(end, start + static_cast<off_t>(buffer.size()));
-  if (!copyFirstPiece(original, target, start, done, buffer, isInMemory)) return false;
+  if (const Cause cause = copyFirstPiece(original, target, start, done, buffer, isInMemory)) return cause;
   // Where nobody can say, mapping could mean waiting.
   if (!original.asking.isWorthTrying()) isInMemory = false;
   while (done < end && isInMemory && mappings.isWorthTrying()) {
@@ -163,31 +182,31 @@ bool copyRangeMapped(const Original& original, int target, off_t start, off_t en
     }
     (void)mappings.worked();
     const off_t pieceEnd = done + static_cast<off_t>(piece.bytes().size());
-    done = writePiece(target, piece.bytes(), done, buffer.size());
-    if (done < pieceEnd && errno != EFAULT) return false;
+    const Cause cause = writePiece(target, piece.bytes(), done, buffer.size());
+    if (cause && cause.error() != EFAULT) return cause;
     // It could not be fetched. Reading it says why.
     isInMemory = done == pieceEnd;
   }
   return copyRange(original, target, done, end, buffer);
 }
 
-bool copyWithHoles(const Original& original, int target, off_t size, std::span<char> buffer) {
+Cause copyWithHoles(const Original& original, int target, off_t size, std::span<char> buffer) {
   off_t position = 0;
   while (position < size) {
     const off_t data = ::lseek(original.file, position, SEEK_DATA);
     if (data < 0 && errno == ENXIO) break;
-    if (data < 0 && errno != EINVAL) return false;
+    if (data < 0 && errno != EINVAL) return Cause::ofSystem(Operation::Read, Cause::Side::Original);
     off_t hole = data < 0 ? -1 : ::lseek(original.file, data, SEEK_HOLE);
     if (hole < 0) hole = size;
     if (data <= 0 && hole >= size) {
       // There are holes, and the file system cannot say where.
-      if (!copyNonZero(original, target, size, buffer)) return false;
-    } else if (!copyRange(original, target, data, hole, buffer)) {
-      return false;
+      if (const Cause cause = copyNonZero(original, target, size, buffer)) return cause;
+    } else if (const Cause cause = copyRange(original, target, data, hole, buffer)) {
+      return cause;
     }
     position = hole;
   }
-  return ::ftruncate(target, size) == 0;
+  return ::ftruncate(target, size) == 0 ? Cause() : Cause::ofSystem(Operation::Write);
 }
 
 }  // namespace halvorn::FileContents

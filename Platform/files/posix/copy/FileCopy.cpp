@@ -22,9 +22,12 @@ constexpr int create = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
 // for several files at once fetches them faster.
 constexpr std::size_t handful = 16;
 
+using Operation = Cause::Operation;
+
 struct Original {
   FileDescriptor file;
   struct stat facts {};
+  Cause cause;  // when it is not open
 };
 
 // Reading leaves the time of the last access alone where this process may do that.
@@ -39,9 +42,24 @@ FileDescriptor openToCopy(CopyContext& context, int folder, const char* name) {
 Original openOriginal(CopyContext& context, int folder, const char* name) {
   Original original;
   original.file = openToCopy(context, folder, name);
-  if (!original.file || ::fstat(original.file.get(), &original.facts) != 0) return {};
+  if (!original.file) {
+    original.cause = Cause::ofSystem(Operation::Open, Cause::Side::Original);
+    return original;
+  }
+  if (::fstat(original.file.get(), &original.facts) != 0) {
+    original.cause = Cause::ofSystem(Operation::Look, Cause::Side::Original);
+    original.file.reset();
+    return original;
+  }
   if (context.isCold()) SystemCalls::fetchAhead(original.file.get(), 0, original.facts.st_size);
   return original;
+}
+
+// Why it cannot be copied as a regular file; none when it can.
+Cause causeAgainst(const Original& original) {
+  if (original.cause || S_ISREG(original.facts.st_mode)) return original.cause;
+  return Cause::ofOurs(Operation::Open, "it became something else while it was copied",
+                       Cause::Side::Original);
 }
 
 HardLinks::Identity identityOf(const struct stat& facts) { return {facts.st_dev, facts.st_ino}; }
@@ -50,40 +68,41 @@ HardLinks::Identity identityOf(const struct stat& facts) { return {facts.st_dev,
 struct Made {
   FileDescriptor file;
   struct stat facts {};
-  bool hasFailed = false;
 };
 
 // Not looking spares more than the call: a file whose times were seen gets new ones with the next write.
-bool lookAtNew(const CopyPlace& place, mode_t asked, Made& made) {
+Cause lookAtNew(const CopyPlace& place, mode_t asked, Made& made) {
   const auto known = place.newItems != nullptr ? place.newItems->madeWith(asked) : std::nullopt;
   if (known) {
     made.facts = *known;
-    return true;
+    return {};
   }
-  if (::fstat(made.file.get(), &made.facts) != 0) return false;
+  if (::fstat(made.file.get(), &made.facts) != 0) return Cause::ofSystem(Operation::Look);
   if (place.newItems != nullptr) place.newItems->saw(asked, made.facts);
-  return true;
+  return {};
 }
 
-Made makeFile(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
+OrCause<Made> makeFile(CopyContext& context, const CopyPlace& place, const struct stat& facts) {
   Made made;
   const mode_t mode = context.giver.modeToStartWith(facts);
   const auto make = [&] {
     made.file =
         FileDescriptor(retried([&] { return ::openat(place.targetFolder, place.targetName, create, mode); }));
-    return made.file.isOpen();
+    return made.file ? Cause() : Cause::ofSystem(Operation::Make);
   };
   if (facts.st_nlink == 1) {
-    made.hasFailed = !make() || !lookAtNew(place, mode, made);
+    if (const Cause cause = make()) return cause;
+    if (const Cause cause = lookAtNew(place, mode, made)) return cause;
     return made;
   }
-  const auto makeAndLook = [&]() -> std::optional<HardLinks::Identity> {
-    if (!make() || ::fstat(made.file.get(), &made.facts) != 0) return std::nullopt;
+  const auto makeAndLook = [&]() -> OrCause<HardLinks::Identity> {
+    if (const Cause cause = make()) return cause;
+    if (::fstat(made.file.get(), &made.facts) != 0) return Cause::ofSystem(Operation::Look);
     return identityOf(made.facts);
   };
   const auto answer =
       context.links.makeOrLink(facts, place.targetFolder, place.targetName, place.path, makeAndLook);
-  made.hasFailed = answer == HardLinks::Answer::Failed;
+  if (!answer) return answer.cause();
   return made;
 }
 
@@ -94,16 +113,16 @@ bool cloneContents(CopyContext& context, int source, int target, off_t size) {
   return isCloned;
 }
 
-bool copyWithoutHoles(CopyContext& context, CopyScratch& scratch, const FileContents::Original& original,
-                      int target, off_t size) {
+Cause copyWithoutHoles(CopyContext& context, CopyScratch& scratch, const FileContents::Original& original,
+                       int target, off_t size) {
   constexpr off_t leastToReserve = off_t{1} << 20;
-  if (size >= leastToReserve && !SystemCalls::reserve(target, size)) return false;
+  if (size >= leastToReserve && !SystemCalls::reserve(target, size)) return Cause::ofSystem(Operation::Write);
   if (context.isCold()) return FileContents::copyRange(original, target, 0, size, scratch.buffer());
   return FileContents::copyRangeInSystem(original, target, 0, size, scratch.buffer(), context.copiesInSystem);
 }
 
-bool copyContents(CopyContext& context, CopyScratch& scratch, int source, int target,
-                  const struct stat& facts) {
+Cause copyContents(CopyContext& context, CopyScratch& scratch, int source, int target,
+                   const struct stat& facts) {
   const std::function<void()> sawMissing = [&] { context.sawMissing(); };
   const FileContents::Original original{.file = source, .asking = context.asking, .sawMissing = sawMissing};
   if (FileContents::mayHaveHoles(facts)) {
@@ -113,20 +132,25 @@ bool copyContents(CopyContext& context, CopyScratch& scratch, int source, int ta
 }
 
 // Takes the descriptor over, because a big file is copied by others, too.
-bool copyOpened(CopyContext& context, CopyScratch& scratch, Original original, const CopyPlace& place) {
+Cause copyOpened(CopyContext& context, CopyScratch& scratch, Original original, const CopyPlace& place) {
   const struct stat& facts = original.facts;
-  Made made = makeFile(context, place, facts);
-  if (made.hasFailed) return false;
-  if (!made.file) return true;
+  auto answer = makeFile(context, place, facts);
+  if (!answer) return answer.cause();
+  Made& made = *answer;
+  if (!made.file) return {};
   const bool isCloned = cloneContents(context, original.file.get(), made.file.get(), facts.st_size);
   if (!isCloned && BigFile::isBig(facts) && !FileContents::mayHaveHoles(facts)) {
     return BigFile::copy(context, scratch, std::move(original.file), std::move(made.file), facts, made.facts,
-                         place.mayInherit);
+                         place);
   }
-  return (isCloned || copyContents(context, scratch, original.file.get(), made.file.get(), facts)) &&
-         context.giver.finishFile(original.file.get(), made.file.get(), facts, made.facts,
-                                  place.mayInherit) &&
-         made.file.closeAfterWriting();
+  const int source = original.file.get();
+  const int target = made.file.get();
+  if (!isCloned) {
+    if (const Cause cause = copyContents(context, scratch, source, target, facts)) return cause;
+  }
+  const Cause cause = context.giver.finishFile(source, target, facts, made.facts, place.mayInherit);
+  if (cause || made.file.closeAfterWriting()) return cause;
+  return Cause::ofSystem(Operation::Write);
 }
 
 CopyPlace placeIn(const OpenFolder& folder, const char* name) {
@@ -157,11 +181,12 @@ void copyFile(CopyContext& context, CopyScratch& scratch, const CopyPlace& place
   Original original;
   {
     const RightsOf rights(context.rules.readAs);
-    if (!rights.holds()) return context.fail();
+    if (!rights.holds()) return context.fail(causeOfMissingRights(), place);
     original = openOriginal(context, place.sourceFolder, place.name);
   }
-  if (!original.file || !S_ISREG(original.facts.st_mode)) return context.fail();
-  if (!copyOpened(context, scratch, std::move(original), place)) context.fail();
+  if (const Cause cause = causeAgainst(original)) return context.fail(cause, place);
+  if (const Cause cause = copyOpened(context, scratch, std::move(original), place))
+    context.fail(cause, place);
 }
 
 void copyFiles(CopyContext& context, CopyScratch& scratch, const std::shared_ptr<OpenFolder>& folder,
@@ -172,18 +197,19 @@ void copyFiles(CopyContext& context, CopyScratch& scratch, const std::shared_ptr
     names = names.subspan(now.size());
     {
       const RightsOf rights(context.rules.readAs);
-      if (!rights.holds()) return context.fail();
+      if (!rights.holds()) return context.fail(causeOfMissingRights(), placeIn(*folder, now.front()));
       for (std::size_t i = 0; i < now.size(); ++i)
         originals[i] = openOriginal(context, folder->source(), now[i]);
     }
     for (std::size_t i = 0; i < now.size() && !context.hasFailed(); ++i) {
       const CopyPlace place = placeIn(*folder, now[i]);
-      const bool isFile = originals[i].file.isOpen() && S_ISREG(originals[i].facts.st_mode);
-      if (isFile && isLeftForLater(context, folder, now[i], originals[i].facts)) {
+      if (const Cause cause = causeAgainst(originals[i])) return context.fail(cause, place);
+      if (isLeftForLater(context, folder, now[i], originals[i].facts)) {
         originals[i] = {};
         continue;
       }
-      if (!isFile || !copyOpened(context, scratch, std::move(originals[i]), place)) return context.fail();
+      if (const Cause cause = copyOpened(context, scratch, std::move(originals[i]), place))
+        return context.fail(cause, place);
     }
   }
 }

@@ -15,6 +15,9 @@ namespace {
 
 constexpr mode_t allModeBits = 07777;
 
+// For a call that may have failed a moment ago.
+Cause causeUnless(bool isDone) { return isDone ? Cause() : Cause::ofSystem(Cause::Operation::Metadata); }
+
 bool isAccessList(std::string_view name) {
   return AttributeCalls::kindOf(name) == AttributeCalls::Kind::AccessList;
 }
@@ -53,25 +56,25 @@ mode_t MetadataGiver::modeToGive(const struct stat& facts, const struct stat& ma
 
 // `change` is a chown of the item. Not being allowed to give a file away is no failure.
 template <typename Change>
-bool MetadataGiver::giveOwner(const struct stat& facts, struct stat& made, const Change& change) const {
+Cause MetadataGiver::giveOwner(const struct stat& facts, struct stat& made, const Change& change) const {
   if (ownership_ == Ownership::ThisProcess) {
     // A folder may hand its group down to what is made in it.
-    if (made.st_uid == user_ && made.st_gid == group_) return true;
-    if (change(user_, group_) != 0) return false;
+    if (made.st_uid == user_ && made.st_gid == group_) return {};
+    if (const Cause cause = causeUnless(change(user_, group_) == 0)) return cause;
     made.st_uid = user_;
     made.st_gid = group_;
-    return true;
+    return {};
   }
   constexpr auto unchanged = static_cast<uid_t>(-1);
   const uid_t user = made.st_uid != facts.st_uid && mayGiveUser(facts.st_uid) ? facts.st_uid : unchanged;
   const gid_t group = made.st_gid != facts.st_gid && mayGiveGroup(facts.st_gid) ? facts.st_gid : unchanged;
-  if (user == unchanged && group == unchanged) return true;
-  if (change(user, group) != 0) return errno == EPERM || errno == EINVAL;
+  if (user == unchanged && group == unchanged) return {};
+  if (change(user, group) != 0) return causeUnless(errno == EPERM || errno == EINVAL);
   if (user != unchanged) made.st_uid = user;
   if (group != unchanged) made.st_gid = group;
   // The system takes set-id bits away with the owner.
   made.st_mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
-  return true;
+  return {};
 }
 
 bool MetadataGiver::isCarried(std::string_view name) const {
@@ -87,54 +90,59 @@ bool MetadataGiver::isCarried(std::string_view name) const {
   return ownership_ == Ownership::Kept;
 }
 
-bool MetadataGiver::giveAttributes(const AttributedFile& source, const AttributedFile& target,
-                                   LaterAttributes* later) const {
+Cause MetadataGiver::giveAttributes(const AttributedFile& source, const AttributedFile& target,
+                                    LaterAttributes* later) const {
   const auto wanted = [&](std::string_view name) { return isCarried(name); };
   return source.each(wanted, [&](const std::string& name, std::string_view value) {
     if (later == nullptr || !isAccessList(name)) return target.give(name, value);
     later->emplace_back(name, value);
-    return true;
+    return Cause();
   });
 }
 
-bool MetadataGiver::finishFile(int source, int target, const struct stat& facts, struct stat made,
-                               MayInherit mayInherit) const {
+Cause MetadataGiver::finishFile(int source, int target, const struct stat& facts, struct stat made,
+                                MayInherit mayInherit) const {
   const auto change = [&](uid_t user, gid_t group) { return ::fchown(target, user, group); };
-  if (!giveOwner(facts, made, change)) return false;
+  if (const Cause cause = giveOwner(facts, made, change)) return cause;
   const bool inherits = mayInherit == MayInherit::Yes;
-  if (inherits && !AttributedFile(target).removeAccessList()) return false;
+  if (inherits) {
+    if (const Cause cause = AttributedFile(target).removeAccessList()) return cause;
+  }
   // A change of owner takes capabilities away, so they come after it.
-  if (!giveAttributes(AttributedFile(source), AttributedFile(target), nullptr)) return false;
+  if (const Cause cause = giveAttributes(AttributedFile(source), AttributedFile(target), nullptr))
+    return cause;
   const mode_t mode = modeToGive(facts, made);
-  if ((inherits || (made.st_mode & allModeBits) != mode) && ::fchmod(target, mode) != 0) return false;
-  return ::futimens(target, SystemCalls::timesOf(facts).data()) == 0;
+  const bool needsMode = inherits || (made.st_mode & allModeBits) != mode;
+  return causeUnless((!needsMode || ::fchmod(target, mode) == 0) &&
+                     ::futimens(target, SystemCalls::timesOf(facts).data()) == 0);
 }
 
-bool MetadataGiver::startFolder(int source, int target, const struct stat& facts, struct stat& made,
-                                LaterAttributes& later, MayInherit mayInherit) const {
+Cause MetadataGiver::startFolder(int source, int target, const struct stat& facts, struct stat& made,
+                                 LaterAttributes& later, MayInherit mayInherit) const {
   const auto change = [&](uid_t user, gid_t group) { return ::fchown(target, user, group); };
-  if (!giveOwner(facts, made, change)) return false;
+  if (const Cause cause = giveOwner(facts, made, change)) return cause;
   if (mayInherit == MayInherit::Yes) {
-    if (!AttributedFile(target).removeAccessList()) return false;
-    if (!AttributedFile(target).removeListToHandDown()) return false;
+    if (const Cause cause = AttributedFile(target).removeAccessList()) return cause;
+    if (const Cause cause = AttributedFile(target).removeListToHandDown()) return cause;
   }
   // A folder that hands its group down would give it to everything made in here.
   const bool handsGroupDown = (made.st_mode & S_ISGID) != 0;
   if (mayInherit == MayInherit::Yes || handsGroupDown) {
-    if (::fchmod(target, S_IRWXU) != 0) return false;
+    if (const Cause cause = causeUnless(::fchmod(target, S_IRWXU) == 0)) return cause;
     made.st_mode = (made.st_mode & S_IFMT) | S_IRWXU;
   }
   return giveAttributes(AttributedFile(source), AttributedFile(target), &later);
 }
 
-bool MetadataGiver::finishFolder(int target, const struct stat& facts, const struct stat& made,
-                                 const LaterAttributes& later) const {
+Cause MetadataGiver::finishFolder(int target, const struct stat& facts, const struct stat& made,
+                                  const LaterAttributes& later) const {
   for (const auto& [name, value] : later) {
-    if (!AttributedFile(target).give(name, value)) return false;
+    if (const Cause cause = AttributedFile(target).give(name, value)) return cause;
   }
   const mode_t mode = modeToGive(facts, made);
-  if ((!later.empty() || (made.st_mode & allModeBits) != mode) && ::fchmod(target, mode) != 0) return false;
-  return ::futimens(target, SystemCalls::timesOf(facts).data()) == 0;
+  const bool needsMode = !later.empty() || (made.st_mode & allModeBits) != mode;
+  return causeUnless((!needsMode || ::fchmod(target, mode) == 0) &&
+                     ::futimens(target, SystemCalls::timesOf(facts).data()) == 0);
 }
 
 // Only the administrator can give attributes to links, and nobody has "user." ones on any of these.
@@ -142,25 +150,25 @@ bool MetadataGiver::givesAttributesUnopened(const struct stat& facts) const {
   return ownership_ == Ownership::Kept && (user_ == 0 || !S_ISLNK(facts.st_mode));
 }
 
-bool MetadataGiver::finishUnopened(int sourceFolder, const char* name, int target, const struct stat& facts,
-                                   struct stat made, MayInherit mayInherit) const {
+Cause MetadataGiver::finishUnopened(int sourceFolder, const char* name, int target, const struct stat& facts,
+                                    struct stat made, MayInherit mayInherit) const {
   const auto change = [&](uid_t user, gid_t group) {
     return SystemCalls::changeOwner(target, user, group) ? 0 : -1;
   };
-  if (!giveOwner(facts, made, change)) return false;
+  if (const Cause cause = giveOwner(facts, made, change)) return cause;
   const bool hasMode = !S_ISLNK(facts.st_mode);
   const bool inherits = hasMode && mayInherit == MayInherit::Yes;
-  if (inherits && !AttributedFile::held(target).removeAccessList()) return false;
-  if (givesAttributesUnopened(facts) &&
-      !giveAttributes(AttributedFile(sourceFolder, name), AttributedFile::held(target), nullptr)) {
-    return false;
+  if (inherits) {
+    if (const Cause cause = AttributedFile::held(target).removeAccessList()) return cause;
+  }
+  if (givesAttributesUnopened(facts)) {
+    const AttributedFile source(sourceFolder, name);
+    if (const Cause cause = giveAttributes(source, AttributedFile::held(target), nullptr)) return cause;
   }
   const mode_t mode = modeToGive(facts, made);
-  if (hasMode && (inherits || (made.st_mode & allModeBits) != mode) &&
-      !SystemCalls::changeMode(target, mode)) {
-    return false;
-  }
-  return SystemCalls::changeTimes(target, SystemCalls::timesOf(facts).data());
+  const bool needsMode = hasMode && (inherits || (made.st_mode & allModeBits) != mode);
+  return causeUnless((!needsMode || SystemCalls::changeMode(target, mode)) &&
+                     SystemCalls::changeTimes(target, SystemCalls::timesOf(facts).data()));
 }
 
 bool MetadataGiver::needsTimesAlone(int sourceFolder, const char* name, const struct stat& facts,
@@ -170,16 +178,17 @@ bool MetadataGiver::needsTimesAlone(int sourceFolder, const char* name, const st
     needsOwner = true;
     return 0;
   };
-  if (!giveOwner(facts, made, note) || needsOwner) return false;
+  if (giveOwner(facts, made, note) || needsOwner) return false;
   if (!givesAttributesUnopened(facts)) return true;
   const auto wanted = [&](std::string_view attribute) { return isCarried(attribute); };
-  return AttributedFile(sourceFolder, name).each(wanted, [](const std::string&, std::string_view) {
-    return false;
-  });
+  const auto refuse = [](const std::string&, std::string_view) {
+    return Cause::ofOurs(Cause::Operation::Metadata, "there is one to give");
+  };
+  return !AttributedFile(sourceFolder, name).each(wanted, refuse);
 }
 
-bool MetadataGiver::giveTimes(int folder, const char* name, const struct stat& facts) {
-  return ::utimensat(folder, name, SystemCalls::timesOf(facts).data(), AT_SYMLINK_NOFOLLOW) == 0;
+Cause MetadataGiver::giveTimes(int folder, const char* name, const struct stat& facts) {
+  return causeUnless(::utimensat(folder, name, SystemCalls::timesOf(facts).data(), AT_SYMLINK_NOFOLLOW) == 0);
 }
 
 }  // namespace halvorn

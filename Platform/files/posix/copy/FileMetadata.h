@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/files/posix/copy/Cause.h"
 #include "Platform/files/posix/copy/ExtendedAttributes.h"
 
 namespace halvorn {
@@ -31,8 +32,8 @@ using LaterAttributes = std::vector<std::pair<std::string, std::string>>;
 // Gives new items what their originals have. In all functions `facts` are the original's and `made` what the
 // new item was made with.
 //
-// Fails: false when anything could not be given that the target's file system can hold and this process may
-// give. Thread: any.
+// Fails: when anything could not be given that the target's file system can hold and this process may give.
+// Thread: any.
 class MetadataGiver {
  public:
   explicit MetadataGiver(Ownership ownership);
@@ -41,33 +42,33 @@ class MetadataGiver {
   [[nodiscard]] mode_t modeToStartWith(const struct stat& facts) const;
 
   // For a file that has its bytes; both are open.
-  [[nodiscard]] bool finishFile(int source, int target, const struct stat& facts, struct stat made,
-                                MayInherit mayInherit) const;
+  Cause finishFile(int source, int target, const struct stat& facts, struct stat made,
+                   MayInherit mayInherit) const;
   // For a folder: at its start all that does not get in the way, at its end the rest. `made` is updated.
-  [[nodiscard]] bool startFolder(int source, int target, const struct stat& facts, struct stat& made,
-                                 LaterAttributes& later, MayInherit mayInherit) const;
-  [[nodiscard]] bool finishFolder(int target, const struct stat& facts, const struct stat& made,
-                                  const LaterAttributes& later) const;
+  Cause startFolder(int source, int target, const struct stat& facts, struct stat& made,
+                    LaterAttributes& later, MayInherit mayInherit) const;
+  Cause finishFolder(int target, const struct stat& facts, const struct stat& made,
+                     const LaterAttributes& later) const;
   // For a link, pipe, socket or device, which are not opened: the source is `name` in its folder, the target
   // is held.
-  [[nodiscard]] bool finishUnopened(int sourceFolder, const char* name, int target, const struct stat& facts,
-                                    struct stat made, MayInherit mayInherit) const;
+  Cause finishUnopened(int sourceFolder, const char* name, int target, const struct stat& facts,
+                       struct stat made, MayInherit mayInherit) const;
   // Whether there is nothing but its times to give to a link.
   [[nodiscard]] bool needsTimesAlone(int sourceFolder, const char* name, const struct stat& facts,
                                      struct stat made) const;
   // Gives them by name: where others may write, a link of theirs may get them instead.
-  [[nodiscard]] static bool giveTimes(int folder, const char* name, const struct stat& facts);
+  static Cause giveTimes(int folder, const char* name, const struct stat& facts);
 
  private:
   [[nodiscard]] mode_t modeToGive(const struct stat& facts, const struct stat& made) const;
   [[nodiscard]] bool mayGiveUser(uid_t user) const;
   [[nodiscard]] bool mayGiveGroup(gid_t group) const;
   template <typename Change>
-  [[nodiscard]] bool giveOwner(const struct stat& facts, struct stat& made, const Change& change) const;
+  Cause giveOwner(const struct stat& facts, struct stat& made, const Change& change) const;
   [[nodiscard]] bool isCarried(std::string_view name) const;
   [[nodiscard]] bool givesAttributesUnopened(const struct stat& facts) const;
-  [[nodiscard]] bool giveAttributes(const AttributedFile& source, const AttributedFile& target,
-                                    LaterAttributes* later) const;
+  Cause giveAttributes(const AttributedFile& source, const AttributedFile& target,
+                       LaterAttributes* later) const;
 
   Ownership ownership_;
   uid_t user_;

@@ -18,9 +18,11 @@ constexpr std::size_t levelsKeptOpen = 16;
 // So many files of one folder are worth another thread.
 constexpr std::size_t batchSize = 32;
 
-bool look(const CopyContext& context, int folder, const char* name, struct stat& facts) {
+Cause look(const CopyContext& context, int folder, const char* name, struct stat& facts) {
   const RightsOf rights(context.rules.readAs);
-  return rights.holds() && ::fstatat(folder, name, &facts, AT_SYMLINK_NOFOLLOW) == 0;
+  if (!rights.holds()) return causeOfMissingRights();
+  const bool isSeen = ::fstatat(folder, name, &facts, AT_SYMLINK_NOFOLLOW) == 0;
+  return isSeen ? Cause() : Cause::ofSystem(Cause::Operation::Look, Cause::Side::Original);
 }
 
 unsigned char typeOf(mode_t mode) {
@@ -81,7 +83,7 @@ void FolderWalk::enter(std::shared_ptr<OpenFolder> folder) {
 void FolderWalk::leave() {
   const std::shared_ptr<OpenFolder> child = std::move(levels_.back().folder);
   levels_.pop_back();
-  if (!levels_.empty() && levels_.back().folder->isParked()) (void)levels_.back().folder->unpark(*child);
+  if (!levels_.empty() && levels_.back().folder->isParked()) levels_.back().folder->unpark(*child);
 }
 
 // Copies what is no folder and notes the folders.
@@ -91,7 +93,8 @@ void FolderWalk::visit(const std::shared_ptr<OpenFolder>& folder, Level& level) 
   while (!context_.hasFailed()) {
     const auto answer = listing.readSome();
     if (answer == FolderListing::Answer::End) return;
-    if (answer == FolderListing::Answer::Failed) return context_.fail();
+    if (answer == FolderListing::Answer::Failed)
+      return folder->fail(Cause::ofSystem(Cause::Operation::List, Cause::Side::Original));
     files_.clear();
     for (const FolderEntry& entry : listing.entries()) visitEntry(folder, entry, level);
     copyHere(folder);
@@ -103,7 +106,8 @@ void FolderWalk::visitEntry(const std::shared_ptr<OpenFolder>& folder, const Fol
   unsigned char type = entry.type;
   struct stat facts {};
   if (type != DT_REG && type != DT_DIR) {
-    if (!look(context_, folder->source(), entry.name, facts)) return context_.fail();
+    if (const Cause cause = look(context_, folder->source(), entry.name, facts))
+      return context_.fail(cause, folder->path().get(), entry.name);
     type = typeOf(facts.st_mode);
   }
   if (type == DT_REG) {

@@ -63,19 +63,23 @@ std::optional<HardLinks::Identity> identityOf(int folder, const char* name) {
 
 }  // namespace
 
-bool HardLinks::link(const Copy& copy, int folder, const char* name,
-                     const std::shared_ptr<const FolderPath>& path) const {
+Cause HardLinks::link(const Copy& copy, int folder, const char* name,
+                      const std::shared_ptr<const FolderPath>& path) const {
+  constexpr auto operation = Cause::Operation::Link;
   FileDescriptor holder;
   if (copy.folder != path) {
     holder = openDown(top_, namesUp(copy.folder.get()));
-    if (!holder) return false;
+    if (!holder) return Cause::ofSystem(operation);
   }
-  if (::linkat(holder ? holder.get() : folder, copy.name.c_str(), folder, name, 0) != 0) return false;
-  if (identityOf(folder, name) == copy.identity) return true;
+  if (::linkat(holder ? holder.get() : folder, copy.name.c_str(), folder, name, 0) != 0)
+    return Cause::ofSystem(operation);
+  errno = 0;
+  if (identityOf(folder, name) == copy.identity) return {};
+  const Cause cause =
+      Cause::ofSystemOrOurs(operation, "something else stands where its first name was copied to");
   // Another folder has the name of the one that the copy was made in.
   ::unlinkat(folder, name, 0);
-  errno = ESTALE;
-  return false;
+  return cause;
 }
 
 // Whoever waits for the copy is told how it ended, whatever happens.
@@ -101,8 +105,9 @@ class HardLinks::Making {
   bool isDone_ = false;
 };
 
-HardLinks::Answer HardLinks::makeOrLink(const struct stat& facts, int folder, const char* name,
-                                        const std::shared_ptr<const FolderPath>& path, const Make& make) {
+OrCause<HardLinks::Answer> HardLinks::makeOrLink(const struct stat& facts, int folder, const char* name,
+                                                 const std::shared_ptr<const FolderPath>& path,
+                                                 const Make& make) {
   const Identity original(facts.st_dev, facts.st_ino);
   Copy mine{.folder = path,
             .name = name,
@@ -116,19 +121,21 @@ HardLinks::Answer HardLinks::makeOrLink(const struct stat& facts, int folder, co
       changed_.wait(lock);
       copy = copies_.find(original);
     }
-    if (copy == copies_.end()) return Answer::Failed;
+    if (copy == copies_.end()) return Cause::toldByAnother();
     const Copy earlier = copy->second;
     if (--copy->second.namesLeft == 0) copies_.erase(copy);
     lock.unlock();
-    if (link(earlier, folder, name, path)) return Answer::Linked;
-    if (!isNoMoreNames(errno)) return Answer::Failed;
+    const Cause cause = link(earlier, folder, name, path);
+    if (!cause) return Answer::Linked;
+    if (!isNoMoreNames(cause.error())) return cause;
     lock.lock();
     copies_[original] = mine;
   }
   lock.unlock();
   Making making(*this, original);
-  mine.identity = make();
-  if (!mine.identity) return Answer::Failed;
+  const auto made = make();
+  if (!made) return made.cause();
+  mine.identity = *made;
   making.isDone(mine);
   return Answer::Made;
 }

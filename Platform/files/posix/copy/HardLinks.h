@@ -13,6 +13,8 @@
 #include <string>
 #include <utility>
 
+#include "Platform/files/posix/copy/Cause.h"
+
 namespace halvorn {
 
 // The way from the copy's top folder down to a folder in it. Shared, so that a deep tree costs one name per
@@ -28,20 +30,19 @@ class HardLinks {
   enum class Answer {
     Made,    // by `make`; the caller goes on with it
     Linked,  // to the earlier copy; nothing more to do
-    Failed,
   };
   using Identity = std::pair<dev_t, ino_t>;
-  // Makes a copy and says which item it is; nullopt when that failed.
-  using Make = std::function<std::optional<Identity>()>;
+  // Makes a copy and says which item it is.
+  using Make = std::function<OrCause<Identity>()>;
 
   // `top` is the folder that the copied item is put into.
   explicit HardLinks(int top) : top_(top) {}
 
   // Makes the copy's entry `name` in `folder`, whose way down is `path`: by `make`, or as one more name of a
   // copy made before. `facts` are the original's. Where the file system has no more names to give, `make`
-  // makes another copy.
-  [[nodiscard]] Answer makeOrLink(const struct stat& facts, int folder, const char* name,
-                                  const std::shared_ptr<const FolderPath>& path, const Make& make);
+  // makes another copy. Whoever waited for a copy that failed is told that the other one tells why.
+  OrCause<Answer> makeOrLink(const struct stat& facts, int folder, const char* name,
+                             const std::shared_ptr<const FolderPath>& path, const Make& make);
 
  private:
   class Making;
@@ -51,8 +52,8 @@ class HardLinks {
     nlink_t namesLeft = 0;
     std::optional<Identity> identity;  // of the copy; none: somebody is making it
   };
-  [[nodiscard]] bool link(const Copy& copy, int folder, const char* name,
-                          const std::shared_ptr<const FolderPath>& path) const;
+  Cause link(const Copy& copy, int folder, const char* name,
+             const std::shared_ptr<const FolderPath>& path) const;
 
   int top_;
   std::mutex mutex_;

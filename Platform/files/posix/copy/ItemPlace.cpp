@@ -51,6 +51,20 @@ FileDescriptor openBeneath(FileDescriptor folder, Components::const_iterator at,
   return walk(std::move(folder), at, end);
 }
 
+using Operation = Cause::Operation;
+
+// Where no link is followed, one says that it is no folder, or that there are too many of them.
+Cause causeWithoutLinks() {
+  if (errno == ELOOP || errno == ENOTDIR) {
+    return Cause::ofOurs(Operation::Reach, "a link or something else that is no folder is in the way");
+  }
+  return Cause::ofSystem(Operation::Reach);
+}
+
+Cause causeOfNoPlainPath() {
+  return Cause::ofOurs(Operation::Reach, "the path is relative or goes up with \"..\"");
+}
+
 FileDescriptor openRoot() {
   return FileDescriptor(retried([&] { return ::open("/", folderFlags()); }));
 }
@@ -61,18 +75,19 @@ FileDescriptor duplicate(const FileDescriptor& folder) {
 
 // `open` answers the folder of the given path.
 template <typename Open>
-std::optional<ItemPlace> placeIn(const Text& path, const Open& open) {
+OrCause<ItemPlace> placeIn(const Text& path, const Open& open) {
   auto bytes = systemPath(path);
-  if (!bytes) return std::nullopt;
+  if (!bytes) return Cause::ofOurs(Operation::Reach, "the path is empty or has a NUL in it");
   while (bytes->ends_with('/')) bytes->pop_back();
   const std::size_t slash = bytes->rfind('/');
   const bool isBare = slash == std::string::npos;
   std::string name = isBare ? *bytes : bytes->substr(slash + 1);
-  if (name.empty() || name == "." || name == "..") return std::nullopt;
+  if (name.empty() || name == "." || name == "..")
+    return Cause::ofOurs(Operation::Reach, "the path names nothing in a folder");
   const std::string folder = isBare ? "." : slash == 0 ? "/" : bytes->substr(0, slash);
-  FileDescriptor descriptor = open(folder);
-  if (!descriptor) return std::nullopt;
-  return ItemPlace{.folder = std::move(descriptor), .name = std::move(name)};
+  auto opened = open(folder);
+  if (!opened) return opened.cause();
+  return ItemPlace{.folder = std::move(*opened), .name = std::move(name), .path = path.bytes()};
 }
 
 }  // namespace
@@ -83,15 +98,20 @@ std::optional<std::string> systemPath(const Text& path) {
   return bytes;
 }
 
-FileDescriptor openFolder(const std::string& path, LinksInTheWay links) {
+OrCause<FileDescriptor> openFolder(const std::string& path, LinksInTheWay links) {
+  FileDescriptor folder;
   switch (links) {
     case LinksInTheWay::Refused: {
       const auto components = plainComponents(path);
-      return components ? openBeneath(openRoot(), components->begin(), components->end()) : FileDescriptor{};
+      if (!components) return causeOfNoPlainPath();
+      folder = openBeneath(openRoot(), components->begin(), components->end());
+      if (!folder) return causeWithoutLinks();
+      return folder;
     }
     case LinksInTheWay::FollowedOnDisk: {
       const auto resolution = SystemCalls::Resolution::WithoutProcessLinks;
       if (auto found = SystemCalls::openResolving(AT_FDCWD, path, folderFlags(), resolution)) {
+        if (!*found) return Cause::ofSystem(Operation::Reach);
         return std::move(*found);
       }
       break;
@@ -99,12 +119,14 @@ FileDescriptor openFolder(const std::string& path, LinksInTheWay links) {
     case LinksInTheWay::Followed:
       break;
   }
-  return FileDescriptor(retried([&] { return ::open(path.c_str(), folderFlags()); }));
+  folder = FileDescriptor(retried([&] { return ::open(path.c_str(), folderFlags()); }));
+  if (!folder) return Cause::ofSystem(Operation::Reach);
+  return folder;
 }
 
-FileDescriptor FolderPins::open(const std::string& path) {
+OrCause<FileDescriptor> FolderPins::open(const std::string& path) {
   const auto components = plainComponents(path);
-  if (!components) return {};
+  if (!components) return causeOfNoPlainPath();
   const std::lock_guard lock(mutex_);
   // From the nearest folder above that is held already.
   Components above = *components;
@@ -113,15 +135,20 @@ FileDescriptor FolderPins::open(const std::string& path) {
   const auto rest = components->begin() + static_cast<std::ptrdiff_t>(above.size());
   FileDescriptor folder =
       openBeneath(held != folders_.end() ? duplicate(held->second) : openRoot(), rest, components->end());
-  if (folder && !folders_.contains(*components)) folders_.emplace(*components, duplicate(folder));
+  if (!folder) return causeWithoutLinks();
+  if (!folders_.contains(*components)) {
+    FileDescriptor pin = duplicate(folder);
+    if (!pin) return Cause::ofSystem(Operation::Reach);
+    folders_.emplace(*components, std::move(pin));
+  }
   return folder;
 }
 
-std::optional<ItemPlace> placeOf(const Text& path, LinksInTheWay links) {
+OrCause<ItemPlace> placeOf(const Text& path, LinksInTheWay links) {
   return placeIn(path, [&](const std::string& folder) { return openFolder(folder, links); });
 }
 
-std::optional<ItemPlace> placeOf(const Text& path, FolderPins& pins) {
+OrCause<ItemPlace> placeOf(const Text& path, FolderPins& pins) {
   return placeIn(path, [&](const std::string& folder) { return pins.open(folder); });
 }
 

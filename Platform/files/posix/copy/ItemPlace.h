@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Core/Text.h"
+#include "Platform/files/posix/copy/Cause.h"
 #include "Platform/running/posix/FileDescriptor.h"
 
 namespace halvorn {
@@ -23,6 +24,7 @@ enum class LinksInTheWay {
 struct ItemPlace {
   FileDescriptor folder;
   std::string name;  // never empty, ".", ".." or with a slash
+  std::string path;  // as it was asked for; to tell what it was
 };
 
 // The bytes of the path for the system; nullopt for the empty path and for one with a NUL in it.
@@ -33,19 +35,19 @@ struct ItemPlace {
 // links. Thread: any.
 class FolderPins {
  public:
-  // Empty when the folder cannot be reached without links; it is then looked for again next time.
-  [[nodiscard]] FileDescriptor open(const std::string& path);
+  // Fails: when the folder cannot be reached without links; it is then looked for again next time.
+  OrCause<FileDescriptor> open(const std::string& path);
 
  private:
   std::mutex mutex_;
   std::map<std::vector<std::string>, FileDescriptor> folders_;  // by the components of their paths
 };
 
-// Fails: nullopt when the folder cannot be reached, or when the path names no item in a folder ("/", "a/..").
-[[nodiscard]] std::optional<ItemPlace> placeOf(const Text& path, LinksInTheWay links);
-[[nodiscard]] std::optional<ItemPlace> placeOf(const Text& path, FolderPins& pins);
+// Fails: when the folder cannot be reached, or when the path names no item in a folder ("/", "a/..").
+OrCause<ItemPlace> placeOf(const Text& path, LinksInTheWay links);
+OrCause<ItemPlace> placeOf(const Text& path, FolderPins& pins);
 
-// The folder itself, opened to name things in; empty on failure.
-[[nodiscard]] FileDescriptor openFolder(const std::string& path, LinksInTheWay links);
+// The folder itself, opened to name things in.
+OrCause<FileDescriptor> openFolder(const std::string& path, LinksInTheWay links);
 
 }  // namespace halvorn

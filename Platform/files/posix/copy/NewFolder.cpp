@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <memory>
 #include <string_view>
 
@@ -30,6 +31,7 @@ bool isEmpty(int folder) {
 }  // namespace
 
 bool isNewFolder(int folder, mode_t asked) {
+  errno = 0;
   struct stat facts {};
   if (::fstat(folder, &facts) != 0 || !S_ISDIR(facts.st_mode) || facts.st_uid != ::geteuid()) return false;
   // The folder above may hand the bit down that hands groups down.

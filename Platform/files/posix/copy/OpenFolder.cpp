@@ -13,16 +13,22 @@ namespace {
 
 constexpr int openToList = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
-FileDescriptor openOriginal(const CopyContext& context, int folder, const char* name) {
+using Operation = Cause::Operation;
+
+OrCause<FileDescriptor> openOriginal(const CopyContext& context, int folder, const char* name) {
   const RightsOf rights(context.rules.readAs);
-  if (!rights.holds()) return {};
-  return FileDescriptor(retried([&] { return ::openat(folder, name, openToList); }));
+  if (!rights.holds()) return causeOfMissingRights();
+  FileDescriptor opened(retried([&] { return ::openat(folder, name, openToList); }));
+  if (!opened) return Cause::ofSystem(Operation::Open, Cause::Side::Original);
+  return opened;
 }
 
-bool isSame(const FileDescriptor& opened, const struct stat& before) {
+// None when it is the folder that was looked at before.
+Cause causeUnlessSame(const FileDescriptor& opened, const struct stat& before, Cause::Side side) {
   struct stat now {};
-  return opened && ::fstat(opened.get(), &now) == 0 && now.st_dev == before.st_dev &&
-         now.st_ino == before.st_ino;
+  if (!opened || ::fstat(opened.get(), &now) != 0) return Cause::ofSystem(Operation::Open, side);
+  if (now.st_dev == before.st_dev && now.st_ino == before.st_ino) return {};
+  return Cause::ofOurs(Operation::Open, "it was moved or replaced while it was copied", side);
 }
 
 }  // namespace
@@ -33,36 +39,39 @@ OpenFolder::OpenFolder(CopyContext& context, FileDescriptor source, FileDescript
 std::shared_ptr<OpenFolder> OpenFolder::make(CopyContext& context, int sourceFolder, const char* name,
                                              int targetFolder, const char* targetName,
                                              std::shared_ptr<const FolderPath> path, MayInherit mayInherit) {
-  FileDescriptor source = openOriginal(context, sourceFolder, name);
+  const auto failed = [&context, name, above = path.get()](const Cause& cause) {
+    context.fail(cause, above, name);
+    return nullptr;
+  };
+  auto source = openOriginal(context, sourceFolder, name);
   struct stat facts {};
-  if (!source || ::fstat(source.get(), &facts) != 0) {
-    context.fail();
-    return nullptr;
-  }
+  if (!source) return failed(source.cause());
+  if (::fstat(source->get(), &facts) != 0)
+    return failed(Cause::ofSystem(Operation::Look, Cause::Side::Original));
   const mode_t mode = S_IRWXU | (context.giver.modeToStartWith(facts) & (S_IRWXG | S_IRWXO));
-  if (::mkdirat(targetFolder, targetName, mode) != 0) {
-    context.fail();
-    return nullptr;
-  }
+  if (::mkdirat(targetFolder, targetName, mode) != 0) return failed(Cause::ofSystem(Operation::Make));
   FileDescriptor target(retried([&] { return ::openat(targetFolder, targetName, openToList); }));
-  std::shared_ptr<OpenFolder> folder(new OpenFolder(context, std::move(source), std::move(target)));
+  if (!target) return failed(Cause::ofSystem(Operation::Open));
+  std::shared_ptr<OpenFolder> folder(new OpenFolder(context, std::move(*source), std::move(target)));
   folder->facts_ = facts;
   folder->path_ = std::make_shared<FolderPath>(FolderPath{.above = std::move(path), .name = targetName});
   // Further down nobody else can write yet.
   const bool isWatched = mayInherit == MayInherit::Yes && context.rules.ownership == Ownership::ThisProcess;
-  if (!folder->target_ || ::fstat(folder->target(), &folder->made_) != 0 ||
-      (isWatched && !isNewFolder(folder->target(), mode)) ||
-      !context.giver.startFolder(folder->source(), folder->target(), facts, folder->made_, folder->later_,
-                                 mayInherit)) {
-    context.fail();
-    return nullptr;
-  }
+  if (::fstat(folder->target(), &folder->made_) != 0) return failed(Cause::ofSystem(Operation::Look));
+  if (isWatched && !isNewFolder(folder->target(), mode)) return failed(causeOfExchange());
+  const Cause cause = context.giver.startFolder(folder->source(), folder->target(), facts, folder->made_,
+                                                folder->later_, mayInherit);
+  if (cause) return failed(cause);
   return folder;
 }
 
 OpenFolder::~OpenFolder() {
   if (context_.hasFailed()) return;
-  if (!context_.giver.finishFolder(target_.get(), facts_, made_, later_)) context_.fail();
+  if (const Cause cause = context_.giver.finishFolder(target_.get(), facts_, made_, later_)) fail(cause);
+}
+
+void OpenFolder::fail(const Cause& cause) const noexcept {
+  context_.fail(cause, path_->above.get(), path_->name.c_str());
 }
 
 void OpenFolder::park() {
@@ -70,12 +79,13 @@ void OpenFolder::park() {
   target_.reset();
 }
 
-bool OpenFolder::unpark(const OpenFolder& child) {
-  source_ = openOriginal(context_, child.source(), "..");
+void OpenFolder::unpark(const OpenFolder& child) {
+  auto source = openOriginal(context_, child.source(), "..");
+  if (!source) return fail(source.cause());
+  source_ = std::move(*source);
+  if (const Cause cause = causeUnlessSame(source_, facts_, Cause::Side::Original)) return fail(cause);
   target_ = FileDescriptor(retried([&] { return ::openat(child.target(), "..", openToList); }));
-  if (isSame(source_, facts_) && isSame(target_, made_)) return true;
-  context_.fail();
-  return false;
+  if (const Cause cause = causeUnlessSame(target_, made_, Cause::Side::Copy)) return fail(cause);
 }
 
 }  // namespace halvorn

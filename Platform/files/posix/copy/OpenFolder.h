@@ -35,10 +35,13 @@ class OpenFolder {
   [[nodiscard]] NewItems& newItems() const { return newItems_; }
 
   // Closes both for as long as something far below is copied, and opens them again through "..", from a
-  // child. What is found there must be the same folders. One user only.
+  // child. What is found there must be the same folders, or the context is told. One user only.
   void park();
-  [[nodiscard]] bool unpark(const OpenFolder& child);
+  void unpark(const OpenFolder& child);
   [[nodiscard]] bool isParked() const { return !source_.isOpen(); }
+
+  // Tells the context what went wrong with the folder itself.
+  void fail(const Cause& cause) const noexcept;
 
  private:
   OpenFolder(CopyContext& context, FileDescriptor source, FileDescriptor target);

@@ -20,9 +20,9 @@ void copyTop(CopyContext& context, CopyScratch& scratch, const CopyPlace& place)
   struct stat facts {};
   {
     const RightsOf rights(context.rules.readAs);
-    if (!rights.holds() || ::fstatat(place.sourceFolder, place.name, &facts, AT_SYMLINK_NOFOLLOW) != 0) {
-      return context.fail();
-    }
+    if (!rights.holds()) return context.fail(causeOfMissingRights(), place);
+    if (::fstatat(place.sourceFolder, place.name, &facts, AT_SYMLINK_NOFOLLOW) != 0)
+      return context.fail(Cause::ofSystem(Cause::Operation::Look, Cause::Side::Original), place);
   }
   if (S_ISREG(facts.st_mode)) return copyFile(context, scratch, place);
   if (!S_ISDIR(facts.st_mode)) return copyUnopened(context, place, facts);
@@ -33,8 +33,8 @@ void copyTop(CopyContext& context, CopyScratch& scratch, const CopyPlace& place)
 
 }  // namespace
 
-bool copyTree(const ItemPlace& from, const ItemPlace& to, const CopyRules& rules) {
-  CopyContext context(rules, to.folder.get());
+std::optional<FileFailure> copyTree(const ItemPlace& from, const ItemPlace& to, const CopyRules& rules) {
+  CopyContext context(rules, to.folder.get(), from.path, to.path);
   context.queue.allowWorkers(usualWorkers());
   const CopyPlace place{.sourceFolder = from.folder.get(),
                         .name = from.name.c_str(),
@@ -43,7 +43,7 @@ bool copyTree(const ItemPlace& from, const ItemPlace& to, const CopyRules& rules
                         .path = nullptr,
                         .mayInherit = MayInherit::Yes};
   context.queue.runAll([&](CopyScratch& scratch) { copyTop(context, scratch, place); });
-  return !context.hasFailed();
+  return context.failure();
 }
 
 }  // namespace halvorn

@@ -38,13 +38,14 @@ LinkCounts countLinks(int tree) {
   LinkCounts counts;
   const auto count = [&](int folder, const std::string& name) {
     struct stat facts {};
-    if (!isOursAlone(folder)) return true;
-    if (::fstatat(folder, name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0) return false;
+    if (!isOursAlone(folder)) return Cause();
+    if (::fstatat(folder, name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0)
+      return Cause::ofSystem(Cause::Operation::Look);
     if (isSharedFile(facts)) ++counts[{facts.st_dev, facts.st_ino}];
-    return true;
+    return Cause();
   };
   (void)walkTree(tree, ".",
-                 {.visitItem = count, .visitFolder = [](int, const std::string&) { return true; }});
+                 {.visitItem = count, .visitFolder = [](int, const std::string&) { return Cause(); }});
   return counts;
 }
 
@@ -73,7 +74,10 @@ bool giveTree(int fromFolder, int item, const Person& person) {
         [&] { return ::openat(folder, name.c_str(), SystemCalls::openPath | O_NOFOLLOW | O_CLOEXEC); }));
     return pinned && isOursAlone(folder) && giveItem(pinned.get(), person, counts);
   };
-  return walkTree(item, ".", {.visitItem = give, .visitFolder = give});
+  const auto visit = [&](int folder, const std::string& name) {
+    return give(folder, name) ? Cause() : Cause::ofOurs(Cause::Operation::Metadata, "it keeps its owner");
+  };
+  return !walkTree(item, ".", {.visitItem = visit, .visitFolder = visit});
 }
 
 }  // namespace halvorn

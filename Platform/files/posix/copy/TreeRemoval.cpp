@@ -7,18 +7,27 @@
 
 namespace halvorn {
 
-bool removeTree(const ItemPlace& place) {
+namespace {
+
+Cause removeOne(int folder, const std::string& name, int flags) {
+  const bool isGone = ::unlinkat(folder, name.c_str(), flags) == 0;
+  return isGone ? Cause() : Cause::ofSystem(Cause::Operation::Remove);
+}
+
+}  // namespace
+
+std::optional<FileFailure> removeTree(const ItemPlace& place) {
   // Asked first, since it decides whether anything in here may be removed at all.
-  if (::unlinkat(place.folder.get(), place.name.c_str(), 0) == 0) return true;
-  if (errno != EISDIR && errno != EPERM) return false;
+  const Cause cause = removeOne(place.folder.get(), place.name, 0);
+  if (!cause) return std::nullopt;
+  if (cause.error() != EISDIR && cause.error() != EPERM) return cause.at(place.path);
   const TreeVisitor remover{
-      .visitItem = [](int folder,
-                      const std::string& name) { return ::unlinkat(folder, name.c_str(), 0) == 0; },
-      .visitFolder =
-          [](int folder, const std::string& name) {
-            return ::unlinkat(folder, name.c_str(), AT_REMOVEDIR) == 0;
-          }};
-  return walkTree(place.folder.get(), place.name, remover);
+      .visitItem = [](int folder, const std::string& name) { return removeOne(folder, name, 0); },
+      .visitFolder = [](int folder,
+                        const std::string& name) { return removeOne(folder, name, AT_REMOVEDIR); }};
+  const auto failure = walkTree(place.folder.get(), place.name, remover);
+  if (!failure) return std::nullopt;
+  return failure->cause.at(place.path + failure->path);
 }
 
 }  // namespace halvorn

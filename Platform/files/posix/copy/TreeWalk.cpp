@@ -15,6 +15,8 @@ namespace {
 
 constexpr int openToList = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
+using Operation = Cause::Operation;
+
 // One folder on the way from the item down to where the walk is.
 struct Level {
   std::string name;  // in the folder above
@@ -27,59 +29,71 @@ class TreeWalk {
  public:
   TreeWalk(int top, const TreeVisitor& visitor) : top_(top), visitor_(visitor) {}
 
-  bool run(const std::string& name) {
+  std::optional<WalkFailure> run(const std::string& name) {
     struct stat facts {};
-    if (::fstatat(top_, name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0) return false;
-    if (!S_ISDIR(facts.st_mode)) return visitor_.visitItem(top_, name);
-    device_ = facts.st_dev;
-    if (!enter(top_, name)) return false;
-    while (!levels_.empty()) {
-      auto& left = levels_.back().foldersLeft;
-      if (left.empty()) {
-        if (!leave()) return false;
-        continue;
-      }
-      const std::string next = std::move(left.back());
-      left.pop_back();
-      if (!enter(current_.get(), next)) allDone_ = false;
+    if (::fstatat(top_, name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0) {
+      note(Cause::ofSystem(Operation::Look), name);
+    } else if (!S_ISDIR(facts.st_mode)) {
+      note(visitor_.visitItem(top_, name), name);
+    } else {
+      device_ = facts.st_dev;
+      walk(name);
     }
-    return allDone_;
+    return failure_;
   }
 
  private:
-  bool enter(int folder, const std::string& name) {
+  void walk(const std::string& name) {
+    enter(top_, name);
+    while (!levels_.empty()) {
+      auto& left = levels_.back().foldersLeft;
+      if (!left.empty()) {
+        const std::string next = std::move(left.back());
+        left.pop_back();
+        enter(current_.get(), next);
+      } else if (!leave()) {
+        return;
+      }
+    }
+  }
+
+  void enter(int folder, const std::string& name) {
     FileDescriptor opened(retried([&] { return ::openat(folder, name.c_str(), openToList); }));
     struct stat facts {};
-    // A folder that may not be read may still be empty, and then be visited.
-    if (!opened) return errno == EACCES && visitor_.visitFolder(folder, name);
-    if (::fstat(opened.get(), &facts) != 0 || facts.st_dev != device_) return false;
-    Level level{.name = name, .device = facts.st_dev, .number = facts.st_ino};
-    if (!visitItems(opened.get(), level.foldersLeft)) allDone_ = false;
-    levels_.push_back(std::move(level));
+    if (!opened && errno == EACCES) {
+      // A folder that may not be read may still be empty, and then be visited.
+      return note(visitor_.visitFolder(folder, name), name);
+    }
+    if (!opened) return note(Cause::ofSystem(Operation::Open), name);
+    if (::fstat(opened.get(), &facts) != 0) return note(Cause::ofSystem(Operation::Look), name);
+    if (facts.st_dev != device_)
+      return note(Cause::ofOurs(Operation::Open, "another file system is mounted there"), name);
+    levels_.push_back({.name = name, .device = facts.st_dev, .number = facts.st_ino});
     current_ = std::move(opened);
-    return true;
+    visitItems();
   }
 
   // Visits what is no folder and notes the folders.
-  bool visitItems(int folder, std::vector<std::string>& folders) {
+  void visitItems() {
+    const int folder = current_.get();
+    std::vector<std::string>& folders = levels_.back().foldersLeft;
     FileDescriptor again(retried([&] { return ::openat(folder, ".", openToList); }));
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(again ? ::fdopendir(again.get()) : nullptr, ::closedir);
-    if (stream == nullptr) return false;
+    if (stream == nullptr) return noteHere(Cause::ofSystem(Operation::List));
     (void)again.release();
-    bool all = true;
     errno = 0;
     while (const dirent* entry = ::readdir(stream.get())) {
       const std::string name = entry->d_name;
       if (name != "." && name != "..") {
         if (isFolder(folder, *entry)) {
           folders.push_back(name);
-        } else if (!visitor_.visitItem(folder, name)) {
-          all = false;
+        } else {
+          note(visitor_.visitItem(folder, name), name);
         }
       }
       errno = 0;
     }
-    return all && errno == 0;
+    if (errno != 0) noteHere(Cause::ofSystem(Operation::List));
   }
 
   static bool isFolder(int folder, const dirent& entry) {
@@ -94,16 +108,39 @@ class TreeWalk {
     levels_.pop_back();
     if (levels_.empty()) {
       current_.reset();
-      if (!visitor_.visitFolder(top_, name)) allDone_ = false;
+      note(visitor_.visitFolder(top_, name), name);
       return true;
     }
+    const Cause cause = goUp();
+    if (cause) {
+      noteHere(cause);
+      return false;
+    }
+    note(visitor_.visitFolder(current_.get(), name), name);
+    return true;
+  }
+
+  Cause goUp() {
     FileDescriptor above(retried([&] { return ::openat(current_.get(), "..", openToList); }));
     struct stat facts {};
-    if (!above || ::fstat(above.get(), &facts) != 0) return false;
-    if (facts.st_dev != levels_.back().device || facts.st_ino != levels_.back().number) return false;
+    if (!above || ::fstat(above.get(), &facts) != 0) return Cause::ofSystem(Operation::Open);
+    if (facts.st_dev != levels_.back().device || facts.st_ino != levels_.back().number)
+      return Cause::ofOurs(Operation::Open, "it was moved or replaced meanwhile");
     current_ = std::move(above);
-    if (!visitor_.visitFolder(current_.get(), name)) allDone_ = false;
-    return true;
+    return {};
+  }
+
+  // Something went wrong, perhaps, with what has that name in the folder where the walk is.
+  void note(const Cause& cause, const std::string& name) {
+    if (!cause || failure_) return;
+    noteHere(cause);
+    if (!levels_.empty()) failure_->path += "/" + name;
+  }
+  // And with that folder itself.
+  void noteHere(const Cause& cause) {
+    if (failure_) return;
+    failure_ = WalkFailure{.cause = cause, .path = {}};
+    for (std::size_t i = 1; i < levels_.size(); ++i) failure_->path += "/" + levels_[i].name;
   }
 
   int top_;
@@ -111,12 +148,12 @@ class TreeWalk {
   dev_t device_ = 0;
   FileDescriptor current_;
   std::vector<Level> levels_;
-  bool allDone_ = true;
+  std::optional<WalkFailure> failure_;
 };
 
 }  // namespace
 
-bool walkTree(int folder, const std::string& name, const TreeVisitor& visitor) {
+std::optional<WalkFailure> walkTree(int folder, const std::string& name, const TreeVisitor& visitor) {
   return TreeWalk(folder, visitor).run(name);
 }
 

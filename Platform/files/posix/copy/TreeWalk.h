@@ -4,21 +4,29 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
+
+#include "Platform/files/posix/copy/Cause.h"
 
 namespace halvorn {
 
 struct TreeVisitor {
   // Something that is no folder. `folder` is the folder it is in.
-  std::function<bool(int folder, const std::string& name)> visitItem;
+  std::function<Cause(int folder, const std::string& name)> visitItem;
   // A folder, after everything in it. `folder` is the one it is in.
-  std::function<bool(int folder, const std::string& name)> visitFolder;
+  std::function<Cause(int folder, const std::string& name)> visitFolder;
+};
+
+struct WalkFailure {
+  Cause cause;
+  std::string path;  // below the item that the walk began with, "/a/b"; empty for that item
 };
 
 // Visits what is in the folder `name` of `folder`, then that folder itself; or just the item when it is no
 // folder. Folders on other file systems than the item's are neither entered nor visited. A visitor that
-// answers false does not stop the walk. Fails: false when a visitor said so, or when anything could not be
-// visited.
-[[nodiscard]] bool walkTree(int folder, const std::string& name, const TreeVisitor& visitor);
+// fails does not stop the walk. Fails: answers the first that a visitor said, or that could not be visited.
+[[nodiscard]] std::optional<WalkFailure> walkTree(int folder, const std::string& name,
+                                                  const TreeVisitor& visitor);
 
 }  // namespace halvorn

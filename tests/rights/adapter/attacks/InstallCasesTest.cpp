@@ -184,7 +184,9 @@ TEST_P(InstallCases, AnItemThatCannotBeDeletedGivesTwoMessagesAndStatusTwo) {
   addOldCopy(destination());
   const Result result = install({source(), destination(), at("wrapper")});
   EXPECT_EQ(result.status, 2);
-  EXPECT_EQ(result.log, (Lines{"ERROR -- Could not delete " + at("target/Extras"),
+  EXPECT_EQ(result.log, (Lines{"CAUSE -- Device or resource busy: " + at("target/Extras") + " (remove)",
+                               "ERROR -- Could not delete " + at("target/Extras"),
+                               "CAUSE -- File exists: " + at("target/Extras") + " (make)",
                                "ERROR -- Could not copy auxiliary item to " + at("target/Extras")}));
   EXPECT_EQ(bytesOf(destination() + "/Contents/old"), "old");
   EXPECT_EQ(trashed(), 0);
@@ -195,7 +197,8 @@ TEST_P(InstallCases, ACopyThatCannotBeTrashedGivesTwoMessagesAndStatusOne) {
   world_->mount("tmpfs", destination(), "tmpfs", 0, "mode=777");
   const Result result = install({source(), destination()});
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(result.log, (Lines{"ERROR -- Could not trash '" + destination() + "'",
+  EXPECT_EQ(result.log, (Lines{"CAUSE -- Device or resource busy: " + destination() + " (move)",
+                               "ERROR -- Could not trash '" + destination() + "'",
                                "ERROR -- Could not trash existing " + destination()}));
   EXPECT_TRUE(fs::is_empty(destination()));
 }
@@ -203,7 +206,8 @@ TEST_P(InstallCases, ACopyThatCannotBeTrashedGivesTwoMessagesAndStatusOne) {
 TEST_P(InstallCases, AMissingSourceGivesStatusTwo) {
   const Result result = install({at("source/Other.app"), destination()});
   EXPECT_EQ(result.status, 2);
-  EXPECT_EQ(result.log, Lines{"ERROR -- Could not copy myself to " + destination()});
+  EXPECT_EQ(result.log, (Lines{"CAUSE -- No such file or directory: " + at("source/Other.app") + " (look)",
+                               "ERROR -- Could not copy myself to " + destination()}));
 }
 
 TEST_P(InstallCases, AWrapperThatCannotBeListedCountsAsEmpty) {
@@ -214,7 +218,9 @@ TEST_P(InstallCases, AWrapperThatCannotBeListedCountsAsEmpty) {
 TEST_P(InstallCases, AMissingParentWithoutAWrapperGivesStatusTwo) {
   const Result result = install({source(), at("target/Folder/Nas.app")});
   EXPECT_EQ(result.status, 2);
-  EXPECT_EQ(result.log, Lines{"ERROR -- Could not copy myself to " + at("target/Folder/Nas.app")});
+  EXPECT_EQ(result.log,
+            (Lines{"CAUSE -- No such file or directory: " + at("target/Folder/Nas.app") + " (reach)",
+                   "ERROR -- Could not copy myself to " + at("target/Folder/Nas.app")}));
 }
 
 TEST_P(InstallCases, ALinkAtTheDestinationIsTrashedItself) {

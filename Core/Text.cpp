@@ -152,8 +152,12 @@ Text Text::substring(std::size_t start, std::size_t count) const {
   return isShared ? sharedPart(start, count) : Text(std::u16string(units_.substr(start, count)));
 }
 
-bool Text::hasPrefix(const Text& prefix) const { return units().starts_with(prefix.units()); }
-bool Text::hasSuffix(const Text& suffix) const { return units().ends_with(suffix.units()); }
+bool Text::hasPrefix(const Text& prefix) const {
+  return !prefix.isEmpty() && units().starts_with(prefix.units());
+}
+bool Text::hasSuffix(const Text& suffix) const {
+  return !suffix.isEmpty() && units().ends_with(suffix.units());
+}
 bool Text::contains(const Text& part) const { return find(part) != npos; }
 std::size_t Text::find(const Text& part, std::size_t start) const {
   return units().find(part.units(), start);

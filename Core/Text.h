@@ -60,7 +60,8 @@ class Text {
   // Positions and lengths are clamped to the text. A range that is the whole text gives the same object.
   // Many pieces of one long text: TextPieces.
   [[nodiscard]] Text substring(std::size_t start, std::size_t count = npos) const;
-  [[nodiscard]] bool hasPrefix(const Text& prefix) const;  // true for the empty prefix
+  // An empty prefix or suffix matches nothing, not even the empty text.
+  [[nodiscard]] bool hasPrefix(const Text& prefix) const;
   [[nodiscard]] bool hasSuffix(const Text& suffix) const;
   [[nodiscard]] bool contains(const Text& part) const;
   // Unit for unit; npos when absent.

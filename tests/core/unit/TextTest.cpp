@@ -83,11 +83,17 @@ TEST(Text, MacRomanReadsEveryByteAsOneCharacter) {
 TEST(Text, FindsPrefixesSuffixesAndParts) {
   const Text text("/opt/Foo.app");
   EXPECT_TRUE(text.hasPrefix("/opt"));
-  EXPECT_TRUE(text.hasPrefix(""));
   EXPECT_TRUE(text.hasSuffix(".app"));
   EXPECT_FALSE(text.hasSuffix(".App"));
   EXPECT_EQ(text.find("Foo"), 5u);
   EXPECT_EQ(text.find("Foo", 6), Text::npos);
+}
+
+TEST(Text, AnEmptyPrefixOrSuffixMatchesNothing) {
+  for (const Text& text : {Text("Foo"), Text()}) {
+    EXPECT_FALSE(text.hasPrefix(""));
+    EXPECT_FALSE(text.hasSuffix(""));
+  }
 }
 
 TEST(Text, SplitsAtEverySeparator) {

@@ -73,6 +73,11 @@ TEST_F(AutoLaunchPath, TheFirstItemWhoseFileNameBeginsWithTheNameIsTaken) {
   EXPECT_EQ(choice.autoLaunchPathFor("Foo.app"), Text("/opt/Foo.app"));
 }
 
+TEST_F(AutoLaunchPath, AnEmptyNameIsTheBeginningOfNoItem) {
+  loginItems({Text("/opt/Foo.app")});
+  EXPECT_EQ(choice.autoLaunchPathFor(""), std::nullopt);
+}
+
 TEST_F(AutoLaunchPath, ItemsThatDoNotResolveAreSkipped) {
   loginItems({std::nullopt, Text("/opt/Foo.app")});
   EXPECT_EQ(choice.autoLaunchPathFor("Foo"), Text("/opt/Foo.app"));
@@ -81,11 +86,6 @@ TEST_F(AutoLaunchPath, ItemsThatDoNotResolveAreSkipped) {
 TEST_F(AutoLaunchPath, WithoutAListThereIsNone) {
   workspace.loginItemPaths = std::nullopt;
   EXPECT_EQ(choice.autoLaunchPathFor("Foo"), std::nullopt);
-}
-
-TEST_F(AutoLaunchPath, AnEmptyNameBeginsEveryFileName) {
-  loginItems({Text("/opt/Foo.app")});
-  EXPECT_EQ(choice.autoLaunchPathFor(""), Text("/opt/Foo.app"));
 }
 
 using PathToProcessToReplace = DestinationChoiceTest;

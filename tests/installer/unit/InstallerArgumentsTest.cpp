@@ -214,6 +214,14 @@ TEST_F(Arguments, AWrapperOutsideTheSourcesFolderIsRemoved) {
   EXPECT_FALSE(logHasPrefix("wrapper = "));
 }
 
+TEST_F(Arguments, ARelativeSourceLiesInNoFolderThatAWrapperCouldBe) {
+  bundles.setInfo("Foo.app", {{"CFBundleSignature", "FOOX"}});
+  files.addFolder("/Volumes/Other/Suite");
+  auto& controller = start({"-sourcePath", "Foo.app", "-wrapperPath", "/Volumes/Other/Suite"});
+  EXPECT_FALSE(controller.arguments().has(KTInstallerKeyWrapperPath));
+  EXPECT_FALSE(logHasPrefix("wrapper = "));
+}
+
 TEST_F(Arguments, AWrapperThatDoesNotExistIsRemoved) {
   auto& controller = start({"-sourcePath", product, "-wrapperPath", "/Volumes/NAS/Missing"});
   EXPECT_FALSE(controller.arguments().has(KTInstallerKeyWrapperPath));

@@ -72,7 +72,8 @@ class Text {
 
   // The number at the start: blanks skipped, sign, digits; 0 when there is none, clamped to the type's range.
   [[nodiscard]] std::int32_t intValue() const;
-  // The decimal number at the start ("2.5 s" is 2.5, "1e3" is 1000); 0 when there is none.
+  // The decimal number at the start ("2.5 s" is 2.5, "1e3" is 1000), blanks skipped; 0 when there is none.
+  // What is too large for the type is infinite.
   [[nodiscard]] float floatValue() const;
   [[nodiscard]] double doubleValue() const;
 

@@ -120,8 +120,6 @@ TEST(Text, ReadsRealsAtTheStartAndNoWords) {
   } cases[] = {{"2.5", 2.5f}, {"2.5 s", 2.5f}, {"-1", -1.0f}, {"+.5", 0.5f}, {"1e3", 1000.0f},
                {"soon", 0},   {"", 0},         {"inf", 0},    {"nan", 0},    {"1e-400", 0}};
   for (const auto& [text, value] : cases) EXPECT_EQ(Text(text).floatValue(), value) << text;
-  EXPECT_EQ(Text("1e400").floatValue(), std::numeric_limits<float>::max());
-  EXPECT_EQ(Text("-1e400").doubleValue(), -std::numeric_limits<double>::max());
 }
 
 TEST(Text, TrimsBlanksOfAllKindsAtBothEnds) {

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <string>
 
+#include "Core/RealPrinting.h"
+
 namespace halvorn {
 namespace {
 
@@ -57,7 +59,8 @@ std::optional<Placeholder> placeholderAt(std::u16string_view text, std::size_t p
   return result;
 }
 
-template <typename Value>
+// Whole numbers only: what C prints of them is the same in every locale.
+template <std::integral Value>
 Text printed(const std::string& pattern, Value value) {
   const int length = std::snprintf(nullptr, 0, pattern.c_str(), value);
   if (length < 0) return Text();
@@ -73,15 +76,16 @@ std::optional<Text> filled(const Placeholder& placeholder, const FormatArgument&
   switch (placeholder.conversion) {
     case '@':
       if (argument.integer()) return printed("%lld", static_cast<long long>(*argument.integer()));
-      if (argument.real()) return printed("%g", *argument.real());
+      if (argument.real()) return printedBriefly(*argument.real(), 6);
       return *argument.text();
     case 's':
       if (!argument.text()) return std::nullopt;
       return *argument.text();
     case 'f':
-      if (argument.integer()) return printed(percent + "f", static_cast<double>(*argument.integer()));
+      if (argument.integer())
+        return printedInFull(static_cast<double>(*argument.integer()), placeholder.flags);
       if (!argument.real()) return std::nullopt;
-      return printed(percent + "f", *argument.real());
+      return printedInFull(*argument.real(), placeholder.flags);
     case 'd':
     case 'i':
       if (!argument.integer()) return std::nullopt;

@@ -2,7 +2,7 @@
 //
 //   %@        a text ("(null)" for an absent one); %1$@ and so on name the argument
 //   %d %i %u  an integer;  %X %x  hexadecimal;  %f  a real;  %s  bytes;  %%  a percent sign
-//   flags, width and precision of numbers as in C: %02X, %1.3f
+//   flags, width and precision of numbers as in C: %02X, %1.3f; the point is a point in every locale
 //
 //   format("%1$@ %2$@ cannot be installed", name, version)
 //

@@ -1,17 +1,13 @@
 #include "Core/PropertyValue.h"
 
-#include <cstdio>
+#include "Core/RealPrinting.h"
 
 namespace halvorn {
 namespace {
 
 Text quoted(const Text& text) { return Text("\"") + text + Text("\""); }
 
-Text shortestReal(double value) {
-  char buffer[32];
-  std::snprintf(buffer, sizeof buffer, "%.12g", value);
-  return buffer;
-}
+constexpr int kSignificantDigits = 12;
 
 bool isTrueText(const Text& text) {
   const Text trimmed = text.trimmed();
@@ -41,8 +37,8 @@ Text PropertyValue::description() const {
   if (const Text* words = text()) return *words;
   if (const bool* flag = boolean()) return *flag ? "YES" : "NO";
   if (const auto* number = integer()) return std::to_string(*number);
-  if (const double* number = real()) return shortestReal(*number);
-  if (const Date* moment = date()) return shortestReal(moment->secondsSince1970);
+  if (const double* number = real()) return printedBriefly(*number, kSignificantDigits);
+  if (const Date* moment = date()) return printedBriefly(moment->secondsSince1970, kSignificantDigits);
   if (const PropertyData* bytes = data()) {
     const std::string size = std::to_string(bytes->bytes.size());
     return "<" + size + " bytes>";

@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdio>
+#include <iterator>
+#include <random>
+#include <string>
+
 #include "Core/Log.h"
 #include "tests/fakes/RecordingLog.h"
 
@@ -20,6 +26,28 @@ TEST(Format, PrintsNumbersAsCDoes) {
   EXPECT_EQ(format("%1.3fs", 0.0123), Text("0.012s"));
   EXPECT_EQ(format("quit delay: %1.1f", 2.5f), Text("quit delay: 2.5"));
   EXPECT_EQ(format("%u", 4'000'000'000u), Text("4000000000"));
+}
+
+TEST(Format, RealsOfEverySizeArePrintedAsCPrintsThemInItsOwnLocale) {
+  std::mt19937_64 random(7);
+  const auto below = [&](std::uint64_t limit) { return random() % limit; };
+  const double odd[] = {0.0, -0.0, HUGE_VAL, -HUGE_VAL, 0.5, 1.5, 2.5, 0.125, 1e308, 4.9e-324, 999999.5};
+  for (int round = 0; round < 20'000; ++round) {
+    std::string flags;
+    for (std::uint64_t count = below(3); count > 0; --count) flags += "-+ #0"[below(5)];
+    if (below(2) != 0) flags += std::to_string(1 + below(20));
+    if (below(2) != 0) flags += "." + (below(4) == 0 ? std::string() : std::to_string(below(25)));
+    const double value =
+        below(8) == 0 ? odd[below(std::size(odd))]
+                      : std::ldexp(static_cast<double>(random()) - 9e18, static_cast<int>(below(200)) - 100);
+    char expected[600];
+    std::snprintf(expected, sizeof expected, ("%" + flags + "f").c_str(), value);
+    ASSERT_EQ(format(Text("%" + flags + "f"), value), Text(expected)) << flags;
+    std::snprintf(expected, sizeof expected, "%g", value);
+    ASSERT_EQ(format("%@", value), Text(expected));
+    std::snprintf(expected, sizeof expected, "%.12g", value);
+    ASSERT_EQ(PropertyValue(value).description(), Text(expected));
+  }
 }
 
 TEST(Format, AnAbsentTextReadsAsNull) {

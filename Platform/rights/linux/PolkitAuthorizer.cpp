@@ -55,7 +55,7 @@ Authorizer::Result grantedInVain(int error) {
 }
 
 void logObstacle(const Log& log, const Text& tool, const ToolObstacle& obstacle) {
-  const Text reason(std::strerror(obstacle.error));
+  const Text reason(::strerrordesc_np(obstacle.error));
   switch (obstacle.kind) {
     case ToolObstacle::Kind::NoAbsolutePath:
       if (tool.isEmpty()) return log("The installer has no tool for the administrator");
@@ -115,7 +115,7 @@ Authorizer::Result PolkitAuthorizer::requestAdministratorRights(const Text& tool
   auto [run, error] = start(pkexec->bytes(), toolPath.bytes(), words);
   if (run == nullptr && error == 0) return withdrawn();
   if (run == nullptr) {
-    log_("No administrator rights: %@ could not be started: %@", pkexec, std::strerror(error));
+    log_("No administrator rights: %@ could not be started: %@", pkexec, ::strerrordesc_np(error));
     return {};
   }
   const PkexecRun::Moment moment = run->waitForStartOrEnd();

@@ -1,12 +1,24 @@
 #include "Core/Paths.h"
 
+#include <algorithm>
+
 namespace halvorn::Paths {
 namespace {
 
-Text withoutTrailingSlashes(const Text& path) {
-  std::size_t length = path.length();
-  while (length > 1 && path.at(length - 1) == u'/') --length;
-  return path.substring(0, length);
+// The same object when nothing is to be done, as for nearly every path.
+Text withSingleSlashes(const Text& path) {
+  if (path.units().find(u"//") == Text::npos) return path;
+  std::u16string units;
+  for (const char16_t unit : path.units()) {
+    if (unit != u'/' || units.empty() || units.back() != u'/') units.push_back(unit);
+  }
+  return Text(std::move(units));
+}
+
+// Without slashes at its end or in a row.
+Text standardized(const Text& path) {
+  const Text single = withSingleSlashes(path);
+  return single.length() > 1 && single.hasSuffix("/") ? single.substring(0, single.length() - 1) : single;
 }
 
 std::size_t lastSlash(const Text& path) { return path.units().rfind(u'/'); }
@@ -21,24 +33,22 @@ std::size_t extensionPoint(const Text& name) {
 }  // namespace
 
 Text lastComponent(const Text& path) {
-  const Text trimmed = withoutTrailingSlashes(path);
+  const Text trimmed = standardized(path);
   const std::size_t slash = lastSlash(trimmed);
   if (slash == Text::npos || trimmed.length() == 1) return trimmed;
   return trimmed.substring(slash + 1);
 }
 
 Text deletingLastComponent(const Text& path) {
-  const Text trimmed = withoutTrailingSlashes(path);
+  const Text trimmed = standardized(path);
   const std::size_t slash = lastSlash(trimmed);
   if (slash == Text::npos) return Text();
-  return withoutTrailingSlashes(trimmed.substring(0, slash == 0 ? 1 : slash));
+  return trimmed.substring(0, slash == 0 ? 1 : slash);
 }
 
 Text appending(const Text& path, const Text& component) {
-  if (path.isEmpty()) return component;
-  if (component.isEmpty()) return path;
-  return withoutTrailingSlashes(path).hasSuffix("/") ? Text("/") + component
-                                                     : withoutTrailingSlashes(path) + Text("/") + component;
+  if (path.isEmpty() || component.isEmpty()) return standardized(path + component);
+  return standardized(path + Text("/") + component);
 }
 
 Text extension(const Text& path) {
@@ -48,7 +58,7 @@ Text extension(const Text& path) {
 }
 
 Text deletingExtension(const Text& path) {
-  const Text trimmed = withoutTrailingSlashes(path);
+  const Text trimmed = standardized(path);
   const Text name = lastComponent(trimmed);
   const std::size_t point = extensionPoint(name);
   if (point == Text::npos) return trimmed;
@@ -72,7 +82,7 @@ Text expandingTilde(const Text& path, const Text& home) {
 }
 
 Text abbreviatingWithTilde(const Text& path, const Text& home) {
-  const Text folder = withoutTrailingSlashes(home);
+  const Text folder = standardized(home);
   if (folder.length() < 2) return path;
   if (path == folder) return "~";
   return path.hasPrefix(folder + "/") ? Text("~") + path.substring(folder.length()) : path;

@@ -1,6 +1,7 @@
 // Paths as texts: splitting and joining, without asking any file system.
 //
-// A path ending in slashes means the same as without them, "/" apart. Nothing here resolves "." or "..".
+// A path ending in slashes means the same as without them, "/" apart, and slashes in a row the same as one:
+// no path made here has either. Nothing here resolves "." or "..".
 #pragma once
 
 #include <vector>

@@ -54,6 +54,20 @@ TEST(Paths, AppendsWithOneSlashBetween) {
   EXPECT_EQ(Paths::appending("/a", ""), Text("/a"));
 }
 
+TEST(Paths, SlashesInARowCountOnceWhereverAPathIsTakenApartOrPutTogether) {
+  EXPECT_EQ(Paths::deletingLastComponent("/m//W///Foo.app"), Text("/m/W"));
+  EXPECT_EQ(Paths::deletingLastComponent("//m//Foo.app"), Text("/m"));
+  EXPECT_EQ(Paths::deletingLastComponent("m//W//Foo.app//"), Text("m/W"));
+  EXPECT_EQ(Paths::deletingLastComponent("//Foo.app"), Text("/"));
+  EXPECT_EQ(Paths::appending("/m//W", "Foo.app"), Text("/m/W/Foo.app"));
+  EXPECT_EQ(Paths::appending("//", "/Foo.app"), Text("/Foo.app"));
+  EXPECT_EQ(Paths::appending("/m/", "//W//Foo.app"), Text("/m/W/Foo.app"));
+  EXPECT_EQ(Paths::appending("", "a//b"), Text("a/b"));
+  EXPECT_EQ(Paths::appending("/m//W", ""), Text("/m/W"));
+  EXPECT_EQ(Paths::deletingExtension("/m//W//Foo.app"), Text("/m/W/Foo"));
+  EXPECT_EQ(Paths::deletingExtension("/m//W//Foo"), Text("/m/W/Foo"));
+}
+
 TEST(Paths, ComponentsBeginWithTheRootOfAnAbsolutePath) {
   EXPECT_EQ(Paths::components("/Volumes/NAS//x/"), (std::vector<Text>{"/", "Volumes", "NAS", "x"}));
   EXPECT_EQ(Paths::components("a/b"), (std::vector<Text>{"a", "b"}));

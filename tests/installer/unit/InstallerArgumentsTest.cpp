@@ -222,6 +222,16 @@ TEST_F(Arguments, ARelativeSourceLiesInNoFolderThatAWrapperCouldBe) {
   EXPECT_FALSE(logHasPrefix("wrapper = "));
 }
 
+TEST_F(Arguments, SlashesInARowInTheSourcePathDoNotLoseTheWrapper) {
+  files.addFile("/Volumes//NAS///Suite//Foo.app/Contents/Info.plist");
+  files.addFolder("/Volumes/NAS/Suite");
+  bundles.setInfo("/Volumes//NAS///Suite//Foo.app", {{"CFBundleSignature", "FOOX"}});
+  auto& controller =
+      start({"-sourcePath", "/Volumes//NAS///Suite//Foo.app", "-wrapperPath", "/Volumes/NAS/Suite"});
+  EXPECT_EQ(controller.arguments().text(KTInstallerKeyWrapperPath), Text("/Volumes/NAS/Suite"));
+  EXPECT_EQ(controller.arguments().text(KTInstallerKeyDestinationPath), Text("/Applications/Suite/Foo.app"));
+}
+
 TEST_F(Arguments, AWrapperThatDoesNotExistIsRemoved) {
   auto& controller = start({"-sourcePath", product, "-wrapperPath", "/Volumes/NAS/Missing"});
   EXPECT_FALSE(controller.arguments().has(KTInstallerKeyWrapperPath));

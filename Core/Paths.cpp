@@ -76,9 +76,12 @@ std::vector<Text> components(const Text& path) {
 
 bool isAbsolute(const Text& path) { return path.hasPrefix("/"); }
 
-Text expandingTilde(const Text& path, const Text& home) {
-  if (path == Text("~")) return home;
-  return path.hasPrefix("~/") ? appending(home, path.substring(2)) : path;
+Text expandingTilde(const Text& path, const Text& home, const HomeOfAccount& homeOfAccount) {
+  if (!path.hasPrefix("~")) return path;
+  const std::size_t end = std::min(path.find(u'/'), path.length());
+  OptionalText folder = home;
+  if (end > 1) folder = homeOfAccount ? homeOfAccount(path.substring(1, end - 1)) : std::nullopt;
+  return folder ? appending(*folder, path.substring(end)) : path;
 }
 
 Text abbreviatingWithTilde(const Text& path, const Text& home) {

@@ -4,6 +4,7 @@
 // no path made here has either. Nothing here resolves "." or "..".
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "Core/Text.h"
@@ -24,8 +25,13 @@ namespace halvorn::Paths {
 [[nodiscard]] std::vector<Text> components(const Text& path);
 [[nodiscard]] bool isAbsolute(const Text& path);
 
-// "~" and "~/x" with the home folder put in; any other path (also "~name") unchanged.
-[[nodiscard]] Text expandingTilde(const Text& path, const Text& home);
+// The home folder of the account of that name; nullopt when there is no such account.
+using HomeOfAccount = std::function<OptionalText(const Text& account)>;
+// "~" and "~/x" with the home folder put in, "~name" and "~name/x" with that account's; any other path, and
+// that of an account which does not exist, unchanged. Who knows that no account is named gives no
+// `homeOfAccount`.
+[[nodiscard]] Text expandingTilde(const Text& path, const Text& home,
+                                  const HomeOfAccount& homeOfAccount = {});
 // The home folder and what lies below it with "~" for it; any other path unchanged.
 [[nodiscard]] Text abbreviatingWithTilde(const Text& path, const Text& home);
 

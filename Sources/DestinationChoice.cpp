@@ -125,8 +125,10 @@ Text DestinationChoice::localizedPath(const Text& path) const {
 
 Text DestinationChoice::recursiveLocalizedPath(const Text& path) const {
   if (path.length() < 3) return path;
-  const Text name =
-      services_.workspace.displayName(Paths::expandingTilde(path, services_.searchPaths.homeFolder()));
+  const Text expanded = Paths::expandingTilde(
+      path, services_.searchPaths.homeFolder(),
+      [this](const Text& account) { return services_.searchPaths.homeFolderOf(account); });
+  const Text name = services_.workspace.displayName(expanded);
   return Paths::appending(recursiveLocalizedPath(Paths::deletingLastComponent(path)), name);
 }
 

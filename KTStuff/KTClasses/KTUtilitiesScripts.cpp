@@ -26,7 +26,8 @@ OptionalText KTUtilitiesScripts::runShellScript(const Text& path,
                                                 const std::optional<std::vector<Text>>& withParameters,
                                                 double timeout) {
   const Text home = searchPaths_.homeFolder();
-  const Text script = Paths::expandingTilde(path, home);
+  const Text script = Paths::expandingTilde(
+      path, home, [this](const Text& account) { return searchPaths_.homeFolderOf(account); });
   const Text scriptName = Paths::lastComponent(script);
   const OptionalText outputFile = temporaryFiles_.create();
   if (!outputFile) return format("script %@ failed: %@", scriptName, "no temporary file for its output");

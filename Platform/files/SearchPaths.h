@@ -12,6 +12,8 @@ class SearchPaths {
   virtual ~SearchPaths() = default;
   // Absolute, without "~". Never empty, also when the environment names none.
   [[nodiscard]] virtual Text homeFolder() const = 0;
+  // That of the account of that name, absolute; nullopt when there is no such account, or it has no home.
+  [[nodiscard]] virtual OptionalText homeFolderOf(const Text& account) const = 0;
   // Applications folders of all users, the one to use last; they need not exist.
   [[nodiscard]] virtual std::vector<Text> localApplicationsFolders() const = 0;
   // Applications folders of this user, the one to use last; they need not exist and are not made here.

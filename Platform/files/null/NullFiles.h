@@ -42,6 +42,7 @@ class NullFileChangeNotices : public FileChangeNotices {
 class NullSearchPaths : public SearchPaths {
  public:
   Text homeFolder() const override { return "/"; }
+  OptionalText homeFolderOf(const Text&) const override { return std::nullopt; }
   std::vector<Text> localApplicationsFolders() const override { return {}; }
   std::vector<Text> userApplicationsFolders() const override { return {}; }
   std::vector<Text> volumeFolders() const override { return {}; }

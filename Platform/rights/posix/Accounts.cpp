@@ -27,18 +27,29 @@ std::vector<gid_t> askForGroups(int (*call)(const char*, Number, Number*, int*),
   }
 }
 
-}  // namespace
-
-std::optional<Account> accountWithUid(uid_t uid) {
+// `ask` is one of the reentrant questions, given all but its key.
+template <typename Question>
+std::optional<Account> accountFrom(Question ask) {
   passwd entry = {};
   passwd* found = nullptr;
   std::vector<char> buffer(1024);
-  while (::getpwuid_r(uid, &entry, buffer.data(), buffer.size(), &found) == ERANGE) {
+  while (ask(&entry, buffer.data(), buffer.size(), &found) == ERANGE) {
     if (buffer.size() > 1024 * 1024) return std::nullopt;
     buffer.resize(buffer.size() * 2);
   }
   if (found == nullptr) return std::nullopt;
   return Account{entry.pw_uid, entry.pw_gid, entry.pw_name, entry.pw_dir, entry.pw_shell};
+}
+
+}  // namespace
+
+std::optional<Account> accountWithUid(uid_t uid) {
+  return accountFrom([uid](auto... rest) { return ::getpwuid_r(uid, rest...); });
+}
+
+std::optional<Account> accountNamed(const std::string& name) {
+  if (name.find('\0') != std::string::npos) return std::nullopt;
+  return accountFrom([&name](auto... rest) { return ::getpwnam_r(name.c_str(), rest...); });
 }
 
 std::vector<gid_t> groupsOf(const Account& account) { return askForGroups(::getgrouplist, account); }

@@ -19,6 +19,8 @@ struct Account {
 
 // nullopt when the database has no such number.
 [[nodiscard]] std::optional<Account> accountWithUid(uid_t uid);
+// nullopt when the database has no such name.
+[[nodiscard]] std::optional<Account> accountNamed(const std::string& name);
 // The account's own group and all others it is in.
 [[nodiscard]] std::vector<gid_t> groupsOf(const Account& account);
 // The groups besides its own that this process is in.

@@ -12,6 +12,11 @@ namespace halvorn {
 XdgSearchPaths::XdgSearchPaths(const XdgFolders& folders, const Text& sharedApplications)
     : home_(folders.home()), dataHome_(folders.dataHome()), sharedApplications_(sharedApplications) {}
 
+OptionalText XdgSearchPaths::homeFolderOf(const Text& account) const {
+  const auto found = accountNamed(account.bytes());
+  return found && found->home.starts_with('/') ? OptionalText(found->home) : std::nullopt;
+}
+
 std::vector<Text> XdgSearchPaths::localApplicationsFolders() const {
   std::vector<Text> folders = {"/opt"};
   const auto shared = findItem(sharedApplications_.bytes());

@@ -13,6 +13,7 @@ class XdgSearchPaths : public SearchPaths {
   explicit XdgSearchPaths(const XdgFolders& folders, const Text& sharedApplications = "/Applications");
 
   Text homeFolder() const override { return home_; }
+  OptionalText homeFolderOf(const Text& account) const override;
   std::vector<Text> localApplicationsFolders() const override;
   std::vector<Text> userApplicationsFolders() const override;
   // /Volumes, and where desktops mount for the person: /media/<name> and /run/media/<name>.

@@ -98,6 +98,12 @@ TEST(XdgFolders, TheHomeFolderComesFromThePasswordDatabaseWhenNobodyNamesIt) {
   EXPECT_EQ(XdgFolders(Environment(Environment::Variables{{"HOME", "relative"}})).home(), home);
 }
 
+TEST(XdgSearchPaths, KnowTheHomeFolderOfEveryAccount) {
+  const XdgSearchPaths paths(XdgFolders(Environment(Environment::Variables{{"HOME", "/home/anna"}})));
+  EXPECT_EQ(paths.homeFolderOf("root"), Text("/root"));
+  EXPECT_EQ(paths.homeFolderOf(Text(std::u16string(u"root\0x", 6))), std::nullopt);
+}
+
 TEST(XdgSearchPaths, NameTheApplicationsFolders) {
   const TemporaryFolder folder;
   const XdgFolders folders(Environment(Environment::Variables{{"HOME", "/home/anna"}}));

@@ -159,6 +159,8 @@ TYPED_TEST(BundlesContract, LoginItemsComeInOrderAndMayFailToResolve) {
 TYPED_TEST(BundlesContract, FoldersAreAbsoluteAndTheHomeFolderIsThePersons) {
   const SearchPaths& paths = this->world.searchPaths();
   EXPECT_EQ(paths.homeFolder(), this->world.home());
+  EXPECT_EQ(paths.homeFolderOf("no such account"), std::nullopt);
+  EXPECT_EQ(paths.homeFolderOf(""), std::nullopt);
   EXPECT_EQ(paths.userApplicationsFolders().back(), this->world.home() + Text("/Applications"));
   ASSERT_FALSE(paths.localApplicationsFolders().empty());
   EXPECT_TRUE(paths.localApplicationsFolders().back().hasPrefix("/"));

@@ -74,10 +74,24 @@ TEST(Paths, ComponentsBeginWithTheRootOfAnAbsolutePath) {
   EXPECT_TRUE(Paths::components("").empty());
 }
 
-TEST(Paths, TildeStandsForTheHomeFolderOnly) {
-  EXPECT_EQ(Paths::expandingTilde("~/Library", "/home/anna"), Text("/home/anna/Library"));
-  EXPECT_EQ(Paths::expandingTilde("~", "/home/anna"), Text("/home/anna"));
-  EXPECT_EQ(Paths::expandingTilde("~bert/x", "/home/anna"), Text("~bert/x"));
+TEST(Paths, TildeStandsForTheHomeFolderOfTheNamedAccountElseOfThePerson) {
+  const auto homeOfAccount = [](const Text& account) {
+    return account == Text("bert") ? OptionalText("/srv/bert") : std::nullopt;
+  };
+  const auto expanded = [&](const Text& path) {
+    return Paths::expandingTilde(path, "/home/anna", homeOfAccount);
+  };
+  EXPECT_EQ(expanded("~/Library"), Text("/home/anna/Library"));
+  EXPECT_EQ(expanded("~"), Text("/home/anna"));
+  EXPECT_EQ(expanded("~bert"), Text("/srv/bert"));
+  EXPECT_EQ(expanded("~bert/x"), Text("/srv/bert/x"));
+  EXPECT_EQ(expanded("~no body/x"), Text("~no body/x"));
+  EXPECT_EQ(expanded("/a/~bert"), Text("/a/~bert"));
+  EXPECT_EQ(expanded(""), Text(""));
+  EXPECT_EQ(Paths::expandingTilde("~bert/x", "/home/anna"), Text("~bert/x")) << "nobody to ask";
+}
+
+TEST(Paths, TheHomeFolderIsAbbreviatedByATilde) {
   EXPECT_EQ(Paths::abbreviatingWithTilde("/home/anna/x", "/home/anna/"), Text("~/x"));
   EXPECT_EQ(Paths::abbreviatingWithTilde("/home/anna", "/home/anna"), Text("~"));
   EXPECT_EQ(Paths::abbreviatingWithTilde("/home/annabel", "/home/anna"), Text("/home/annabel"));

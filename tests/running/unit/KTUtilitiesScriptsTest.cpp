@@ -69,6 +69,11 @@ TEST_F(RunShellScript, ExpandsALeadingTilde) {
   EXPECT_EQ(utilities.runShellScript("~/bin/report.sh", std::nullopt, 10), Text("found"));
 }
 
+TEST_F(RunShellScript, ExpandsATildeBeforeAnAccountsName) {
+  tasks.programs["/srv/bert/bin/report.sh"] = {.output = "found"};
+  EXPECT_EQ(utilities.runShellScript("~bert/bin/report.sh", std::nullopt, 10), Text("found"));
+}
+
 TEST_F(RunShellScript, LooksEveryMillisecond) {
   tasks.programs[script] = {.seconds = 0.0105};
   (void)utilities.runShellScript(script, std::nullopt, 10);

@@ -10,11 +10,12 @@ namespace {
 
 // Sorted.
 constexpr std::string_view kBlocks[] = {
-    "address", "article", "aside", "blockquote", "body",     "caption",    "center", "dd",     "details",
-    "dir",     "div",     "dl",    "dt",         "fieldset", "figcaption", "figure", "footer", "form",
-    "h1",      "h2",      "h3",    "h4",         "h5",       "h6",         "header", "hr",     "html",
-    "legend",  "li",      "main",  "men",        "nav",      "ol",         "option", "p",      "pre",
-    "section", "summary", "table", "tbody",      "tfoot",    "thead",      "tr",     "ul"};
+    "address",  "article", "aside",  "blockquote", "body",    "caption",  "center",     "dd",      "details",
+    "dialog",   "dir",     "div",    "dl",         "dt",      "fieldset", "figcaption", "figure",  "footer",
+    "form",     "h1",      "h2",     "h3",         "h4",      "h5",       "h6",         "header",  "hgroup",
+    "hr",       "html",    "legend", "li",         "listing", "main",     "menu",       "nav",     "ol",
+    "optgroup", "option",  "p",      "plaintext",  "pre",     "search",   "section",    "summary", "table",
+    "tbody",    "tfoot",   "thead",  "tr",         "ul",      "xmp"};
 constexpr std::string_view kHidden[] = {"head", "script", "style", "template", "title"};
 constexpr std::string_view kPreformatted[] = {"listing", "plaintext", "pre", "textarea", "xmp"};
 static_assert(std::is_sorted(std::begin(kBlocks), std::end(kBlocks)));

@@ -47,7 +47,8 @@ class FileManager {
 
   // Opens the existing file for reading and writing and closes it again.
   [[nodiscard]] virtual bool opensForReadingAndWriting(const Text& path) const = 0;
-  // Creates an empty file that was not there, for reading and writing, and closes it.
+  // Creates an empty file that was not there, for reading and writing, and closes it. Its mode is what new
+  // files have by default: read and write for everybody, less what the process's mask takes away.
   [[nodiscard]] virtual bool createEmptyFile(const Text& path) = 0;
 };
 

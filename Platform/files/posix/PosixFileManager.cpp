@@ -188,8 +188,9 @@ bool PosixFileManager::createEmptyFile(const Text& path) {
     const auto place = placeToWrite(path);
     if (!place) return false;
     const int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    return static_cast<bool>(FileDescriptor(retried(
-        [&] { return ::openat(place->folder.get(), place->name.c_str(), flags, S_IRUSR | S_IWUSR); })));
+    constexpr mode_t kForEverybody = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    return static_cast<bool>(FileDescriptor(
+        retried([&] { return ::openat(place->folder.get(), place->name.c_str(), flags, kForEverybody); })));
   });
 }
 

@@ -149,6 +149,19 @@ TEST_F(TextFiles, AppendingCreatesAMissingFileAndAppendsOnLaterCalls) {
   EXPECT_EQ(bytesOf(folder_ / "log"), "gr\xFC\xDF Gott");
 }
 
+TEST_F(TextFiles, AFileMadeByAppendingHasTheModeThatNewFilesHave) {
+  const auto modeUnder = [&](mode_t mask) {
+    const std::string path = folder_ / ("mode" + std::to_string(mask));
+    const mode_t before = ::umask(mask);
+    EXPECT_TRUE(appendToFile("a", path, TextEncodings::utf8, files_, handles_, codecs_));
+    ::umask(before);
+    return fs::status(path).permissions();
+  };
+  EXPECT_EQ(modeUnder(022), fs::perms(0644));
+  EXPECT_EQ(modeUnder(007), fs::perms(0660));
+  EXPECT_EQ(modeUnder(077), fs::perms(0600));
+}
+
 TEST_F(TextFiles, AppendingWhatTheEncodingLacksLeavesTheFileAsItWas) {
   write("log", "before");
   EXPECT_FALSE(appendToFile("日本", folder_ / "log", TextEncodings::latin1, files_, handles_, codecs_));

@@ -2,7 +2,9 @@
 
 #include <unicode/ucnv.h>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace halvorn::IcuEncodings {
 namespace {
@@ -13,6 +15,8 @@ struct Entry {
 };
 
 constexpr TextEncoding kUtf32 = 0x8C000100;  // with byte-order detection
+
+constexpr TextEncoding kKorean7Bit = 0x80000840;
 
 constexpr Entry kEntries[] = {
     {TextEncodings::ascii, "US-ASCII"},
@@ -54,7 +58,7 @@ constexpr Entry kEntries[] = {
     {0x80000508, "windows-1258"},
     {0x80000631, "GBK"},
     {0x80000632, "GB18030"},
-    {0x80000840, "ISO-2022-KR"},
+    {kKorean7Bit, "ISO-2022-KR"},
     {0x80000930, "GB2312"},
     {0x80000940, "EUC-KR"},
     {0x80000A02, "KOI8-R"},
@@ -81,6 +85,15 @@ const char* converterForReading(TextEncoding encoding) {
 const char* converterForWriting(TextEncoding encoding) {
   if (encoding == TextEncodings::unicode) return "UTF-16BE";
   return encoding == kUtf32 ? "UTF-32BE" : converterForReading(encoding);
+}
+
+Misreading misreadingOf(TextEncoding encoding) {
+  // Tables for the machines of one maker, where 0x1A, 0x1C and 0x7F changed places.
+  constexpr TextEncoding kMixingControlCharacters[] = {8, 0x80000400, 0x80000410, 0x80000412, 0x80000419};
+  if (encoding == kKorean7Bit) return {u"\x1C\x7F\x1A\u20A9\\", u"\x1A\x1C\x7F\\\u20A9"};
+  const bool mixes = std::find(std::begin(kMixingControlCharacters), std::end(kMixingControlCharacters),
+                               encoding) != std::end(kMixingControlCharacters);
+  return mixes ? Misreading{u"\x1C\x7F\x1A", u"\x1A\x1C\x7F"} : Misreading();
 }
 
 std::optional<TextEncoding> encodingNamed(const char* name) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string_view>
 
 #include "Platform/text/TextCodecs.h"
 
@@ -14,5 +15,12 @@ namespace halvorn::IcuEncodings {
 
 // By any name or alias that ICU knows.
 [[nodiscard]] std::optional<TextEncoding> encodingNamed(const char* name);
+
+// Characters of ASCII that the converter takes for others, unit for unit; both empty for most encodings.
+struct Misreading {
+  std::u16string_view read;    // what the converter makes of the bytes, and takes for them
+  std::u16string_view really;  // what the bytes stand for
+};
+[[nodiscard]] Misreading misreadingOf(TextEncoding encoding);
 
 }  // namespace halvorn::IcuEncodings

@@ -58,6 +58,15 @@ bool isMarkLeft(TextEncoding encoding) {
          encoding == TextEncodings::utf32LittleEndian;
 }
 
+// Every unit of `from` by the one in its place in `to`.
+void replaceUnits(std::u16string& units, std::u16string_view from, std::u16string_view to) {
+  if (from.empty()) return;
+  for (char16_t& unit : units) {
+    const std::size_t place = from.find(unit);
+    if (place != std::u16string_view::npos) unit = to[place];
+  }
+}
+
 }  // namespace
 
 std::optional<Text> IcuTextCodecs::decode(std::string_view bytes, TextEncoding encoding) const {
@@ -68,13 +77,22 @@ std::optional<Text> IcuTextCodecs::decode(std::string_view bytes, TextEncoding e
                          static_cast<std::int32_t>(bytes.size()), error);
   });
   if (!units) return std::nullopt;
+  const IcuEncodings::Misreading misreading = IcuEncodings::misreadingOf(encoding);
+  replaceUnits(*units, misreading.read, misreading.really);
   if (isMarkLeft(encoding) && units->starts_with(u'\uFEFF')) units->erase(0, 1);
   return Text(std::move(*units));
 }
 
 std::optional<std::string> IcuTextCodecs::encode(const Text& text, TextEncoding encoding) const {
   const Converter converter = openConverter(IcuEncodings::converterForWriting(encoding));
-  const std::u16string_view units = text.units();
+  std::u16string_view units = text.units();
+  const IcuEncodings::Misreading misreading = IcuEncodings::misreadingOf(encoding);
+  std::u16string asTaken;
+  if (!misreading.read.empty()) {
+    asTaken = units;
+    replaceUnits(asTaken, misreading.really, misreading.read);
+    units = asTaken;
+  }
   if (!converter || units.size() > kLargestSize) return std::nullopt;
   return converted<std::string>(units.size() * 2 + 16, [&](auto* buffer, auto capacity, auto* error) {
     return ucnv_fromUChars(converter.get(), buffer, capacity, units.data(),

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Platform/text/linux/HtmlReferences.h"
+
 namespace halvorn {
 namespace {
 
@@ -109,32 +111,36 @@ constexpr bool isUnacceptable(char16_t unit) {
   return isControl || (unit & 0xF800) == 0xD800 || unit >= 0xFFFE;
 }
 
-bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
-
-// Whether a number follows the "&#" that the rest begins with; without one the parser would leave the "&#"
-// out.
-bool isNumberReference(std::u16string_view rest) {
-  const char16_t first = rest.size() > 2 ? rest[2] : u' ';
-  if (first != u'x' && first != u'X') return isDigit(first);
-  const char16_t second = rest.size() > 3 ? rest[3] : u' ';
-  const char16_t lower = static_cast<char16_t>(second | 0x20);
-  return isDigit(second) || (lower >= u'a' && lower <= u'f');
+// Resolved text that the parser takes for text, also within an attribute.
+void appendAsText(std::u16string& units, std::u16string_view text) {
+  for (const char16_t unit : text) {
+    if (std::u16string_view(u"&<>\"'").find(unit) != std::u16string_view::npos) {
+      units.append(u"&#").append(
+          {static_cast<char16_t>(u'0' + unit / 10), static_cast<char16_t>(u'0' + unit % 10)});
+      units.push_back(u';');
+    } else {
+      units.push_back(isUnacceptable(unit) && (unit & 0xF800) != 0xD800 ? u'\uFFFD' : unit);
+    }
+  }
 }
 
 // UTF-8 that the parser accepts in full, so that no text is lost. U+FFFD stands for what it would leave out.
+// The parser knows the references of an older standard, so none is left to it.
 std::string parseable(const Text& html) {
   const std::u16string_view source = html.units();
   std::u16string units;
   units.reserve(source.size() + source.size() / 8);
   for (std::size_t i = 0; i < source.size(); ++i) {
     const char16_t unit = source[i];
-    if (isHighSurrogate(unit) && i + 1 < source.size() && isLowSurrogate(source[i + 1])) {
+    if (unit == u'&') {
+      const auto reference = htmlReferenceAt(source.substr(i));
+      appendAsText(units, reference ? reference->text : u"&");
+      if (reference) i += reference->length - 1;
+    } else if (isHighSurrogate(unit) && i + 1 < source.size() && isLowSurrogate(source[i + 1])) {
       units.append(source, i++, 2);
-      continue;
+    } else {
+      units.push_back(isUnacceptable(unit) ? u'\uFFFD' : unit);
     }
-    units.push_back(isUnacceptable(unit) ? u'\uFFFD' : unit);
-    const bool isReference = unit == u'&' && source.substr(i + 1, 1) == u"#";
-    if (isReference && !isNumberReference(source.substr(i))) units.append(u"amp;");
   }
   return Text(std::move(units)).bytes();
 }

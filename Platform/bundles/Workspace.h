@@ -26,9 +26,9 @@ class Workspace {
   [[nodiscard]] virtual bool hasIcon(const Text& path) = 0;
   // The name people see: localized, the extension ".app" hidden; else the file name.
   [[nodiscard]] virtual Text displayName(const Text& path) const = 0;
-  // What the session starts by itself when the person logs in, in list order, each as the path it resolves to:
-  // the bundle around its program, else the program; nullopt for an item that does not resolve. The whole
-  // answer is nullopt when there is no list at all.
+  // What the session starts by itself when the person logs in, in list order, each as the bundle that it
+  // starts; nullopt for an item that starts none, so that nobody takes a plain file for a bundle that can be
+  // replaced. The whole answer is nullopt when there is no list at all.
   [[nodiscard]] virtual std::optional<std::vector<OptionalText>> loginItems() const = 0;
 };
 

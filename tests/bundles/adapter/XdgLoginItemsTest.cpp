@@ -36,24 +36,31 @@ class XdgLoginItemsTest : public testing::Test {
     return putFile(folder_ / path, "#!/bin/sh\n", Executable::Yes);
   }
   OptionalText path(const std::string& name) const { return Text(folder_ / name); }
+  // A bundle whose program is found in PATH by that name, as distributions install them.
+  OptionalText bundleInPath(const std::string& name) const {
+    const std::string target = program("opt/" + name + ".app/" + name);
+    fs::create_directories(folder_ / "bin");
+    fs::create_symlink(target, folder_ / ("bin/" + name));
+    return path("opt/" + name + ".app");
+  }
 
   TemporaryFolder folder_;
 };
 
 TEST_F(XdgLoginItemsTest, WithoutFoldersTheListIsEmpty) { EXPECT_EQ(items(), Items{}); }
 
-TEST_F(XdgLoginItemsTest, AnItemIsTheBundleAroundItsProgramElseTheProgram) {
+TEST_F(XdgLoginItemsTest, AnItemIsTheBundleAroundItsProgramAndWithoutABundleItDoesNotResolve) {
   program("opt/Foo.app/Contents/Linux/Foo");
   program("opt/Flat.app/Flat");
   program("opt/tool");
   entry("config", "a.desktop", "Exec=" + (folder_ / "opt/Foo.app/Contents/Linux/Foo") + " --hidden %U");
   entry("config", "b.desktop", "Exec=" + (folder_ / "opt/Flat.app/Flat"));
   entry("config", "c.desktop", "Exec=" + (folder_ / "opt/tool"));
-  EXPECT_EQ(items(), (Items{path("opt/Foo.app"), path("opt/Flat.app"), path("opt/tool")}));
+  EXPECT_EQ(items(), (Items{path("opt/Foo.app"), path("opt/Flat.app"), std::nullopt}));
 }
 
 TEST_F(XdgLoginItemsTest, ThePersonsEntriesComeFirstAndHideTheSystems) {
-  for (const char* const name : {"bin/a", "bin/b", "bin/c", "bin/d"}) program(name);
+  const auto a = bundleInPath("a"), b = bundleInPath("b"), c = bundleInPath("c"), d = bundleInPath("d");
   entry("two", "b.desktop", "Exec=d");
   entry("two", "0.desktop", "Exec=d");
   entry("one", "b.desktop", "Exec=b");
@@ -61,16 +68,16 @@ TEST_F(XdgLoginItemsTest, ThePersonsEntriesComeFirstAndHideTheSystems) {
   entry("config", "z.desktop", "Exec=a");
   entry("config", "c.desktop", "Hidden=true");
   entry("config", "notes.txt", "Exec=a");
-  EXPECT_EQ(items(), (Items{path("bin/a"), path("bin/b"), path("bin/d")}));
+  EXPECT_EQ(items(), (Items{a, b, d}));
 }
 
 TEST_F(XdgLoginItemsTest, EntriesForOtherDesktopsAreNotInTheList) {
-  program("bin/a");
+  const auto a = bundleInPath("a");
   entry("config", "a.desktop", "Exec=a\nOnlyShowIn=KDE;");
   entry("config", "b.desktop", "Exec=a\nNotShowIn=KDE;GNOME;");
   EXPECT_EQ(items(), Items{});
   entry("config", "c.desktop", "Exec=a\nOnlyShowIn=KDE;GNOME;");
-  EXPECT_EQ(items(), (Items{path("bin/a")}));
+  EXPECT_EQ(items(), (Items{a}));
 }
 
 TEST_F(XdgLoginItemsTest, AnEntryThatStartsNothingDoesNotResolve) {

@@ -76,8 +76,7 @@ OptionalText XdgLoginItems::resolve(const DesktopEntry& entry) const {
   if (!item || !isRegularFile(*item)) return std::nullopt;
   if (const OptionalText bundle = bundleAround(program)) return bundle;
   // A link in a folder of programs stands for the program it leads to.
-  const OptionalText bundle = bundleAround(Text(item->realPath));
-  return bundle ? bundle : OptionalText(Text(program));
+  return bundleAround(Text(item->realPath));
 }
 
 }  // namespace halvorn

@@ -15,7 +15,7 @@ class XdgFolders;
 
 // The person's own entries come before the system's, each folder's by file name. A file of the person's hides
 // the system's of that name. Hidden entries and those for other desktops than the running one are not in the
-// list; an entry whose program is not there does not resolve.
+// list; an entry whose program is not there, or lies in no bundle, does not resolve.
 class XdgLoginItems {
  public:
   XdgLoginItems(const XdgFolders& folders, const Environment& environment);

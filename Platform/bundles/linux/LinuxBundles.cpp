@@ -24,11 +24,23 @@ void letStandIn(PropertyDictionary& info, const char* missing, const char* other
   if (value) info.emplace(missing, *value);
 }
 
+// One bundle can name a thing for several systems: "KEY-linux" answers for "KEY" here, for every key.
+void takeKeysForLinux(PropertyDictionary& info) {
+  const Text forLinux = "-linux";
+  PropertyDictionary answers;
+  for (const auto& [key, value] : info) {
+    const bool isForLinux = key.hasSuffix(forLinux) && key.length() > forLinux.length();
+    if (isForLinux) answers.emplace(key.substring(0, key.length() - forLinux.length()), value);
+  }
+  for (const auto& [key, value] : answers) info.insert_or_assign(key, value);
+}
+
 std::optional<PropertyDictionary> readInformation(const BundleFolder& bundle) {
   for (const Text& file : informationFiles(bundle)) {
     const auto bytes = bundle.read(file, PropertyListLimits{}.fileBytes);
     auto info = bytes ? readPropertyDictionary(*bytes) : std::nullopt;
     if (!info) continue;
+    takeKeysForLinux(*info);
     if (bundle.layout() == BundleFolder::Layout::Flat) {
       letStandIn(*info, "CFBundleExecutable", "NSExecutable");
       letStandIn(*info, "CFBundleIconFile", "NSIcon");

@@ -17,8 +17,8 @@ class LinuxBundles : public Bundles {
   [[nodiscard]] static Text pathOfThisProgram();
 
   Text mainBundlePath() const override { return mainBundlePath_; }
-  // In flat bundles NSExecutable, NSIcon and ApplicationRelease stand in where the keys CFBundleExecutable,
-  // CFBundleIconFile and CFBundleShortVersionString are missing.
+  // "KEY-linux" answers for "KEY". In flat bundles NSExecutable, NSIcon and ApplicationRelease stand in where
+  // the keys CFBundleExecutable, CFBundleIconFile and CFBundleShortVersionString are missing.
   std::optional<PropertyDictionary> infoDictionary(const Text& bundlePath) const override;
   OptionalText pathForResource(const Text& bundlePath, const Text& name, const Text& type) const override;
   std::vector<Text> resourcePaths(const Text& bundlePath) const override;

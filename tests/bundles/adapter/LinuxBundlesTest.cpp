@@ -59,6 +59,34 @@ TEST_F(LinuxBundlesOnDisk, InAFlatBundleItsOwnKeysStandInForMissingOnes) {
   EXPECT_EQ(textForKey(*info, "NSIcon"), Text("A.tiff"));
 }
 
+TEST_F(LinuxBundlesOnDisk, AKeyForLinuxAnswersForTheKey) {
+  file("Both.app/Contents/Info.plist",
+       infoPlist(
+           plistEntry("LSMinimumSystemVersion", "10.13") + plistEntry("LSMinimumSystemVersion-linux", "6.1") +
+           plistEntry("LSMinimumSystemVersion-macos", "11.0") + plistEntry("CFBundleExecutable", "Foo") +
+           plistEntry("CFBundleExecutable-linux", "foo") + plistEntry("CFBundleSignature-linux", "FOOX") +
+           "<key>Types-linux</key><array><true/></array><key>-linux</key><string>x</string>"));
+  file("Both.app/Contents/Linux/foo");
+  file("Both.app/Contents/MacOS/Foo");
+  const auto info = bundles().infoDictionary(path("Both.app"));
+  ASSERT_TRUE(info);
+  EXPECT_EQ(textForKey(*info, "LSMinimumSystemVersion"), Text("6.1"));
+  EXPECT_EQ(textForKey(*info, "LSMinimumSystemVersion-macos"), Text("11.0"));
+  EXPECT_EQ(textForKey(*info, "CFBundleSignature"), Text("FOOX"));
+  EXPECT_EQ(info->at("Types"), PropertyValue(PropertyArray{true}));
+  EXPECT_EQ(textForKey(*info, ""), std::nullopt) << "of no key at all";
+  EXPECT_EQ(bundles().executablePath(path("Both.app")), path("Both.app/Contents/Linux/foo"));
+}
+
+TEST_F(LinuxBundlesOnDisk, InAFlatBundleAKeyForLinuxStandsInLikeTheKey) {
+  file("A.app/Resources/Info-gnustep.plist",
+       "{ NSExecutable = A1; \"NSExecutable-linux\" = A2; \"NSIcon-linux\" = \"A.tiff\"; }");
+  const auto info = bundles().infoDictionary(path("A.app"));
+  ASSERT_TRUE(info);
+  EXPECT_EQ(textForKey(*info, "CFBundleExecutable"), Text("A2"));
+  EXPECT_EQ(textForKey(*info, "CFBundleIconFile"), Text("A.tiff"));
+}
+
 TEST_F(LinuxBundlesOnDisk, WhatCannotBeReadAsInformationCountsAsMissing) {
   file("Broken.app/Contents/Info.plist", "<plist><dict><key>");
   file("List.app/Contents/Info.plist", "(a, b)");

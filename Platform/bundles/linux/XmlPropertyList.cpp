@@ -3,14 +3,17 @@
 #include <expat.h>
 
 #include <charconv>
+#include <limits>
 #include <map>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "Core/RealReading.h"
 #include "Platform/bundles/linux/PropertyListDates.h"
 #include "Platform/bundles/linux/TextDecoding.h"
+#include "Platform/text/linux/IcuTextCodecs.h"
 
 namespace halvorn {
 namespace {
@@ -57,12 +60,47 @@ std::optional<PropertyValue> integerFrom(std::string_view text) {
 
 std::optional<PropertyValue> realFrom(std::string_view text) {
   text = trimmed(text);
-  if (text.starts_with('+')) text.remove_prefix(1);
-  double value = 0.0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  if (error != std::errc() || stop != end) return std::nullopt;
-  return PropertyValue(value);
+  const auto [value, length] = realAtStart<double>(text);
+  if (length > 0) return length == text.size() ? std::optional(PropertyValue(value)) : std::nullopt;
+  const bool isNegative = text.starts_with('-');
+  if (isNegative || text.starts_with('+')) text.remove_prefix(1);
+  const double infinity = std::numeric_limits<double>::infinity();
+  if (text == "inf" || text == "infinity") return PropertyValue(isNegative ? -infinity : infinity);
+  if (text == "nan") return PropertyValue(std::numeric_limits<double>::quiet_NaN());
+  return std::nullopt;
+}
+
+// The name of the encoding in "<?xml version=... encoding=...?>"; empty without one.
+std::string_view declaredEncoding(std::string_view bytes) {
+  if (!bytes.starts_with("<?xml")) return {};
+  const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
+  constexpr std::string_view kBlanks = " \t\r\n";
+  const std::size_t word = declaration.find("encoding");
+  if (word == std::string_view::npos) return {};
+  std::size_t start = declaration.find_first_not_of(kBlanks, word + std::string_view("encoding").size());
+  if (start == std::string_view::npos || declaration[start] != '=') return {};
+  start = declaration.find_first_not_of(kBlanks, start + 1);
+  if (start == std::string_view::npos || (declaration[start] != '"' && declaration[start] != '\'')) return {};
+  const std::size_t end = declaration.find(declaration[start], start + 1);
+  return end == std::string_view::npos ? std::string_view() : declaration.substr(start + 1, end - start - 1);
+}
+
+// Those that the parser reads by itself, in any case.
+bool isKnownToTheParser(std::string_view encoding) {
+  std::string name(encoding);
+  for (char& character : name) {
+    if (character >= 'a' && character <= 'z') character = static_cast<char>(character - 'a' + 'A');
+  }
+  return name == "UTF-8" || name == "UTF-16" || name == "ISO-8859-1" || name == "US-ASCII";
+}
+
+// The list in UTF-8 when it is in an encoding that the parser does not read by itself; nullopt for one that
+// is in none at all.
+std::optional<std::string> decodedByDeclaration(std::string_view bytes) {
+  const IcuTextCodecs codecs;
+  const auto encoding = codecs.encodingForIanaName(Text(declaredEncoding(bytes)));
+  const auto text = encoding ? codecs.decode(bytes, *encoding) : std::nullopt;
+  return text ? std::optional(text->bytes()) : std::nullopt;
 }
 
 // Builds the value from expat's events; a list that is wrong anywhere stops the parser.
@@ -198,7 +236,12 @@ class XmlReader {
 }  // namespace
 
 std::optional<PropertyValue> readXmlPropertyList(std::string_view bytes, const PropertyListLimits& limits) {
-  if (!looksLikeUtf16(bytes)) return XmlReader(limits, nullptr).read(bytes);
+  if (!looksLikeUtf16(bytes)) {
+    const std::string_view encoding = declaredEncoding(bytes);
+    if (encoding.empty() || isKnownToTheParser(encoding)) return XmlReader(limits, nullptr).read(bytes);
+    const auto decoded = decodedByDeclaration(bytes);
+    return decoded ? XmlReader(limits, "UTF-8").read(*decoded) : std::nullopt;
+  }
   const auto text = decodeText(bytes);
   if (!text) return std::nullopt;
   return XmlReader(limits, "UTF-8").read(text->bytes());

@@ -91,6 +91,63 @@ TEST(PropertyList, XmlIsReadInEveryEncodingItComesIn) {
             PropertyValue("ä"));
 }
 
+TEST(PropertyList, XmlIsReadInTheEncodingItDeclares) {
+  const struct {
+    const char* encoding;
+    const char* bytes;
+    Text text;
+  } cases[] = {
+      {"windows-1252", "\x80\xE4\x93", "€ä“"},
+      {"macintosh", "\x8A\xDB", "ä€"},
+      {"latin1", "\xE4\xA4", "ä¤"},
+      {"utf8", "\xC3\xA4\xE2\x82\xAC", "ä€"},
+      {"UTF8", "\xC3\xA4", "ä"},
+      {"iso-8859-15", "\xA4", "€"},
+      {"Shift_JIS", "\x93\xFA\x96\x7B", "日本"},
+      {"koi8-r", "\xF0", "П"},
+      {"ISO-8859-1", "\xE4", "ä"},
+      {"us-ascii", "a", "a"},
+  };
+  for (const auto& c : cases) {
+    const std::string list = "?><plist><string>"s + c.bytes + "</string></plist>";
+    for (const std::string& declaration :
+         {"<?xml version=\"1.0\" encoding=\""s + c.encoding + "\"",
+          "<?xml version = '1.0'\n\tencoding = '"s + c.encoding + "' standalone='yes' "}) {
+      EXPECT_EQ(readPropertyList(declaration + list), PropertyValue(c.text)) << c.encoding;
+    }
+  }
+  for (const char* const declaration :
+       {"<?xml version='1.0' encoding='klingon'?>", "<?xml version='1.0' encoding=''?>",
+        "<?xml version='1.0' encoding='windows-1252?>", "<?xml version='1.0' encoding='us-ascii'?>",
+        "<?xml version='1.0' encoding='utf8'?>"}) {
+    EXPECT_EQ(readPropertyList(declaration + "<string>\xE4</string>"s), std::nullopt) << declaration;
+  }
+}
+
+TEST(PropertyList, RealsOfEverySizeAreTheNearestNumbers) {
+  const std::pair<std::string, double> cases[] = {{"0." + std::string(400, '0') + "1", 0.0},
+                                                  {"1" + std::string(400, '0') + "e-395", 1e5},
+                                                  {"1e400", HUGE_VAL},
+                                                  {"-1e400", -HUGE_VAL},
+                                                  {"+2.5", 2.5},
+                                                  {" -.5e1\n", -5.0},
+                                                  {"+infinity", HUGE_VAL},
+                                                  {"-inf", -HUGE_VAL}};
+  for (const auto& [text, value] : cases) {
+    EXPECT_EQ(readPropertyList(xml("<real>" + text + "</real>")), PropertyValue(value)) << text;
+    if (text.find_first_of("in") != std::string::npos) continue;
+    EXPECT_EQ(readPropertyList("{ a = <*R" + text + ">; }"),
+              PropertyValue(PropertyDictionary{{"a", PropertyValue(value)}}))
+        << text;
+  }
+  const auto none = readPropertyList(xml("<real>nan</real>"));
+  ASSERT_TRUE(none && none->real());
+  EXPECT_TRUE(std::isnan(*none->real()));
+  for (const char* const text : {"1.5x", "", "-", "infinite", "1 2", "0x10", "++1"}) {
+    EXPECT_EQ(readPropertyList(xml("<real>"s + text + "</real>")), std::nullopt) << text;
+  }
+}
+
 TEST(PropertyList, XmlNumbersAtTheirLimits) {
   const struct {
     const char* text;

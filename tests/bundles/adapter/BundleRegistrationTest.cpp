@@ -109,6 +109,28 @@ TEST_F(BundleRegistrationTest, HostileNamesAreWrittenSafelyAndStart) {
   }
 }
 
+TEST_F(BundleRegistrationTest, APathWithControlCharactersIsRefusedOrItsEntryIsValid) {
+  std::vector<std::string> characters;
+  for (char character = 1; character < ' '; ++character) characters.emplace_back(1, character);
+  for (const char* const other : {"\x7F", "\xC2\x80", "\xC2\x85", "\xC2\x9F", "\xE2\x80\xA8"}) {
+    characters.emplace_back(other);
+  }
+  int refused = 0;
+  for (const std::string& character : characters) {
+    fs::remove_all(data());
+    const int status = registerBundle(bundle("F" + character + "o"));
+    if (status == RegistrationStatus::kUnusablePath) {
+      ++refused;
+      EXPECT_TRUE(entries().empty()) << testing::PrintToString(character);
+    } else {
+      EXPECT_EQ(status, 0) << testing::PrintToString(character);
+      ASSERT_EQ(entries().size(), 1u);
+      expectValid(entries().front());
+    }
+  }
+  EXPECT_LT(refused, static_cast<int>(characters.size())) << "ends of lines and tabulators can be written";
+}
+
 TEST_F(BundleRegistrationTest, AnIdentifierChoosesNoFileOutsideItsOwnKind) {
   const std::string others = putFile(data() + "/applications/firefox.desktop", "mine");
   int number = 0;

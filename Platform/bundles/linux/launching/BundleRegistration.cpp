@@ -63,6 +63,16 @@ std::string fileNameFor(const std::string& identifier) {
 
 bool isUtf8(const Text& text) { return Text::fromStrictUtf8(text.bytes()).has_value(); }
 
+// Whether an entry can name the program: in UTF-8, and without control characters but those that have a way
+// to be written.
+bool canBeWritten(const Text& program) {
+  const std::u16string_view units = program.units();
+  return isUtf8(program) && std::none_of(units.begin(), units.end(), [](char16_t unit) {
+           const bool hasEscape = unit == u'\n' || unit == u'\t' || unit == u'\r';
+           return (unit < u' ' && !hasEscape) || unit == 0x7F;
+         });
+}
+
 // On one line and fit for a file that must be UTF-8.
 std::string nameForEntry(const Text& name) {
   std::u16string units(name.units());
@@ -142,7 +152,7 @@ int BundleRegistration::registerBundle(const Text& bundlePath) const {
   if (!findItem(bundlePath.bytes())) return RegistrationStatus::kNotFound;
   const OptionalText program = bundles_.executablePath(bundlePath);
   if (!program || Paths::extension(bundlePath) != Text("app")) return RegistrationStatus::kNotAnApplication;
-  if (!Paths::isAbsolute(bundlePath) || !isUtf8(*program)) return RegistrationStatus::kUnusablePath;
+  if (!Paths::isAbsolute(bundlePath) || !canBeWritten(*program)) return RegistrationStatus::kUnusablePath;
   const PropertyDictionary info = bundles_.infoDictionary(bundlePath).value_or(PropertyDictionary());
   const std::map<std::string, std::string> names = namesOf(bundlePath, info);
   if (names.at("").empty()) return RegistrationStatus::kUnusablePath;

@@ -120,7 +120,7 @@ class Probe {
     AlertDescription alert;
     alert.style = AlertDescription::Style::Informational;
     alert.messageText =
-        "Sample 2.1 cannot be installed on this computer because it requires Linux 99.0 or newer.";
+        "Sample 2.1 cannot be installed on this computer because it requires Linux kernel 99.0 or newer.";
     alert.informativeText =
         "To check if an older version of Sample is available for your computer, please visit our software "
         "archive.";

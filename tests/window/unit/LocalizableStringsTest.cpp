@@ -99,8 +99,8 @@ TEST_F(RealTable, TheVersionAlertNamesThisSystem) {
   const char* key =
       "%1$@ %2$@ cannot be installed on this computer because it requires Mac OS X %3$@ or newer.";
   EXPECT_EQ(localized("en", key),
-            "%1$@ %2$@ cannot be installed on this computer because it requires Linux %3$@ or newer.");
-  EXPECT_TRUE(localized("de", key).contains("Linux %3$@"));
+            "%1$@ %2$@ cannot be installed on this computer because it requires Linux kernel %3$@ or newer.");
+  EXPECT_TRUE(localized("de", key).contains("Linux-Kernel %3$@"));
 }
 
 TEST_F(RealTable, EscapesInKeysAndValuesAreTheirCharacters) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -38,6 +39,13 @@ void FlowFixture::SetUp() {
   image_ = std::make_unique<TemporaryFolder>();
   fs::create_directories(applications());
   makeSampleProduct(image());
+  if (const char* locale = std::getenv("KT_FLOW_LOCALE")) useLocale(locale);
+}
+
+void FlowFixture::useLocale(const std::string& name) {
+  if (const auto missing = MadeLocale::missing(name)) GTEST_SKIP() << *missing;
+  locale_ = std::make_unique<MadeLocale>(name);
+  for (const std::string& entry : locale_->environment()) desktop_->setEnvironment(entry);
 }
 
 void FlowFixture::TearDown() {

@@ -12,6 +12,7 @@
 
 #include "tests/support/Desktop.h"
 #include "tests/support/InstallerDriver.h"
+#include "tests/support/MadeLocale.h"
 #include "tests/support/SampleProduct.h"
 
 namespace halvorn {
@@ -20,6 +21,10 @@ class FlowFixture : public ::testing::Test {
  protected:
   void SetUp() override;
   void TearDown() override;
+
+  // Everything that is started from now on runs in the locale ("de_DE") and speaks English. Skips the test
+  // when the locale cannot be made here. Every flow does it when KT_FLOW_LOCALE names a locale.
+  void useLocale(const std::string& name);
 
   [[nodiscard]] Desktop& desktop() { return *desktop_; }
   // The folder that stands for the mounted image, with Sample.app 2.0 on it.
@@ -60,6 +65,7 @@ class FlowFixture : public ::testing::Test {
   };
 
  private:
+  std::unique_ptr<MadeLocale> locale_;
   std::unique_ptr<TemporaryFolder> image_;
   std::unique_ptr<Desktop> desktop_;
 };

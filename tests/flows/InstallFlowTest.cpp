@@ -233,6 +233,27 @@ TEST_F(InstallFlow, ItQuitsByItselfAfterTheDelay) {
   EXPECT_EQ(versionOfBundle(destination()), "2.0");
 }
 
+// The toolkit sets the person's locale for the whole program.
+class InstallFlowInALocale : public InstallFlow, public testing::WithParamInterface<const char*> {};
+
+TEST_P(InstallFlowInALocale, TheWholeLogIsTheSameAsEverywhere) {
+  useLocale(GetParam());
+  if (IsSkipped()) return;
+  const fs::path old = makeSampleProduct(applications(), {.version = "1.0"});
+  ChildProcess running({old / "Contents/Linux/Sample"},
+                       {.environment = desktop().environmentWith(reportEntry())});
+  ASSERT_TRUE(startedVersion("1.0"));
+  InstallerDriver installer(desktop(), {"-sourcePath", product(), "-completionQuit", "1.5"});
+  ASSERT_TRUE(installer.click("Install"));
+  EXPECT_EQ(installer.process().waitForEnd(60), 0);
+  EXPECT_EQ(wholeLog(), startLog({"-sourcePath", "<image>/Sample.app", "-completionQuit", "1.5"},
+                                 {{"completionQuit", "\"1.5\""}}) +
+                            kInstall + kQuitting + installLog() + Lines{"quit delay: 1.5"});
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, InstallFlowInALocale, testing::Values("de_DE", "ar_EG", "fa_IR"),
+                         [](const auto& locale) { return std::string(locale.param); });
+
 TEST_F(InstallFlow, AWrapperBringsItsItemsAlong) {
   const fs::path suite = image() / "Sample Suite";
   fs::create_directories(suite);

@@ -76,6 +76,7 @@ std::vector<std::string> Desktop::environment() const {
   }
   if (!busAddress_.empty()) result.push_back("DBUS_SESSION_BUS_ADDRESS=" + busAddress_);
   if (!accessibilityAddress_.empty()) result.push_back("QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1");
+  for (const std::string& entry : added_) setEntry(result, entry);
   return result;
 }
 

@@ -46,6 +46,9 @@ class Desktop {
   // The same with these entries added, or put in place of those of the same name.
   [[nodiscard]] std::vector<std::string> environmentWith(const std::vector<std::string>& entries) const;
 
+  // Puts the entry into that environment, for programs started from now on.
+  void setEnvironment(const std::string& entry) { added_.push_back(entry); }
+
   [[nodiscard]] const std::string& displayName() const { return displayName_; }  // ":7"; "" without
   [[nodiscard]] const std::string& busAddress() const { return busAddress_; }    // "" without
   [[nodiscard]] const std::string& accessibilityAddress() const { return accessibilityAddress_; }
@@ -65,6 +68,7 @@ class Desktop {
   void startAccessibility();
 
   TemporaryFolder folder_;
+  std::vector<std::string> added_;
   std::string displayName_;
   std::string busAddress_;
   std::string accessibilityAddress_;

@@ -9,7 +9,7 @@ endif()
 configure_file(${CMAKE_SOURCE_DIR}/Resources/Info.plist.in ${contents}/Info.plist @ONLY)
 
 set(resources InstallerWindow.xml HalvornInstaller.icns AlertStopIcon.png AlertStopIcon@2x.png Checkmark.png
-  Checkmark@2x.png en.lproj/Localizable.strings de.lproj/Localizable.strings)
+  Checkmark@2x.png GenericApplication.png GenericApplication@2x.png en.lproj/Localizable.strings de.lproj/Localizable.strings)
 set(copies)
 foreach(file ${resources} sounds/Done.aiff sounds/SoundOfSilence.aiff)
   string(REGEX REPLACE "^sounds/" "" place ${file})

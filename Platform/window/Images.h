@@ -24,7 +24,8 @@ class Images {
   // A picture of the installer's own resources by name, without extension ("AlertStopIcon"); null when
   // missing.
   [[nodiscard]] virtual ImagePointer imageNamed(const Text& name) = 0;
-  // The icon the desktop shows for the item at the path; null when the desktop has none.
+  // The icon the desktop shows for the item at the path, at least that of some application for a bundle; null
+  // when there is no item, or the desktop has no icon for it.
   [[nodiscard]] virtual ImagePointer iconForFile(const Text& path) = 0;
 };
 

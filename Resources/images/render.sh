@@ -8,6 +8,8 @@ draw AlertStopIcon ../AlertStopIcon.png 64
 draw AlertStopIcon ../AlertStopIcon@2x.png 128
 draw Checkmark ../Checkmark.png 24
 draw Checkmark ../Checkmark@2x.png 48
+draw GenericApplication ../GenericApplication.png 128
+draw GenericApplication ../GenericApplication@2x.png 256
 sizes=$(mktemp -d)
 for side in 16 32 64 128 256 512; do draw HalvornInstaller "$sizes/$side.png" "$side"; done
 python3 - "$sizes" ../HalvornInstaller.icns <<'END'

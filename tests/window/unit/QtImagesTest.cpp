@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <QBuffer>
+#include <QImageReader>
 #include <QPainter>
 #include <QtEndian>
 #include <filesystem>
@@ -64,6 +65,40 @@ TEST(QtImages, EveryCommonFormatIsRead) {
     ASSERT_TRUE(image) << format;
     EXPECT_EQ(image->pixmap(64, 1.0).size(), QSize(40, 20)) << format << " is not blown up";
     EXPECT_EQ(image->pixmap(20, 1.0).size(), QSize(20, 10)) << format << " keeps its proportions";
+  }
+}
+
+TEST(QtImages, TiffOfEitherByteOrderIsRead) {
+  if (!QImageReader::supportedImageFormats().contains("tiff"))
+    GTEST_SKIP() << "the toolkit reads no TIFF here";
+  QByteArray bytes = encoded(48, 48, "TIFF", Qt::green);
+  ASSERT_TRUE(bytes.startsWith("II*") || bytes.startsWith("MM"));
+  const auto image = imageFromBytes(bytes);
+  ASSERT_TRUE(image);
+  EXPECT_EQ(image->pixmap(48, 1.0).size(), QSize(48, 48));
+  EXPECT_EQ(middleOf(image->pixmap(48, 1.0)), QColor(Qt::green));
+  // One pixel of one byte, the high bytes first.
+  const auto field = [](const char* tag, const char* kind, char value) {
+    return QByteArray(tag, 2) + QByteArray(kind, 2) + QByteArray("\0\0\0\1\0", 5) + value +
+           QByteArray("\0\0", 2);
+  };
+  const QByteArray other = QByteArray("MM\0*\0\0\0\x0C", 8) + QByteArray("\xFF\0\0\0", 4) +
+                           QByteArray("\0\x08", 2) + field("\1\0", "\0\3", 1) + field("\1\1", "\0\3", 1) +
+                           field("\1\2", "\0\3", 8) + field("\1\3", "\0\3", 1) + field("\1\6", "\0\3", 1) +
+                           QByteArray("\1\x11\0\4\0\0\0\1\0\0\0\x08", 12) + field("\1\x16", "\0\3", 1) +
+                           QByteArray("\1\x17\0\4\0\0\0\1\0\0\0\1", 12) + QByteArray(4, '\0');
+  const auto pixel = imageFromBytes(other);
+  ASSERT_TRUE(pixel);
+  EXPECT_EQ(pixel->pixmap(1, 1.0).size(), QSize(1, 1));
+}
+
+TEST(QtImages, APictureThatIsTooLargeIsScaledDown) {
+  for (const char* format : {"PNG", "JPEG"}) {
+    const auto image = imageFromBytes(encoded(5000, 2500, format));
+    ASSERT_TRUE(image) << format;
+    EXPECT_EQ(image->pixmap(5000, 1.0).size(), QSize(4096, 2048)) << format;
+    EXPECT_EQ(image->pixmap(64, 1.0).size(), QSize(64, 32)) << format;
+    EXPECT_GT(middleOf(image->pixmap(64, 1.0)).red(), 250) << format;
   }
 }
 
@@ -235,6 +270,18 @@ TEST_F(QtImagesFiles, TheThemesIconIsFoundByAFoldersOwnWish) {
   std::ofstream(folder_ / "Things/.directory")
       << "[Desktop Entry]\nIcon=" << (folder_ / "house/16/box.png") << "\n";
   EXPECT_EQ(images_.iconForFile(folder_ / "Things"), nullptr) << "a path could lead anywhere";
+}
+
+TEST_F(QtImagesFiles, ABundleThatHasNoPictureShowsThatOfSomeApplication) {
+  QIcon::setThemeSearchPaths({});
+  QIcon::setThemeName(QStringLiteral("no such theme"));
+  QtImages own(KT_SOURCE_DIR "/Resources");
+  ::mkdir((folder_ / "Bare.app").c_str(), 0755);
+  ::mkdir((folder_ / "Folder").c_str(), 0755);
+  const ImagePointer icon = own.iconForFile(folder_ / "Bare.app");
+  ASSERT_NE(icon, nullptr);
+  EXPECT_EQ(qtImage(icon)->pixmap(128, 2.0).size(), QSize(256, 256));
+  EXPECT_EQ(own.iconForFile(folder_ / "Folder"), nullptr);
 }
 
 TEST_F(QtImagesFiles, TheIconOfABundleIsThePictureItNames) {

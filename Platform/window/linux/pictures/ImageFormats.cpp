@@ -25,6 +25,8 @@ QByteArray rasterFormat(const QByteArray& bytes) {
   if (bytes.startsWith("BM")) return "bmp";
   if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP") return "webp";
   if (bytes.startsWith(QByteArray::fromRawData("\0\0\1\0", 4))) return "ico";
+  if (bytes.startsWith(QByteArray::fromRawData("II*\0", 4))) return "tiff";
+  if (bytes.startsWith(QByteArray::fromRawData("MM\0*", 4))) return "tiff";
   return {};
 }
 
@@ -32,7 +34,7 @@ int pngSide(const QByteArray& bytes) {
   if (bytes.size() < 24) return 0;
   const auto* data = reinterpret_cast<const uchar*>(bytes.constData());
   const quint32 longer = std::max(qFromBigEndian<quint32>(data + 16), qFromBigEndian<quint32>(data + 20));
-  return longer > static_cast<quint32>(kLargestSide) ? 0 : static_cast<int>(longer);
+  return longer > static_cast<quint32>(kLargestSideInFile) ? 0 : static_cast<int>(longer);
 }
 
 int rasterSide(const QByteArray& bytes, const QByteArray& format) {
@@ -44,7 +46,7 @@ int rasterSide(const QByteArray& bytes, const QByteArray& format) {
   reader.setAutoDetectImageFormat(false);
   const QSize size = reader.size();
   const int longer = std::max(size.width(), size.height());
-  return longer > kLargestSide ? 0 : std::max(longer, 0);
+  return longer > kLargestSideInFile ? 0 : std::max(longer, 0);
 }
 
 }  // namespace

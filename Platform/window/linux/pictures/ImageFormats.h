@@ -8,7 +8,7 @@
 
 namespace halvorn {
 
-// The picture in the bytes: icns with all its sizes, svg, png, jpeg, gif, bmp, webp, ico. Null when the
+// The picture in the bytes: icns with all its sizes, svg, png, jpeg, gif, bmp, webp, ico, tiff. Null when the
 // format is none of these, nothing in it can be decoded, or it would cost more than a picture may.
 [[nodiscard]] std::shared_ptr<const EncodedImage> imageFromBytes(const QByteArray& bytes);
 

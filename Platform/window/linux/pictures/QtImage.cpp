@@ -13,15 +13,19 @@ namespace {
 
 // Decodes with that decoder and no other; a drawing comes out that many pixels large.
 QImage decode(const EncodedImage::Representation& source, int pixels) {
-  if (source.format == "png") return decodePng(source.bytes);
+  const bool isTooLarge = source.side > kLargestSide;
+  if (source.format == "png" && !isTooLarge) return decodePng(source.bytes);
   QByteArray bytes = source.bytes;
   QBuffer device(&bytes);
   device.open(QIODevice::ReadOnly);
   QImageReader reader(&device, source.format);
   reader.setAutoDetectImageFormat(false);
   const QSize size = reader.size();
-  if (size.width() > kLargestSide || size.height() > kLargestSide) return {};
-  if (source.side == 0) {
+  if (size.width() > kLargestSideInFile || size.height() > kLargestSideInFile) return {};
+  if (isTooLarge) {
+    reader.setScaledSize(
+        size.scaled(kLargestSide, kLargestSide, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
+  } else if (source.side == 0) {
     const QSize natural = size.isEmpty() ? QSize(1, 1) : size;
     reader.setScaledSize(natural.scaled(pixels, pixels, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
   }

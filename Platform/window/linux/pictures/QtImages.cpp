@@ -89,7 +89,7 @@ ImagePointer QtImages::iconForFile(const Text& path) {
       return std::make_shared<const ThemedImage>(icon);
     }
   }
-  return nullptr;
+  return Paths::extension(path) == "app" ? imageNamed("GenericApplication") : nullptr;
 }
 
 }  // namespace halvorn

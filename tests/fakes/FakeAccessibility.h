@@ -53,6 +53,8 @@ class FakeAccessibility : public Accessibility {
     std::set<Text> added;
   };
   std::vector<Watching> observers;  // that exist
+  // What became of observers, in order: "in the run loop", "out of the run loop", "gone".
+  std::vector<std::string> fates;
   int elementsMade = 0;
 
  private:
@@ -63,9 +65,16 @@ class FakeAccessibility : public Accessibility {
     }
     ~Observer() override {
       std::erase_if(owner_.observers, [this](const Watching& entry) { return entry.id == this; });
+      owner_.fates.emplace_back("gone");
     }
-    void addToRunLoop() override { own().isInRunLoop = true; }
-    void removeFromRunLoop() override { own().isInRunLoop = false; }
+    void addToRunLoop() override {
+      own().isInRunLoop = true;
+      owner_.fates.emplace_back("in the run loop");
+    }
+    void removeFromRunLoop() override {
+      own().isInRunLoop = false;
+      owner_.fates.emplace_back("out of the run loop");
+    }
     bool add(const AccessibilityElement&, const Text& notification) override {
       if (owner_.unknownNotifications.contains(notification)) return false;
       own().added.insert(notification);

@@ -110,6 +110,9 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
   bool canEndApplications = true;
   bool findsRunningApplications = true;
   std::function<void()> onList;  // called inside runningProcesses()
+  std::function<void()> onPid;   // called inside pid(), once the answer is known
+  // The system's order is its own: here that of starting, or the other way round.
+  enum class ListOrder { OldestFirst, NewestFirst } listOrder = ListOrder::OldestFirst;
 
   // --- the platform's side
 
@@ -119,6 +122,7 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
     for (const FakeApplication& application : applications_) {
       if (isRunning(application)) numbers.push_back(application.number);
     }
+    if (listOrder == ListOrder::NewestFirst) std::reverse(numbers.begin(), numbers.end());
     return numbers;
   }
   std::optional<ProcessSerialNumber> processForPID(std::int32_t pid) override {
@@ -130,7 +134,9 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
   bool sameProcess(ProcessSerialNumber a, ProcessSerialNumber b) override { return a == b; }
   std::optional<std::int32_t> pid(ProcessSerialNumber number) override {
     const FakeApplication* found = running(number);
-    return found != nullptr ? std::optional(found->pid) : std::nullopt;
+    const auto answer = found != nullptr ? std::optional(found->pid) : std::nullopt;
+    if (onPid) onPid();
+    return answer;
   }
   std::optional<ProcessInformation> information(ProcessSerialNumber number) override {
     const FakeApplication* found = running(number);

@@ -11,7 +11,10 @@ namespace halvorn {
 class FakeDesktopFacts : public DesktopFacts {
  public:
   std::optional<std::int64_t> nanosecondsSinceLastInput() override { return nanoseconds; }
-  std::optional<std::int64_t> clipboardChangeCount() override { return clipboardChanges; }
+  std::optional<std::int64_t> clipboardChangeCount() override {
+    ++clipboardQuestions;
+    return clipboardChanges;
+  }
   bool installMenuBarHandler(MenuBarHandler handler) override {
     ++menuBarHandlerInstallations;
     if (!canWatchMenuBar) return false;
@@ -26,6 +29,7 @@ class FakeDesktopFacts : public DesktopFacts {
 
   std::optional<std::int64_t> nanoseconds;
   std::optional<std::int64_t> clipboardChanges = 7;
+  int clipboardQuestions = 0;
   std::optional<int> tint = blueControlTint;
   bool canWatchMenuBar = true;
   int menuBarHandlerInstallations = 0;

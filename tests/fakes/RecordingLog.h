@@ -1,6 +1,7 @@
 // A log that keeps its lines.
 #pragma once
 
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@ class RecordingLog : public Log {
     const std::lock_guard lock(mutex_);
     return lines_;
   }
+  std::function<void()> onLine;  // called after each line, on the thread that logs
   void clear() {
     const std::lock_guard lock(mutex_);
     lines_.clear();
@@ -22,8 +24,11 @@ class RecordingLog : public Log {
 
  protected:
   void write(const Text& line) const override {
-    const std::lock_guard lock(mutex_);
-    lines_.push_back(line.bytes());
+    {
+      const std::lock_guard lock(mutex_);
+      lines_.push_back(line.bytes());
+    }
+    if (onLine) onLine();
   }
 
  private:

@@ -229,6 +229,14 @@ TEST_F(LaunchMicro, GivesTheFocusBackAndLogsThePolls) {
   EXPECT_EQ(polls(), 30);
 }
 
+TEST_F(LaunchMicro, ThePollsAreLoggedBeforeTheFocusSteps) {
+  Lines requestsWhenLogged = {"never logged"};
+  fake.log.onLine = [&] { requestsWhenLogged = editor.requests; };
+  utilities.launchMicro(LeaveFocus::No);
+  EXPECT_EQ(requestsWhenLogged, Lines{});
+  EXPECT_EQ(editor.requests.size(), 5u);
+}
+
 TEST_F(LaunchMicro, WakesTwiceOneMicrosecondApart) {
   utilities.launchMicro(LeaveFocus::No);
   EXPECT_EQ(std::count(fake.clock.slept.begin(), fake.clock.slept.end(), 1e-6), 1);

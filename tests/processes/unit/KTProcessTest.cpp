@@ -232,6 +232,22 @@ TEST_F(KTProcessCache, AllProcessesKeepTheOrderOfThePlatform) {
   EXPECT_EQ(names, (Strings{"Installer", "Zebra", "Ape"}));
 }
 
+TEST_F(KTProcessCache, TheOrderOfThePlatformNeedNotBeThatOfTheNumbers) {
+  start("Zebra", "BBBB");
+  const FakeApplication& newest = start("Ape", "BBBB");
+  applications.listOrder = FakeApplications::ListOrder::NewestFirst;
+  Strings names;
+  for (const auto& process : processes.allProcesses()) names.push_back(process->name()->bytes());
+  EXPECT_EQ(names, (Strings{"Ape", "Zebra", "Installer"}));
+  EXPECT_EQ(processes.processWithSignature(fourCharCode("BBBB")), object(newest));
+}
+
+TEST_F(KTProcessCache, AProcessThatCannotBeReadDoesNotEndTheSearchForASignature) {
+  applications.start({.name = "Hidden", .informationFails = true});
+  const FakeApplication& editor = start("Editor");
+  EXPECT_EQ(processes.processWithSignature(fourCharCode("EDIT")), object(editor));
+}
+
 TEST_F(KTProcessCache, TheFirstProcessWithASignatureIsFound) {
   start("A", "AAAA");
   const FakeApplication& first = start("B", "BBBB");
@@ -305,6 +321,19 @@ TEST_F(KTProcessCache, NotificationsHaveTheNamesOfTheirConstants) {
   EXPECT_STREQ(KTProcessUINotification, "KTProcessUINotification");
 }
 
+// The kinds are the system's and written out, as are the changes that observers compare with.
+TEST_F(KTProcessCache, TheKindsOfEventsAreFiveSixAndSeven) {
+  processes.installNotifications();
+  const std::pair<int, const char*> kinds[] = {{4, ""}, {5, "started"}, {6, "ended"}, {7, "front"}, {8, ""}};
+  Strings expected;
+  for (const auto& [kind, change] : kinds) {
+    applications.deliver(kind);
+    expected.emplace_back(change);
+  }
+  EXPECT_EQ(changes(), expected);
+  EXPECT_EQ(processes.applicationLaunchEndCount(), 2u);
+}
+
 TEST_F(KTProcessCache, AnUnknownKindOfEventIsPostedWithTheChangeEmpty) {
   processes.installNotifications();
   applications.deliver(4);
@@ -320,6 +349,17 @@ TEST_F(KTProcessCache, LaunchesAndEndsAreCountedFrontSwitchesAreNot) {
   EXPECT_EQ(processes.applicationLaunchEndCount(), 1u);
   applications.endAndTell(editor);
   EXPECT_EQ(processes.applicationLaunchEndCount(), 2u);
+}
+
+TEST_F(KTProcessCache, AnEndIsCountedOnlyAfterTheCleanup) {
+  FakeApplication& editor = start("Editor");
+  object(editor);
+  applications.end(editor);
+  std::vector<std::uint32_t> countsDuringCleanup;
+  applications.onPid = [&] { countsDuringCleanup.push_back(processes.applicationLaunchEndCount()); };
+  processes.applicationEnded();
+  EXPECT_EQ(countsDuringCleanup, std::vector<std::uint32_t>{0});
+  EXPECT_EQ(processes.applicationLaunchEndCount(), 1u);
 }
 
 TEST_F(KTProcessCache, TheObserverFindsAnEndedProcessGoneAlready) {
@@ -433,6 +473,12 @@ TEST_F(KTProcessAccessibility, UnregisteringEndsAllAndTheNextAddStartsAnew) {
   EXPECT_EQ(fake.accessibility.elementsMade, 2);
 }
 
+TEST_F(KTProcessAccessibility, AnObserverLeavesTheRunLoopBeforeItGoes) {
+  process->addAXNotification("AXWindowCreated");
+  process->unregisterAXNotifications();
+  EXPECT_EQ(fake.accessibility.fates, (Strings{"in the run loop", "out of the run loop", "gone"}));
+}
+
 TEST_F(KTProcessAccessibility, TheLastOwnerTakesTheObserverWithIt) {
   process->addAXNotification("AXWindowCreated");
   process = nullptr;
@@ -469,6 +515,19 @@ TEST_F(KTProcessAccessibility, AnObserverThatCannotBeMadeIsLoggedAndTheElementIs
   process->installAXObserver();
   EXPECT_EQ(fake.accessibility.elementsMade, 1);
   EXPECT_EQ(fake.log.lines().size(), 1u);
+}
+
+TEST_F(KTProcessAccessibility, WithoutAnObserverAddingFailsEachTimeAndIsLogged) {
+  fake.accessibility.observerFails = true;
+  process->addAXNotification("AXWindowCreated");
+  process->addAXNotification("AXValueChanged");
+  EXPECT_EQ(
+      fake.log.lines(),
+      (Strings{"AX Notifications: Could not create observer for Process \"Editor\" (EDIT) 1.0",
+               "AX Notifications: Could not add notification AXWindowCreated for Process \"Editor\" (EDIT) "
+               "1.0",
+               "AX Notifications: Could not add notification AXValueChanged for Process \"Editor\" (EDIT) "
+               "1.0"}));
 }
 
 TEST_F(KTProcessAccessibility, ANotificationThatCannotBeAddedIsLogged) {

@@ -42,17 +42,17 @@ class KTUtilitiesDesktopTest : public testing::Test {
   FakeSystemFacts systemFacts;
   FakeLocalizedDates dates;
   KTUtilitiesVersions versions{fake.bundles, systemFacts, fake.unicode, dates, fake.log};
-  std::optional<KTUtilitiesDesktop> object{std::in_place, versions,
-                                           KTUtilitiesDesktopServices{.processes = fake.processes,
-                                                                      .notifications = fake.notifications,
-                                                                      .mainThread = mainThread,
-                                                                      .desktop = desktop,
-                                                                      .defaults = defaults,
-                                                                      .interfaceStyle = style,
-                                                                      .system = systemFacts,
-                                                                      .bundles = fake.bundles,
-                                                                      .images = images,
-                                                                      .log = fake.log}};
+  const KTUtilitiesDesktopServices services{.processes = fake.processes,
+                                            .notifications = fake.notifications,
+                                            .mainThread = mainThread,
+                                            .desktop = desktop,
+                                            .defaults = defaults,
+                                            .interfaceStyle = style,
+                                            .system = systemFacts,
+                                            .bundles = fake.bundles,
+                                            .images = images,
+                                            .log = fake.log};
+  std::optional<KTUtilitiesDesktop> object{std::in_place, versions, services};
   KTUtilitiesDesktop& utilities = *object;
 };
 
@@ -69,11 +69,27 @@ TEST_F(Initialize, HappensOnce) {
   EXPECT_EQ(mainThread.delayed.size(), 1u);
 }
 
-TEST_F(Initialize, ThatComesTrueTooLateDoesNothing) {
-  object.reset();
-  startWatching();
+// The next object lies where the former one lay: what reached for that would reach it.
+TEST_F(Initialize, ThatComesTrueTooLateWatchesForNobody) {
+  const auto late = mainThread.delayed.at(0).task;
+  object.emplace(versions, services);
   fake.processes.installNotifications();
-  switchTo(start("Editor"));
+  FakeApplication& editor = start("Editor");
+  late();
+  switchTo(editor);
+  EXPECT_EQ(desktop.clipboardQuestions, 0);
+  mainThread.delayed.at(1).task();
+  switchTo(start("Viewer"));
+  EXPECT_EQ(desktop.clipboardQuestions, 1);
+}
+
+TEST_F(Initialize, TheWatcherHearsOfChangesWhoeverPostsThem) {
+  FakeApplication& editor = start("Editor");
+  startWatching();
+  fake.applications.front = editor.number;
+  fake.notifications.enqueueWhenIdle({KTProcessChangeNotification, std::make_shared<int>(), {}});
+  fake.idle.becomeIdle();
+  EXPECT_EQ(desktop.clipboardQuestions, 1);
 }
 
 TEST_F(Initialize, BeforeTheSecondIsOverNobodyWatches) {
@@ -241,10 +257,26 @@ TEST_F(FullScreenMode, EventsOfOtherClassesAndKindsAreIgnored) {
   EXPECT_FALSE(utilities.fullScreenMode());
 }
 
+TEST_F(FullScreenMode, TheKindsOfEventsAre2000And2001) {
+  (void)utilities.fullScreenMode();
+  const std::pair<int, bool> kinds[] = {
+      {2001, true}, {2002, true}, {2000, false}, {1999, false}, {2001, true}};
+  for (const auto& [kind, isHidden] : kinds) {
+    EXPECT_EQ(desktop.menuBarHandler({fourCharCode("menu"), kind}), EventAnswer::NotHandled);
+    EXPECT_EQ(utilities.fullScreenMode(), isHidden) << kind;
+  }
+}
+
+// The next object lies where the former one lay: what reached for that would reach it.
 TEST_F(FullScreenMode, EventsThatComeTooLateFindNobody) {
   (void)utilities.fullScreenMode();
-  object.reset();
+  const auto late = desktop.menuBarHandler;
+  object.emplace(versions, services);
+  EXPECT_FALSE(object->fullScreenMode());
+  EXPECT_EQ(late({menuEventClass, menuBarHiddenEvent}), EventAnswer::NotHandled);
+  EXPECT_FALSE(object->fullScreenMode());
   desktop.hideMenuBar();
+  EXPECT_TRUE(object->fullScreenMode());
 }
 
 using DarkMenuTheme = KTUtilitiesDesktopTest;
@@ -295,10 +327,13 @@ TEST_F(DarkMenuTheme, ObserverIsInstalledOnTheFirstCallOnly) {
   EXPECT_EQ(style.installations, 1);
 }
 
-TEST_F(DarkMenuTheme, ChangeThatComesTooLateFindsNobody) {
+TEST_F(DarkMenuTheme, ChangeThatComesTooLateIsReadByTheNextObject) {
   (void)utilities.darkMenuTheme();
   object.reset();
   style.change("Dark");
+  object.emplace(versions, services);
+  EXPECT_TRUE(object->darkMenuTheme());
+  EXPECT_EQ(style.installations, 2);
 }
 
 using DarkAppearance = KTUtilitiesDesktopTest;
@@ -341,6 +376,16 @@ TEST_F(SystemTintImage, FollowsReleaseThemeAndTint) {
     const auto image = std::dynamic_pointer_cast<const NamedImages::NamedImage>(utilities.systemTintImage());
     ASSERT_TRUE(image);
     EXPECT_EQ(image->name, Text(row.expected));
+  }
+}
+
+TEST_F(SystemTintImage, TheBlueTintIsOne) {
+  for (const auto& [number, expected] :
+       {std::pair(0, "Graphite"), {1, "Blue"}, {2, "Graphite"}, {6, "Graphite"}}) {
+    tint.tint = number;
+    const auto image = std::dynamic_pointer_cast<const NamedImages::NamedImage>(utilities.systemTintImage());
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->name, Text("tintYos") + Text(expected)) << number;
   }
 }
 

@@ -7,8 +7,7 @@ namespace halvorn {
 
 void KTProcess::installAXObserver() {
   if (axAppElem_) return;
-  const std::int32_t pid = unixPID();
-  axAppElem_ = services().accessibility.createApplicationElement(pid);
+  axAppElem_ = services().accessibility.createApplicationElement(psn_);
   if (!axAppElem_) {
     services().log("AX Notifications: Could not create application object for %@", description());
     return;
@@ -22,7 +21,7 @@ void KTProcess::installAXObserver() {
     notifications.enqueueWhenIdle(
         Notification{KTProcessUINotification, process, {{"element", shownElement}, {"event", name}}});
   };
-  axObserver_ = services().accessibility.createObserver(pid, std::move(callback));
+  axObserver_ = services().accessibility.createObserver(psn_, std::move(callback));
   if (!axObserver_) {
     services().log("AX Notifications: Could not create observer for %@", description());
     return;

@@ -163,11 +163,11 @@ Date KTProcess::launchDate() const {
     if (launchDate_) return *launchDate_;
   }
   Date date;
-  if (const std::int32_t pid = unixPID(); pid == 0) {
+  if (unixPID() == 0) {
     services().log("*** Cannot get launch date for %@", name());
     date = services().clock.now();
   } else {
-    date = services().source.startTime(pid).value_or(Date{});
+    date = services().source.startTime(psn_).value_or(Date{});
   }
   const std::lock_guard lock(mutex_);
   if (!launchDate_) launchDate_ = date;
@@ -184,6 +184,8 @@ double KTProcess::cpuTime() const {
   if (!pid) return 0.0;
   const Text command = format(services().source.processorTimeCommand(), *pid, Text(kProcessorTimeFile));
   (void)services().tasks.standardOutputOf("/bin/sh", {"-c", command});
+  // What was read by its id is about this process only if it had the id all the time.
+  if (!isStillRunning()) return 0.0;
   const auto bytes = services().files.readFile(kProcessorTimeFile, kProcessorTimeFileLimit);
   const auto text = bytes ? Text::fromStrictUtf8(*bytes) : std::nullopt;
   if (!text) return 0.0;

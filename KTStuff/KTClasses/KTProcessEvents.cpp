@@ -42,7 +42,7 @@ void KTProcess::sendQuitEvent() {
 
 void KTProcess::sendAppleEvent(FourCharCode eventClass, FourCharCode eventID, float timeout) {
   AppleEvents& events = services().appleEvents;
-  const auto address = events.addressOfPID(unixPID());
+  const auto address = events.addressOf(psn_);
   const auto* to = std::get_if<std::unique_ptr<EventAddress>>(&address);
   if (to == nullptr) return;
   const auto built = events.createEvent(eventClass, eventID, **to);

@@ -75,12 +75,11 @@ bool KTProcess::quitRunningApplication(float withTimeout, const Cancellation& ca
     log("cannot quit %@: NSRunningApplication not available", processName);
     return false;
   }
-  const std::int32_t pid = unixPID();
-  if (pid == 0) {
+  if (unixPID() == 0) {
     log("cannot quit %@: no pid", processName);
     return false;
   }
-  const auto application = services().control.runningApplication(pid);
+  const auto application = services().control.runningApplication(psn_);
   if (!application) {
     log("cannot quit %@: no process found", processName);
     return false;

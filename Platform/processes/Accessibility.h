@@ -3,12 +3,12 @@
 // Thread: main; call-backs arrive on the main thread, from its run loop.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 
 #include "Core/AccessibilityElement.h"
 #include "Core/Text.h"
+#include "Platform/processes/ProcessSource.h"
 
 namespace halvorn {
 
@@ -32,8 +32,8 @@ class Accessibility {
 
   virtual ~Accessibility() = default;
   // Both are null when the application cannot be watched: it is gone, or does not take part.
-  [[nodiscard]] virtual AccessibilityElementPointer createApplicationElement(std::int32_t pid) = 0;
-  [[nodiscard]] virtual std::unique_ptr<AccessibilityObserver> createObserver(std::int32_t pid,
+  [[nodiscard]] virtual AccessibilityElementPointer createApplicationElement(ProcessSerialNumber number) = 0;
+  [[nodiscard]] virtual std::unique_ptr<AccessibilityObserver> createObserver(ProcessSerialNumber number,
                                                                               Callback callback) = 0;
 };
 

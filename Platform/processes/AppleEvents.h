@@ -54,7 +54,6 @@ class AppleEvents {
  public:
   virtual ~AppleEvents() = default;
   [[nodiscard]] virtual ThingOrStatus<EventAddress> addressOf(ProcessSerialNumber number) = 0;
-  [[nodiscard]] virtual ThingOrStatus<EventAddress> addressOfPID(std::int32_t pid) = 0;
   // An event without parameters, with a return id of the system's choice and no transaction.
   [[nodiscard]] virtual ThingOrStatus<AppleEvent> createEvent(FourCharCode eventClass, FourCharCode eventID,
                                                               const EventAddress& address) = 0;

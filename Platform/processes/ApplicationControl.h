@@ -1,14 +1,13 @@
 // Acting on running applications: ending, activating, hiding, waking them.
 #pragma once
 
-#include <cstdint>
 #include <memory>
 
 #include "Platform/processes/ProcessSource.h"
 
 namespace halvorn {
 
-// A running application, taken by its process id at one moment; it stays that application for good.
+// A running application, taken at one moment; it stays that application for good.
 class RunningApplication {
  public:
   virtual ~RunningApplication() = default;
@@ -30,8 +29,9 @@ class ApplicationControl {
   virtual ~ApplicationControl() = default;
   // Whether this system can end applications at all.
   [[nodiscard]] virtual bool hasRunningApplications() const = 0;
-  // Null when no application of this user has that process id.
-  [[nodiscard]] virtual std::unique_ptr<RunningApplication> runningApplication(std::int32_t pid) = 0;
+  // Null when that process has ended, or is no application of this user.
+  [[nodiscard]] virtual std::unique_ptr<RunningApplication> runningApplication(
+      ProcessSerialNumber number) = 0;
   virtual void setFront(ProcessSerialNumber number, BringForward windows) = 0;
   virtual void setVisible(ProcessSerialNumber number, Visible visible) = 0;
   // Lets a process that sleeps look for events.

@@ -67,8 +67,8 @@ class ProcessSource {
       ProcessSerialNumber number) = 0;
   // The path of the bundle around the program; without a bundle that of the program.
   [[nodiscard]] virtual OptionalText bundleLocation(ProcessSerialNumber number) = 0;
-  // When the kernel started the process that has this id now.
-  [[nodiscard]] virtual std::optional<Date> startTime(std::int32_t pid) = 0;
+  // When the kernel started it.
+  [[nodiscard]] virtual std::optional<Date> startTime(ProcessSerialNumber number) = 0;
 
   // The format of a shell command that writes the processor time a process has used in user mode to a file,
   // as minutes:seconds.hundredths. Its two arguments are the process id (%1$d) and the file (%2$@).

@@ -28,12 +28,13 @@ class FakeAccessibility : public Accessibility {
   bool observerFails = false;
   std::set<Text> unknownNotifications;
 
-  AccessibilityElementPointer createApplicationElement(std::int32_t pid) override {
+  AccessibilityElementPointer createApplicationElement(ProcessSerialNumber number) override {
     if (elementFails) return nullptr;
     ++elementsMade;
-    return std::make_shared<FakeAccessibilityElement>(Text("application ") + Text(std::to_string(pid)));
+    return std::make_shared<FakeAccessibilityElement>(Text("application ") +
+                                                      Text(std::to_string(number.low)));
   }
-  std::unique_ptr<AccessibilityObserver> createObserver(std::int32_t, Callback callback) override {
+  std::unique_ptr<AccessibilityObserver> createObserver(ProcessSerialNumber, Callback callback) override {
     if (observerFails) return nullptr;
     return std::make_unique<Observer>(*this, std::move(callback));
   }

@@ -14,15 +14,13 @@ class FakeAppleEvents : public AppleEvents {
   struct Sent {
     FourCharCode eventClass = 0;
     FourCharCode eventID = 0;
-    ProcessSerialNumber number = {};  // when addressed by serial number
-    std::int32_t pid = 0;             // when addressed by process id
+    ProcessSerialNumber number = {};
     EventSending sending = {};
   };
 
   ThingOrStatus<EventAddress> addressOf(ProcessSerialNumber number) override {
     return address({.number = number});
   }
-  ThingOrStatus<EventAddress> addressOfPID(std::int32_t pid) override { return address({.pid = pid}); }
   ThingOrStatus<AppleEvent> createEvent(FourCharCode eventClass, FourCharCode eventID,
                                         const EventAddress& address) override {
     if (eventStatus != 0) return eventStatus;

@@ -109,6 +109,8 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
   int handlersInstalled = 0;
   bool canEndApplications = true;
   bool findsRunningApplications = true;
+  // When set, what the system says instead of comparing the numbers.
+  std::function<bool(ProcessSerialNumber, ProcessSerialNumber)> isSame;
   std::function<void()> onList;  // called inside runningProcesses()
   std::function<void()> onPid;   // called inside pid(), once the answer is known
   // The system's order is its own: here that of starting, or the other way round.
@@ -131,7 +133,10 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
   }
   std::optional<ProcessSerialNumber> currentProcess() override { return current; }
   std::optional<ProcessSerialNumber> frontProcess() override { return front; }
-  bool sameProcess(ProcessSerialNumber a, ProcessSerialNumber b) override { return a == b; }
+  bool sameProcess(ProcessSerialNumber a, ProcessSerialNumber b) override {
+    if (isSame) return isSame(a, b);
+    return a == b;
+  }
   std::optional<std::int32_t> pid(ProcessSerialNumber number) override {
     const FakeApplication* found = running(number);
     const auto answer = found != nullptr ? std::optional(found->pid) : std::nullopt;
@@ -159,8 +164,8 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
     const FakeApplication* found = running(number);
     return found != nullptr ? found->path : std::nullopt;
   }
-  std::optional<Date> startTime(std::int32_t pid) override {
-    const FakeApplication* found = withPid(pid);
+  std::optional<Date> startTime(ProcessSerialNumber number) override {
+    const FakeApplication* found = running(number);
     return found != nullptr ? found->startTime : std::nullopt;
   }
   Text processorTimeCommand() const override { return "ps -o utime= -p %1$d > %2$@"; }
@@ -171,8 +176,8 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
   }
 
   bool hasRunningApplications() const override { return canEndApplications; }
-  std::unique_ptr<RunningApplication> runningApplication(std::int32_t pid) override {
-    FakeApplication* found = withPid(pid);
+  std::unique_ptr<RunningApplication> runningApplication(ProcessSerialNumber number) override {
+    FakeApplication* found = running(number);
     if (found == nullptr || !findsRunningApplications) return nullptr;
     return std::make_unique<Running>(*this, *found);
   }
@@ -224,8 +229,8 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
     }
     return false;
   }
-  [[nodiscard]] const FakeApplication* running(ProcessSerialNumber number) const {
-    for (const FakeApplication& application : applications_) {
+  [[nodiscard]] FakeApplication* running(ProcessSerialNumber number) {
+    for (FakeApplication& application : applications_) {
       if (application.number == number && isRunning(application)) return &application;
     }
     return nullptr;

@@ -25,7 +25,7 @@ class NullProcessSource : public ProcessSource {
     return std::nullopt;
   }
   OptionalText bundleLocation(ProcessSerialNumber) override { return std::nullopt; }
-  std::optional<Date> startTime(std::int32_t) override { return std::nullopt; }
+  std::optional<Date> startTime(ProcessSerialNumber) override { return std::nullopt; }
   Text processorTimeCommand() const override { return ": > %2$@"; }  // an empty file: no time is known
 };
 
@@ -33,7 +33,7 @@ class NullProcessSource : public ProcessSource {
 class NullApplicationControl : public ApplicationControl {
  public:
   bool hasRunningApplications() const override { return false; }
-  std::unique_ptr<RunningApplication> runningApplication(std::int32_t) override { return nullptr; }
+  std::unique_ptr<RunningApplication> runningApplication(ProcessSerialNumber) override { return nullptr; }
   void setFront(ProcessSerialNumber, BringForward) override {}
   void setVisible(ProcessSerialNumber, Visible) override {}
   void wakeUp(ProcessSerialNumber) override {}
@@ -49,7 +49,6 @@ class NullApplicationEvents : public ApplicationEvents {
 class NullAppleEvents : public AppleEvents {
  public:
   ThingOrStatus<EventAddress> addressOf(ProcessSerialNumber) override { return kNoSuchProcessStatus; }
-  ThingOrStatus<EventAddress> addressOfPID(std::int32_t) override { return kNoSuchProcessStatus; }
   ThingOrStatus<AppleEvent> createEvent(FourCharCode, FourCharCode, const EventAddress&) override {
     return kEventNotHandledStatus;
   }
@@ -58,8 +57,10 @@ class NullAppleEvents : public AppleEvents {
 // No application can be watched.
 class NullAccessibility : public Accessibility {
  public:
-  AccessibilityElementPointer createApplicationElement(std::int32_t) override { return nullptr; }
-  std::unique_ptr<AccessibilityObserver> createObserver(std::int32_t, Callback) override { return nullptr; }
+  AccessibilityElementPointer createApplicationElement(ProcessSerialNumber) override { return nullptr; }
+  std::unique_ptr<AccessibilityObserver> createObserver(ProcessSerialNumber, Callback) override {
+    return nullptr;
+  }
 };
 
 // Nothing is known of who started this program.

@@ -17,7 +17,7 @@ class AccessibilityWatch : public LiveFixture {
     ASSERT_NE(watched, nullptr);
     // It joins the bus a moment after it has shown its window.
     ASSERT_TRUE(live->settles([&] {
-      return accessibility->createApplicationElement(program->pid()) != nullptr;
+      return accessibility->createApplicationElement(watched->serialNumber()) != nullptr;
     })) << "not on the accessibility bus";
   }
   void useBus(const std::string& sessionBus) {
@@ -25,7 +25,8 @@ class AccessibilityWatch : public LiveFixture {
     live = nullptr;
     lateBound = std::make_unique<LateBound>();
     watch({.display = desktop->displayName(), .accessibility = lateBound.get()});
-    accessibility = std::make_unique<AtSpiAccessibility>(sessionBus, "", live->loop, live->loop);
+    accessibility =
+        std::make_unique<AtSpiAccessibility>(live->running, sessionBus, "", live->loop, live->loop);
     lateBound->target = accessibility.get();
     heard.clear();
     observation = live->notifications.addObserver(
@@ -59,11 +60,12 @@ class AccessibilityWatch : public LiveFixture {
 
   // The model is made before what it watches with, because that needs the model's loop.
   struct LateBound : Accessibility {
-    AccessibilityElementPointer createApplicationElement(std::int32_t pid) override {
-      return target->createApplicationElement(pid);
+    AccessibilityElementPointer createApplicationElement(ProcessSerialNumber number) override {
+      return target->createApplicationElement(number);
     }
-    std::unique_ptr<AccessibilityObserver> createObserver(std::int32_t pid, Callback callback) override {
-      return target->createObserver(pid, std::move(callback));
+    std::unique_ptr<AccessibilityObserver> createObserver(ProcessSerialNumber number,
+                                                          Callback callback) override {
+      return target->createObserver(number, std::move(callback));
     }
     Accessibility* target = nullptr;
   };
@@ -146,9 +148,9 @@ TEST_F(AccessibilityWatch, WithoutAnAccessibilityBusNothingCanBeWatchedAndNothin
   if (!desktop) return;
   for (const std::string& bus : {std::string(), std::string("unix:path=/nowhere/bus")}) {
     const double start = testSeconds();
-    AtSpiAccessibility nobody(bus, "", live->loop, live->loop);
-    EXPECT_EQ(nobody.createApplicationElement(program->pid()), nullptr);
-    EXPECT_EQ(nobody.createObserver(program->pid(), nullptr), nullptr);
+    AtSpiAccessibility nobody(live->running, bus, "", live->loop, live->loop);
+    EXPECT_EQ(nobody.createApplicationElement(watched->serialNumber()), nullptr);
+    EXPECT_EQ(nobody.createObserver(watched->serialNumber(), nullptr), nullptr);
     EXPECT_LT(testSeconds() - start, 2.0);
   }
 }

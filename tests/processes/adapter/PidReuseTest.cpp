@@ -3,6 +3,8 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <functional>
+#include <utility>
 
 #include "tests/processes/adapter/LiveFixture.h"
 
@@ -64,7 +66,7 @@ TEST_F(PidReuse, NeverYieldsTheOldObject) {
     ChildProcess& first = start(product);
     const KTProcessPointer before = process(first);
     EXPECT_EQ(before->signature(), fourCharCode("PROD"));
-    const auto application = live->control.runningApplication(first.pid());
+    const auto application = live->control.runningApplication(before->serialNumber());
     ChildProcess& second = replace(first, bystander);
     if (second.pid() != first.pid()) continue;
     ++reused;
@@ -87,6 +89,52 @@ TEST_F(PidReuse, NeverYieldsTheOldObject) {
     EXPECT_TRUE(second.isRunning());
     EXPECT_EQ(second.output(), "ready\n");
     second.end(SIGKILL);
+  }
+  EXPECT_GT(reused, kRounds / 2);
+  std::puts("worked inside");
+}
+
+// A process table whose answers are out of date as soon as they are given: what was asked for ends right
+// after its id was told, and a bystander gets the id.
+class OutrunSource : public LinuxProcessSource {
+ public:
+  using LinuxProcessSource::LinuxProcessSource;
+  std::optional<std::int32_t> pid(ProcessSerialNumber number) override {
+    const auto answer = LinuxProcessSource::pid(number);
+    if (afterwards) std::exchange(afterwards, nullptr)();
+    return answer;
+  }
+  std::function<void()> afterwards;
+};
+
+TEST_F(PidReuse, BetweenAQuestionAndARequestReachesNobodyElse) {
+  if (!isInside("BetweenAQuestionAndARequestReachesNobodyElse")) {
+    if (!skipReason.empty()) GTEST_SKIP() << skipReason;
+    return;
+  }
+  watch({});
+  OutrunSource source(live->running, live->procFiles, live->windows, live->workspace);
+  const KTProcessServices s = live->processes.services();
+  KTProcessClass processes({source, s.events, s.control, s.appleEvents, s.accessibility, s.notifications,
+                            s.bundles, s.items, s.files, s.images, s.tasks, s.unicode, s.digests, s.clock,
+                            s.log});
+  const std::string product = bundleProgram("Product", "PROD");
+  const std::string bystander = bundleProgram("Bystander", "BYST");
+  int reused = 0;
+  for (int round = 0; round < kRounds; ++round) {
+    ChildProcess& first = start(product);
+    const KTProcessPointer process = processes.processWithPID(first.pid());
+    ASSERT_NE(process, nullptr);
+    ASSERT_EQ(process->name(), Text("Product"));
+    ChildProcess* second = nullptr;
+    source.afterwards = [&] { second = &replace(first, bystander); };
+    EXPECT_FALSE(process->quitRunningApplication(0.2F));
+    ASSERT_NE(second, nullptr);
+    if (second->pid() == first.pid()) ++reused;
+    giveItAMoment(*second);
+    EXPECT_TRUE(second->isRunning());
+    EXPECT_EQ(second->output(), "ready\n");
+    second->end(SIGKILL);
   }
   EXPECT_GT(reused, kRounds / 2);
   std::puts("worked inside");

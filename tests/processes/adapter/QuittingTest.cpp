@@ -45,8 +45,9 @@ TEST_F(RealQuitting, WindowsAreClosedAndOneSignalIsSentHoweverOftenItIsAsked) {
     giveItAMoment(child);
     return occurrences(child.output(), "shown") == 2;
   }));
-  const auto application = live->control.runningApplication(child.pid());
-  const auto again = live->control.runningApplication(child.pid());
+  const ProcessSerialNumber number = process(child)->serialNumber();
+  const auto application = live->control.runningApplication(number);
+  const auto again = live->control.runningApplication(number);
   for (int i = 0; i < 50; ++i) {
     EXPECT_TRUE(application->terminate());
     EXPECT_TRUE(again->terminate());
@@ -136,7 +137,7 @@ TEST_F(RealQuitting, TheWorstCaseTakesTwiceTheTimeout) {
   class DeafControl : public LinuxApplicationControl {
    public:
     using LinuxApplicationControl::LinuxApplicationControl;
-    std::unique_ptr<RunningApplication> runningApplication(std::int32_t) override {
+    std::unique_ptr<RunningApplication> runningApplication(ProcessSerialNumber) override {
       return std::make_unique<Deaf>();
     }
   } control(live->running, live->windows);
@@ -173,8 +174,8 @@ TEST_F(RealQuitting, AnApplicationThatEndsJustBeforeItIsAskedHasStopped) {
   class Control : public LinuxApplicationControl {
    public:
     using LinuxApplicationControl::LinuxApplicationControl;
-    std::unique_ptr<RunningApplication> runningApplication(std::int32_t pid) override {
-      auto application = LinuxApplicationControl::runningApplication(pid);
+    std::unique_ptr<RunningApplication> runningApplication(ProcessSerialNumber number) override {
+      auto application = LinuxApplicationControl::runningApplication(number);
       return std::make_unique<EndsFirst>(std::move(application), *child, isPolite);
     }
     ChildProcess* child = nullptr;

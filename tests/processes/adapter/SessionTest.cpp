@@ -151,7 +151,11 @@ TEST_F(RealSession, NoProcessOfAnotherUserIsEverListed) {
   ASSERT_EQ(children.back().readLine(20), "ready") << children.back().output();
   EXPECT_FALSE(isListed(children.back()));
   EXPECT_EQ(live->processes.processWithPID(children.back().pid()), nullptr);
-  EXPECT_EQ(live->control.runningApplication(children.back().pid()), nullptr);
+  const auto stat = live->procFiles.stat(children.back().pid());
+  ASSERT_TRUE(stat);
+  EXPECT_EQ(live->control.runningApplication({static_cast<std::uint32_t>(stat->startTicks),
+                                              static_cast<std::uint32_t>(children.back().pid())}),
+            nullptr);
 }
 
 TEST_F(RealSession, TwoCopiesWithOneSignatureAreBothQuitAndAHelperWithoutAWindowToo) {

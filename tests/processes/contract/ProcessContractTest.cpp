@@ -213,7 +213,7 @@ TEST_P(ProcessContract, AnEndedApplicationIsNeitherListedNorFound) {
 TEST_P(ProcessContract, NobodyIsFoundUnderAProcessIdThatNobodyHas) {
   for (const std::int32_t pid : {0, 1, -1, 2'000'000'000}) {
     EXPECT_EQ(world->source().processForPID(pid), std::nullopt) << pid;
-    EXPECT_EQ(world->control().runningApplication(pid), nullptr) << pid;
+    EXPECT_EQ(world->control().runningApplication({1, static_cast<std::uint32_t>(pid)}), nullptr) << pid;
     EXPECT_EQ(world->processes().processWithPID(pid), nullptr) << pid;
   }
 }
@@ -280,7 +280,7 @@ TEST_P(ProcessContract, AnApplicationThatDoesNotIsEndedByForceAfterTheTimeout) {
 
 TEST_P(ProcessContract, AnApplicationThatIsGoneRefusesRequestsAndSaysSo) {
   const std::int32_t pid = world->start({"Editor", "EDIT"});
-  const auto application = world->control().runningApplication(pid);
+  const auto application = world->control().runningApplication(listed(pid)->serialNumber());
   ASSERT_NE(application, nullptr);
   EXPECT_FALSE(application->isTerminated());
   world->end(pid);

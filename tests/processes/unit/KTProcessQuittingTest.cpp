@@ -126,6 +126,40 @@ TEST_F(KTProcessQuitting, AProcessThatEndedBeforeTheCancellationWasSeenHasQuit) 
   EXPECT_EQ(log(), Strings{"quit Editor: terminated after 0.001s (1 attempts)"});
 }
 
+// Ends the process right after its id was asked for; somebody else has the id from then on.
+class KTProcessWhoseIdComesBack : public KTProcessQuitting {
+ protected:
+  KTProcessPointer startAndReplace() {
+    const KTProcessPointer process = start({});
+    fake.applications.onPid = [this] {
+      fake.applications.onPid = nullptr;
+      fake.applications.end(*started);
+      bystander = &fake.applications.start(
+          {.name = "Bystander", .pid = started->pid, .startTime = Date{1'700'000'000.0}});
+    };
+    return process;
+  }
+  FakeApplication* bystander = nullptr;
+};
+
+TEST_F(KTProcessWhoseIdComesBack, QuittingReachesNobodyElse) {
+  EXPECT_FALSE(startAndReplace()->quitRunningApplication(4.0F));
+  ASSERT_NE(bystander, nullptr);
+  EXPECT_EQ(bystander->requests, Strings{});
+  EXPECT_EQ(log(), Strings{"cannot quit Editor: no process found"});
+}
+
+TEST_F(KTProcessWhoseIdComesBack, AnEventIsAddressedToTheProcessAndNotToItsId) {
+  const KTProcessPointer process = startAndReplace();
+  process->sendAppleEvent(fourCharCode("aevt"), fourCharCode("rapp"), 1);
+  ASSERT_EQ(fake.appleEvents.sent.size(), 1u);
+  EXPECT_EQ(fake.appleEvents.sent[0].number, started->number);
+}
+
+TEST_F(KTProcessWhoseIdComesBack, TheLaunchDateIsNotThatOfSomebodyElse) {
+  EXPECT_EQ(startAndReplace()->launchDate().secondsSince1970, 0.0);
+}
+
 TEST_F(KTProcessQuitting, ATimeoutOfNothingAsksNothingAndFails) {
   for (const float timeout : {0.0F, -1.0F}) {
     EXPECT_FALSE(start({})->quitRunningApplication(timeout));
@@ -204,11 +238,11 @@ TEST_F(KTProcessQuitting, EachFailureOfTheQuitEventHasItsLine) {
   EXPECT_EQ(fake.appleEvents.aliveDescriptors, 0);
 }
 
-TEST_F(KTProcessQuitting, AnEventIsSentByProcessIdAndWaitsForItsReply) {
+TEST_F(KTProcessQuitting, AnEventWaitsForItsReply) {
   start({.pid = 4711})->sendAppleEvent(fourCharCode("aevt"), fourCharCode("rapp"), 2.51F);
   ASSERT_EQ(fake.appleEvents.sent.size(), 1u);
   const auto& sent = fake.appleEvents.sent[0];
-  EXPECT_EQ(sent.pid, 4711);
+  EXPECT_EQ(sent.number, started->number);
   EXPECT_EQ(sent.eventClass, fourCharCode("aevt"));
   EXPECT_EQ(sent.eventID, fourCharCode("rapp"));
   EXPECT_EQ(sent.sending.mode, 0x3093);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Platform/processes/linux/atspi/AtSpiEvents.h"
+#include "Platform/processes/linux/proc/RunningApplications.h"
 #include "Platform/running/MainThread.h"
 #include "Platform/running/posix/RunLoop.h"
 #include "Platform/session/linux/bus/BusConnection.h"
@@ -95,7 +96,7 @@ struct AtSpiAccessibility::Session {
   std::vector<Observer*> observers;
   std::unique_ptr<RunLoop::Source> readable;
 
-  [[nodiscard]] std::optional<Place> application(std::int32_t pid);
+  [[nodiscard]] std::optional<Place> placeOf(const ProcessHold& process);
   void readMessages();
 };
 
@@ -179,13 +180,14 @@ class AtSpiAccessibility::Observer : public AccessibilityObserver {
   std::map<Text, std::vector<AtSpiEvent>> added_;
 };
 
-std::optional<Place> AtSpiAccessibility::Session::application(std::int32_t pid) {
+std::optional<Place> AtSpiAccessibility::Session::placeOf(const ProcessHold& process) {
   const CallResult result =
       bus->call(methodCall({kRegistry, kRootPath, "org.a11y.atspi.Accessible", "GetChildren"}), kSeconds);
   const auto* reply = std::get_if<BusMessage>(&result);
   if (reply == nullptr) return std::nullopt;
   for (Place& place : placesIn(*reply)) {
-    if (bus->pidOf(place.name) == pid) return std::move(place);
+    // As long as it has not ended, the id is its own.
+    if (bus->pidOf(place.name) == process.pid() && !process.hasEnded()) return std::move(place);
   }
   return std::nullopt;
 }
@@ -202,9 +204,11 @@ void AtSpiAccessibility::Session::readMessages() {
   if (!isConnected) readable = nullptr;
 }
 
-AtSpiAccessibility::AtSpiAccessibility(std::string sessionBusAddress, std::string accessibilityBusAddress,
-                                       RunLoop& loop, MainThread& mainThread)
-    : sessionBusAddress_(std::move(sessionBusAddress)),
+AtSpiAccessibility::AtSpiAccessibility(RunningApplications& applications, std::string sessionBusAddress,
+                                       std::string accessibilityBusAddress, RunLoop& loop,
+                                       MainThread& mainThread)
+    : applications_(applications),
+      sessionBusAddress_(std::move(sessionBusAddress)),
       accessibilityBusAddress_(std::move(accessibilityBusAddress)),
       loop_(loop),
       mainThread_(mainThread) {}
@@ -230,16 +234,18 @@ std::shared_ptr<AtSpiAccessibility::Session> AtSpiAccessibility::session() {
   return session_;
 }
 
-AccessibilityElementPointer AtSpiAccessibility::createApplicationElement(std::int32_t pid) {
-  const auto current = session();
-  auto place = current && pid > 0 ? current->application(pid) : std::nullopt;
+AccessibilityElementPointer AtSpiAccessibility::createApplicationElement(ProcessSerialNumber number) {
+  const auto application = applications_.withNumber(number);
+  const auto current = application ? session() : nullptr;
+  auto place = current ? current->placeOf(application->hold) : std::nullopt;
   return place ? std::make_shared<Element>(std::move(*place)) : nullptr;
 }
 
-std::unique_ptr<AccessibilityObserver> AtSpiAccessibility::createObserver(std::int32_t pid,
+std::unique_ptr<AccessibilityObserver> AtSpiAccessibility::createObserver(ProcessSerialNumber number,
                                                                           Callback callback) {
-  const auto current = session();
-  auto place = current && pid > 0 ? current->application(pid) : std::nullopt;
+  const auto application = applications_.withNumber(number);
+  const auto current = application ? session() : nullptr;
+  auto place = current ? current->placeOf(application->hold) : std::nullopt;
   if (!place) return nullptr;
   return std::make_unique<Observer>(current, place->name, std::move(callback), mainThread_);
 }

@@ -13,17 +13,19 @@ namespace halvorn {
 
 class MainThread;
 class RunLoop;
+class RunningApplications;
 
 class AtSpiAccessibility : public Accessibility {
  public:
   // The addresses are those of DBUS_SESSION_BUS_ADDRESS and AT_SPI_BUS_ADDRESS, "" where not set; the second
   // one wins.
-  AtSpiAccessibility(std::string sessionBusAddress, std::string accessibilityBusAddress, RunLoop& loop,
-                     MainThread& mainThread);
+  AtSpiAccessibility(RunningApplications& applications, std::string sessionBusAddress,
+                     std::string accessibilityBusAddress, RunLoop& loop, MainThread& mainThread);
   ~AtSpiAccessibility() override;
 
-  AccessibilityElementPointer createApplicationElement(std::int32_t pid) override;
-  std::unique_ptr<AccessibilityObserver> createObserver(std::int32_t pid, Callback callback) override;
+  AccessibilityElementPointer createApplicationElement(ProcessSerialNumber number) override;
+  std::unique_ptr<AccessibilityObserver> createObserver(ProcessSerialNumber number,
+                                                        Callback callback) override;
 
  private:
   class Observer;
@@ -32,6 +34,7 @@ class AtSpiAccessibility : public Accessibility {
   // Null without an accessibility bus. A lost one is looked for anew.
   [[nodiscard]] std::shared_ptr<Session> session();
 
+  RunningApplications& applications_;
   const std::string sessionBusAddress_;
   const std::string accessibilityBusAddress_;
   RunLoop& loop_;

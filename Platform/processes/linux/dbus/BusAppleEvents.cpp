@@ -42,7 +42,7 @@ class BusAppleEvents::Event : public AppleEvent {
       : owner_(owner), eventClass_(eventClass), eventID_(eventID), application_(std::move(application)) {}
 
   int send(const EventSending& sending) override {
-    if (!application_ || application_->descriptor.hasEnded()) return kNoSuchProcessStatus;
+    if (!application_ || application_->hold.hasEnded()) return kNoSuchProcessStatus;
     if (!isKnown(eventClass_, eventID_)) return kEventNotHandledStatus;
     const std::lock_guard lock(owner_.mutex_);
     BusConnection* bus = owner_.bus();
@@ -59,7 +59,7 @@ class BusAppleEvents::Event : public AppleEvent {
           break;
       }
     }
-    return application_->descriptor.hasEnded() ? kNoSuchProcessStatus : status;
+    return application_->hold.hasEnded() ? kNoSuchProcessStatus : status;
   }
 
  private:
@@ -90,10 +90,6 @@ BusConnection* BusAppleEvents::bus() {
 
 ThingOrStatus<EventAddress> BusAppleEvents::addressOf(ProcessSerialNumber number) {
   return std::make_unique<Address>(applications_.withNumber(number));
-}
-
-ThingOrStatus<EventAddress> BusAppleEvents::addressOfPID(std::int32_t pid) {
-  return std::make_unique<Address>(applications_.withPid(pid));
 }
 
 ThingOrStatus<AppleEvent> BusAppleEvents::createEvent(FourCharCode eventClass, FourCharCode eventID,

@@ -22,7 +22,6 @@ class BusAppleEvents : public AppleEvents {
   ~BusAppleEvents() override;
 
   ThingOrStatus<EventAddress> addressOf(ProcessSerialNumber number) override;
-  ThingOrStatus<EventAddress> addressOfPID(std::int32_t pid) override;
   ThingOrStatus<AppleEvent> createEvent(FourCharCode eventClass, FourCharCode eventID,
                                         const EventAddress& address) override;
 

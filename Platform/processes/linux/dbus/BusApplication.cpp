@@ -49,8 +49,7 @@ std::vector<BusApplication> BusApplication::of(BusConnection& bus, const HeldApp
     if (name.starts_with(':')) continue;
     const auto owner = bus.ownerOf(name);
     // The process id means this application as long as it runs.
-    const bool isItsName =
-        owner && bus.pidOf(*owner) == application.pid && !application.descriptor.hasEnded();
+    const bool isItsName = owner && bus.pidOf(*owner) == application.pid && !application.hold.hasEnded();
     const std::string path = objectPathFor(name);
     if (isItsName && dbus_validate_path(path.c_str(), nullptr)) {
       result.push_back(BusApplication(bus, *owner, path));

@@ -16,7 +16,7 @@ class LinuxApplicationControl : public ApplicationControl {
   bool hasRunningApplications() const override { return true; }
   // Asked to end, an application gets its windows closed and SIGTERM, once in its life: a second signal makes
   // some programs drop what they were about to save.
-  std::unique_ptr<RunningApplication> runningApplication(std::int32_t pid) override;
+  std::unique_ptr<RunningApplication> runningApplication(ProcessSerialNumber number) override;
   void setFront(ProcessSerialNumber number, BringForward windows) override;
   void setVisible(ProcessSerialNumber number, Visible visible) override;
   void wakeUp(ProcessSerialNumber number) override;

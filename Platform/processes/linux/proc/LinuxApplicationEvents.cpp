@@ -44,7 +44,7 @@ class LinuxApplicationEvents::Watching {
  private:
   // Looking costs wake-ups, so it is done only where nobody tells.
   void chooseLooking() {
-    const bool isTold = changes_ && windows_.tellsAllWindows();
+    const bool isTold = changes_ && windows_.tellsAllWindows() && applications_.isToldOfEveryEnd();
     if (isTold) {
       look_ = nullptr;
     } else if (!look_) {

@@ -74,11 +74,11 @@ OptionalText LinuxProcessSource::bundleLocation(ProcessSerialNumber number) {
   return application ? application->program.path : std::nullopt;
 }
 
-std::optional<Date> LinuxProcessSource::startTime(std::int32_t pid) {
-  const auto stat = files_.stat(pid);
-  if (!stat) return std::nullopt;
+std::optional<Date> LinuxProcessSource::startTime(ProcessSerialNumber number) {
+  const auto application = applications_.withNumber(number);
+  if (!application) return std::nullopt;
   const double sinceStart =
-      static_cast<double>(stat->startTicks) / static_cast<double>(::sysconf(_SC_CLK_TCK));
+      static_cast<double>(application->hold.startTicks()) / static_cast<double>(::sysconf(_SC_CLK_TCK));
   return Date{secondsOn(CLOCK_REALTIME) - secondsOn(CLOCK_BOOTTIME) + sinceStart};
 }
 

@@ -26,7 +26,7 @@ class LinuxProcessSource : public ProcessSource {
   OptionalText displayName(ProcessSerialNumber number) override;
   std::optional<PropertyDictionary> informationDictionary(ProcessSerialNumber number) override;
   OptionalText bundleLocation(ProcessSerialNumber number) override;
-  std::optional<Date> startTime(std::int32_t pid) override;
+  std::optional<Date> startTime(ProcessSerialNumber number) override;
   Text processorTimeCommand() const override;
 
  private:

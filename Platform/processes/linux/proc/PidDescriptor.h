@@ -11,6 +11,7 @@ namespace halvorn {
 // Thread: any.
 class PidDescriptor {
  public:
+  PidDescriptor() = default;  // holds nobody
   // Not held when there is no such process, or no descriptor is free.
   explicit PidDescriptor(pid_t pid);
 

@@ -20,6 +20,7 @@ constexpr std::size_t kEnvironmentLimit = 1024UL * 1024;
 // Fields of "stat", counted as in its documentation.
 constexpr int kStateField = 3;
 constexpr int kUserTicksField = 14;
+constexpr int kThreadsField = 20;
 constexpr int kStartTicksField = 22;
 
 template <typename Number>
@@ -80,9 +81,10 @@ std::optional<ProcStat> parseProcStat(std::string_view content) {
   if (fields.size() <= kStartTicksField - kStateField) return std::nullopt;
   const auto userTicks = numberFrom<std::uint64_t>(field(kUserTicksField));
   const auto startTicks = numberFrom<std::uint64_t>(field(kStartTicksField));
-  if (!userTicks || !startTicks) return std::nullopt;
+  const auto threads = numberFrom<std::uint64_t>(field(kThreadsField));
+  if (!userTicks || !threads || !startTicks) return std::nullopt;
   return ProcStat{std::string(content.substr(open + 1, close - open - 1)), field(kStateField)[0], *userTicks,
-                  *startTicks};
+                  *threads, *startTicks};
 }
 
 std::optional<ProcStatus> parseProcStatus(std::string_view content) {

@@ -22,7 +22,8 @@ namespace halvorn {
 struct ProcStat {
   std::string name;  // at most 15 bytes, any but zero
   char state = '?';
-  std::uint64_t userTicks = 0;   // processor time in user mode
+  std::uint64_t userTicks = 0;  // processor time in user mode
+  std::uint64_t threads = 0;
   std::uint64_t startTicks = 0;  // since the system started
 };
 // The name may hold blanks, line feeds and parentheses, so fields are counted after the last one of those.

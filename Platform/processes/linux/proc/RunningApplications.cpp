@@ -97,7 +97,7 @@ HeldApplicationPointer RunningApplications::knownWithPid(pid_t pid) {
     if (found == held_.end()) return nullptr;
     application = found->second;
   }
-  if (!application->descriptor.hasEnded()) return application;
+  if (!application->hold.hasEnded()) return application;
   retire(application);
   return nullptr;
 }
@@ -108,14 +108,15 @@ HeldApplicationPointer RunningApplications::hold(pid_t pid, Wanted wanted, Progr
   // A first look without a hold: most processes are none of ours, and descriptors are few.
   if (wanted == Wanted::InBundle && !programs_.mayBeInBundle(pid)) return nullptr;
   PidDescriptor descriptor(pid);
-  if (!descriptor.isHeld()) return nullptr;
+  const auto stat = files_.stat(pid);
+  if (!stat) return nullptr;
+  ProcessHold certainty(files_, pid, stat->startTicks, std::move(descriptor));
   std::optional<Program> program =
       wanted == Wanted::InBundle ? programs_.programInBundle(pid, walk) : programs_.anyProgram(pid, walk);
-  const auto stat = program ? files_.stat(pid) : std::nullopt;
-  const bool isOurs = stat && belongsHere(pid, wanted);
+  const bool isOurs = program && belongsHere(pid, wanted);
   // As long as it has not ended, all that was read is about the process that is held.
-  if (!isOurs || descriptor.hasEnded()) return nullptr;
-  return add(pid, stat->startTicks, std::move(descriptor), std::move(*program));
+  if (!isOurs || certainty.hasEnded()) return nullptr;
+  return add(std::move(certainty), std::move(*program));
 }
 
 bool RunningApplications::belongsHere(pid_t pid, Wanted wanted) const {
@@ -126,29 +127,29 @@ bool RunningApplications::belongsHere(pid_t pid, Wanted wanted) const {
          !session_.differsFrom(DesktopSession::from(files_.environment(pid)));
 }
 
-HeldApplicationPointer RunningApplications::add(pid_t pid, std::uint64_t startTicks, PidDescriptor descriptor,
-                                                Program program) {
+HeldApplicationPointer RunningApplications::add(ProcessHold hold, Program program) {
+  const pid_t pid = hold.pid();
+  const std::uint64_t startTicks = hold.startTicks();
   HeldApplicationPointer application;
   {
     const std::lock_guard lock(mutex_);
     if (const auto found = held_.find(pid); found != held_.end()) {
       // Another thread may have been faster; both hold the same process, since it has not ended.
       const HeldApplicationPointer other = found->second;
-      if (!other->descriptor.hasEnded()) return other;
+      if (!other->hold.hasEnded()) return other;
       retireLocked(other);
     }
     // A process id can come back within one tick of the clock; the number must not.
     auto high = static_cast<std::uint32_t>(startTicks);
     while (!given_.emplace(pid, high).second) ++high;
-    application =
-        std::make_shared<HeldApplication>(ProcessSerialNumber{high, static_cast<std::uint32_t>(pid)}, pid,
-                                          std::move(descriptor), std::move(program));
+    application = std::make_shared<HeldApplication>(
+        ProcessSerialNumber{high, static_cast<std::uint32_t>(pid)}, std::move(hold), std::move(program));
     held_[pid] = application;
     epoll_event event{};
     event.events = EPOLLIN;
     event.data.fd = pid;
-    // Refused when this user waits for too many things already.
-    if (::epoll_ctl(ends_.get(), EPOLL_CTL_ADD, application->descriptor.descriptor(), &event) != 0) {
+    // Refused without a descriptor, and when this user waits for too many things already.
+    if (::epoll_ctl(ends_.get(), EPOLL_CTL_ADD, application->hold.descriptor(), &event) != 0) {
       untold_.push_back(pid);
     }
     if (isNewsLocked(startTicks)) noteLocked(Event::Launched);
@@ -169,7 +170,7 @@ void RunningApplications::retire(const HeldApplicationPointer& application) {
 
 void RunningApplications::retireLocked(const HeldApplicationPointer& application) {
   // Somebody may keep the application, and with it the descriptor, which would be ready for ever.
-  ::epoll_ctl(ends_.get(), EPOLL_CTL_DEL, application->descriptor.descriptor(), nullptr);
+  ::epoll_ctl(ends_.get(), EPOLL_CTL_DEL, application->hold.descriptor(), nullptr);
   held_.erase(application->pid);
   std::erase(untold_, application->pid);
   noteLocked(Event::Ended);
@@ -188,6 +189,11 @@ void RunningApplications::lookForEnds() {
     untold = untold_;
   }
   for (const pid_t pid : untold) std::ignore = knownWithPid(pid);
+}
+
+bool RunningApplications::isToldOfEveryEnd() {
+  const std::lock_guard lock(mutex_);
+  return untold_.empty();
 }
 
 void RunningApplications::recordEvents(std::function<void()> waiting) {

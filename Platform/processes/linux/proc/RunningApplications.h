@@ -1,4 +1,5 @@
-// The running applications of this user and session, each held so that nothing else can be taken for it.
+// The running applications of this user and session, each held so that nothing else can be taken for it:
+// by a descriptor as long as there are enough of them, else by its start time. All of them are listed.
 //
 // An application is a process whose program lies in a bundle, or one that owns a top-level window. Once found
 // it stays one until it ends.
@@ -20,7 +21,7 @@
 
 #include "Platform/processes/ProcessSource.h"
 #include "Platform/processes/linux/proc/DesktopSession.h"
-#include "Platform/processes/linux/proc/PidDescriptor.h"
+#include "Platform/processes/linux/proc/ProcessHold.h"
 #include "Platform/processes/linux/proc/Program.h"
 
 namespace halvorn {
@@ -30,15 +31,18 @@ class WindowSystem;
 
 class HeldApplication {
  public:
-  HeldApplication(ProcessSerialNumber serialNumber, pid_t processId, PidDescriptor hold, Program whatItRuns)
-      : number(serialNumber), pid(processId), descriptor(std::move(hold)), program(std::move(whatItRuns)) {}
+  HeldApplication(ProcessSerialNumber serialNumber, ProcessHold certainty, Program whatItRuns)
+      : number(serialNumber),
+        pid(certainty.pid()),
+        hold(std::move(certainty)),
+        program(std::move(whatItRuns)) {}
 
   // True for the first caller.
   [[nodiscard]] bool takeTerminateRequest() { return !isAskedToTerminate_.exchange(true); }
 
   const ProcessSerialNumber number;
   const pid_t pid;
-  const PidDescriptor descriptor;
+  const ProcessHold hold;
   const Program program;  // as it was found; bundles may be replaced under a running program
 
  private:
@@ -74,8 +78,10 @@ class RunningApplications {
   [[nodiscard]] std::vector<Event> takeEvents();
   // Looks for applications that own windows by now; of those alone, and so quickly.
   void lookAtWindows();
-  // Readable while the end of an application has not been seen by lookForEnds().
+  // Readable while the end of an application has not been seen by lookForEnds(); of those applications whose
+  // end the system tells.
   [[nodiscard]] int endsDescriptor() const { return ends_.get(); }
+  [[nodiscard]] bool isToldOfEveryEnd();
   void lookForEnds();
 
  private:
@@ -85,7 +91,7 @@ class RunningApplications {
   void holdOwners(ProgramFinder::Walk& walk);
   [[nodiscard]] std::vector<pid_t> notHeld(std::vector<pid_t> pids);
   [[nodiscard]] bool belongsHere(pid_t pid, Wanted wanted) const;
-  HeldApplicationPointer add(pid_t pid, std::uint64_t startTicks, PidDescriptor descriptor, Program program);
+  HeldApplicationPointer add(ProcessHold hold, Program program);
   void retire(const HeldApplicationPointer& application);
   void retireLocked(const HeldApplicationPointer& application);
   [[nodiscard]] bool isNewsLocked(std::uint64_t startTicks) const;

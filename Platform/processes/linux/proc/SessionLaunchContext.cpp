@@ -30,7 +30,8 @@ std::optional<PropertyDictionary> SessionLaunchContext::launcherInformation() co
     return PropertyDictionary{{creatorKey, loginWindowCreator}};
   }
   const auto number = processes_.processForPID(parent);
-  if (!number) return std::nullopt;
+  // The parent may have ended meanwhile and its id been given to another process.
+  if (!number || parent_() != parent) return std::nullopt;
   const auto information = processes_.information(*number);
   if (!information) return std::nullopt;
   PropertyDictionary result = processes_.informationDictionary(*number).value_or(PropertyDictionary());

@@ -13,6 +13,8 @@
 
 namespace halvorn {
 
+class ProcessHold;
+
 // Thread: any but for watch(). Windows of other machines and windows whose owner is not certain belong to
 // nobody here.
 class WindowSystem {
@@ -27,12 +29,13 @@ class WindowSystem {
   // The owner of the active window; nullopt when there is none or it is not known.
   [[nodiscard]] virtual std::optional<pid_t> activeOwner() = 0;
 
-  // For the windows of one process. A window that cannot be asked to close is left alone.
-  virtual void closeWindows(pid_t pid) = 0;
-  virtual void activate(pid_t pid, BringForward windows) = 0;
-  virtual void setVisible(pid_t pid, Visible visible) = 0;
+  // For the windows of one process; nothing is done once it has ended, whoever has its id then. A window that
+  // cannot be asked to close is left alone.
+  virtual void closeWindows(const ProcessHold& process) = 0;
+  virtual void activate(const ProcessHold& process, BringForward windows) = 0;
+  virtual void setVisible(const ProcessHold& process, Visible visible) = 0;
   // Something to read that means nothing.
-  virtual void sendEmptyMessage(pid_t pid) = 0;
+  virtual void sendEmptyMessage(const ProcessHold& process) = 0;
 
   struct Changes {
     std::function<void()> windowsChanged;  // windows may have come or gone, or tellsAllWindows() changed
@@ -48,10 +51,10 @@ class NoWindows : public WindowSystem {
   bool tellsAllWindows() override { return false; }
   std::vector<pid_t> owners() override { return {}; }
   std::optional<pid_t> activeOwner() override { return std::nullopt; }
-  void closeWindows(pid_t) override {}
-  void activate(pid_t, BringForward) override {}
-  void setVisible(pid_t, Visible) override {}
-  void sendEmptyMessage(pid_t) override {}
+  void closeWindows(const ProcessHold&) override {}
+  void activate(const ProcessHold&, BringForward) override {}
+  void setVisible(const ProcessHold&, Visible) override {}
+  void sendEmptyMessage(const ProcessHold&) override {}
   std::unique_ptr<RunLoop::Source> watch(RunLoop&, Changes) override { return nullptr; }
 };
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "Platform/processes/linux/proc/ProcessHold.h"
+
 namespace halvorn {
 namespace {
 
@@ -67,14 +69,16 @@ std::vector<pid_t> XWindowSystem::owners() {
   return result;
 }
 
-std::vector<xcb_window_t> XWindowSystem::windowsOf(pid_t pid) {
+std::vector<xcb_window_t> XWindowSystem::windowsOf(const ProcessHold& process) {
   const auto all = windows();
   std::vector<xcb_window_t> result;
   if (all.empty()) return result;
   const auto owners = owners_->of(all);
   for (std::size_t i = 0; i < all.size(); ++i) {
-    if (owners[i] == pid) result.push_back(all[i]);
+    if (owners[i] == process.pid()) result.push_back(all[i]);
   }
+  // As long as it has not ended, the id of the owner was its own.
+  if (process.hasEnded()) result.clear();
   return result;
 }
 
@@ -137,8 +141,8 @@ void XWindowSystem::finish() {
 
 // Straight to the program: a window manager that is asked to close a window kills the programs that cannot be
 // asked.
-void XWindowSystem::closeWindows(pid_t pid) {
-  for (const xcb_window_t window : windowsOf(pid)) {
+void XWindowSystem::closeWindows(const ProcessHold& process) {
+  for (const xcb_window_t window : windowsOf(process)) {
     const auto& atoms = connection_->atoms();
     if (!supports(atoms.wmDeleteWindow, window)) continue;
     send(window, window, atoms.wmProtocols, atoms.wmDeleteWindow, XCB_EVENT_MASK_NO_EVENT);
@@ -146,8 +150,8 @@ void XWindowSystem::closeWindows(pid_t pid) {
   finish();
 }
 
-void XWindowSystem::activate(pid_t pid, BringForward which) {
-  auto own = windowsOf(pid);
+void XWindowSystem::activate(const ProcessHold& process, BringForward which) {
+  auto own = windowsOf(process);
   if (own.empty()) return;
   // The topmost one that can be seen; when all are iconified, the topmost.
   const auto shown =
@@ -167,8 +171,8 @@ void XWindowSystem::activate(pid_t pid, BringForward which) {
   finish();
 }
 
-void XWindowSystem::setVisible(pid_t pid, Visible visible) {
-  for (const xcb_window_t window : windowsOf(pid)) {
+void XWindowSystem::setVisible(const ProcessHold& process, Visible visible) {
+  for (const xcb_window_t window : windowsOf(process)) {
     WindowManagerConnection* x = connection();
     if (x == nullptr) return;
     if (visible == Visible::Yes) {
@@ -180,8 +184,8 @@ void XWindowSystem::setVisible(pid_t pid, Visible visible) {
   finish();
 }
 
-void XWindowSystem::sendEmptyMessage(pid_t pid) {
-  for (const xcb_window_t window : windowsOf(pid)) {
+void XWindowSystem::sendEmptyMessage(const ProcessHold& process) {
+  for (const xcb_window_t window : windowsOf(process)) {
     send(window, window, connection_->atoms().wakeUp, 0, XCB_EVENT_MASK_NO_EVENT);
   }
   finish();

@@ -24,10 +24,10 @@ class XWindowSystem : public WindowSystem {
   bool tellsAllWindows() override;
   std::vector<pid_t> owners() override;
   std::optional<pid_t> activeOwner() override;
-  void closeWindows(pid_t pid) override;
-  void activate(pid_t pid, BringForward windows) override;
-  void setVisible(pid_t pid, Visible visible) override;
-  void sendEmptyMessage(pid_t pid) override;
+  void closeWindows(const ProcessHold& process) override;
+  void activate(const ProcessHold& process, BringForward windows) override;
+  void setVisible(const ProcessHold& process, Visible visible) override;
+  void sendEmptyMessage(const ProcessHold& process) override;
   std::unique_ptr<RunLoop::Source> watch(RunLoop& loop, Changes changes) override;
 
  private:
@@ -37,7 +37,7 @@ class XWindowSystem : public WindowSystem {
   [[nodiscard]] WindowManagerConnection* connection();
   // Top-level windows from the bottom of the stack to its top.
   [[nodiscard]] std::vector<xcb_window_t> windows();
-  [[nodiscard]] std::vector<xcb_window_t> windowsOf(pid_t pid);
+  [[nodiscard]] std::vector<xcb_window_t> windowsOf(const ProcessHold& process);
   [[nodiscard]] std::vector<xcb_window_t> windowList(xcb_atom_t property);
   [[nodiscard]] bool isIconified(xcb_window_t window);
   [[nodiscard]] bool supports(xcb_atom_t protocol, xcb_window_t window);

@@ -113,18 +113,27 @@ std::int64_t KTProcessClass::indexOfCachedProcessWithSerialNumber(ProcessSerialN
   return place ? std::distance(cache_->begin(), *place) : kNotFound;
 }
 
-// The first one in the order of the cache.
+// The first one in the order of the cache, as the platform compares.
 std::optional<KTProcessClass::Cache::iterator> KTProcessClass::findLocked(
     ProcessSerialNumber serialNumber) const {
-  std::vector<Cache::iterator> matches;
+  if (!cache_) return std::nullopt;
+  if (!mayHoldEquals_) {
+    if (const auto place = findByHashLocked(serialNumber)) return place;
+  }
+  // A process may have several numbers, and these several hashes.
+  const auto place = std::find_if(cache_->begin(), cache_->end(), [&](const KTProcessPointer& process) {
+    return process->isSameProcess(serialNumber);
+  });
+  return place != cache_->end() ? std::optional(place) : std::nullopt;
+}
+
+std::optional<KTProcessClass::Cache::iterator> KTProcessClass::findByHashLocked(
+    ProcessSerialNumber serialNumber) const {
   const auto [first, last] = placesByHash_.equal_range(KTProcess::hash(serialNumber));
   for (auto entry = first; entry != last; ++entry) {
-    if ((*entry->second)->isSameProcess(serialNumber)) matches.push_back(entry->second);
+    if ((*entry->second)->isSameProcess(serialNumber)) return entry->second;
   }
-  if (matches.empty()) return std::nullopt;
-  if (matches.size() == 1) return matches.front();
-  return std::find_if(cache_->begin(), cache_->end(),
-                      [&](const KTProcessPointer& process) { return process->isSameProcess(serialNumber); });
+  return std::nullopt;
 }
 
 KTProcessPointer KTProcessClass::moveToFrontLocked(Cache::iterator place) {
@@ -134,6 +143,7 @@ KTProcessPointer KTProcessClass::moveToFrontLocked(Cache::iterator place) {
 
 void KTProcessClass::insertAtFront(const KTProcessPointer& process) {
   const std::lock_guard lock(mutex_);
+  mayHoldEquals_ = mayHoldEquals_ || findLocked(process->serialNumber());
   insertAtFrontLocked(process);
 }
 

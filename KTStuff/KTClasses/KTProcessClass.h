@@ -116,6 +116,7 @@ class KTProcessClass {
   void insertAtFront(const KTProcessPointer& process);
   void insertAtFrontLocked(const KTProcessPointer& process);
   [[nodiscard]] std::optional<Cache::iterator> findLocked(ProcessSerialNumber serialNumber) const;
+  [[nodiscard]] std::optional<Cache::iterator> findByHashLocked(ProcessSerialNumber serialNumber) const;
   [[nodiscard]] KTProcessPointer moveToFrontLocked(Cache::iterator place);
 
   const KTProcessServices services_;
@@ -125,8 +126,11 @@ class KTProcessClass {
   // Guards what follows.
   mutable std::mutex mutex_;
   mutable std::optional<Cache> cache_;
-  // Equal processes have equal hashes, so only few of the cache are compared, however long it is.
+  // Most processes are asked for by the number they were first asked for, so that only few of the cache are
+  // compared, however long it is.
   std::unordered_multimap<std::uint32_t, Cache::iterator> placesByHash_;
+  // Whether equal objects may stand in the cache: what the hash leads to need not be the first of them then.
+  bool mayHoldEquals_ = false;
   std::uint32_t launchEndCount_ = 0;
   KTProcessPointer currentProcess_;
   bool isHandlerInstalled_ = false;

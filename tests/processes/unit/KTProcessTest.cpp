@@ -154,6 +154,36 @@ TEST_F(KTProcessCache, TwoProcessesWithEqualHashesAreTwo) {
   EXPECT_EQ(processes.cachedProcessWithSerialNumber({3, 3}), nullptr);
 }
 
+// A system that has several numbers for one process: those that end in the same digit.
+class KTProcessCacheWithManyNumbers : public KTProcessCache {
+ protected:
+  KTProcessCacheWithManyNumbers() {
+    applications.isSame = [](ProcessSerialNumber a, ProcessSerialNumber b) {
+      return a.low % 10 == b.low % 10;
+    };
+  }
+};
+
+TEST_F(KTProcessCacheWithManyNumbers, TwoNumbersOfOneProcessGiveOneObject) {
+  const KTProcessPointer first = processes.processWithSerialNumber({0, 11});
+  const KTProcessPointer second = processes.processWithSerialNumber({0, 12});
+  EXPECT_EQ(processes.processWithSerialNumber({7, 21}), first);
+  EXPECT_EQ(processes.cachedProcessWithSerialNumber({7, 32}), second);
+  EXPECT_EQ(processes.cachedProcessesEnumerator(), (std::vector<KTProcessPointer>{second, first}));
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber({9, 41}), 1);
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber({9, 43}), KTProcessClass::kNotFound);
+}
+
+TEST_F(KTProcessCacheWithManyNumbers, OfTwoObjectsForOneProcessTheOneInFrontIsFound) {
+  const KTProcessPointer first = processes.processWithSerialNumber({0, 11});
+  const KTProcessPointer second = KTProcess::create(processes, {0, 21});
+  second->addToCache();
+  // Also by the very number of the one behind.
+  EXPECT_EQ(processes.indexOfCachedProcessWithSerialNumber({0, 11}), 0);
+  EXPECT_EQ(processes.processWithSerialNumber({0, 11}), second);
+  EXPECT_EQ(processes.cachedProcessesEnumerator(), (std::vector<KTProcessPointer>{second, first}));
+}
+
 TEST_F(KTProcessCache, ALongCacheKeepsItsOrder) {
   std::vector<KTProcessPointer> expected;
   for (std::uint32_t i = 0; i < 300; ++i) {

@@ -1,8 +1,6 @@
 // StringExtensions, patterns: wildcards and regular expressions.
 #pragma once
 
-#include <atomic>
-
 #include "Core/Log.h"
 #include "Core/Text.h"
 #include "KTStuff/KTClasses/KTRegularExpression.h"
@@ -14,7 +12,7 @@ namespace halvorn::StringExtensions {
 // included. There is no other wildcard; case matters. Without "*" it is equality.
 [[nodiscard]] bool matchesWildcardPattern(const Text& text, const Text& pattern);
 
-// Replaces by regular expression. One object is made at the program's root.
+// Replaces by regular expression.
 class RegexReplacing {
  public:
   static constexpr double kSecondsAllowed = 5.0;
@@ -28,7 +26,8 @@ class RegexReplacing {
   // group that took no part or does not exist); a backslash takes the meaning off the unit after it. Word
   // boundaries are those of Unicode. The text itself when nothing matches. Thread: any. Fails: with a bad
   // pattern, or one that takes too long, the answer is the text itself. Logs: "Regular expression error: %@"
-  // each time; that the platform has no regular expressions only once.
+  // each time; that the platform has no regular expressions only once,
+  // however many objects replace with one KTRegularExpression.
   [[nodiscard]] Text stringByReplacingOccurrencesOfRegexPattern(const Text& text, const Text& pattern,
                                                                 const Text& withTemplate) const;
 
@@ -37,7 +36,6 @@ class RegexReplacing {
   const Clock& clock_;
   const Log& log_;
   const double secondsAllowed_;
-  mutable std::atomic<bool> hasLoggedUnavailability_ = false;
 };
 
 }  // namespace halvorn::StringExtensions

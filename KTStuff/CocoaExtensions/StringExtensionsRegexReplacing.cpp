@@ -100,7 +100,7 @@ class Replacer : public RegexVisitor {
 Text RegexReplacing::stringByReplacingOccurrencesOfRegexPattern(const Text& text, const Text& pattern,
                                                                 const Text& withTemplate) const {
   if (!regularExpressions_.regexAvailable()) {
-    if (!hasLoggedUnavailability_.exchange(true)) {
+    if (regularExpressions_.takeUnavailabilityMessage()) {
       log_("Regular expressions are not available (require OS X 10.7 or newer).");
     }
     return text;

@@ -20,6 +20,11 @@ namespace halvorn::StringExtensions {
 // Thread: one at a time. isVirtualCharacter() may be asked anywhere.
 class VirtualCharacters {
  public:
+  VirtualCharacters() = default;
+  // The ligatures are those of the whole program.
+  VirtualCharacters(const VirtualCharacters&) = delete;
+  VirtualCharacters& operator=(const VirtualCharacters&) = delete;
+
   // Ligature i is the virtual character 0xB0000 + i. Replaces those defined before.
   void defineLigatures(const std::vector<Text>& ligatures) { ligatures_ = ligatures; }
 

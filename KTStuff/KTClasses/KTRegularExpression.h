@@ -9,6 +9,7 @@
 // Thread: any.
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <mutex>
 
@@ -26,6 +27,8 @@ class KTRegularExpression {
 
   [[nodiscard]] const Regex* regexClass() const;
   [[nodiscard]] bool regexAvailable() const;
+  // True for the first caller of the process: whoever finds no engine says so once.
+  [[nodiscard]] bool takeUnavailabilityMessage() const { return !hasLoggedUnavailability_.exchange(true); }
   // Neither an expression nor an error when the platform has no engine.
   [[nodiscard]] RegexCompilation regularExpressionWithPattern(const Text& pattern,
                                                               RegexOptions options) const;
@@ -35,6 +38,7 @@ class KTRegularExpression {
   mutable std::mutex lock_;
   mutable bool isKnown_ = false;
   mutable const Regex* class_ = nullptr;
+  mutable std::atomic<bool> hasLoggedUnavailability_ = false;
 };
 
 }  // namespace halvorn

@@ -140,6 +140,15 @@ TEST_F(RegexReplacingTest, WithoutTheClassEveryCallReturnsTheReceiverAndOnlyTheF
   EXPECT_EQ(log_.lines(), Lines{"Regular expressions are not available (require OS X 10.7 or newer)."});
 }
 
+TEST_F(RegexReplacingTest, HoweverManyObjectsReplaceItIsLoggedOncePerProcess) {
+  found_ = nullptr;
+  const RegexReplacing other(class_, clock_, log_);
+  const Text text = "abc";
+  EXPECT_TRUE(replace(text, "b", "x").isSameObject(text));
+  EXPECT_TRUE(other.stringByReplacingOccurrencesOfRegexPattern(text, "b", "x").isSameObject(text));
+  EXPECT_EQ(log_.lines().size(), 1u);
+}
+
 TEST_F(RegexReplacingTest, TheClassIsLookedUpOnceAlsoWhenThereIsNone) {
   found_ = nullptr;
   EXPECT_FALSE(class_.regexAvailable());

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <map>
 #include <sstream>
+#include <type_traits>
 
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
 #include "tests/support/TextPrinting.h"
@@ -187,6 +188,11 @@ TEST(VirtualCharacters, ALigatureBeyondTheRangeOfVirtualCharactersIsTheStoredObj
         characters.stringWithUTF32Character(static_cast<std::uint32_t>(code)).isSameObject(ligatures[0]));
   }
   EXPECT_EQ(characters.stringWithUTF32Character(0xC0001), Text::fromScalar(0xC0001));
+}
+
+TEST(VirtualCharacters, AreOneForTheWholeProgram) {
+  EXPECT_FALSE(std::is_copy_constructible_v<VirtualCharacters>);
+  EXPECT_FALSE(std::is_copy_assignable_v<VirtualCharacters>);
 }
 
 TEST(VirtualCharacters, DefiningLigaturesKeepsACopy) {

@@ -8,8 +8,6 @@
 
 namespace halvorn {
 
-const Text KTEscapeCharacters = "\n\r\t\\";
-
 namespace StringExtensions {
 namespace {
 

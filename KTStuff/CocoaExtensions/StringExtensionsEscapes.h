@@ -6,7 +6,8 @@
 namespace halvorn {
 
 // The characters that are escaped by default: line feed, carriage return, tab, backslash.
-extern const Text KTEscapeCharacters;
+// Made in every file that names it before what that file makes itself.
+inline const Text KTEscapeCharacters = "\n\r\t\\";
 
 namespace StringExtensions {
 

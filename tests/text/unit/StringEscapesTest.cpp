@@ -9,8 +9,16 @@ namespace {
 
 using namespace StringExtensions;
 
+// Made before main(), as the constants of a program that uses the library are.
+const Text kTakenByAnInitialiser = KTEscapeCharacters;
+
 TEST(KTEscapeCharacters, AreLineFeedReturnTabAndBackslash) {
   EXPECT_EQ(KTEscapeCharacters, Text("\n\r\t\\"));
+}
+
+TEST(KTEscapeCharacters, AreThereForTheInitialisersOfOtherObjects) {
+  EXPECT_EQ(kTakenByAnInitialiser, Text("\n\r\t\\"));
+  EXPECT_TRUE(kTakenByAnInitialiser.isSameObject(KTEscapeCharacters));
 }
 
 TEST(StringByEscapingCharacters, ControlCharactersBecomeLettersAndOthersGetABackslash) {

@@ -131,8 +131,8 @@ void Startup::showTexts(const OptionalText& version) {
 void Startup::showReadMeOrInstallPage() {
   const OptionalText path = argument(KTInstallerKeyReadMePath);
   if (!path || !services_.files.fileExists(*path)) return controller_.selectTab(kInstallPage);
-  ViewExtensions::useLightAquaAppearance(outlets_.readMeTextView, ViewExtensions::LightAqua::Yes,
-                                         services_.system);
+  KTViewExtensions::useLightAquaAppearance(outlets_.readMeTextView, KTViewExtensions::LightAqua::Yes,
+                                           services_.system);
   outlets_.readMeTextView.setDocumentFromFile(*path);
   controller_.selectTab(kReadMePage);
 }

@@ -5,7 +5,7 @@
 #include "KTStuff/KTClasses/KTAvailability.h"
 #include "Platform/window/Views.h"
 
-namespace halvorn::ViewExtensions {
+namespace halvorn::KTViewExtensions {
 
 namespace {
 
@@ -77,4 +77,4 @@ void useLightAquaAppearance(View& view, LightAqua light, const SystemFacts& syst
   view.setAppearance(light == LightAqua::Yes ? AppearanceName::Aqua : AppearanceName::Inherited);
 }
 
-}  // namespace halvorn::ViewExtensions
+}  // namespace halvorn::KTViewExtensions

@@ -8,7 +8,7 @@ namespace halvorn {
 class SystemFacts;
 class View;
 
-namespace ViewExtensions {
+namespace KTViewExtensions {
 
 enum class LightAqua { No, Yes };
 enum class PreferTop { No, Yes };
@@ -34,5 +34,5 @@ void scrollPointAnimated(View& view, const Point& point);
 // older than 10.14, which have no appearances.
 void useLightAquaAppearance(View& view, LightAqua light, const SystemFacts& system);
 
-}  // namespace ViewExtensions
+}  // namespace KTViewExtensions
 }  // namespace halvorn

@@ -32,6 +32,7 @@
 namespace halvorn {
 
 class KTProcessClass;
+class Notifications;
 struct KTProcessServices;
 
 inline constexpr char KTPlatformCocoa[] = "Cocoa";
@@ -124,7 +125,7 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
   // Blocks the caller meanwhile. False when it still runs, or cannot be found. Once `cancellation` is
   // requested nothing more is asked or forced, and what still runs then counts as such. Logs: one line,
   // whatever the outcome.
-  bool quitRunningApplication(float withTimeout, const Cancellation& cancellation = kNeverCanceled);
+  bool quitRunningApplicationWithTimeout(float timeout, const Cancellation& cancellation = kNeverCanceled);
   // Quits with four seconds each, and where that fails sends the classic quit event without waiting, unless
   // canceled. Logs: also the event's failures.
   void quit(const Cancellation& cancellation = kNeverCanceled);
@@ -186,6 +187,11 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
 };
 
 using KTProcessPointer = std::shared_ptr<KTProcess>;
+
+// What happens in the interface of a watched process arrives here and is posted as KTProcessUINotification.
+// The element may be null.
+void notificationHandler(const AccessibilityElementPointer& element, const Text& notification,
+                         const KTProcessPointer& process, Notifications& notifications);
 
 }  // namespace halvorn
 

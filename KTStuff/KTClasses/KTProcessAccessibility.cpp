@@ -5,6 +5,13 @@
 
 namespace halvorn {
 
+void notificationHandler(const AccessibilityElementPointer& element, const Text& notification,
+                         const KTProcessPointer& process, Notifications& notifications) {
+  const NotificationValue shownElement = element ? NotificationValue(element) : NotificationValue(Text());
+  notifications.enqueueWhenIdle(
+      Notification{KTProcessUINotification, process, {{"element", shownElement}, {"event", notification}}});
+}
+
 void KTProcess::installAXObserver() {
   if (axAppElem_) return;
   axAppElem_ = services().accessibility.createApplicationElement(psn_);
@@ -15,11 +22,7 @@ void KTProcess::installAXObserver() {
   // Weak: a call-back may be on its way when the last owner of this object lets go.
   auto callback = [self = weak_from_this(), &notifications = services().notifications](
                       const AccessibilityElementPointer& element, const Text& name) {
-    const auto process = self.lock();
-    if (!process) return;
-    const NotificationValue shownElement = element ? NotificationValue(element) : NotificationValue(Text());
-    notifications.enqueueWhenIdle(
-        Notification{KTProcessUINotification, process, {{"element", shownElement}, {"event", name}}});
+    if (const auto process = self.lock()) notificationHandler(element, name, process, notifications);
   };
   axObserver_ = services().accessibility.createObserver(psn_, std::move(callback));
   if (!axObserver_) {

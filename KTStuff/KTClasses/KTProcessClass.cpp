@@ -21,24 +21,24 @@ void KTProcessClass::installNotifications() {
     if (std::exchange(isHandlerInstalled_, true)) return;
   }
   services_.events.installHandler([self = std::weak_ptr<KTProcessClass*>(self_)](int kind) {
-    if (const auto alive = self.lock()) (*alive)->handleApplicationEvent(kind);
+    if (const auto alive = self.lock()) ApplicationStartEndHandler(kind, **alive);
   });
 }
 
-void KTProcessClass::handleApplicationEvent(int kind) {
+void ApplicationStartEndHandler(int kind, KTProcessClass& processes) {
   const char* change = "";
   if (kind == kFrontApplicationSwitchedEvent) {
     change = "front";
   } else if (kind == kApplicationTerminatedEvent) {
-    applicationEnded();
+    processes.applicationEnded();
     change = "ended";
   } else if (kind == kApplicationLaunchedEvent) {
-    applicationStarted();
+    processes.applicationStarted();
     change = "started";
   }
   // Not owned: the class object outlives every notification about it.
-  const std::shared_ptr<const void> object(std::shared_ptr<void>(), this);
-  services_.notifications.enqueueWhenIdle(
+  const std::shared_ptr<const void> object(std::shared_ptr<void>(), &processes);
+  processes.services().notifications.enqueueWhenIdle(
       Notification{KTProcessChangeNotification, object, {{"change", Text(change)}}});
 }
 

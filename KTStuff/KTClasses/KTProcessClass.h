@@ -104,9 +104,6 @@ class KTProcessClass {
   // Two readings that differ tell that applications came or went in between.
   [[nodiscard]] std::uint32_t applicationLaunchEndCount() const;
 
-  // The system's event handler. Any other kind than the three known ones is posted with the change "".
-  void handleApplicationEvent(int kind);
-
   [[nodiscard]] const KTProcessServices& services() const { return services_; }
 
  private:
@@ -135,5 +132,9 @@ class KTProcessClass {
   KTProcessPointer currentProcess_;
   bool isHandlerInstalled_ = false;
 };
+
+// The system's events about applications arrive here. Any other kind than the three known ones is posted with
+// the change "".
+void ApplicationStartEndHandler(int kind, KTProcessClass& processes);
 
 }  // namespace halvorn

@@ -68,7 +68,7 @@ void logForced(const Log& log, const OptionalText& name, const Insistence& force
 
 }  // namespace
 
-bool KTProcess::quitRunningApplication(float withTimeout, const Cancellation& cancellation) {
+bool KTProcess::quitRunningApplicationWithTimeout(float timeout, const Cancellation& cancellation) {
   const Log& log = services().log;
   const OptionalText processName = name();
   if (!services().control.hasRunningApplications()) {
@@ -85,7 +85,7 @@ bool KTProcess::quitRunningApplication(float withTimeout, const Cancellation& ca
     return false;
   }
   const auto insistOn = [&](bool (RunningApplication::*request)()) {
-    return insist(*application, request, withTimeout, services().clock, cancellation);
+    return insist(*application, request, timeout, services().clock, cancellation);
   };
   using End = Insistence::End;
   const Insistence asked = insistOn(&RunningApplication::terminate);
@@ -100,7 +100,7 @@ bool KTProcess::quitRunningApplication(float withTimeout, const Cancellation& ca
 }
 
 void KTProcess::quit(const Cancellation& cancellation) {
-  if (quitRunningApplication(kQuitSeconds, cancellation) || cancellation.isRequested()) return;
+  if (quitRunningApplicationWithTimeout(kQuitSeconds, cancellation) || cancellation.isRequested()) return;
   sendQuitEvent();
 }
 

@@ -61,8 +61,8 @@ class Probe {
     const LinuxSystemFacts system;
     if (verb == "readMe") readMe(rest);
     if (verb == "error") error(rest);
-    if (verb == "aqua") useLightAquaAppearance(view(rest), ViewExtensions::LightAqua::Yes, system);
-    if (verb == "inherit") useLightAquaAppearance(view(rest), ViewExtensions::LightAqua::No, system);
+    if (verb == "aqua") useLightAquaAppearance(view(rest), KTViewExtensions::LightAqua::Yes, system);
+    if (verb == "inherit") useLightAquaAppearance(view(rest), KTViewExtensions::LightAqua::No, system);
     if (verb == "global") global(rest == "yes" ? UseGlobalAppearance::Yes : UseGlobalAppearance::No);
     if (verb == "where") where(rest);
     if (verb == "globals") say("globals " + std::to_string(log_.lines().size()));

@@ -32,8 +32,8 @@
 namespace halvorn {
 namespace {
 
-using ViewExtensions::LightAqua;
-using ViewExtensions::useLightAquaAppearance;
+using KTViewExtensions::LightAqua;
+using KTViewExtensions::useLightAquaAppearance;
 
 constexpr QRgb kLight = 0xFF20C040;
 constexpr QRgb kDark = 0xFFC02080;

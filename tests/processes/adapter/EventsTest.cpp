@@ -87,7 +87,7 @@ TEST_F(RealEvents, WithoutXLaunchesComeFromALookAtTheTableAndTheFrontIsUnknown) 
   EXPECT_FALSE(editor->isFrontProcess());
   editor->setFrontProcess();
   editor->setHidden(true);
-  EXPECT_TRUE(editor->quitRunningApplication(4.0F));
+  EXPECT_TRUE(editor->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_TRUE(live->settles([&] { return count("ended") == 1; }, 5));
   EXPECT_EQ(count("front"), 0);
 }
@@ -150,7 +150,7 @@ TEST_F(RealEvents, AServerThatGoesAwayLeavesTheModelWorking) {
             2u);  // the look once a second, and no spinning on the dead connection
   ChildProcess& child = startBundle("Editor", "EDIT");
   EXPECT_TRUE(live->settles([&] { return count("started") == 1; }, 5));
-  EXPECT_TRUE(process(child)->quitRunningApplication(4.0F));
+  EXPECT_TRUE(process(child)->quitRunningApplicationWithTimeout(4.0F));
 }
 
 TEST_F(RealEvents, AWindowManagerThatGoesAwayIsNoticed) {

@@ -79,7 +79,8 @@ TEST_F(FewDescriptors, EveryRunningCopyIsQuitAndItsEndIsSeen) {
   watchThem(ids);
   const auto processes = listed(ids);
   ASSERT_EQ(processes.size(), static_cast<std::size_t>(kCopies));
-  for (const KTProcessPointer& process : processes) EXPECT_TRUE(process->quitRunningApplication(4.0F));
+  for (const KTProcessPointer& process : processes)
+    EXPECT_TRUE(process->quitRunningApplicationWithTimeout(4.0F));
   for (const KTProcessPointer& process : processes) EXPECT_FALSE(process->isStillRunning());
   EXPECT_TRUE(listed(ids).empty());
   for (const std::string& line : live->log.lines()) EXPECT_TRUE(line.starts_with("quit Product: ")) << line;
@@ -95,7 +96,7 @@ TEST_F(FewDescriptors, CopiesThatIgnoreRequestsAreForced) {
   // The last ones in the list, which are held by no descriptor.
   constexpr int kForced = 5;
   for (std::size_t i = processes.size() - kForced; i < processes.size(); ++i) {
-    EXPECT_TRUE(processes[i]->quitRunningApplication(0.5F));
+    EXPECT_TRUE(processes[i]->quitRunningApplicationWithTimeout(0.5F));
     EXPECT_FALSE(processes[i]->isStillRunning());
   }
   EXPECT_EQ(listed(ids).size(), static_cast<std::size_t>(kCopies - kForced));

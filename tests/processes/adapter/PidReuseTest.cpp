@@ -128,7 +128,7 @@ TEST_F(PidReuse, BetweenAQuestionAndARequestReachesNobodyElse) {
     ASSERT_EQ(process->name(), Text("Product"));
     ChildProcess* second = nullptr;
     source.afterwards = [&] { second = &replace(first, bystander); };
-    EXPECT_FALSE(process->quitRunningApplication(0.2F));
+    EXPECT_FALSE(process->quitRunningApplicationWithTimeout(0.2F));
     ASSERT_NE(second, nullptr);
     if (second->pid() == first.pid()) ++reused;
     giveItAMoment(*second);

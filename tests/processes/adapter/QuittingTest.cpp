@@ -31,7 +31,7 @@ class RealQuitting : public LiveFixture {
 
 TEST_F(RealQuitting, AProgramThatQuitsAtOnceIsAskedOnce) {
   ChildProcess& child = startBundle("Editor", "EDIT");
-  EXPECT_TRUE(process(child)->quitRunningApplication(4.0F));
+  EXPECT_TRUE(process(child)->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_TRUE(matches(onlyLogLine(), R"(quit Editor: terminated after 0\.\d{3}s \(\d+ attempts\))"))
       << onlyLogLine();
   EXPECT_EQ(child.waitForEnd(5), 0);
@@ -59,7 +59,7 @@ TEST_F(RealQuitting, WindowsAreClosedAndOneSignalIsSentHoweverOftenItIsAsked) {
 
 TEST_F(RealQuitting, AProgramThatTakesItsTimeIsGivenIt) {
   ChildProcess& child = startBundle("Editor", "EDIT", {"--seconds", "0.6"});
-  EXPECT_TRUE(process(child)->quitRunningApplication(4.0F));
+  EXPECT_TRUE(process(child)->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_TRUE(matches(onlyLogLine(), R"(quit Editor: terminated after [0-3]\.\d{3}s \(\d{2,4} attempts\))"))
       << onlyLogLine();
   EXPECT_EQ(child.waitForEnd(5), 0);
@@ -68,7 +68,7 @@ TEST_F(RealQuitting, AProgramThatTakesItsTimeIsGivenIt) {
 TEST_F(RealQuitting, AProgramThatIgnoresTheSignalIsKilledAfterTheTimeout) {
   ChildProcess& child = startBundle("Editor", "EDIT", {"--ignores-term"});
   const double start = testSeconds();
-  EXPECT_TRUE(process(child)->quitRunningApplication(0.4F));
+  EXPECT_TRUE(process(child)->quitRunningApplicationWithTimeout(0.4F));
   EXPECT_GE(testSeconds() - start, 0.4);
   EXPECT_TRUE(matches(onlyLogLine(), R"(force-quit Editor: terminated after 0\.\d{3}s \(\d+ attempts\))"))
       << onlyLogLine();
@@ -80,14 +80,14 @@ TEST_F(RealQuitting, AProgramThatAsksToSaveIsNotAskedTwice) {
   ChildProcess& child = startBundle("Editor", "EDIT", {"--windows", "1", "--asks-to-save"});
   EXPECT_TRUE(child.waitForOutput("shown", 5));
   const KTProcessPointer editor = process(child);
-  EXPECT_TRUE(editor->quitRunningApplication(0.4F));
+  EXPECT_TRUE(editor->quitRunningApplicationWithTimeout(0.4F));
   EXPECT_EQ(child.waitForEnd(5), -SIGKILL);
   EXPECT_EQ(occurrences(child.output(), "term"), 1);
 }
 
 TEST_F(RealQuitting, AStoppedProgramIsKilled) {
   ChildProcess& child = startBundle("Editor", "EDIT", {"--stops"});
-  EXPECT_TRUE(process(child)->quitRunningApplication(0.3F));
+  EXPECT_TRUE(process(child)->quitRunningApplicationWithTimeout(0.3F));
   EXPECT_TRUE(onlyLogLine().starts_with("force-quit Editor: terminated")) << onlyLogLine();
   EXPECT_EQ(child.waitForEnd(5), -SIGKILL);
 }
@@ -100,7 +100,7 @@ TEST_F(RealQuitting, AZombieHasEnded) {
   ::kill(child.pid(), SIGKILL);  // this test has not collected it
   EXPECT_TRUE(live->settles([&] { return !editor->isStillRunning(); }));
   EXPECT_FALSE(isListed(child));
-  EXPECT_FALSE(editor->quitRunningApplication(1.0F));
+  EXPECT_FALSE(editor->quitRunningApplicationWithTimeout(1.0F));
   EXPECT_EQ(onlyLogLine(), "cannot quit Editor: no pid");
 }
 
@@ -110,20 +110,20 @@ TEST_F(RealQuitting, AProgramWhoseFirstThreadHasLeftStillRunsAndIsQuit) {
   child.writeInput("leave\n");
   EXPECT_TRUE(eventually([&] { return live->procFiles.stat(child.pid())->state == 'Z'; }));
   EXPECT_TRUE(editor->isStillRunning());
-  EXPECT_TRUE(editor->quitRunningApplication(4.0F));
+  EXPECT_TRUE(editor->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_EQ(child.waitForEnd(5), 0);
 }
 
 TEST_F(RealQuitting, ACopyThatIsLeftBehindIsAProcessOfItsOwn) {
   ChildProcess& child = startBundle("Editor", "EDIT", {"--forks"});
-  EXPECT_TRUE(process(child)->quitRunningApplication(4.0F));
+  EXPECT_TRUE(process(child)->quitRunningApplicationWithTimeout(4.0F));
   ASSERT_TRUE(child.waitForOutput("forked ", 5));
   const pid_t copy = std::stoi(child.output().substr(child.output().find("forked ") + 7));
   own.add(copy);
   const KTProcessPointer left = live->processes.processWithSignature(fourCharCode("EDIT"));
   ASSERT_NE(left, nullptr);
   EXPECT_EQ(left->unixPID(), copy);
-  EXPECT_TRUE(left->quitRunningApplication(1.0F));
+  EXPECT_TRUE(left->quitRunningApplicationWithTimeout(1.0F));
   EXPECT_EQ(live->processes.processWithSignature(fourCharCode("EDIT")), nullptr);
 }
 
@@ -144,7 +144,7 @@ TEST_F(RealQuitting, TheWorstCaseTakesTwiceTheTimeout) {
   KTProcessClass processes(changedServices(live->processes.services(), {.control = &control}));
   ChildProcess& child = startBundle("Editor", "EDIT");
   const double start = testSeconds();
-  EXPECT_FALSE(processes.processWithPID(child.pid())->quitRunningApplication(0.5F));
+  EXPECT_FALSE(processes.processWithPID(child.pid())->quitRunningApplicationWithTimeout(0.5F));
   EXPECT_GE(testSeconds() - start, 1.0);
   EXPECT_LT(testSeconds() - start, 1.5);
   EXPECT_EQ(onlyLogLine(), "quitting Editor failed");
@@ -183,10 +183,10 @@ TEST_F(RealQuitting, AnApplicationThatEndsJustBeforeItIsAskedHasStopped) {
   } control(live->running, live->windows);
   KTProcessClass processes(changedServices(live->processes.services(), {.control = &control}));
   control.child = &startBundle("Editor", "EDIT");
-  EXPECT_TRUE(processes.processWithPID(control.child->pid())->quitRunningApplication(4.0F));
+  EXPECT_TRUE(processes.processWithPID(control.child->pid())->quitRunningApplicationWithTimeout(4.0F));
   control.child = &startBundle("Mail", "MAIL");
   control.isPolite = false;
-  EXPECT_TRUE(processes.processWithPID(control.child->pid())->quitRunningApplication(0.1F));
+  EXPECT_TRUE(processes.processWithPID(control.child->pid())->quitRunningApplicationWithTimeout(0.1F));
   const auto lines = live->log.lines();
   ASSERT_EQ(lines.size(), 2u);
   EXPECT_TRUE(matches(lines[0], R"(quit Editor: process stopped after 0\.\d{3}s \(1 attempts\))"))

@@ -260,7 +260,7 @@ TEST_P(ProcessContract, SwitchedOutForAMomentAnApplicationIsInFrontAgain) {
 TEST_P(ProcessContract, AnApplicationThatFollowsEndsOnThePoliteRequest) {
   const KTProcessPointer process = listed(world->start({"Editor", "EDIT"}));
   ASSERT_NE(process, nullptr);
-  EXPECT_TRUE(process->quitRunningApplication(4.0F));
+  EXPECT_TRUE(process->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_FALSE(process->isStillRunning());
   ASSERT_EQ(world->logLines().size(), 1u);
   EXPECT_TRUE(world->logLines()[0].starts_with("quit Editor: terminated after ")) << world->logLines()[0];
@@ -271,7 +271,7 @@ TEST_P(ProcessContract, AnApplicationThatDoesNotIsEndedByForceAfterTheTimeout) {
   const KTProcessPointer process =
       listed(world->start({.name = "Editor", .code = "EDIT", .ignoresRequests = true}));
   ASSERT_NE(process, nullptr);
-  EXPECT_TRUE(process->quitRunningApplication(0.3F));
+  EXPECT_TRUE(process->quitRunningApplicationWithTimeout(0.3F));
   EXPECT_FALSE(process->isStillRunning());
   ASSERT_EQ(world->logLines().size(), 1u);
   EXPECT_TRUE(world->logLines()[0].starts_with("force-quit Editor: terminated after "))
@@ -295,7 +295,7 @@ TEST_P(ProcessContract, QuitOfAProcessThatIsGoneIsLogged) {
   ASSERT_NE(process, nullptr);
   EXPECT_EQ(process->name(), Text("Editor"));
   world->end(pid);
-  EXPECT_FALSE(process->quitRunningApplication(1.0F));
+  EXPECT_FALSE(process->quitRunningApplicationWithTimeout(1.0F));
   EXPECT_EQ(world->logLines(), Strings{"cannot quit Editor: no pid"});
 }
 

@@ -34,26 +34,26 @@ class KTProcessQuitting : public testing::Test {
 };
 
 TEST_F(KTProcessQuitting, AProcessThatEndsOnTheFirstRequestIsLoggedWithOneAttempt) {
-  EXPECT_TRUE(start({})->quitRunningApplication(4.0F));
+  EXPECT_TRUE(start({})->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_EQ(log(), Strings{"quit Editor: terminated after 0.001s (1 attempts)"});
   EXPECT_EQ(count("terminate"), 1);
   EXPECT_EQ(fake.clock.slept, std::vector<double>{0.001});
 }
 
 TEST_F(KTProcessQuitting, TheRequestIsRepeatedEveryMillisecondUntilTheProcessEnds) {
-  EXPECT_TRUE(start({.secondsToQuit = 0.0025})->quitRunningApplication(4.0F));
+  EXPECT_TRUE(start({.secondsToQuit = 0.0025})->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_EQ(log(), Strings{"quit Editor: terminated after 0.003s (3 attempts)"});
   EXPECT_EQ(count("terminate"), 3);
 }
 
 TEST_F(KTProcessQuitting, ARefusedRequestMeansThatTheProcessStopped) {
-  EXPECT_TRUE(start({.quitting = Quitting::VanishesWhenAsked})->quitRunningApplication(4.0F));
+  EXPECT_TRUE(start({.quitting = Quitting::VanishesWhenAsked})->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_EQ(log(), Strings{"quit Editor: process stopped after 0.000s (1 attempts)"});
   EXPECT_TRUE(fake.clock.slept.empty());
 }
 
 TEST_F(KTProcessQuitting, AProcessThatIgnoresRequestsIsForcedAfterTheWholeTimeout) {
-  EXPECT_TRUE(start({.quitting = Quitting::OnlyByForce})->quitRunningApplication(0.5F));
+  EXPECT_TRUE(start({.quitting = Quitting::OnlyByForce})->quitRunningApplicationWithTimeout(0.5F));
   EXPECT_EQ(log(), Strings{"force-quit Editor: terminated after 0.001s (1 attempts)"});
   EXPECT_NEAR(static_cast<double>(count("terminate")), 500, 1);
   EXPECT_EQ(count("forceTerminate"), 1);
@@ -61,12 +61,12 @@ TEST_F(KTProcessQuitting, AProcessThatIgnoresRequestsIsForcedAfterTheWholeTimeou
 }
 
 TEST_F(KTProcessQuitting, FoceQuitIsSpelledAsItAlwaysWas) {
-  EXPECT_TRUE(start({.quitting = Quitting::VanishesWhenForced})->quitRunningApplication(0.25F));
+  EXPECT_TRUE(start({.quitting = Quitting::VanishesWhenForced})->quitRunningApplicationWithTimeout(0.25F));
   EXPECT_EQ(log(), Strings{"foce-quit Editor: process stopped after 0.000s (1 attempts)"});
 }
 
 TEST_F(KTProcessQuitting, AProcessThatNeverEndsTakesTwiceTheTimeoutAndFails) {
-  EXPECT_FALSE(start({.quitting = Quitting::Never})->quitRunningApplication(4.0F));
+  EXPECT_FALSE(start({.quitting = Quitting::Never})->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_EQ(log(), Strings{"quitting Editor failed"});
   EXPECT_GE(fake.clock.monotonicSeconds(), 8.0);
   EXPECT_LT(fake.clock.monotonicSeconds(), 8.01);
@@ -79,7 +79,7 @@ TEST_F(KTProcessQuitting, CanceledWhileItAsksItStopsWithinAMillisecondAndForcesN
   fake.clock.onAdvance = [&](double seconds) {
     if (seconds > 0.0195) cancellation.request();
   };
-  EXPECT_FALSE(process->quitRunningApplication(4.0F, cancellation));
+  EXPECT_FALSE(process->quitRunningApplicationWithTimeout(4.0F, cancellation));
   EXPECT_EQ(log(), Strings{"quit Editor: given up after 0.020s (20 attempts)"});
   EXPECT_EQ(count("terminate"), 20);
   EXPECT_EQ(count("forceTerminate"), 0);
@@ -91,7 +91,7 @@ TEST_F(KTProcessQuitting, CanceledInTheLastMomentOfAskingItForcesNothing) {
   fake.clock.onAdvance = [&](double seconds) {
     if (seconds >= 0.25) cancellation.request();
   };
-  EXPECT_FALSE(process->quitRunningApplication(0.25F, cancellation));
+  EXPECT_FALSE(process->quitRunningApplicationWithTimeout(0.25F, cancellation));
   EXPECT_EQ(count("forceTerminate"), 0);
   EXPECT_EQ(log().size(), 1u);
   EXPECT_TRUE(log().front().starts_with("quit Editor: given up after 0.25")) << log().front();
@@ -103,7 +103,7 @@ TEST_F(KTProcessQuitting, CanceledWhileItForcesItStopsWithinAMillisecond) {
   fake.clock.onAdvance = [&](double) {
     if (count("forceTerminate") == 3) cancellation.request();
   };
-  EXPECT_FALSE(process->quitRunningApplication(0.25F, cancellation));
+  EXPECT_FALSE(process->quitRunningApplicationWithTimeout(0.25F, cancellation));
   EXPECT_EQ(log(), Strings{"force-quit Editor: given up after 0.003s (3 attempts)"});
   EXPECT_EQ(count("forceTerminate"), 3);
 }
@@ -122,7 +122,7 @@ TEST_F(KTProcessQuitting, AProcessThatEndedBeforeTheCancellationWasSeenHasQuit) 
   const KTProcessPointer process = start({});
   Cancellation cancellation;
   fake.clock.onAdvance = [&](double) { cancellation.request(); };
-  EXPECT_TRUE(process->quitRunningApplication(4.0F, cancellation));
+  EXPECT_TRUE(process->quitRunningApplicationWithTimeout(4.0F, cancellation));
   EXPECT_EQ(log(), Strings{"quit Editor: terminated after 0.001s (1 attempts)"});
 }
 
@@ -143,7 +143,7 @@ class KTProcessWhoseIdComesBack : public KTProcessQuitting {
 };
 
 TEST_F(KTProcessWhoseIdComesBack, QuittingReachesNobodyElse) {
-  EXPECT_FALSE(startAndReplace()->quitRunningApplication(4.0F));
+  EXPECT_FALSE(startAndReplace()->quitRunningApplicationWithTimeout(4.0F));
   ASSERT_NE(bystander, nullptr);
   EXPECT_EQ(bystander->requests, Strings{});
   EXPECT_EQ(log(), Strings{"cannot quit Editor: no process found"});
@@ -162,7 +162,7 @@ TEST_F(KTProcessWhoseIdComesBack, TheLaunchDateIsNotThatOfSomebodyElse) {
 
 TEST_F(KTProcessQuitting, ATimeoutOfNothingAsksNothingAndFails) {
   for (const float timeout : {0.0F, -1.0F}) {
-    EXPECT_FALSE(start({})->quitRunningApplication(timeout));
+    EXPECT_FALSE(start({})->quitRunningApplicationWithTimeout(timeout));
     EXPECT_TRUE(started->requests.empty());
   }
   EXPECT_EQ(log(), (Strings{"quitting Editor failed", "quitting Editor failed"}));
@@ -171,7 +171,7 @@ TEST_F(KTProcessQuitting, ATimeoutOfNothingAsksNothingAndFails) {
 TEST_F(KTProcessQuitting, AProcessThatIsGoneHasNoPid) {
   const KTProcessPointer process = start({});
   fake.applications.end(*started);
-  EXPECT_FALSE(process->quitRunningApplication(4.0F));
+  EXPECT_FALSE(process->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_EQ(log(), Strings{"cannot quit Editor: no pid"});
   EXPECT_TRUE(fake.clock.slept.empty());
 }
@@ -179,14 +179,14 @@ TEST_F(KTProcessQuitting, AProcessThatIsGoneHasNoPid) {
 TEST_F(KTProcessQuitting, WithoutRunningApplicationsNothingCanBeQuit) {
   const KTProcessPointer process = start({});
   fake.applications.canEndApplications = false;
-  EXPECT_FALSE(process->quitRunningApplication(4.0F));
+  EXPECT_FALSE(process->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_EQ(log(), Strings{"cannot quit Editor: NSRunningApplication not available"});
 }
 
 TEST_F(KTProcessQuitting, AProcessThatIsNoRunningApplicationIsNotFound) {
   const KTProcessPointer process = start({});
   fake.applications.findsRunningApplications = false;
-  EXPECT_FALSE(process->quitRunningApplication(4.0F));
+  EXPECT_FALSE(process->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_EQ(log(), Strings{"cannot quit Editor: no process found"});
 }
 

@@ -364,6 +364,13 @@ TEST_F(KTProcessCache, TheKindsOfEventsAreFiveSixAndSeven) {
   EXPECT_EQ(processes.applicationLaunchEndCount(), 2u);
 }
 
+TEST_F(KTProcessCache, TheSystemsEventsArriveAtAPlainFunction) {
+  ApplicationStartEndHandler(5, processes);
+  ApplicationStartEndHandler(7, processes);
+  EXPECT_EQ(changes(), (Strings{"started", "front"}));
+  EXPECT_EQ(processes.applicationLaunchEndCount(), 1u);
+}
+
 TEST_F(KTProcessCache, AnUnknownKindOfEventIsPostedWithTheChangeEmpty) {
   processes.installNotifications();
   applications.deliver(4);
@@ -461,6 +468,15 @@ TEST_F(KTProcessAccessibility, WhatHappensBecomesANotificationAboutTheProcessWhe
   ASSERT_EQ(heard.size(), 1u);
   EXPECT_EQ(heard[0].process, process);
   EXPECT_EQ(heard[0].event, "AXWindowCreated");
+  EXPECT_EQ(heard[0].element, Text("window 1"));
+}
+
+TEST_F(KTProcessAccessibility, WhatHappensArrivesAtAPlainFunction) {
+  notificationHandler(window, "AXMoved", process, fake.notifications);
+  fake.idle.becomeIdle();
+  ASSERT_EQ(heard.size(), 1u);
+  EXPECT_EQ(heard[0].process, process);
+  EXPECT_EQ(heard[0].event, "AXMoved");
   EXPECT_EQ(heard[0].element, Text("window 1"));
 }
 

@@ -15,7 +15,7 @@
 namespace halvorn {
 namespace {
 
-using ViewExtensions::PreferTop;
+using KTViewExtensions::PreferTop;
 
 class ScrolledWidgetsTest : public testing::Test {
  protected:
@@ -33,7 +33,7 @@ TEST_F(ScrolledWidgetsTest, AnAnimationTakesTimeGoesThroughPlacesBetweenAndEndsA
   widgets.placeAt({300, 0});
   QElapsedTimer timer;
   timer.start();
-  ViewExtensions::scrollPointAnimated(document, {0, 1000});
+  KTViewExtensions::scrollPointAnimated(document, {0, 1000});
   std::set<double> places;
   EXPECT_TRUE(ScrolledWidgets::eventually([&] {
     places.insert(widgets.origin().y);
@@ -48,14 +48,15 @@ TEST_F(ScrolledWidgetsTest, AnAnimationByZeroIsOneAllTheSame) {
   widgets.placeAt({0, 500});
   QElapsedTimer timer;
   timer.start();
-  EXPECT_TRUE(ViewExtensions::animatedVerticalScrollRectToVisible(document, {0, 580, 10, 20}, PreferTop::No));
+  EXPECT_TRUE(
+      KTViewExtensions::animatedVerticalScrollRectToVisible(document, {0, 580, 10, 20}, PreferTop::No));
   widgets.finishAnimations();
   EXPECT_GE(timer.elapsed(), 200);
   EXPECT_EQ(widgets.origin(), (Point{0, 500}));
 }
 
 TEST_F(ScrolledWidgetsTest, FinishedAnimationsLeaveNothingBehind) {
-  for (int i = 0; i < 5; ++i) ViewExtensions::scrollPointAnimated(document, {0, 100.0 * i});
+  for (int i = 0; i < 5; ++i) KTViewExtensions::scrollPointAnimated(document, {0, 100.0 * i});
   widgets.finishAnimations();
   QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   EXPECT_TRUE(widgets.findChildren<QAbstractAnimation*>().empty());
@@ -63,7 +64,7 @@ TEST_F(ScrolledWidgetsTest, FinishedAnimationsLeaveNothingBehind) {
 
 TEST_F(ScrolledWidgetsTest, WhoeverTakesHoldOfTheScrollBarStopsTheAnimation) {
   widgets.placeAt({0, 0});
-  ViewExtensions::scrollPointAnimated(document, {0, 1900});
+  KTViewExtensions::scrollPointAnimated(document, {0, 1900});
   EXPECT_TRUE(ScrolledWidgets::eventually([&] { return widgets.origin().y > 100; }));
   widgets.down()->triggerAction(QAbstractSlider::SliderToMaximum);
   EXPECT_FALSE(widgets.isAnimating());
@@ -72,7 +73,7 @@ TEST_F(ScrolledWidgetsTest, WhoeverTakesHoldOfTheScrollBarStopsTheAnimation) {
 
 TEST_F(ScrolledWidgetsTest, TheWheelStopsTheAnimationToo) {
   widgets.placeAt({0, 0});
-  ViewExtensions::scrollPointAnimated(document, {0, 1900});
+  KTViewExtensions::scrollPointAnimated(document, {0, 1900});
   EXPECT_TRUE(ScrolledWidgets::eventually([&] { return widgets.origin().y > 100; }));
   QWidget* place = widgets.area->viewport();
   QWheelEvent turn({5, 5}, place->mapToGlobal(QPointF(5, 5)), {0, 0}, {0, -120}, Qt::NoButton, Qt::NoModifier,
@@ -85,7 +86,7 @@ TEST_F(ScrolledWidgetsTest, AViewThatEndsTakesItsAnimationAlong) {
   auto other = std::make_unique<ScrolledWidgets>();
   other->show();
   QtWidgetView otherDocument(*other->document);
-  ViewExtensions::scrollPointAnimated(otherDocument, {0, 1900});
+  KTViewExtensions::scrollPointAnimated(otherDocument, {0, 1900});
   other.reset();
   for (int i = 0; i < 20; ++i) QApplication::processEvents(QEventLoop::AllEvents, 10);
 }
@@ -98,7 +99,7 @@ TEST_F(ScrolledWidgetsTest, InAnInterfaceFromRightToLeftTheHorizontalOffsetIsCou
   EXPECT_LE(there.x, 300);
   EXPECT_GE(there.x + 200, 310);
   EXPECT_EQ(document.visibleRect().x, there.x);
-  ViewExtensions::scrollPointAnimated(document, {120, 400});
+  KTViewExtensions::scrollPointAnimated(document, {120, 400});
   widgets.finishAnimations();
   EXPECT_EQ(widgets.origin(), (Point{120, 400}));
 }
@@ -106,7 +107,7 @@ TEST_F(ScrolledWidgetsTest, InAnInterfaceFromRightToLeftTheHorizontalOffsetIsCou
 TEST_F(ScrolledWidgetsTest, ADocumentSmallerThanItsPlaceHasNowhereToScroll) {
   widgets.document->resize(100, 50);
   QApplication::processEvents();
-  ViewExtensions::scrollPointAnimated(document, {500, 500});
+  KTViewExtensions::scrollPointAnimated(document, {500, 500});
   widgets.finishAnimations();
   EXPECT_EQ(document.visibleRect(), (Rect{0, 0, 100, 50}));
   EXPECT_FALSE(document.scrollRectToVisible({0, 0, 100, 50}));
@@ -127,7 +128,7 @@ TEST_F(ScrolledWidgetsTest, AViewInALayoutKeepsItsPlaceThereWhenItComesToTheFron
   std::vector<QRect> before;
   for (const QWidget* widget : all) before.push_back(widget->geometry());
   QtWidgetView first(*all[0]);
-  ViewExtensions::bringToFrontInsideSuperView(first);
+  KTViewExtensions::bringToFrontInsideSuperView(first);
   QApplication::processEvents();
   EXPECT_EQ(layout->count(), 3);
   EXPECT_EQ(layout->indexOf(all[0]), 0);
@@ -156,7 +157,7 @@ TEST_F(ScrolledWidgetsTest, ATextViewIsItsOwnDocument) {
   QtTextView view(window, *text);
   const double top = view.visibleRect().y;
   EXPECT_EQ(top, text->verticalScrollBar()->maximum()) << "the beginning is the upper end";
-  EXPECT_TRUE(ViewExtensions::animatedVerticalScrollRectToVisible(view, {0, 0, 10, 10}, PreferTop::No));
+  EXPECT_TRUE(KTViewExtensions::animatedVerticalScrollRectToVisible(view, {0, 0, 10, 10}, PreferTop::No));
   EXPECT_TRUE(ScrolledWidgets::eventually([&] { return view.visibleRect().y == 0; }));
   EXPECT_EQ(text->verticalScrollBar()->value(), text->verticalScrollBar()->maximum());
   EXPECT_TRUE(view.scrollRectToVisible({0, top, 10, 10}));

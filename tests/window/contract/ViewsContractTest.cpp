@@ -15,9 +15,9 @@ namespace {
 
 [[maybe_unused]] OffscreenApplication& desktop = offscreenApplication();
 
-using ViewExtensions::Animated;
-using ViewExtensions::LightAqua;
-using ViewExtensions::PreferTop;
+using KTViewExtensions::Animated;
+using KTViewExtensions::LightAqua;
+using KTViewExtensions::PreferTop;
 
 // A document of 1000 x 2000 in a place of 200 x 100; in it a part of 500 x 500 whose lower left corner is at
 // (0, 1000); and three views in one holder.
@@ -84,7 +84,7 @@ class ViewsContract : public testing::Test {
   World world;
 
   bool scroll(View& view, const Rect& rect, PreferTop preferTop = PreferTop::No) {
-    return ViewExtensions::animatedVerticalScrollRectToVisible(view, rect, preferTop);
+    return KTViewExtensions::animatedVerticalScrollRectToVisible(view, rect, preferTop);
   }
   // Where the scrolling from there ends.
   Point scrolledFrom(const Point& start, const Rect& rect, PreferTop preferTop = PreferTop::No) {
@@ -163,18 +163,19 @@ TYPED_TEST(ViewsContract, NothingHasMovedYetWhenAnAnimatedScrollReturns) {
 TYPED_TEST(ViewsContract, OutsideAnyScrollViewNothingIsScrolled) {
   EXPECT_EQ(this->world.outside().enclosingScrollView(), nullptr);
   static_cast<void>(this->scroll(this->world.outside(), {0, 5000, 10, 10}));
-  ViewExtensions::scrollPointAnimated(this->world.outside(), {100, 100});
-  EXPECT_FALSE(ViewExtensions::scrollRectToVisible(this->world.outside(), {0, 5000, 10, 10}, Animated::Yes));
+  KTViewExtensions::scrollPointAnimated(this->world.outside(), {100, 100});
+  EXPECT_FALSE(
+      KTViewExtensions::scrollRectToVisible(this->world.outside(), {0, 5000, 10, 10}, Animated::Yes));
   EXPECT_FALSE(this->world.isAnimating());
 }
 
 TYPED_TEST(ViewsContract, ScrollRectToVisibleAnimatedScrollsWithoutAnimationLikeThePlainCall) {
   for (const auto animated : {Animated::Yes, Animated::No}) {
     this->world.placeAt({0, 0});
-    EXPECT_TRUE(ViewExtensions::scrollRectToVisible(this->world.document(), {300, 700, 10, 10}, animated));
+    EXPECT_TRUE(KTViewExtensions::scrollRectToVisible(this->world.document(), {300, 700, 10, 10}, animated));
     EXPECT_EQ(this->world.origin(), (Point{110, 610}));
     EXPECT_FALSE(this->world.isAnimating());
-    EXPECT_FALSE(ViewExtensions::scrollRectToVisible(this->world.document(), {300, 700, 10, 10}, animated))
+    EXPECT_FALSE(KTViewExtensions::scrollRectToVisible(this->world.document(), {300, 700, 10, 10}, animated))
         << "it is visible now";
   }
 }
@@ -197,7 +198,7 @@ TYPED_TEST(ViewsContract, ScrollRectToVisibleOfAPartCountsInItsOwnCoordinates) {
 
 TYPED_TEST(ViewsContract, ScrollPointAnimatedEndsAtThePoint) {
   this->world.placeAt({0, 0});
-  ViewExtensions::scrollPointAnimated(this->world.document(), {120, 700});
+  KTViewExtensions::scrollPointAnimated(this->world.document(), {120, 700});
   EXPECT_EQ(this->world.origin(), (Point{0, 0}));
   EXPECT_TRUE(this->world.isAnimating());
   this->world.finishAnimations();
@@ -208,7 +209,7 @@ TYPED_TEST(ViewsContract, ScrollPointAnimatedNeverGoesPastTheDocumentsEdges) {
   for (const auto& [asked, reached] : {std::pair<Point, Point>{{5000, 5000}, {800, 1900}},
                                        {{-5000, -5000}, {0, 0}},
                                        {{1e300, -1e300}, {800, 0}}}) {
-    ViewExtensions::scrollPointAnimated(this->world.document(), asked);
+    KTViewExtensions::scrollPointAnimated(this->world.document(), asked);
     this->world.finishAnimations();
     EXPECT_EQ(this->world.origin(), reached);
   }
@@ -216,28 +217,28 @@ TYPED_TEST(ViewsContract, ScrollPointAnimatedNeverGoesPastTheDocumentsEdges) {
 
 TYPED_TEST(ViewsContract, ALaterAnimationTakesThePlaceOfTheOneUnderWay) {
   this->world.placeAt({0, 0});
-  ViewExtensions::scrollPointAnimated(this->world.document(), {0, 1900});
-  ViewExtensions::scrollPointAnimated(this->world.document(), {0, 300});
+  KTViewExtensions::scrollPointAnimated(this->world.document(), {0, 1900});
+  KTViewExtensions::scrollPointAnimated(this->world.document(), {0, 300});
   this->world.finishAnimations();
   EXPECT_EQ(this->world.origin(), (Point{0, 300}));
 }
 
 TYPED_TEST(ViewsContract, BringToFrontPutsTheViewInFrontOfItsSiblings) {
   EXPECT_EQ(this->world.order(), "012");
-  ViewExtensions::bringToFrontInsideSuperView(this->world.sibling(0));
+  KTViewExtensions::bringToFrontInsideSuperView(this->world.sibling(0));
   EXPECT_EQ(this->world.order(), "120");
-  ViewExtensions::bringToFrontInsideSuperView(this->world.sibling(2));
+  KTViewExtensions::bringToFrontInsideSuperView(this->world.sibling(2));
   EXPECT_EQ(this->world.order(), "102");
 }
 
 TYPED_TEST(ViewsContract, BringToFrontOfTheFrontmostSubviewLeavesTheOrderUnchanged) {
-  ViewExtensions::bringToFrontInsideSuperView(this->world.sibling(2));
+  KTViewExtensions::bringToFrontInsideSuperView(this->world.sibling(2));
   EXPECT_EQ(this->world.order(), "012");
 }
 
 TYPED_TEST(ViewsContract, BringToFrontOfAViewWithoutSuperviewRemovesAndAddsNothing) {
   EXPECT_EQ(this->world.outside().superview(), nullptr);
-  ViewExtensions::bringToFrontInsideSuperView(this->world.outside());
+  KTViewExtensions::bringToFrontInsideSuperView(this->world.outside());
   EXPECT_EQ(this->world.outside().superview(), nullptr);
   EXPECT_EQ(this->world.order(), "012");
 }
@@ -262,7 +263,7 @@ TYPED_TEST(ViewsContract, ASubviewIsPutAboveOrBelowOneOrAllOfItsSiblings) {
 TYPED_TEST(ViewsContract, HiddenAndShownViewsStaySoWhenTheyComeToTheFront) {
   this->world.sibling(0).setHidden(Hidden::Yes);
   for (const std::size_t index : {0u, 1u})
-    ViewExtensions::bringToFrontInsideSuperView(this->world.sibling(index));
+    KTViewExtensions::bringToFrontInsideSuperView(this->world.sibling(index));
   EXPECT_EQ(this->world.sibling(0).isHidden(), Hidden::Yes);
   EXPECT_EQ(this->world.sibling(1).isHidden(), Hidden::No);
 }
@@ -271,9 +272,9 @@ TYPED_TEST(ViewsContract, UseLightAquaAppearanceFalseAfterTrueRestoresTheInherit
   const FakeSystemFacts system;
   View& view = this->world.document();
   EXPECT_EQ(view.appearance(), AppearanceName::Inherited);
-  ViewExtensions::useLightAquaAppearance(view, LightAqua::Yes, system);
+  KTViewExtensions::useLightAquaAppearance(view, LightAqua::Yes, system);
   EXPECT_EQ(view.appearance(), AppearanceName::Aqua);
-  ViewExtensions::useLightAquaAppearance(view, LightAqua::No, system);
+  KTViewExtensions::useLightAquaAppearance(view, LightAqua::No, system);
   EXPECT_EQ(view.appearance(), AppearanceName::Inherited);
 }
 
@@ -283,7 +284,7 @@ TYPED_TEST(ViewsContract, OnSystemsOlderThan10_14UseLightAquaAppearanceChangesNo
   for (const auto held : {AppearanceName::DarkAqua, AppearanceName::Inherited}) {
     this->world.document().setAppearance(held);
     for (const auto light : {LightAqua::Yes, LightAqua::No}) {
-      ViewExtensions::useLightAquaAppearance(this->world.document(), light, system);
+      KTViewExtensions::useLightAquaAppearance(this->world.document(), light, system);
       EXPECT_EQ(this->world.document().appearance(), held);
     }
   }

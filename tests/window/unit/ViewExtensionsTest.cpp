@@ -8,15 +8,15 @@
 namespace halvorn {
 namespace {
 
-using ViewExtensions::Animated;
-using ViewExtensions::LightAqua;
-using ViewExtensions::PreferTop;
+using KTViewExtensions::Animated;
+using KTViewExtensions::LightAqua;
+using KTViewExtensions::PreferTop;
 
 // A document of 1000 x 2000 of which 200 x 100 are seen.
 class ViewExtensionsTest : public testing::Test {
  protected:
   bool scroll(const Rect& rect, PreferTop preferTop = PreferTop::No) {
-    return ViewExtensions::animatedVerticalScrollRectToVisible(document, rect, preferTop);
+    return KTViewExtensions::animatedVerticalScrollRectToVisible(document, rect, preferTop);
   }
 
   Calls calls;
@@ -92,7 +92,7 @@ TEST_F(AnimatedVerticalScroll, TheNewOriginIsRoundedToSinglePrecision) {
   scrollView.document_.height = 1e9;
   FakeDocument longOne(calls, scrollView);
   const auto target = [&](double y) {
-    EXPECT_TRUE(ViewExtensions::animatedVerticalScrollRectToVisible(longOne, {0, y, 10, 0}, PreferTop::No));
+    EXPECT_TRUE(KTViewExtensions::animatedVerticalScrollRectToVisible(longOne, {0, y, 10, 0}, PreferTop::No));
     return scrollView.target_->y;
   };
   scrollView.origin_ = {0, 16'777'216.0};
@@ -105,14 +105,14 @@ TEST_F(AnimatedVerticalScroll, TheNewOriginIsRoundedToSinglePrecision) {
 TEST_F(AnimatedVerticalScroll, AViewInsideTheDocumentCountsInItsOwnCoordinates) {
   FakeDocument part(calls, scrollView, {0, 1000, 500, 500});
   scrollView.origin_ = {0, 1100};
-  EXPECT_TRUE(ViewExtensions::animatedVerticalScrollRectToVisible(part, {0, 300, 10, 10}, PreferTop::No));
+  EXPECT_TRUE(KTViewExtensions::animatedVerticalScrollRectToVisible(part, {0, 300, 10, 10}, PreferTop::No));
   EXPECT_EQ(scrollView.target_, (Point{0, 1210}));
 }
 
 TEST_F(AnimatedVerticalScroll, OutsideAnyScrollViewTheComparisonsAloneAnswer) {
   FakeTreeView outside(calls, "outside");  // its visible rectangle is that of a null object
   const auto answer = [&](const Rect& rect) {
-    return ViewExtensions::animatedVerticalScrollRectToVisible(outside, rect, PreferTop::No);
+    return KTViewExtensions::animatedVerticalScrollRectToVisible(outside, rect, PreferTop::No);
   };
   EXPECT_TRUE(answer({0, 0, 0, 0})) << "zero meets zero";
   EXPECT_TRUE(answer({0, 5, 10, 10}));
@@ -127,30 +127,30 @@ TEST_F(ScrollRectToVisible, AnimatedScrollsWithoutAnimationLikeThePlainCall) {
   for (const auto animated : {Animated::Yes, Animated::No}) {
     scrollView.origin_ = {0, 0};
     calls.clear();
-    EXPECT_TRUE(ViewExtensions::scrollRectToVisible(document, {300, 700, 10, 10}, animated));
+    EXPECT_TRUE(KTViewExtensions::scrollRectToVisible(document, {300, 700, 10, 10}, animated));
     EXPECT_EQ(calls, Calls{"document.scrollRectToVisible"});
     EXPECT_EQ(scrollView.origin_, (Point{110, 610}));
-    EXPECT_FALSE(ViewExtensions::scrollRectToVisible(document, {300, 700, 10, 10}, animated));
+    EXPECT_FALSE(KTViewExtensions::scrollRectToVisible(document, {300, 700, 10, 10}, animated));
   }
 }
 
 using ScrollPointAnimated = ViewExtensionsTest;
 
 TEST_F(ScrollPointAnimated, GoesToThePointInAGroup) {
-  ViewExtensions::scrollPointAnimated(document, {50, 700});
+  KTViewExtensions::scrollPointAnimated(document, {50, 700});
   EXPECT_EQ(calls, (Calls{"beginGrouping", "animate to 50 700", "endGrouping", "reflectScrolledClipView"}));
 }
 
 TEST_F(ScrollPointAnimated, NeverGoesPastTheDocumentsEdges) {
-  ViewExtensions::scrollPointAnimated(document, {5000, 5000});
+  KTViewExtensions::scrollPointAnimated(document, {5000, 5000});
   EXPECT_EQ(scrollView.target_, (Point{800, 1900}));
-  ViewExtensions::scrollPointAnimated(document, {-5000, -5000});
+  KTViewExtensions::scrollPointAnimated(document, {-5000, -5000});
   EXPECT_EQ(scrollView.target_, (Point{0, 0}));
 }
 
 TEST_F(ScrollPointAnimated, OutsideAnyScrollViewNothingHappens) {
   FakeTreeView outside(calls, "outside");
-  ViewExtensions::scrollPointAnimated(outside, {50, 700});
+  KTViewExtensions::scrollPointAnimated(outside, {50, 700});
   EXPECT_EQ(calls, Calls{});
 }
 
@@ -169,19 +169,19 @@ class BringToFront : public ViewExtensionsTest {
 };
 
 TEST_F(BringToFront, TakesTheViewOutAndPutsItAboveAllOthers) {
-  ViewExtensions::bringToFrontInsideSuperView(*back);
+  KTViewExtensions::bringToFrontInsideSuperView(*back);
   EXPECT_EQ(calls, (Calls{"back.superview", "back.removeFromSuperviewWithoutNeedingDisplay",
                           "holder.addSubview above all"}));
   EXPECT_EQ(holder->subviews_, (std::vector{middle.get(), front.get(), back.get()}));
 }
 
 TEST_F(BringToFront, OfTheFrontmostLeavesTheOrderUnchanged) {
-  ViewExtensions::bringToFrontInsideSuperView(*front);
+  KTViewExtensions::bringToFrontInsideSuperView(*front);
   EXPECT_EQ(holder->subviews_, (std::vector{back.get(), middle.get(), front.get()}));
 }
 
 TEST_F(BringToFront, OfAViewWithoutSuperviewRemovesAndAddsNothing) {
-  ViewExtensions::bringToFrontInsideSuperView(*holder);
+  KTViewExtensions::bringToFrontInsideSuperView(*holder);
   EXPECT_EQ(calls, (Calls{"holder.superview", "holder.removeFromSuperviewWithoutNeedingDisplay"}));
   EXPECT_EQ(holder->superview_, nullptr);
 }
@@ -189,9 +189,9 @@ TEST_F(BringToFront, OfAViewWithoutSuperviewRemovesAndAddsNothing) {
 using UseLightAquaAppearance = ViewExtensionsTest;
 
 TEST_F(UseLightAquaAppearance, HoldsTheViewToLightAndFalseAfterTrueRestoresTheInheritedAppearance) {
-  ViewExtensions::useLightAquaAppearance(document, LightAqua::Yes, system);
+  KTViewExtensions::useLightAquaAppearance(document, LightAqua::Yes, system);
   EXPECT_EQ(document.appearance(), AppearanceName::Aqua);
-  ViewExtensions::useLightAquaAppearance(document, LightAqua::No, system);
+  KTViewExtensions::useLightAquaAppearance(document, LightAqua::No, system);
   EXPECT_EQ(document.appearance(), AppearanceName::Inherited);
 }
 
@@ -199,13 +199,13 @@ TEST_F(UseLightAquaAppearance, On10_13AndOlderNeitherChangesAnything) {
   for (const double framework : {1561.6, 1638.9, 0.0}) {
     system.framework = framework;
     document.appearance_ = AppearanceName::DarkAqua;
-    ViewExtensions::useLightAquaAppearance(document, LightAqua::Yes, system);
+    KTViewExtensions::useLightAquaAppearance(document, LightAqua::Yes, system);
     EXPECT_EQ(document.appearance(), AppearanceName::DarkAqua);
-    ViewExtensions::useLightAquaAppearance(document, LightAqua::No, system);
+    KTViewExtensions::useLightAquaAppearance(document, LightAqua::No, system);
     EXPECT_EQ(document.appearance(), AppearanceName::DarkAqua);
   }
   system.framework = 1639.0;
-  ViewExtensions::useLightAquaAppearance(document, LightAqua::Yes, system);
+  KTViewExtensions::useLightAquaAppearance(document, LightAqua::Yes, system);
   EXPECT_EQ(document.appearance(), AppearanceName::Aqua) << "10.14 itself has appearances";
 }
 

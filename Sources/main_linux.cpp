@@ -44,6 +44,7 @@
 #include "Platform/running/posix/PosixStandardStreams.h"
 #include "Platform/running/posix/PosixTasks.h"
 #include "Platform/running/posix/PosixWorkers.h"
+#include "Platform/running/posix/ResourceLimits.h"
 #include "Platform/running/posix/TerminationSignals.h"
 #include "Platform/session/linux/Environment.h"
 #include "Platform/session/linux/JournalLog.h"
@@ -81,9 +82,11 @@ Text moduleBesideProgram(const char* name) {
 
 // What asks the system nothing but files: made first, needed by everything.
 struct Ground {
-  explicit Ground(const std::vector<Text>& arguments) : arguments_(arguments) {}
+  Ground(const std::vector<Text>& arguments, const rlimit& descriptorLimit)
+      : arguments_(arguments), descriptorLimit_(descriptorLimit) {}
 
   const std::vector<Text>& arguments_;
+  const rlimit descriptorLimit_;  // of what is launched: this program's own is raised
   const Environment environment = Environment::ofThisProcess();
   const XdgFolders folders{environment};
   PosixClock clock;
@@ -100,7 +103,7 @@ struct Ground {
   const KTUtilitiesVersions versions{bundles, systemFacts, unicode, dates, log};
   PosixFileManager files;
   SilentFileChangeNotices changes;
-  const Launcher launcher{environment, folders};
+  const Launcher launcher{environment, folders, nullptr, descriptorLimit_};
   LinuxWorkspace workspace{bundles, folders, environment, launcher, languages};
 };
 
@@ -301,8 +304,10 @@ class Installer {
 int applicationMain(int argumentCount, char** arguments) {
   // Whoever started this program may have ignored the ends of its children; the tool's end must be told here.
   std::signal(SIGCHLD, SIG_DFL);
+  // Each running copy of the product is held by a descriptor.
+  const rlimit descriptorLimit = raiseLimit(RLIMIT_NOFILE, kManyDescriptors);
   const std::vector<Text> argumentList(arguments, arguments + argumentCount);
-  Ground ground(argumentList);
+  Ground ground(argumentList, descriptorLimit);
   QtApplication application(LinuxBundles::pathOfThisProgram());
   DesktopAppearance appearance(styleOf(ground.defaults));
   Colors colors(ground, appearance);

@@ -9,7 +9,6 @@
 #include <sys/time.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -18,6 +17,7 @@
 #include "Platform/rights/posix/ProcessRights.h"
 #include "Platform/rights/posix/Requester.h"
 #include "Platform/running/posix/ProcessCalls.h"
+#include "Platform/running/posix/ResourceLimits.h"
 
 namespace halvorn {
 namespace {
@@ -48,23 +48,11 @@ void resetSignals() {
   for (const auto timer : {ITIMER_REAL, ITIMER_VIRTUAL, ITIMER_PROF}) ::setitimer(timer, &never, nullptr);
 }
 
-// Never below what is set, and as far up as this process may.
-void raiseLimit(decltype(RLIMIT_CORE) resource, rlim_t least) {
-  rlimit limit{};
-  if (::getrlimit(resource, &limit) != 0 || limit.rlim_cur >= least) return;
-  const rlim_t most = limit.rlim_max;
-  const rlimit wanted{least, std::max(most, least)};
-  if (::setrlimit(resource, &wanted) == 0) return;
-  limit.rlim_cur = std::min(most, least);
-  ::setrlimit(resource, &limit);
-}
-
 void liftLimits() {
   for (const auto resource : {RLIMIT_FSIZE, RLIMIT_CPU, RLIMIT_AS, RLIMIT_DATA})
     raiseLimit(resource, RLIM_INFINITY);
-  constexpr rlim_t manyFiles = 4096;
   constexpr rlim_t usualStack = rlim_t{8} << 20;
-  raiseLimit(RLIMIT_NOFILE, manyFiles);
+  raiseLimit(RLIMIT_NOFILE, kManyDescriptors);
   raiseLimit(RLIMIT_STACK, usualStack);
   const rlimit nothing{0, 0};
   ::setrlimit(RLIMIT_CORE, &nothing);

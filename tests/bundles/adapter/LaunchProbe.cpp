@@ -2,6 +2,7 @@
 // and ends.
 //
 // One fact a line: "uid 1000", "variable HOME=/home/anna", "descriptor 0 /dev/null" and so on.
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -32,6 +33,12 @@ std::string descriptors() {
     if (!error) lines << "descriptor " << descriptor << " " << target.string() << "\n";
   }
   return lines.str();
+}
+
+rlim_t descriptorLimit() {
+  rlimit limit{};
+  ::getrlimit(RLIMIT_NOFILE, &limit);
+  return limit.rlim_cur;
 }
 
 std::string groups() {
@@ -69,6 +76,7 @@ int main(int argc, char** argv) {
        << "gid " << ::getgid() << " " << ::getegid() << "\n"
        << groups() << "folder " << fs::current_path().string() << "\n"
        << "mask " << std::oct << mask << std::dec << "\n"
+       << "limit " << descriptorLimit() << "\n"
        << "session " << (::getsid(0) == ::getpid() ? "own" : "foreign") << "\n"
        << "parent " << ::getppid() << "\n"
        << "blocked " << statusLine("SigBlk") << "\n"

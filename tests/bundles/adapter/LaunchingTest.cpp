@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -88,6 +89,18 @@ TEST_F(LaunchingTest, OnlyThePersonsVariablesArePassedOn) {
   EXPECT_EQ(passed,
             (std::vector<std::string>{"DISPLAY=:77", "HOME=" + home(), "LANG=de_DE.UTF-8", "LC_TIME=en_GB",
                                       "PATH=" + variables_["PATH"], "XDG_RUNTIME_DIR=/run/user/77"}));
+}
+
+TEST_F(LaunchingTest, ARaisedDescriptorLimitDoesNotClingToWhatIsStarted) {
+  rlimit own{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &own), 0);
+  rlimit before = own;
+  before.rlim_cur = own.rlim_cur - 1;
+  const XdgFolders folders(environment());
+  const LinuxBundles bundles("/usr/bin/test", {});
+  const Launcher launcher(environment(), folders, nullptr, before);
+  ASSERT_TRUE(LinuxWorkspace(bundles, folders, launcher, {}).openFile(Text(probeBundle("Foo"))));
+  EXPECT_EQ(report().one("limit"), std::to_string(before.rlim_cur));
 }
 
 TEST_F(LaunchingTest, WithoutAPathVariableThereIsStillAPath) {

@@ -124,14 +124,14 @@ TEST_F(NullProcesses, NoProcessIsKnown) {
   EXPECT_EQ(source.displayName(someone), std::nullopt);
   EXPECT_FALSE(source.informationDictionary(someone));
   EXPECT_EQ(source.bundleLocation(someone), std::nullopt);
-  EXPECT_EQ(source.startTime(1), std::nullopt);
+  EXPECT_EQ(source.startTime({}), std::nullopt);
   EXPECT_FALSE(source.processorTimeCommand().isEmpty());
 }
 
 TEST_F(NullProcesses, NoApplicationIsEndedOrMoved) {
   NullApplicationControl control;
   EXPECT_FALSE(control.hasRunningApplications());
-  EXPECT_EQ(control.runningApplication(1), nullptr);
+  EXPECT_EQ(control.runningApplication({}), nullptr);
   control.setFront(someone, BringForward::AllWindows);
   control.setVisible(someone, Visible::No);
   control.wakeUp(someone);
@@ -141,13 +141,12 @@ TEST_F(NullProcesses, NothingIsHeardOfThemAndNothingReachesThem) {
   NullApplicationEvents().installHandler([](int) { FAIL() << "nothing ever happens"; });
   NullAppleEvents events;
   EXPECT_LT(std::get<int>(events.addressOf(someone)), 0);
-  EXPECT_LT(std::get<int>(events.addressOfPID(1)), 0);
   class Nobody : public EventAddress {
   } nobody;
   EXPECT_LT(std::get<int>(events.createEvent(kCoreEventClass, kQuitApplicationEvent, nobody)), 0);
   NullAccessibility accessibility;
-  EXPECT_EQ(accessibility.createApplicationElement(1), nullptr);
-  EXPECT_EQ(accessibility.createObserver(1, nullptr), nullptr);
+  EXPECT_EQ(accessibility.createApplicationElement({}), nullptr);
+  EXPECT_EQ(accessibility.createObserver({}, nullptr), nullptr);
   EXPECT_FALSE(NullLaunchContext().launcherInformation());
 }
 

@@ -6,13 +6,17 @@
 
 namespace halvorn {
 
-Launcher::Launcher(const Environment& environment, const XdgFolders& folders, ActivationTokens tokens)
-    : environment_(environment), home_(folders.home()), tokens_(std::move(tokens)) {}
+Launcher::Launcher(const Environment& environment, const XdgFolders& folders, ActivationTokens tokens,
+                   std::optional<rlimit> descriptorLimit)
+    : environment_(environment),
+      home_(folders.home()),
+      tokens_(std::move(tokens)),
+      descriptorLimit_(descriptorLimit) {}
 
 LaunchRequest Launcher::request(const std::string& program, const std::vector<std::string>& arguments) const {
   const LaunchPerson person = personToLaunchAs(environment_);
   const std::string& home = person.kind == LaunchPerson::Kind::Other ? person.home : home_;
-  return {program, arguments, launchEnvironment(environment_, person), home, person};
+  return {program, arguments, launchEnvironment(environment_, person), home, person, descriptorLimit_};
 }
 
 int Launcher::launch(const std::string& program, const std::vector<std::string>& arguments) const {

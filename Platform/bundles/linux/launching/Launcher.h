@@ -1,7 +1,10 @@
 // What a launch for the person needs, put together once.
 #pragma once
 
+#include <sys/resource.h>
+
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,7 +22,9 @@ class Launcher {
   // Called on the thread that launches.
   using ActivationTokens = std::function<OptionalText()>;
 
-  Launcher(const Environment& environment, const XdgFolders& folders, ActivationTokens tokens = nullptr);
+  // The descriptor limit is that of what is launched; nullopt: that of this program.
+  Launcher(const Environment& environment, const XdgFolders& folders, ActivationTokens tokens = nullptr,
+           std::optional<rlimit> descriptorLimit = std::nullopt);
 
   // As launchDetached(), in the person's home folder, with the launch environment and a token.
   [[nodiscard]] int launch(const std::string& program, const std::vector<std::string>& arguments) const;
@@ -36,6 +41,7 @@ class Launcher {
   Environment environment_;
   std::string home_;
   ActivationTokens tokens_;
+  std::optional<rlimit> descriptorLimit_;
 };
 
 }  // namespace halvorn

@@ -47,6 +47,7 @@ class PreparedChild {
                          (::chdir(request_.workingFolder.c_str()) == 0 || ::chdir("/") == 0);
     if (isReady) {
       resetSignals();
+      if (request_.descriptorLimit) ::setrlimit(RLIMIT_NOFILE, &*request_.descriptorLimit);
       ::execve(request_.program.c_str(), arguments_.get(), environment_.get());
     }
     reportAndExit(pipe);

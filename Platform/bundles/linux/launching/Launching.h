@@ -7,6 +7,9 @@
 // Thread: any.
 #pragma once
 
+#include <sys/resource.h>
+
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +24,8 @@ struct LaunchRequest {
   std::vector<std::string> environment = {};  // "NAME=value"
   std::string workingFolder = "/";
   LaunchPerson person = {};
+  // How many descriptors the program may have; nullopt for as many as this one.
+  std::optional<rlimit> descriptorLimit = {};
 };
 
 // Starts the program and lets go of it: it is no child of this one. 0 once it runs; else the errno that kept

@@ -76,6 +76,7 @@ int main(int argc, char** argv) {
        << "gid " << ::getgid() << " " << ::getegid() << "\n"
        << groups() << "folder " << fs::current_path().string() << "\n"
        << "mask " << std::oct << mask << std::dec << "\n"
+       << "pid " << ::getpid() << "\n"
        << "limit " << descriptorLimit() << "\n"
        << "session " << (::getsid(0) == ::getpid() ? "own" : "foreign") << "\n"
        << "parent " << ::getppid() << "\n"

@@ -57,6 +57,12 @@ class LaunchingTest : public testing::Test {
     return LinuxWorkspace(bundles, folders, environment(), launcher, {}).openFile(Text(path));
   }
   [[nodiscard]] LaunchReport report() const { return LaunchReport::in(folder_.path().string()); }
+  // The id of the program itself with ten digits, and that of this one.
+  static std::string markOf(const LaunchReport& started) {
+    const std::string id = started.one("pid");
+    return std::string(10 - std::min<std::size_t>(10, id.size()), '0') + id + " " +
+           std::to_string(::getpid());
+  }
   std::string probeBundle(const std::string& name) {
     return putProbeBundle(folder_.path().string(), name, kProbe);
   }
@@ -84,11 +90,20 @@ TEST_F(LaunchingTest, ABundlesProgramStartsAsThePersonsOwn) {
 
 TEST_F(LaunchingTest, OnlyThePersonsVariablesArePassedOn) {
   ASSERT_TRUE(open(probeBundle("Foo")));
-  std::vector<std::string> passed = report().all("variable");
+  const LaunchReport started = report();
+  std::vector<std::string> passed = started.all("variable");
   std::sort(passed.begin(), passed.end());
-  EXPECT_EQ(passed,
-            (std::vector<std::string>{"DISPLAY=:77", "HOME=" + home(), "LANG=de_DE.UTF-8", "LC_TIME=en_GB",
-                                      "PATH=" + variables_["PATH"], "XDG_RUNTIME_DIR=/run/user/77"}));
+  EXPECT_EQ(passed, (std::vector<std::string>{"DISPLAY=:77", "HALVORN_LAUNCHED_BY=" + markOf(started),
+                                              "HOME=" + home(), "LANG=de_DE.UTF-8", "LC_TIME=en_GB",
+                                              "PATH=" + variables_["PATH"], "XDG_RUNTIME_DIR=/run/user/77"}));
+}
+
+TEST_F(LaunchingTest, WhoWasItselfLaunchedDoesNotPassItsMarkOn) {
+  variables_["HALVORN_LAUNCHED_BY"] = "17 4";
+  ASSERT_TRUE(open(probeBundle("Foo")));
+  const LaunchReport started = report();
+  EXPECT_TRUE(started.has("variable HALVORN_LAUNCHED_BY=" + markOf(started)));
+  EXPECT_FALSE(started.has("variable HALVORN_LAUNCHED_BY=17 4"));
 }
 
 TEST_F(LaunchingTest, ARaisedDescriptorLimitDoesNotClingToWhatIsStarted) {

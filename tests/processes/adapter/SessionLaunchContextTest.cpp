@@ -55,6 +55,41 @@ TEST_F(LaunchContextOfASession, WhatTheParentSaysOfItselfIsThereToo) {
   EXPECT_EQ(textForKey(*information, "CFBundleIdentifier"), Text("com.example.launcher"));
 }
 
+// What the library's own opener starts is no child of the launcher; the parent is the system's first process.
+class LaunchContextOfASessionWithoutAParent : public LaunchContextOfASession {
+ protected:
+  static constexpr std::int32_t launcher = 4400;
+  static constexpr std::int32_t own = 4500;
+
+  LaunchContextOfASessionWithoutAParent() {
+    applications.start({.name = "Launcher", .signature = fourCharCode("LNCH"), .pid = launcher});
+    applications.current = applications.start({.name = "Launched", .pid = own}).number;
+  }
+  OptionalText creatorWithMark(const std::string& mark) {
+    return creator(Environment({{"HALVORN_LAUNCHED_BY", mark}}));
+  }
+};
+
+TEST_F(LaunchContextOfASessionWithoutAParent, TheLibrarysOwnOpenerIsKnownByItsMark) {
+  EXPECT_EQ(creatorWithMark("0000004500 4400"), Text("LNCH"));
+}
+
+TEST_F(LaunchContextOfASessionWithoutAParent, AMarkInheritedFromTheProgramThatWasLaunchedTellsNothing) {
+  EXPECT_EQ(creatorWithMark("0000004499 4400"), std::nullopt);
+}
+
+TEST_F(LaunchContextOfASessionWithoutAParent, WhoeverHasTheIdOfALauncherThatIsGoneIsNotTheLauncher) {
+  applications.start({.name = "Later", .signature = fourCharCode("LATE"), .pid = 4600});
+  EXPECT_EQ(creatorWithMark("0000004500 4600"), std::nullopt);
+  EXPECT_EQ(creatorWithMark("0000004500 4700"), std::nullopt);
+}
+
+TEST_F(LaunchContextOfASessionWithoutAParent, AMarkThatCannotBeReadTellsNothing) {
+  for (const char* mark : {"", "x", "0000004500", "0000004500 x", "-1 -1", "99999999999999999999 4400"}) {
+    EXPECT_EQ(creatorWithMark(mark), std::nullopt) << mark;
+  }
+}
+
 TEST_F(LaunchContextOfASession, SessionManagerIsTheLoginWindow) {
   const std::string sockets = "local/host:@/tmp/.ICE-unix/4321,unix/host:/tmp/.ICE-unix/";
   EXPECT_EQ(creator(Environment(Environment::Variables{{"SESSION_MANAGER", sockets + "4321"}})),

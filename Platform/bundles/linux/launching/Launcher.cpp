@@ -21,6 +21,7 @@ LaunchRequest Launcher::request(const std::string& program, const std::vector<st
 
 int Launcher::launch(const std::string& program, const std::vector<std::string>& arguments) const {
   LaunchRequest started = request(program, arguments);
+  started.mark = LaunchRequest::Mark::Yes;
   const OptionalText token = tokens_ ? tokens_() : std::nullopt;
   if (token && token->find(u'\0') == Text::npos) {
     // One name for Wayland, one for X.

@@ -26,7 +26,8 @@ class Launcher {
   Launcher(const Environment& environment, const XdgFolders& folders, ActivationTokens tokens = nullptr,
            std::optional<rlimit> descriptorLimit = std::nullopt);
 
-  // As launchDetached(), in the person's home folder, with the launch environment and a token.
+  // As launchDetached(), in the person's home folder, with the launch environment, a token and the mark by
+  // which the program knows its launcher.
   [[nodiscard]] int launch(const std::string& program, const std::vector<std::string>& arguments) const;
   // As runAndWait(), likewise, without a token.
   [[nodiscard]] int run(const std::string& program, const std::vector<std::string>& arguments,

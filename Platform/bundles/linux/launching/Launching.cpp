@@ -20,6 +20,8 @@
 namespace halvorn {
 namespace {
 
+constexpr char kNoId[] = "0000000000";  // as many digits as a process id can have
+
 constexpr int kErrorDescriptor = 3;  // where the child says why it could not start the program
 
 [[noreturn]] void reportAndExit(int errorPipe) {
@@ -31,12 +33,13 @@ constexpr int kErrorDescriptor = 3;  // where the child says why it could not st
 // Everything the child needs, made before it exists: between fork and exec nothing may be allocated.
 class PreparedChild {
  public:
-  explicit PreparedChild(const LaunchRequest& request) : request_(request), words_(wordsOf(request)) {}
+  explicit PreparedChild(const LaunchRequest& request)
+      : request_(request), words_(wordsOf(request)), variables_(variablesOf(request)) {}
 
   [[nodiscard]] bool isAllowed() const { return request_.person.kind != LaunchPerson::Kind::Unknown; }
 
   // In the child. Where it cannot become the program, it writes errno into the pipe and ends.
-  [[noreturn]] void become(int errorPipe) const {
+  [[noreturn]] void become(int errorPipe) {
     const int raised = ::fcntl(errorPipe, F_DUPFD_CLOEXEC, kErrorDescriptor + 1);
     const int pipe = raised < 0 ? -1 : ::dup3(raised, kErrorDescriptor, O_CLOEXEC);
     if (pipe < 0) reportAndExit(errorPipe);
@@ -48,6 +51,7 @@ class PreparedChild {
     if (isReady) {
       resetSignals();
       if (request_.descriptorLimit) ::setrlimit(RLIMIT_NOFILE, &*request_.descriptorLimit);
+      writeOwnIdIntoMark();
       ::execve(request_.program.c_str(), arguments_.get(), environment_.get());
     }
     reportAndExit(pipe);
@@ -79,10 +83,27 @@ class PreparedChild {
     return words;
   }
 
+  static std::vector<std::string> variablesOf(const LaunchRequest& request) {
+    std::vector<std::string> variables = request.environment;
+    if (request.mark == LaunchRequest::Mark::Yes) {
+      variables.push_back(std::string(kLaunchMarkVariable) + "=" + kNoId + " " + std::to_string(::getpid()));
+    }
+    return variables;
+  }
+
+  // The id is known in the child alone, where no text can be made; its place is there already.
+  void writeOwnIdIntoMark() {
+    if (request_.mark == LaunchRequest::Mark::No) return;
+    std::string& mark = variables_.back();
+    std::size_t place = mark.find(' ');
+    for (pid_t rest = ::getpid(); rest > 0; rest /= 10) mark[--place] = static_cast<char>('0' + rest % 10);
+  }
+
   const LaunchRequest& request_;
   const std::vector<std::string> words_;
+  std::vector<std::string> variables_;
   const WordPointers arguments_{words_};
-  const WordPointers environment_{request_.environment};
+  const WordPointers environment_{variables_};
 };
 
 // Holds all signals back, so that no handler of this program ever runs in a child.
@@ -122,7 +143,7 @@ int reportedError(const FileDescriptor& readEnd) {
 }  // namespace
 
 int launchDetached(const LaunchRequest& request) {
-  const PreparedChild child(request);
+  PreparedChild child(request);
   if (!child.isAllowed()) return EPERM;
   auto pipe = makePipe();
   if (!pipe) return errno;
@@ -146,7 +167,7 @@ int launchDetached(const LaunchRequest& request) {
 }
 
 int runAndWait(const LaunchRequest& request, double seconds) {
-  const PreparedChild child(request);
+  PreparedChild child(request);
   auto pipe = child.isAllowed() ? makePipe() : std::nullopt;
   if (!pipe) return -1;
   pid_t pid = -1;

@@ -18,6 +18,9 @@
 
 namespace halvorn {
 
+// By which a launched program knows who launched it: "OWN-ID LAUNCHER-ID", two process ids.
+inline constexpr char kLaunchMarkVariable[] = "HALVORN_LAUNCHED_BY";
+
 struct LaunchRequest {
   std::string program;  // absolute
   std::vector<std::string> arguments = {};
@@ -26,6 +29,7 @@ struct LaunchRequest {
   LaunchPerson person = {};
   // How many descriptors the program may have; nullopt for as many as this one.
   std::optional<rlimit> descriptorLimit = {};
+  enum class Mark { No, Yes } mark = Mark::No;  // whether the program is told who launched it
 };
 
 // Starts the program and lets go of it: it is no child of this one. 0 once it runs; else the errno that kept

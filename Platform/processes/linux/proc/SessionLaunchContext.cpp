@@ -3,7 +3,10 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <sstream>
 #include <utility>
+
+#include "Platform/bundles/linux/launching/Launching.h"
 
 namespace halvorn {
 
@@ -29,14 +32,35 @@ std::optional<PropertyDictionary> SessionLaunchContext::launcherInformation() co
   if (startedBySessionManager(parent) || startedByAutostartUnit(parent)) {
     return PropertyDictionary{{creatorKey, loginWindowCreator}};
   }
-  const auto number = processes_.processForPID(parent);
-  // The parent may have ended meanwhile and its id been given to another process.
-  if (!number || parent_() != parent) return std::nullopt;
+  const auto number = launcher(parent);
+  if (!number) return std::nullopt;
   const auto information = processes_.information(*number);
   if (!information) return std::nullopt;
   PropertyDictionary result = processes_.informationDictionary(*number).value_or(PropertyDictionary());
   result.insert_or_assign(creatorKey, textFromFourCharCode(information->signature));
   return result;
+}
+
+std::optional<ProcessSerialNumber> SessionLaunchContext::launcher(std::int32_t parent) const {
+  if (const auto marked = launcherInMark()) return marked;
+  const auto number = processes_.processForPID(parent);
+  // The parent may have ended meanwhile and its id been given to another process.
+  return parent_() == parent ? number : std::nullopt;
+}
+
+// "OWN-ID LAUNCHER". Programs that this one's launcher did not start itself inherit the mark, but not the id.
+std::optional<ProcessSerialNumber> SessionLaunchContext::launcherInMark() const {
+  const auto mark = environment_.value(kLaunchMarkVariable);
+  const auto own = mark ? processes_.currentProcess() : std::nullopt;
+  if (!own) return std::nullopt;
+  std::istringstream words(*mark);
+  std::uint32_t markedId = 0;
+  std::int32_t launcherId = 0;
+  if (!(words >> markedId >> launcherId) || markedId != own->low) return std::nullopt;
+  const auto number = processes_.processForPID(launcherId);
+  // Whoever has got the id of a launcher that is gone started later than this program.
+  const bool startedBefore = number && static_cast<std::int32_t>(own->high - number->high) > 0;
+  return startedBefore ? number : std::nullopt;
 }
 
 // The variable names the sockets of the session manager, which end in its process id:

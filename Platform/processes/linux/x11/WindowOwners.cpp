@@ -1,9 +1,11 @@
 #include "Platform/processes/linux/x11/WindowOwners.h"
 
+#include <signal.h>
 #include <unistd.h>
 #include <xcb/res.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 
 #include "Platform/processes/linux/proc/ProcFiles.h"
@@ -20,6 +22,8 @@ std::string hostName() {
 
 // "web1.example.com" is "web1" to its neighbours.
 std::string_view shortName(std::string_view machine) { return machine.substr(0, machine.find('.')); }
+
+bool isGone(pid_t pid) { return ::kill(pid, 0) != 0 && errno == ESRCH; }
 
 bool contains(const std::vector<pid_t>& pids, pid_t pid) {
   return std::find(pids.begin(), pids.end(), pid) != pids.end();
@@ -45,7 +49,8 @@ WindowOwners::WindowOwners(WindowManagerConnection& connection, const ProcFiles&
 std::vector<std::optional<pid_t>> WindowOwners::of(const std::vector<xcb_window_t>& windows) {
   const std::lock_guard lock(mutex_);
   std::erase_if(known_, [&](const auto& entry) {
-    return std::find(windows.begin(), windows.end(), entry.first) == windows.end();
+    // The server gives the windows of a client that is gone to the next one.
+    return std::find(windows.begin(), windows.end(), entry.first) == windows.end() || isGone(entry.second);
   });
   std::vector<xcb_window_t> unknown;
   for (const xcb_window_t window : windows) {

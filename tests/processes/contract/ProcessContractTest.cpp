@@ -300,13 +300,18 @@ TEST_P(ProcessContract, QuitOfAProcessThatIsGoneIsLogged) {
 }
 
 TEST_P(ProcessContract, ActingOnWhatIsGoneDoesNothing) {
+  const KTProcessPointer mail = listed(world->start({"Mail", "MAIL"}));
   const std::int32_t pid = world->start({"Editor", "EDIT"});
   const KTProcessPointer process = listed(pid);
+  mail->setFrontProcess();
+  ASSERT_TRUE(world->settles([&] { return mail->isFrontProcess(); }));
   world->end(pid);
   process->setFrontProcess();
   process->setHidden(true);
   process->wakeUp();
   EXPECT_FALSE(process->isFrontProcess());
+  EXPECT_TRUE(mail->isFrontProcess());
+  EXPECT_EQ(world->logLines(), Strings{});
 }
 
 }  // namespace

@@ -52,6 +52,9 @@ TEST(TaskGate, MayBeClosedTwice) {
   TaskGate gate;
   gate.close();
   gate.close();
+  bool hasRun = false;
+  gate.wrap([&] { hasRun = true; })();
+  EXPECT_FALSE(hasRun);
 }
 
 }  // namespace

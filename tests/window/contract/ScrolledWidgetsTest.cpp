@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QHBoxLayout>
+#include <QPointer>
 #include <QTextEdit>
 #include <QWheelEvent>
 #include <set>
@@ -87,8 +88,12 @@ TEST_F(ScrolledWidgetsTest, AViewThatEndsTakesItsAnimationAlong) {
   other->show();
   QtWidgetView otherDocument(*other->document);
   KTViewExtensions::scrollPointAnimated(otherDocument, {0, 1900});
+  ASSERT_TRUE(other->isAnimating());
+  const QPointer<QAbstractAnimation> animation = other->findChild<QAbstractAnimation*>();
   other.reset();
+  EXPECT_TRUE(animation.isNull());
   for (int i = 0; i < 20; ++i) QApplication::processEvents(QEventLoop::AllEvents, 10);
+  EXPECT_FALSE(widgets.isAnimating());
 }
 
 TEST_F(ScrolledWidgetsTest, InAnInterfaceFromRightToLeftTheHorizontalOffsetIsCountedFromTheLeftToo) {

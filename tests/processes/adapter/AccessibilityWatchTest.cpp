@@ -1,9 +1,66 @@
 // Watching a real program over an accessibility bus of the test's own.
 #include "Platform/processes/linux/atspi/AtSpiAccessibility.h"
+
+#include <map>
+
+#include "Platform/processes/linux/atspi/AtSpiEvents.h"
 #include "tests/processes/adapter/LiveFixture.h"
 
 namespace halvorn {
 namespace {
+
+// What makes the watched programs tell it: two lines of input, in turn.
+const std::map<std::string, std::pair<std::string, std::string>> kCauses = {
+    {"AXApplicationActivated", {"open", "close"}},
+    {"AXApplicationDeactivated", {"open", "close"}},
+    {"AXFocusedUIElementChanged", {"focus second", "focus first"}},
+    {"AXFocusedWindowChanged", {"open", "close"}},
+    {"AXMainWindowChanged", {"open", "close"}},
+    {"AXCreated", {"add", "remove"}},
+    {"AXWindowCreated", {"open", "close"}},
+    {"AXWindowMiniaturized", {"minimise", "restore"}},
+    {"AXWindowDeminiaturized", {"minimise", "restore"}},
+    {"AXMoved", {"resize big", "resize small"}},
+    {"AXResized", {"resize big", "resize small"}},
+    {"AXUIElementDestroyed", {"add", "remove"}},
+    {"AXValueChanged", {"check on", "check off"}},
+    {"AXTitleChanged", {"rename a", "rename b"}},
+    {"AXSelectedTextChanged", {"type marked", "mark all"}},
+    {"AXSelectedChildrenChanged", {"row 0", "row 1"}},
+    {"AXSelectedRowsChanged", {"row 0", "row 1"}},
+};
+
+// The names that the class library has for what happens in an interface.
+const std::vector<std::string> kClassNames = {"AXApplicationActivated",
+                                              "AXApplicationDeactivated",
+                                              "AXApplicationHidden",
+                                              "AXApplicationShown",
+                                              "AXAnnouncementRequested",
+                                              "AXCreated",
+                                              "AXDrawerCreated",
+                                              "AXFocusedUIElementChanged",
+                                              "AXFocusedWindowChanged",
+                                              "AXHelpTagCreated",
+                                              "AXMainWindowChanged",
+                                              "AXMenuClosed",
+                                              "AXMenuItemSelected",
+                                              "AXMenuOpened",
+                                              "AXMoved",
+                                              "AXResized",
+                                              "AXRowCountChanged",
+                                              "AXSelectedChildrenChanged",
+                                              "AXSelectedColumnsChanged",
+                                              "AXSelectedRowsChanged",
+                                              "AXSelectedTextChanged",
+                                              "AXSheetCreated",
+                                              "AXTitleChanged",
+                                              "AXUIElementDestroyed",
+                                              "AXValueChanged",
+                                              "AXWindowCreated",
+                                              "AXWindowDeminiaturized",
+                                              "AXWindowMiniaturized",
+                                              "AXWindowMoved",
+                                              "AXWindowResized"};
 
 class AccessibilityWatch : public LiveFixture {
  protected:
@@ -11,7 +68,10 @@ class AccessibilityWatch : public LiveFixture {
     startDesktop({.accessibility = true});
     if (!desktop) return;
     useBus(desktop->busAddress());
-    program = &launch({KT_WATCHED_PROGRAM});
+    start({KT_WATCHED_PROGRAM});
+  }
+  void start(const Strings& arguments) {
+    program = &launch(arguments);
     ASSERT_EQ(program->readLine(20), "ready") << program->output();
     watched = process(*program);
     ASSERT_NE(watched, nullptr);
@@ -19,6 +79,25 @@ class AccessibilityWatch : public LiveFixture {
     ASSERT_TRUE(live->settles([&] {
       return accessibility->createApplicationElement(watched->serialNumber()) != nullptr;
     })) << "not on the accessibility bus";
+  }
+  // Every name that is accepted for programs of that toolkit is heard; every other one is refused.
+  void hearEveryName(AtSpiToolkit toolkit) {
+    for (const std::string& name : notificationsOf(toolkit)) {
+      const auto found = kCauses.find(name);
+      ASSERT_NE(found, kCauses.end()) << name << " is accepted, but nothing here makes it happen";
+      SCOPED_TRACE(name);
+      listen(name.c_str(), found->second.first, found->second.second);
+      watched->removeAXNotification(name.c_str());
+      for (const char* line : {"close", "restore"}) tell(line);
+    }
+    EXPECT_EQ(live->log.lines(), Strings{});
+    for (const std::string& name : kClassNames) {
+      const auto accepted = notificationsOf(toolkit);
+      if (std::find(accepted.begin(), accepted.end(), name) != accepted.end()) continue;
+      live->log.clear();
+      watched->addAXNotification(name.c_str());
+      EXPECT_EQ(live->log.lines().size(), 1u) << name;
+    }
   }
   void useBus(const std::string& sessionBus) {
     accessibility = nullptr;
@@ -37,8 +116,15 @@ class AccessibilityWatch : public LiveFixture {
         });
   }
   void tell(const std::string& line) {
+    // The same line may have been answered before.
+    const std::size_t before = program->output().size();
     program->writeInput(line + "\n");
-    ASSERT_TRUE(program->waitForOutput("done " + line + "\n", 10));
+    ASSERT_TRUE(eventually(
+        [&] {
+          std::ignore = program->waitForOutput("(never said)", 0.005);
+          return program->output().find("done " + line + "\n", before) != std::string::npos;
+        },
+        10));
   }
   // A program hears some time later that somebody listens, and only then tells; returns when it does, with
   // the focus on the first field and nothing heard.
@@ -96,6 +182,21 @@ TEST_F(AccessibilityWatch, FocusChangesBecomeNotificationsWithTheElement) {
   EXPECT_TRUE(live->log.lines().empty());
 }
 
+TEST_F(AccessibilityWatch, AQtProgramTellsEveryNameThatIsAcceptedForIt) {
+  if (!desktop) return;
+  hearEveryName(AtSpiToolkit::Qt);
+}
+
+TEST_F(AccessibilityWatch, AGtkProgramTellsEveryNameThatIsAcceptedForIt) {
+  if (!desktop) return;
+  const CommandResult gtk =
+      runCommand({"/usr/bin/python3", "-c", "import gi; gi.require_version('Gtk', '3.0')"});
+  if (gtk.status != 0) GTEST_SKIP() << "no GTK for Python (python3-gi, gir1.2-gtk-3.0)";
+  program->end(SIGKILL);
+  start({"/usr/bin/python3", KT_WATCHED_GTK_PROGRAM});
+  hearEveryName(AtSpiToolkit::Gtk);
+}
+
 TEST_F(AccessibilityWatch, OnlyWhatWasAddedIsHeardAndOnlyUntilItIsRemoved) {
   if (!desktop) return;
   listen("AXFocusedUIElementChanged", "focus second", "focus first");
@@ -121,10 +222,15 @@ TEST_F(AccessibilityWatch, UnregisteringEndsItAndAProgramThatEndsHarmsNobody) {
   live->loop.runFor(0.3);
   EXPECT_EQ(heard.size(), before);
   watched->addAXNotification("AXFocusedUIElementChanged");
+  EXPECT_TRUE(live->log.lines().empty());
   program->end(SIGKILL);
   EXPECT_TRUE(live->settles([&] { return !watched->isStillRunning(); }));
-  watched->addAXNotification("AXValueChanged");
+  heard.clear();
   live->loop.runFor(0.1);
+  EXPECT_TRUE(heard.empty());
+  // Another one can be watched as before.
+  start({KT_WATCHED_PROGRAM});
+  listen("AXFocusedUIElementChanged", "focus second", "focus first");
 }
 
 TEST_F(AccessibilityWatch, AnUnknownNotificationIsLogged) {

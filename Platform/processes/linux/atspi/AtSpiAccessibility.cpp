@@ -63,6 +63,21 @@ std::vector<Place> placesIn(const BusMessage& reply) {
   return places;
 }
 
+// The text in the variant that a property comes in.
+std::string textProperty(const BusMessage& reply) {
+  DBusMessageIter arguments;
+  DBusMessageIter value;
+  if (!dbus_message_iter_init(reply.get(), &arguments) ||
+      dbus_message_iter_get_arg_type(&arguments) != DBUS_TYPE_VARIANT) {
+    return {};
+  }
+  dbus_message_iter_recurse(&arguments, &value);
+  if (dbus_message_iter_get_arg_type(&value) != DBUS_TYPE_STRING) return {};
+  const char* text = nullptr;
+  dbus_message_iter_get_basic(&value, &text);
+  return text;
+}
+
 std::string addressFrom(const std::string& sessionBusAddress) {
   const auto bus = BusConnection::open(sessionBusAddress);
   if (!bus) return {};
@@ -97,14 +112,16 @@ struct AtSpiAccessibility::Session {
   std::unique_ptr<RunLoop::Source> readable;
 
   [[nodiscard]] std::optional<Place> placeOf(const ProcessHold& process);
+  [[nodiscard]] AtSpiToolkit toolkitOf(const Place& root);
   void readMessages();
 };
 
 class AtSpiAccessibility::Observer : public AccessibilityObserver {
  public:
-  Observer(std::shared_ptr<Session> session, std::string program, Callback callback, MainThread& mainThread)
+  Observer(std::shared_ptr<Session> session, const Place& root, Callback callback, MainThread& mainThread)
       : session_(std::move(session)),
-        program_(std::move(program)),
+        program_(root.name),
+        toolkit_(session_->toolkitOf(root)),
         callback_(std::move(callback)),
         mainThread_(mainThread) {
     session_->observers.push_back(this);
@@ -119,7 +136,7 @@ class AtSpiAccessibility::Observer : public AccessibilityObserver {
 
   bool add(const AccessibilityElement& element, const Text& notification) override {
     const auto* known = dynamic_cast<const Element*>(&element);
-    auto events = eventsForNotification(notification.bytes());
+    auto events = eventsForNotification(notification.bytes(), toolkit_);
     if (known == nullptr || known->place().name != program_ || events.empty()) return false;
     if (added_.contains(notification)) return true;
     for (const AtSpiEvent& event : events) {
@@ -174,6 +191,7 @@ class AtSpiAccessibility::Observer : public AccessibilityObserver {
 
   const std::shared_ptr<Session> session_;
   const std::string program_;
+  const AtSpiToolkit toolkit_;
   const Callback callback_;
   MainThread& mainThread_;
   bool isInRunLoop_ = false;
@@ -190,6 +208,18 @@ std::optional<Place> AtSpiAccessibility::Session::placeOf(const ProcessHold& pro
     if (bus->pidOf(place.name) == process.pid() && !process.hasEnded()) return std::move(place);
   }
   return std::nullopt;
+}
+
+AtSpiToolkit AtSpiAccessibility::Session::toolkitOf(const Place& root) {
+  const BusMessage message =
+      methodCall({root.name.c_str(), root.path.c_str(), "org.freedesktop.DBus.Properties", "Get"});
+  const char* interface = "org.a11y.atspi.Application";
+  const char* property = "ToolkitName";
+  dbus_message_append_args(message.get(), DBUS_TYPE_STRING, &interface, DBUS_TYPE_STRING, &property,
+                           DBUS_TYPE_INVALID);
+  const CallResult result = bus->call(message, kSeconds);
+  const auto* reply = std::get_if<BusMessage>(&result);
+  return toolkitNamed(reply != nullptr ? textProperty(*reply) : std::string());
 }
 
 void AtSpiAccessibility::Session::readMessages() {
@@ -247,7 +277,7 @@ std::unique_ptr<AccessibilityObserver> AtSpiAccessibility::createObserver(Proces
   const auto current = application ? session() : nullptr;
   auto place = current ? current->placeOf(application->hold) : std::nullopt;
   if (!place) return nullptr;
-  return std::make_unique<Observer>(current, place->name, std::move(callback), mainThread_);
+  return std::make_unique<Observer>(current, *place, std::move(callback), mainThread_);
 }
 
 }  // namespace halvorn

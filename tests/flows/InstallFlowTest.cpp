@@ -122,10 +122,10 @@ TEST_F(InstallFlow, AFailureLeavesBothButtonsAndASecondClickSucceeds) {
   fs::rename(away, product());
   ASSERT_TRUE(installer.click("Install"));
   EXPECT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
-  EXPECT_EQ(wholeLog(), kPlain + kInstall +
-                            Lines{"CAUSE -- No such file or directory: <image>/Sample.app (look)",
-                                  "ERROR -- Could not copy myself to <home>/Applications/Sample.app"} +
-                            kInstall + installLog());
+  EXPECT_EQ(wholeLog(), (kPlain + kInstall +
+                         Lines{"CAUSE -- No such file or directory: <image>/Sample.app (look)",
+                               "ERROR -- Could not copy myself to <home>/Applications/Sample.app"} +
+                         kInstall + installLog()));
 }
 
 TEST_F(InstallFlow, AProductForANewerSystemIsRefusedWithTheAlert) {

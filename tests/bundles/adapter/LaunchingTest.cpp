@@ -114,7 +114,7 @@ TEST_F(LaunchingTest, ARaisedDescriptorLimitDoesNotClingToWhatIsStarted) {
   const XdgFolders folders(environment());
   const LinuxBundles bundles("/usr/bin/test", {});
   const Launcher launcher(environment(), folders, nullptr, before);
-  ASSERT_TRUE(LinuxWorkspace(bundles, folders, launcher, {}).openFile(Text(probeBundle("Foo"))));
+  ASSERT_TRUE(LinuxWorkspace(bundles, folders, environment(), launcher, {}).openFile(Text(probeBundle("Foo"))));
   EXPECT_EQ(report().one("limit"), std::to_string(before.rlim_cur));
 }
 

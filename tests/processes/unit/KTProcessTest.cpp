@@ -473,7 +473,7 @@ TEST_F(KTProcessAccessibility, WhatHappensBecomesANotificationAboutTheProcessWhe
 
 TEST_F(KTProcessAccessibility, WhatHappensArrivesAtAPlainFunction) {
   notificationHandler(window, "AXMoved", process, fake.notifications);
-  fake.idle.becomeIdle();
+  fake.mainThread.becomeIdle();
   ASSERT_EQ(heard.size(), 1u);
   EXPECT_EQ(heard[0].process, process);
   EXPECT_EQ(heard[0].event, "AXMoved");

@@ -88,7 +88,7 @@ TEST_F(Initialize, TheWatcherHearsOfChangesWhoeverPostsThem) {
   startWatching();
   fake.applications.front = editor.number;
   fake.notifications.enqueueWhenIdle({KTProcessChangeNotification, std::make_shared<int>(), {}});
-  fake.idle.becomeIdle();
+  fake.mainThread.becomeIdle();
   EXPECT_EQ(desktop.clipboardQuestions, 1);
 }
 
@@ -382,7 +382,7 @@ TEST_F(SystemTintImage, FollowsReleaseThemeAndTint) {
 TEST_F(SystemTintImage, TheBlueTintIsOne) {
   for (const auto& [number, expected] :
        {std::pair(0, "Graphite"), {1, "Blue"}, {2, "Graphite"}, {6, "Graphite"}}) {
-    tint.tint = number;
+    desktop.tint = number;
     const auto image = std::dynamic_pointer_cast<const NamedImages::NamedImage>(utilities.systemTintImage());
     ASSERT_TRUE(image);
     EXPECT_EQ(image->name, Text("tintYos") + Text(expected)) << number;

@@ -56,8 +56,8 @@ const std::set<std::string>& namelessFunctions() {
         "memcmp memcpy memmove memset mmap munmap nanosleep posix_fadvise prctl pread preadv2 "
         "pthread_mutex_lock pthread_mutex_unlock pthread_sigmask pwrite read readdir sched_cpucount "
         "sched_getaffinity setenv setfsgid setfsuid setitimer setrlimit setsid shutdown sigaction sigaddset "
-        "sigemptyset sigismember sigpending sigprocmask sigwait snprintf stack_chk_fail strcmp strftime "
-        "strlen strtol sysconf umask write");
+        "sigemptyset sigismember sigpending sigprocmask sigwait snprintf stack_chk_fail strcmp "
+        "strerrordesc_np strftime strlen strtol sysconf umask write");
     std::set<std::string> result;
     for (std::string word; words >> word;) result.insert(word);
     return result;

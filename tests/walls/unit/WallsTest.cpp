@@ -52,18 +52,18 @@ std::vector<Include> includesOf(const std::string& file) {
 // The headers of the C++20 library that the core may use: no C headers, nothing of an operating system.
 const std::set<std::string>& standardHeaders() {
   static const std::set<std::string> headers = {
-      "algorithm",       "any",           "array",         "atomic",   "bit",
-      "cassert",         "cctype",        "charconv",      "chrono",   "climits",
-      "clocale",         "cmath",         "compare",       "concepts", "condition_variable",
-      "cstddef",         "cstdint",       "cstdio",        "cstdlib",  "cstring",
-      "deque",           "exception",     "functional",    "future",   "initializer_list",
-      "iterator",        "limits",        "list",          "map",      "memory",
-      "mutex",           "numbers",       "numeric",       "optional", "queue",
-      "random",          "ranges",        "ratio",         "set",      "shared_mutex",
-      "source_location", "span",          "sstream",       "stack",    "stdexcept",
-      "string",          "string_view",   "thread",        "tuple",    "type_traits",
-      "typeinfo",        "unordered_map", "unordered_set", "utility",  "variant",
-      "vector"};
+      "algorithm",       "any",         "array",         "atomic",        "bit",
+      "cassert",         "cctype",      "charconv",      "chrono",        "climits",
+      "clocale",         "cmath",       "compare",       "concepts",      "condition_variable",
+      "cstddef",         "cstdint",     "cstdio",        "cstdlib",       "cstring",
+      "deque",           "exception",   "functional",    "future",        "initializer_list",
+      "iterator",        "limits",      "list",          "map",           "memory",
+      "mutex",           "numbers",     "numeric",       "optional",      "queue",
+      "random",          "ranges",      "ratio",         "set",           "shared_mutex",
+      "source_location", "span",        "sstream",       "stack",         "stdexcept",
+      "string",          "string_view", "system_error",  "thread",        "tuple",
+      "type_traits",     "typeinfo",    "unordered_map", "unordered_set", "utility",
+      "variant",         "vector"};
   return headers;
 }
 

@@ -194,7 +194,7 @@ XdgTrash::Place XdgTrash::ownTrash(int top, const std::string& topPath) const {
   FileDescriptor folder = openOwn();
   // Where others may write, what stands there need not be what was made.
   if (!folder) return Cause::ofSystem(Operation::Open).at(path);
-  if (!isNewFolder(folder.get(), S_IRWXU)) return causeOfOtherOwner().at(path);
+  if (!isNewFolder(folder.get(), S_IRWXU)) return causeOfExchange().at(path);
   if (::fchown(folder.get(), owner_.user, owner_.group) != 0)
     return Cause::ofSystem(Operation::Metadata).at(path);
   return TrashFolder::Place{.folder = std::move(folder), .path = path};

@@ -44,10 +44,10 @@ class Operations {
     files_ = std::make_unique<PosixFileManager>(*rules_);
   }
   void copy(const std::string& from, const std::string& to) {
-    (void)(isNaive_ ? NaiveInstall::copyItem(from, to) : files_->copyItem(from, to));
+    (void)(isNaive_ ? NaiveInstall::copyItem(from, to) : !files_->copyItem(from, to));
   }
   void remove(const std::string& path) {
-    (void)(isNaive_ ? NaiveInstall::removeItem(path) : files_->removeItem(path));
+    (void)(isNaive_ ? NaiveInstall::removeItem(path) : !files_->removeItem(path));
   }
 
  private:

@@ -30,26 +30,30 @@ InstallerWinController::InstallerWinController(const InstallerServices& services
       argumentList_(std::move(argumentList)),
       completion_(services.completion, outlets, arguments_),
       worker_(services.worker, arguments_,
-              {[this](Animate animate) { animateProgress(animate); },
-               [this](const InstallOutcome& outcome) { installationFinished(outcome); }}) {}
+              {.animateProgress = [this](Animate animate) { animateProgress(animate); },
+               .installationFinished =
+                   [this](const InstallOutcome& outcome) { installationFinished(outcome); }}) {}
 
 void InstallerWinController::awakeFromNib() {
   colorWindow(outlets_, services_.colors);
-  Startup startup(services_.startup, outlets_, arguments_,
-                  {[this](int index) { selectTab(index); }, [this] { extractArguments(); },
-                   [this] { playDoneSound(); }, [this](const Text& message) { showSetupError(message); },
-                   [this](int returnCode) { systemVersionAlertDidEnd(returnCode); }});
+  Startup startup(
+      services_.startup, outlets_, arguments_,
+      {.selectTab = [this](int index) { selectTab(index); },
+       .extractArguments = [this] { extractArguments(); },
+       .playDoneSound = [this] { playDoneSound(); },
+       .showSetupError = [this](const Text& message) { showSetupError(message); },
+       .systemVersionAlertDidEnd = [this](int returnCode) { systemVersionAlertDidEnd(returnCode); }});
   startup.run(argumentList_);
 }
 
 void InstallerWinController::extractArguments() {
   if (hasArguments_) return;
   hasArguments_ = true;
-  InstallerArguments(arguments_, services_.startup.files, services_.startup.log).extract(argumentList_);
+  InstallerArguments(arguments_, services_.files, services_.log).extract(argumentList_);
 }
 
 void InstallerWinController::showSetupError(const Text& message) {
-  services_.startup.log("%@", message);
+  services_.log("%@", message);
   showFinalMessage(message);
   colorSetupError(outlets_, services_.colors);
   // Still the format of the interface description: there was no product name to put in.
@@ -57,12 +61,12 @@ void InstallerWinController::showSetupError(const Text& message) {
 }
 
 void InstallerWinController::systemVersionAlertDidEnd(int returnCode) {
-  if (returnCode == kAlertSecondButtonReturn) services_.worker.workspace.openUrl(kSoftwareArchiveUrl);
-  services_.startup.application.terminate();
+  if (returnCode == kAlertSecondButtonReturn) services_.workspace.openUrl(kSoftwareArchiveUrl);
+  services_.application.terminate();
 }
 
 void InstallerWinController::selectTab(int index) {
-  const LocalizedStrings& strings = services_.startup.strings;
+  const LocalizedStrings& strings = services_.strings;
   outlets_.tabView.selectItem(index);
   outlets_.installButton.setTitle(strings.localized(index == kReadMePage ? "Continue" : "Install"));
   // KEEP: the entry counts, whether or not its file exists.
@@ -72,7 +76,7 @@ void InstallerWinController::selectTab(int index) {
 }
 
 void InstallerWinController::install() {
-  if (finished()) return services_.startup.application.terminate();
+  if (finished()) return services_.application.terminate();
   if (outlets_.tabView.selectedItem() == kReadMePage) return selectTab(kInstallPage);
   outlets_.installButton.setEnabled(Enabled::No);
   outlets_.cancelButton.setEnabled(Enabled::No);
@@ -83,24 +87,24 @@ void InstallerWinController::cancel() {
   if (arguments_.has(KTInstallerKeyReadMePath) && outlets_.tabView.selectedItem() == kInstallPage) {
     return selectTab(kReadMePage);
   }
-  services_.startup.application.terminate();
+  services_.application.terminate();
 }
 
 void InstallerWinController::leave() {
   // In this order: a question that comes after the withdrawal must find that nobody is there.
   services_.departure.left.request();
-  services_.worker.authorizer.withdraw();
+  services_.authorizer.withdraw();
 }
 
 void InstallerWinController::openDocumentation() {
   const OptionalText path = arguments_.text(KTInstallerKeyDocumentationPath);
   if (!path) {
-    services_.startup.log("documentation path missing");
-    services_.startup.application.beep();
+    services_.log("documentation path missing");
+    services_.application.beep();
     return;
   }
   // An opener that does not start has nothing the person could act on here.
-  static_cast<void>(services_.worker.workspace.openFile(*path));
+  static_cast<void>(services_.workspace.openFile(*path));
   // KEEP: the answer is asked for, and nothing follows from it.
   static_cast<void>(outlets_.window.isMiniaturizeEnabled());
 }
@@ -109,8 +113,7 @@ void InstallerWinController::animateProgress(Animate animate) {
   if (animate == Animate::No) return outlets_.progressIndicator.stopAnimation();
   outlets_.progressIndicator.startAnimation();
   const Text name = arguments_.text(KTInstallerKeyProductName).value_or(Text());
-  services_.completion.screenReader.announce(
-      format(services_.startup.strings.localized("%@ is being installed."), name));
+  services_.screenReader.announce(format(services_.strings.localized("%@ is being installed."), name));
 }
 
 void InstallerWinController::installationFinished(const InstallOutcome& outcome) {

@@ -19,16 +19,32 @@
 
 namespace halvorn {
 
+class Application;
+class Authorizer;
+class FileManager;
 class KTDynamicColorClass;
+class LocalizedStrings;
+class Log;
+class ScreenReader;
 class Workers;
+class Workspace;
 
 struct InstallerServices {
+  // What the steps use.
   StartupServices startup;
   CompletionServices completion;
   InstallWorkerServices worker;
-  Workers& workers;
-  Departure& departure;
+  // The controller's own.
+  Application& application;
+  Authorizer& authorizer;
   KTDynamicColorClass& colors;
+  Departure& departure;
+  const FileManager& files;
+  const Log& log;
+  ScreenReader& screenReader;
+  const LocalizedStrings& strings;
+  Workers& workers;
+  Workspace& workspace;
 };
 
 class InstallerWinController {

@@ -267,17 +267,49 @@ class Installer {
   }
 
   InstallerServices services(QtImages& images) {
-    return {.startup = {alerts_, application_, ground_.bundles, destinations_, ground_.files, images,
-                        processes_.processes, ground_.versions, ground_.strings, ground_.searchPaths,
-                        streams_, ground_.systemFacts, ground_.log},
-            .completion = {application_, sound_.completion, ground_.defaults, ground_.strings, application_,
-                           screenReader_, ground_.log},
-            .worker = {install_, destinations_, processes_.processes, authorizer_, ground_.workspace,
-                       ground_.changes, application_, ground_.bundles, ground_.strings, application_,
-                       ground_.clock, departure_, ground_.log},
-            .workers = workers_,
+    return {.startup = {.alerts = alerts_,
+                        .application = application_,
+                        .bundles = ground_.bundles,
+                        .destinations = destinations_,
+                        .files = ground_.files,
+                        .images = images,
+                        .processes = processes_.processes,
+                        .versions = ground_.versions,
+                        .strings = ground_.strings,
+                        .searchPaths = ground_.searchPaths,
+                        .streams = streams_,
+                        .system = ground_.systemFacts,
+                        .log = ground_.log},
+            .completion = {.application = application_,
+                           .sound = sound_.completion,
+                           .defaults = ground_.defaults,
+                           .strings = ground_.strings,
+                           .mainThread = application_,
+                           .screenReader = screenReader_,
+                           .log = ground_.log},
+            .worker = {.install = install_,
+                       .destinations = destinations_,
+                       .processes = processes_.processes,
+                       .authorizer = authorizer_,
+                       .workspace = ground_.workspace,
+                       .changes = ground_.changes,
+                       .application = application_,
+                       .bundles = ground_.bundles,
+                       .strings = ground_.strings,
+                       .mainThread = application_,
+                       .clock = ground_.clock,
+                       .departure = departure_,
+                       .log = ground_.log},
+            .application = application_,
+            .authorizer = authorizer_,
+            .colors = colors_,
             .departure = departure_,
-            .colors = colors_};
+            .files = ground_.files,
+            .log = ground_.log,
+            .screenReader = screenReader_,
+            .strings = ground_.strings,
+            .workers = workers_,
+            .workspace = ground_.workspace};
   }
 
   Ground& ground_;
@@ -293,7 +325,8 @@ class Installer {
   QtScreenReader screenReader_;
   PosixStandardStreams streams_{Paths::appending(ground_.searchPaths.homeFolder(), "Library/Logs")};
   XdgTrash trash_{ground_.clock, personOfThisProcess(), LinksInTheWay::Followed};
-  const InstallServices install_{ground_.files, trash_, ground_.changes, ground_.log};
+  const InstallServices install_{
+      .files = ground_.files, .trash = trash_, .notices = ground_.changes, .log = ground_.log};
   PolkitAuthorizer authorizer_{ground_.log};
   DestinationChoice destinations_;
   InstallerWinController controller_;

@@ -133,6 +133,7 @@ class Installer {
   void run() {
     controller_.awakeFromNib();
     ground_.mainThread.run([this] { return ground_.application.isTerminated(); }, kLongestRun);
+    controller_.leave();
     workers_.finish();
   }
 
@@ -179,14 +180,24 @@ class Installer {
                        .strings = ground_.strings,
                        .mainThread = ground_.mainThread,
                        .clock = ground_.clock,
+                       .departure = departure_,
                        .log = ground_.log},
+            .application = ground_.application,
+            .authorizer = authorizer_,
+            .colors = colors_.colors,
+            .departure = departure_,
+            .files = ground_.files,
+            .log = ground_.log,
+            .screenReader = screenReader_,
+            .strings = ground_.strings,
             .workers = workers_,
-            .colors = colors_.colors};
+            .workspace = ground_.workspace};
   }
 
   Ground& ground_;
   Processes processes_;
-  StandardWorkers workers_;
+  Departure departure_;
+  StandardWorkers workers_;  // runs nothing any more once run() has returned
   Sound sound_;
   Colors colors_;
   NullAlerts alerts_;

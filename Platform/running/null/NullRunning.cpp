@@ -36,8 +36,6 @@ void StandardClock::sleep(double seconds) {
   if (seconds > 0) std::this_thread::sleep_for(durationOf(seconds));
 }
 
-StandardWorkers::~StandardWorkers() { finish(); }
-
 void StandardWorkers::detach(std::function<void()> task) {
   {
     const std::lock_guard lock(mutex_);

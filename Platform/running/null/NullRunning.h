@@ -49,7 +49,8 @@ class StandardClock : public Clock {
 class StandardWorkers : public Workers {
  public:
   StandardWorkers() = default;
-  ~StandardWorkers() override;  // as finish()
+  // Does not wait: a thread that finish() has not waited for ends the program, as with std::thread itself.
+  ~StandardWorkers() override = default;
   StandardWorkers(const StandardWorkers&) = delete;
   StandardWorkers& operator=(const StandardWorkers&) = delete;
 

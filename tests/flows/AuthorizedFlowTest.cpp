@@ -158,7 +158,7 @@ TEST_F(AuthorizedFlow, TheRightPasswordInstallsForTheAdministratorAndLaunchesFor
         << "turns beside the dialog";
     EXPECT_EQ(versionOfBundle(destination()), "1.0") << "nothing is done before the answer";
     agent->writeInput("answer\n");
-    EXPECT_TRUE(eventually([&] { return progressIsShown(session, driver); }, 5)) << "does not turn again";
+    EXPECT_TRUE(eventually([&] { return progressIsShown(session, driver); })) << "does not turn again";
     ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", patience)) << logText();
     EXPECT_EQ(logFromInstall(), (Lines{
                                     "Install",
@@ -400,7 +400,7 @@ TEST_F(AuthorizedFlow, TheOptionKeyHeldWhileClickingEnforcesAuthorization) {
     EXPECT_TRUE(eventually([&] { return logHas("enforcing authorization"); }, patience)) << logText();
     releaseAlt(session);
     ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", patience)) << logText();
-    EXPECT_TRUE(agent->waitForOutput("asked:", 1));
+    EXPECT_TRUE(agent->waitForOutput("asked:", testPatience));
     EXPECT_EQ(logFromInstall()[1], "enforcing authorization");
   });
   struct stat facts {};
@@ -416,7 +416,7 @@ TEST_F(AuthorizedFlow, TheOptionKeyHeldWhileTheButtonIsPressedByKeyEnforcesAutho
     const auto agent = agentFor(driver, "right");
     ASSERT_TRUE(driver.waitForButton("Install", patience));
     pressWithAlt(session, {"key", "--clearmodifiers", "alt+Return"});
-    EXPECT_TRUE(eventually([&] { return logHas("enforcing authorization"); }, 5)) << logText();
+    EXPECT_TRUE(eventually([&] { return logHas("enforcing authorization"); })) << logText();
     releaseAlt(session);
     EXPECT_TRUE(driver.waitForText("Sample was successfully installed.", patience)) << logText();
   });

@@ -16,8 +16,6 @@
 #include <stdexcept>
 #include <thread>
 
-extern char** environ;
-
 namespace halvorn {
 namespace {
 
@@ -26,7 +24,7 @@ std::string findProgram(const std::string& name) {
   const char* path = std::getenv("PATH");
   std::istringstream folders(path != nullptr ? path : "/usr/bin:/bin");
   for (std::string folder; std::getline(folders, folder, ':');) {
-    const std::string candidate = folder + "/" + name;
+    std::string candidate = folder + "/" + name;
     if (::access(candidate.c_str(), X_OK) == 0 && std::filesystem::is_regular_file(candidate))
       return candidate;
   }

@@ -1,7 +1,7 @@
 // A program that a test starts, watches and ends.
 //
 //   ChildProcess probe({zoo("kt_zoo"), "ignores-sigterm"}, {.environment = desktop.environment()});
-//   ASSERT_EQ(probe.readLine(5), "ready");
+//   ASSERT_EQ(probe.readLine(testPatience), "ready");
 //
 // It is ended by its pid alone, at the latest by the destructor, and dies with the test program should that
 // crash. Standard output and standard error arrive together.
@@ -26,6 +26,10 @@ struct ChildOptions {
   int signalWhenTestDies = SIGKILL;
   std::vector<int> inheritedDescriptors = {};  // kept open under the same numbers
 };
+
+// Seconds that a test waits for what must come. Long, because only a failure waits to the end of it: a
+// machine that does other things too is slow, not wrong.
+inline constexpr double testPatience = 30;
 
 class ChildProcess {
  public:
@@ -77,14 +81,14 @@ struct CommandResult {
   std::string output;
 };
 [[nodiscard]] CommandResult runCommand(const std::vector<std::string>& arguments,
-                                       const ChildOptions& options = {}, double seconds = 20.0);
+                                       const ChildOptions& options = {}, double seconds = testPatience);
 
 // Whether a program of that name can be found in PATH.
 [[nodiscard]] bool programExists(const std::string& name);
 
 // Asks again and again, a few milliseconds apart, until the answer is true or the time is over.
 template <typename Condition>
-[[nodiscard]] bool eventually(Condition condition, double seconds = 5.0);
+[[nodiscard]] bool eventually(Condition condition, double seconds = testPatience);
 
 // The pause of eventually(); also the monotonic clock of the helpers above.
 void pauseBriefly();

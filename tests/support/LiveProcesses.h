@@ -1,7 +1,7 @@
 // The process model on the real system: this user's processes and the windows of one display.
 //
 //   LiveProcesses live({.display = desktop.displayName()});
-//   live.loop.runUntil([&] { return live.changes.size() == 2; }, 5);
+//   live.loop.runUntil([&] { return live.changes.size() == 2; }, testPatience);
 //
 // Thread: the one that made it is the main thread.
 #pragma once
@@ -31,6 +31,7 @@
 #include "tests/fakes/FakeUnicode.h"
 #include "tests/fakes/FakeWorkspace.h"
 #include "tests/fakes/RecordingLog.h"
+#include "tests/support/ChildProcess.h"
 
 namespace halvorn {
 
@@ -50,7 +51,7 @@ class LiveProcesses {
 
   // Runs the loop until the condition holds.
   template <typename Condition>
-  [[nodiscard]] bool settles(Condition condition, double seconds = 10.0) {
+  [[nodiscard]] bool settles(Condition condition, double seconds = testPatience) {
     return loop.runUntil(condition, seconds);
   }
   // The process that is listed with that id; null when there is none.

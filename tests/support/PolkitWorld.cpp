@@ -156,7 +156,7 @@ void PolkitWorld::startBus() {
   bus_ = std::make_unique<ChildProcess>(
       std::vector<std::string>{"dbus-daemon", "--system", "--nofork", "--nopidfile", "--nosyslog"});
   const std::string socket = "/run/dbus/system_bus_socket";
-  if (!eventually([&] { return fs::exists(socket); }, 10)) {
+  if (!eventually([&] { return fs::exists(socket); })) {
     throw std::runtime_error("the system bus does not come up: " + bus_->output());
   }
 }

@@ -3,7 +3,7 @@
 //
 //   Desktop desktop;
 //   RealUtilities real(desktop);
-//   ASSERT_TRUE(real.loop.runUntil([&] { return real.utilities.fullScreenMode(); }, 5));
+//   ASSERT_TRUE(real.loop.runUntil([&] { return real.utilities.fullScreenMode(); }, testPatience));
 #pragma once
 
 #include <optional>

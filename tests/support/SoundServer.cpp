@@ -47,7 +47,7 @@ class TestClient {
       const auto state = locked([&] { return pa_context_get_state(context_); });
       return state == PA_CONTEXT_READY || !PA_CONTEXT_IS_GOOD(state);
     };
-    return eventually(isSettled, 5.0) &&
+    return eventually(isSettled) &&
            locked([&] { return pa_context_get_state(context_) == PA_CONTEXT_READY; });
   }
   // Starts the operation and waits for its end.
@@ -56,7 +56,7 @@ class TestClient {
     if (!operation) return false;
     const auto state = [&] { return locked([&] { return pa_operation_get_state(operation); }); };
     const bool isDone =
-        eventually([&] { return state() != PA_OPERATION_RUNNING; }, 5.0) && state() == PA_OPERATION_DONE;
+        eventually([&] { return state() != PA_OPERATION_RUNNING; }) && state() == PA_OPERATION_DONE;
     locked([&] { pa_operation_unref(operation); });
     return isDone;
   }
@@ -150,7 +150,7 @@ void SoundServer::startPipeWire() {
     static_cast<void>(control({"set-default-sink", "lab_a"}));
     return control({"get-default-sink"}) == "lab_a\n";
   };
-  if (!eventually(isDefault, 15.0)) throw std::runtime_error("the sound server has no default sink");
+  if (!eventually(isDefault)) throw std::runtime_error("the sound server has no default sink");
 }
 
 void SoundServer::start(const std::vector<std::string>& arguments) {
@@ -158,13 +158,13 @@ void SoundServer::start(const std::vector<std::string>& arguments) {
 }
 
 void SoundServer::waitForFile(const std::string& path) {
-  if (!eventually([&] { return std::filesystem::exists(path); }, 10.0)) {
+  if (!eventually([&] { return std::filesystem::exists(path); })) {
     throw std::runtime_error("a part of the sound server does not come up: " + process().output());
   }
 }
 
 void SoundServer::waitUntilItAnswers() {
-  if (!eventually([] { return TestClient().connect(); }, 10.0)) {
+  if (!eventually([] { return TestClient().connect(); })) {
     throw std::runtime_error("the sound server does not come up: " + process().output());
   }
 }
@@ -238,7 +238,7 @@ SoundRecording::SoundRecording(SoundServer& /*server*/, const std::string& sink)
                              static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE));
   });
   // Some silence first: then the sink works in small pieces, too.
-  if (!eventually([&] { return client.count() > recordingRate / 20; }, 5.0)) {
+  if (!eventually([&] { return client.count() > recordingRate / 20; })) {
     throw std::runtime_error("no recording of " + sink);
   }
 }

@@ -279,7 +279,7 @@ class OpeningTest : public LaunchingTest {
         Executable::Yes);
   }
   [[nodiscard]] bool wasAsked(const std::string& words) const {
-    return eventually([&] { return contentsOf(folder_ / "asked") == words; }, 5.0);
+    return eventually([&] { return contentsOf(folder_ / "asked") == words; });
   }
   bool openUrl(const Text& url) {
     const XdgFolders folders(environment());

@@ -25,11 +25,11 @@ class ColorsOnADesktop : public LiveWindow {
     if (!startDesktop({})) GTEST_SKIP() << reason_;
     portal_ = std::make_unique<ChildProcess>(std::vector<std::string>{KT_PORTAL_PROBE},
                                              ChildOptions{.environment = desktop_->environment()});
-    ASSERT_EQ(portal_->readLine(10), "ready");
+    ASSERT_EQ(portal_->readLine(testPatience), "ready");
   }
   void setScheme(const std::string& scheme) {
     portal_->writeInput(scheme + "\n");
-    ASSERT_EQ(portal_->readLine(5), "done");
+    ASSERT_EQ(portal_->readLine(testPatience), "done");
   }
 
   QImage screen() {
@@ -54,7 +54,7 @@ class ColorsOnADesktop : public LiveWindow {
   }
   // Whether the screen comes to show the one colour in the view and none of the other.
   bool comesToShow(QRgb color, QRgb notThat, const std::string& view = "") {
-    return eventually([&] { return pixels(color, view) > 0 && pixels(notThat, view) == 0; }, 10);
+    return eventually([&] { return pixels(color, view) > 0 && pixels(notThat, view) == 0; });
   }
   void keepPicture(const std::string& name) {
     const std::filesystem::path folder = KT_BINARY_DIR "/screenshots";
@@ -148,7 +148,7 @@ TEST_F(InstallerOnADesktop, TheReadMeIsOnLightPaperWhateverTheDesktopSays) {
   EXPECT_TRUE(comesToShow(kPaper, kDarkPaper)) << installer_->output();
   setScheme("dark");
   const QRgb darkWindow = qRgb(0x2B, 0x2B, 0x2E);
-  EXPECT_TRUE(eventually([&] { return pixels(darkWindow) > 1000; }, 10)) << "the rest of the window is dark";
+  EXPECT_TRUE(eventually([&] { return pixels(darkWindow) > 1000; })) << "the rest of the window is dark";
   EXPECT_GT(pixels(kPaper), 10'000);
   EXPECT_EQ(pixels(kDarkPaper), 0);
   keepPicture("installer-readme-dark");

@@ -53,7 +53,7 @@ TEST_F(BusEvents, QuitIsTheActionThatTheApplicationExports) {
     ChildProcess& child = startOnBus({habit, "--ignores-term"});
     EXPECT_EQ(sendQuit(child), 0) << habit;
     EXPECT_EQ(child.waitForEnd(5), 0) << habit;
-    EXPECT_TRUE(child.waitForOutput("bus quit", 1)) << habit;
+    EXPECT_TRUE(child.waitForOutput("bus quit", testPatience)) << habit;
   }
 }
 
@@ -90,11 +90,11 @@ TEST_F(BusEvents, AnApplicationThatIsGoneCannotBeSentAnything) {
 TEST_F(BusEvents, OpenReopenAndDocumentsAreThoseOfTheApplicationInterface) {
   ChildProcess& child = startOnBus({"--bus-application"});
   send(child, kOpen);
-  EXPECT_TRUE(child.waitForOutput("bus Activate\n", 5));
+  EXPECT_TRUE(child.waitForOutput("bus Activate\n", testPatience));
   send(child, kReopen);
-  EXPECT_TRUE(child.waitForOutput("bus Activate\nbus Activate\n", 5));
+  EXPECT_TRUE(child.waitForOutput("bus Activate\nbus Activate\n", testPatience));
   send(child, kDocuments);
-  EXPECT_TRUE(child.waitForOutput("bus Open\n", 5));
+  EXPECT_TRUE(child.waitForOutput("bus Open\n", testPatience));
   EXPECT_TRUE(live->log.lines().empty());
 }
 
@@ -109,7 +109,8 @@ TEST_F(BusEvents, AnApplicationThatDoesNotAnswerTimesOut) {
   ChildProcess& child = startOnBus({"--bus-silent"});
   const double start = testSeconds();
   send(child, kReopen, 0.5F);
-  EXPECT_NEAR(testSeconds() - start, 0.5, 0.4);
+  EXPECT_GE(testSeconds() - start, 0.45);
+  EXPECT_LT(testSeconds() - start, 20.0) << "the bus itself would wait 25 seconds";
   EXPECT_EQ(live->log.lines(), Strings{"*** event error: -1712"});
 }
 
@@ -119,7 +120,7 @@ TEST_F(BusEvents, ABusThatGoesAwayIsAsGoodAsNone) {
   desktop->bus()->end(SIGKILL);
   const double start = testSeconds();
   EXPECT_EQ(sendQuit(child), -1708);
-  EXPECT_LT(testSeconds() - start, 3.0);
+  EXPECT_LT(testSeconds() - start, 20.0);
 }
 
 TEST_F(BusEvents, WithoutABusEventsAreNotHandledAndNothingHangs) {
@@ -137,7 +138,7 @@ TEST_F(BusEvents, WithoutABusEventsAreNotHandledAndNothingHangs) {
     const double start = testSeconds();
     useBus(bus);
     EXPECT_EQ(sendQuit(child), -1708) << bus;
-    EXPECT_LT(testSeconds() - start, 5.0) << bus;
+    EXPECT_LT(testSeconds() - start, 20.0) << bus;
   }
   ::close(listening);
 }

@@ -14,8 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr double patience = 20;
-
 // How the person answers, and what the tool then does.
 struct Circumstances {
   AuthorizationAnswer answer = AuthorizationAnswer::Granted;
@@ -61,13 +59,13 @@ class PolkitBench : public Bench {
     for (const std::string& word : toolFor(circumstances.end)) command.push_back(word);
     const ChildOptions options{.environment = world_.personsEnvironment()};
     ChildProcess asker(world_.asPerson(command), options);
-    EXPECT_TRUE(asker.waitForOutput("ready", patience));
+    EXPECT_TRUE(asker.waitForOutput("ready", testPatience));
     ChildProcess agent(
         world_.asPerson({at("kt_polkit_agent"), std::to_string(asker.pid()), modeFor(circumstances.answer)}),
         options);
-    EXPECT_TRUE(agent.waitForOutput("registered", patience)) << agent.output();
+    EXPECT_TRUE(agent.waitForOutput("registered", testPatience)) << agent.output();
     asker.writeInput("go\n");
-    EXPECT_EQ(asker.waitForEnd(patience), 0) << asker.output();
+    EXPECT_EQ(asker.waitForEnd(testPatience), 0) << asker.output();
     return parsed(asker.output());
   }
 

@@ -26,18 +26,16 @@
 namespace halvorn {
 namespace {
 
-constexpr double patience = 10;
-
 // A program of the desktop that does as it is told.
 class Servant {
  public:
   Servant(const std::vector<std::string>& words, const Desktop& desktop)
       : program_(words, {.environment = desktop.environment()}) {
-    EXPECT_EQ(program_.readLine(patience), "ready");
+    EXPECT_EQ(program_.readLine(testPatience), "ready");
   }
   void tell(const std::string& line) {
     program_.writeInput(line + "\n");
-    EXPECT_EQ(program_.readLine(patience), "done");
+    EXPECT_EQ(program_.readLine(testPatience), "done");
   }
 
  private:
@@ -62,7 +60,7 @@ struct RealScreen {
   void copy() { window.tell("copy"); }
   void fillTheScreen() { window.tell("fullscreen"); }
   void leaveTheScreen() { window.tell("windowed"); }
-  bool serveUntil(const std::function<bool()>& condition) { return loop.runUntil(condition, patience); }
+  bool serveUntil(const std::function<bool()>& condition) { return loop.runUntil(condition, testPatience); }
 
   Desktop desktop{parts};
   PollRunLoop loop;

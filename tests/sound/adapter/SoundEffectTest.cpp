@@ -34,7 +34,7 @@ struct SoundProgram {
     ASSERT_NE(tone, nullptr);
     tone->setVolume(effects.alertVolume());
     effects.playAsSoundEffect(*tone);
-    ASSERT_TRUE(eventually([&] { return !tone->isPlaying(); }, 15.0));
+    ASSERT_TRUE(eventually([&] { return !tone->isPlaying(); }));
   }
 
   SoundWorld world;
@@ -83,7 +83,7 @@ TEST_P(SoundEffectTest, TheCompletionSoundComesOutOfTheChosenDeviceAndOfNoOther)
   soundServer->setEventSettings({.device = "lab_b"});
   program->completionSound.play(Text("YES"));
   // All of it: the last note has died away after 0.8 seconds.
-  ASSERT_TRUE(eventually([&] { return headphones->loudSeconds() > 0.7; }, 10.0));
+  ASSERT_TRUE(eventually([&] { return headphones->loudSeconds() > 0.7; }));
   expectLevel(headphones->peak(), 0.4948 * 0.5, "the greatest amplitude of the shipped sound, halved");
   EXPECT_EQ(speakers->peak(), 0.0);
 }
@@ -169,7 +169,7 @@ TEST_P(SoundEffectTest, ARefusedDeviceFallsBackToTheDefaultOneAndSaysSo) {
   const SoundPointer tone = effects.soundNamed("Tone");
   ASSERT_NE(tone, nullptr);
   effects.playAsSoundEffect(*tone);
-  ASSERT_TRUE(eventually([&] { return !tone->isPlaying(); }, 10.0));
+  ASSERT_TRUE(eventually([&] { return !tone->isPlaying(); }));
   expectLevel(speakers->peak(), toneAmplitude, "the default sink");
   const Lines lines = program->world.log.lines();
   const std::string path = "/Applications/Installer.app/Contents/Resources/Tone.wav";
@@ -200,7 +200,7 @@ TEST_P(SoundEffectTest, TheWarmUpPlaysOnceAlmostInaudibly) {
   program->world.addApplicationSound("SoundOfSilence.wav", waveFile({.seconds = 0.15, .amplitude = 1.0}));
   program->effects.prepareForSound();
   program->effects.prepareForSound();
-  ASSERT_TRUE(eventually([&] { return speakers->loudSeconds() > 0.1; }, 10.0));
+  ASSERT_TRUE(eventually([&] { return speakers->loudSeconds() > 0.1; }));
   program->effects.prepareForSound();
   expectLevel(speakers->peak(), 0.01, "the volume of the silent sound");
   EXPECT_LT(speakers->loudSeconds(), 0.16) << "played once";
@@ -212,7 +212,7 @@ TEST_P(SoundEffectTest, TheSoundPlaysOnWhenNobodyHoldsItAnyMore) {
   ASSERT_NE(tone, nullptr);
   program->effects.playAsSoundEffect(*tone);
   tone.reset();
-  EXPECT_TRUE(eventually([&] { return speakers->loudSeconds() > 0.08; }, 10.0));
+  EXPECT_TRUE(eventually([&] { return speakers->loudSeconds() > 0.08; }));
 }
 
 TEST_P(SoundEffectTest, MixersSeeAnEventSoundOfThisProgram) {
@@ -282,7 +282,7 @@ class FailingServer : public testing::Test {
     SoundRecording speakers(*soundServer, "lab_a");
     const SoundPointer sound = program->effects.soundNamed("Done");
     program->effects.playAsSoundEffect(*sound);
-    EXPECT_TRUE(eventually([&] { return speakers.loudSeconds() > 0.02; }, 10.0));
+    EXPECT_TRUE(eventually([&] { return speakers.loudSeconds() > 0.02; }));
     return sound;
   }
 
@@ -321,7 +321,7 @@ TEST_F(FailingServer, ThatStandsStillInMidPlayIsGivenUp) {
   startProgram({.question = 600.0, .standstill = 0.3});
   const SoundPointer sound = playAudibly();
   soundServer->process().sendSignal(SIGSTOP);
-  EXPECT_TRUE(eventually([&] { return !sound->isPlaying(); }, 10.0));
+  EXPECT_TRUE(eventually([&] { return !sound->isPlaying(); }));
 }
 
 TEST_F(FailingServer, ThatDoesNotAnswerIsNotWaitedForLong) {
@@ -332,7 +332,7 @@ TEST_F(FailingServer, ThatDoesNotAnswerIsNotWaitedForLong) {
   ASSERT_NE(sound, nullptr);
   EXPECT_EQ(sound->setPlaybackDeviceIdentifier(Text("lab_a")), Text("the sound server does not answer"));
   EXPECT_TRUE(sound->play());
-  EXPECT_TRUE(eventually([&] { return !sound->isPlaying(); }, 10.0));
+  EXPECT_TRUE(eventually([&] { return !sound->isPlaying(); }));
 }
 
 TEST_F(FailingServer, ThatDoesNotAnswerKeepsNeitherTheInstallationNorItsEndWaiting) {

@@ -79,8 +79,7 @@ TEST_F(SoundModule, EndsWhatItMade) {
   ASSERT_TRUE(result.sound);
   sounds.endAll();
   static_cast<void>(result.sound->play());
-  for (int i = 0; i < 100 && result.sound->isPlaying(); ++i) clock_.sleep(0.01);
-  EXPECT_FALSE(result.sound->isPlaying());
+  EXPECT_TRUE(eventually([&] { return !result.sound->isPlaying(); }));
 }
 
 TEST(ModuleFile, IsNotLookedForInTheSystemsFolders) {

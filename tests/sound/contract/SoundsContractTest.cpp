@@ -47,7 +47,7 @@ class RealSystem : public SoundSystem {
   AudioDevices& devices() override { return devices_; }
   void loseServer() override { soundServer_.process().end(); }
   bool waitForEnd(Sound& sound) override {
-    return eventually([&] { return !sound.isPlaying(); }, 10.0);
+    return eventually([&] { return !sound.isPlaying(); });
   }
 
  private:

@@ -37,20 +37,20 @@ class LiveWindow : public testing::Test {
     probe_ =
         std::make_unique<ProbeProgram>(std::vector<std::string>{KT_WINDOW_PROBE, bundle(), language, style},
                                        ChildOptions{.environment = desktop_->environmentWith(environment)});
-    ASSERT_TRUE(probe_->waitForOutput("ready", 20)) << probe_->output();
+    ASSERT_TRUE(probe_->waitForOutput("ready", testPatience)) << probe_->output();
   }
   // As start-up leaves it: on the install page, in front.
   void showInstallPage() {
     tell({"window show", "hide messageField", "hide checkmarkField", "set nameField Sample 2.1",
           "set introField This program will install Sample on your computer.", "set pathField /opt/Sample",
           "windowTitle Install Sample", "select 1", "window center", "window front"});
-    ASSERT_TRUE(eventually([&] { return !windowId().empty() && activeWindow() == windowId(); }, 10))
+    ASSERT_TRUE(eventually([&] { return !windowId().empty() && activeWindow() == windowId(); }))
         << probe_->output();
   }
 
   void tell(const std::vector<std::string>& commands) { (void)probe_->tell(commands); }
   std::string ask(const std::string& command) { return probe_->ask(command); }
-  [[nodiscard]] bool said(const std::string& text, double seconds = 10) {
+  [[nodiscard]] bool said(const std::string& text, double seconds = testPatience) {
     return probe_->waitForOutput(text, seconds);
   }
   [[nodiscard]] int times(const std::string& text) { return probe_->times(text); }

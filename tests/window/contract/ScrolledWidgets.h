@@ -47,7 +47,7 @@ class ScrolledWidgets : public QWidget {
   }
 
   // Turns the event loop until the condition holds; false when it does not within the seconds.
-  static bool eventually(const std::function<bool()>& condition, double seconds = 10) {
+  static bool eventually(const std::function<bool()>& condition, double seconds = 30) {
     QElapsedTimer timer;
     timer.start();
     while (!condition()) {

@@ -120,7 +120,7 @@ OptionalText stringWithBestEncodingFromFile(const Text& path, const FileManager&
   if (const TextEncoding marked = explicitEncoding(*bytes, 0); marked != 0) {
     if (const auto text = codecs.decode(*bytes, marked)) return *text;
   }
-  if (const OptionalText detected = detectedText(*bytes, codecs, unicode)) return detected;
+  if (OptionalText detected = detectedText(*bytes, codecs, unicode)) return detected;
   return bestOf(kCandidates, *bytes, codecs, unicode);
 }
 

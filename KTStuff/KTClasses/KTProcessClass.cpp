@@ -44,7 +44,7 @@ void ApplicationStartEndHandler(int kind, KTProcessClass& processes) {
 
 KTProcessPointer KTProcessClass::processWithSerialNumber(ProcessSerialNumber serialNumber) {
   if (auto cached = cachedProcessWithSerialNumber(serialNumber)) return cached;
-  const KTProcessPointer made = KTProcess::create(*this, serialNumber);
+  KTProcessPointer made = KTProcess::create(*this, serialNumber);
   const std::lock_guard lock(mutex_);
   // Another thread may have been faster.
   if (const auto place = findLocked(serialNumber)) return moveToFrontLocked(*place);

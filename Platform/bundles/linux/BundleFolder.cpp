@@ -34,7 +34,8 @@ std::optional<BundleFolder> BundleFolder::at(const Text& path) {
 }
 
 BundleFolder::BundleFolder(Text path, std::string realPath)
-    : path_(std::move(path)), realFolders_{std::move(realPath)} {
+    : path_(std::move(path)) {
+  realFolders_.push_back(std::move(realPath));
   const auto contents = find("Contents");
   layout_ = contents && isFolder(*contents) ? Layout::Contents : Layout::Flat;
   if (layout_ == Layout::Contents) return;

@@ -88,7 +88,7 @@ void appendChineseScript(std::vector<Text>& names, const Text& language) {
 std::vector<Text> preferredLanguages(const std::vector<Text>& arguments, const Environment& environment) {
   const auto option = std::find(arguments.begin(), arguments.end(), Text("-AppleLanguages"));
   if (option != arguments.end() && option + 1 != arguments.end()) {
-    const std::vector<Text> languages = languagesFromArgument(valueFrom(option + 1, arguments.end()));
+    std::vector<Text> languages = languagesFromArgument(valueFrom(option + 1, arguments.end()));
     if (!languages.empty()) return languages;
   }
   return languagesFromEnvironment(environment);

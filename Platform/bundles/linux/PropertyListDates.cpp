@@ -41,7 +41,7 @@ std::optional<double> takeDateAndTime(std::string_view& text, char separator) {
                             day{static_cast<unsigned>(parts[2])}};
   if (!date.ok() || parts[3] > 23 || parts[4] > 59 || parts[5] > 60) return std::nullopt;
   const auto days = sys_days(date).time_since_epoch().count();
-  return days * 86'400.0 + parts[3] * 3'600.0 + parts[4] * 60.0 + parts[5];
+  return static_cast<double>(days) * 86'400.0 + parts[3] * 3'600.0 + parts[4] * 60.0 + parts[5];
 }
 
 int base64Digit(char character) {

@@ -53,7 +53,7 @@ std::optional<PropertyDictionary> readPropertyListFile(const std::string& path) 
 }
 
 std::optional<PropertyDictionary> readStringTable(std::string_view bytes, const PropertyListLimits& limits) {
-  if (const auto dictionary = readPropertyDictionary(bytes, limits)) return dictionary;
+  if (auto dictionary = readPropertyDictionary(bytes, limits)) return dictionary;
   if (bytes.size() > limits.fileBytes || bytes.starts_with("bplist0")) return std::nullopt;
   const auto text = decodeText(bytes);
   return text && !isXml(*text) ? readOldStringTable(*text, limits) : std::nullopt;

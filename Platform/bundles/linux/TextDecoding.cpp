@@ -43,7 +43,7 @@ bool looksLikeUtf16(std::string_view bytes) {
 std::optional<Text> decodeText(std::string_view bytes) {
   if (looksLikeUtf16(bytes)) return fromUtf16(bytes);
   if (bytes.starts_with(kUtf8Mark)) bytes.remove_prefix(kUtf8Mark.size());
-  if (const auto text = Text::fromStrictUtf8(bytes)) return text;
+  if (auto text = Text::fromStrictUtf8(bytes)) return text;
   std::u16string units;
   units.reserve(bytes.size());
   for (const char byte : bytes) units.push_back(static_cast<unsigned char>(byte));

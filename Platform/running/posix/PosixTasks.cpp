@@ -53,7 +53,7 @@ Pipe openPipe() {
 
 std::string readToEnd(const FileDescriptor& file) {
   std::string bytes;
-  std::vector<char> buffer(64 * 1024);
+  std::vector<char> buffer(64UL * 1024);
   while (true) {
     const ssize_t count = retried([&] { return ::read(file.get(), buffer.data(), buffer.size()); });
     if (count <= 0) return bytes;

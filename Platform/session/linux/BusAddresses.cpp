@@ -16,13 +16,13 @@ std::optional<std::string> addressOfSocket(const std::string& path) {
 }  // namespace
 
 std::optional<std::string> sessionBusAddress(const Environment& environment) {
-  if (const auto address = environment.value("DBUS_SESSION_BUS_ADDRESS")) return address;
+  if (auto address = environment.value("DBUS_SESSION_BUS_ADDRESS")) return address;
   const auto runtimeFolder = environment.value("XDG_RUNTIME_DIR");
   return runtimeFolder ? addressOfSocket(*runtimeFolder + "/bus") : std::nullopt;
 }
 
 std::optional<std::string> systemBusAddress(const Environment& environment) {
-  if (const auto address = environment.value("DBUS_SYSTEM_BUS_ADDRESS")) return address;
+  if (auto address = environment.value("DBUS_SYSTEM_BUS_ADDRESS")) return address;
   return addressOfSocket("/run/dbus/system_bus_socket");
 }
 

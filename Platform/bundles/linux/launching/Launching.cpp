@@ -191,7 +191,7 @@ int runAndWait(const LaunchRequest& request, double seconds) {
 std::string programInPath(const std::string& name, const Environment& environment) {
   const std::string list = environment.value("PATH").value_or("/usr/local/bin:/usr/bin:/bin") + ":";
   for (std::size_t start = 0, end = 0; (end = list.find(':', start)) != std::string::npos; start = end + 1) {
-    const std::string program = list.substr(start, end - start) + "/" + name;
+    std::string program = list.substr(start, end - start) + "/" + name;
     struct stat information = {};
     // Relative folders depend on where this program stands by chance.
     if (!program.starts_with('/') || ::stat(program.c_str(), &information) != 0) continue;

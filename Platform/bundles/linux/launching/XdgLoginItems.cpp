@@ -74,7 +74,7 @@ OptionalText XdgLoginItems::resolve(const DesktopEntry& entry) const {
   if (program.find('/') == std::string::npos) program = programInPath(program, environment_);
   const auto item = program.starts_with('/') ? findItem(program) : std::nullopt;
   if (!item || !isRegularFile(*item)) return std::nullopt;
-  if (const OptionalText bundle = bundleAround(program)) return bundle;
+  if (OptionalText bundle = bundleAround(program)) return bundle;
   // A link in a folder of programs stands for the program it leads to.
   return bundleAround(Text(item->realPath));
 }

@@ -135,7 +135,7 @@ HeldApplicationPointer RunningApplications::add(ProcessHold hold, Program progra
     const std::lock_guard lock(mutex_);
     if (const auto found = held_.find(pid); found != held_.end()) {
       // Another thread may have been faster; both hold the same process, since it has not ended.
-      const HeldApplicationPointer other = found->second;
+      HeldApplicationPointer other = found->second;
       if (!other->hold.hasEnded()) return other;
       retireLocked(other);
     }

@@ -17,11 +17,39 @@ check_format() {
   [ -z "$wrong" ] || die "not as clang-format has it: $wrong"
 }
 
-# The core with every check of .clang-tidy; pass files to look at others.
+# Every source of the build with the checks of .clang-tidy; pass files to look at those alone. What was found in order
+# is not looked at again before the source, a header it includes or a check changes.
 check_tidy() {
-  local files=("$@")
-  [ "${#files[@]}" -gt 0 ] || mapfile -t files < <(git ls-files 'Core/*.cpp' 'Sources/*.cpp' 'train/*.cpp')
-  printf '%s\n' "${files[@]}" | xargs -P "$(nproc)" -n 4 clang-tidy --quiet -p build/dev
+  local source headers key remaining=()
+  export tidy_passed=build/dev/tidy
+  mkdir -p "$tidy_passed"
+  while read -r source headers; do
+    if [ "$#" -gt 0 ] && [[ " $* " != *" $source "* ]]; then continue; fi
+    # shellcheck disable=SC2086 # a list of files
+    key=$(cat .clang-tidy tests/.clang-tidy "$source" $headers | sha256sum | cut -d ' ' -f 1)
+    [ -e "$tidy_passed/$key" ] || remaining+=("$key $source")
+  done < <(own_dependencies | sort -u -k 1,1)
+  [ "${#remaining[@]}" = 0 ] && return 0
+  say "clang-tidy looks at ${#remaining[@]} sources"
+  export -f tidy
+  printf '%s\n' "${remaining[@]}" | xargs -P "$(nproc)" -L 1 bash -c 'tidy "$0" "$1"'
+}
+
+tidy() {
+  local found
+  if found=$(clang-tidy --quiet -p build/dev "$2" 2>/dev/null); then touch "$tidy_passed/$1"; else
+    printf '%s\n' "$found"
+    return 1
+  fi
+}
+
+# A line for each source in the development build: it, and the headers of this tree that it includes.
+own_dependencies() {
+  ninja -C build/dev -t deps | awk -v root="$PWD/" '
+    function own(path) { sub(/^(\.\.\/)+/, "", path); sub("^" root, "", path); return path }
+    /#deps/ { if (line != "") print line; line = ""; valid = /VALID/; next }
+    NF == 1 && valid { path = own($1); if (path !~ /^(\/|build\/)/ && path ~ /\.(h|cpp)$/) line = line (line == "" ? "" : " ") path }
+    END { if (line != "") print line }' | grep -E '^(Core|KTStuff|Platform|Sources|train|tests)/[^ ]*\.cpp( |$)'
 }
 
 check_fuzz() {

@@ -77,7 +77,7 @@ class OldReader {
     if (take(u'{')) {
       auto result = entries(depth);
       if (!result || !take(u'}')) return std::nullopt;
-      return PropertyValue(std::move(*result));
+      return std::make_optional<PropertyValue>(std::move(*result));
     }
     if (take(u'(')) return array(depth);
     if (take(u'<')) return take(u'*') ? typed() : data();

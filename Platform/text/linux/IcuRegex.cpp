@@ -63,11 +63,11 @@ class Patience {
 };
 
 UBool U_CALLCONV askDuringMatch(const void* context, std::int32_t) {
-  return static_cast<Patience*>(const_cast<void*>(context))->lastsDuringMatch();
+  return static_cast<Patience*>(const_cast<void*>(context))->lastsDuringMatch() ? 1 : 0;
 }
 
 UBool U_CALLCONV askBetweenAttempts(const void* context, std::int64_t) {
-  return static_cast<Patience*>(const_cast<void*>(context))->lastsBetweenAttempts();
+  return static_cast<Patience*>(const_cast<void*>(context))->lastsBetweenAttempts() ? 1 : 0;
 }
 
 std::optional<TextRange> rangeOf(URegularExpression* expression, std::size_t group, UErrorCode* error) {

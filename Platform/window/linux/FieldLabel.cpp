@@ -81,7 +81,7 @@ FieldLabel::Lines FieldLabel::brokenFor(int width) const {
   return lines;
 }
 
-int FieldLabel::lineHeight() const { return static_cast<int>(fontMetrics().height() * 1.2 + 0.5); }
+int FieldLabel::lineHeight() const { return qRound(fontMetrics().height() * 1.2); }
 
 int FieldLabel::heightForWidth(int width) const {
   if (text().isEmpty()) return 0;

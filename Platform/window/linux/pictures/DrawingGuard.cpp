@@ -78,7 +78,7 @@ class Scan {
   long long cost(int part, std::vector<int>& underWay) {
     if (const auto known = costs_.constFind(part); known != costs_.constEnd()) return *known;
     if (std::find(underWay.begin(), underWay.end(), part) != underWay.end()) return kMostElements + 1;
-    if (underWay.size() > 4 * kDeepest) return kMostElements + 1;
+    if (underWay.size() > 4UL * kDeepest) return kMostElements + 1;
     underWay.push_back(part);
     const Part& here = parts_[static_cast<std::size_t>(part)];
     long long sum = here.elements;

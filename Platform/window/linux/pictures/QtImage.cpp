@@ -56,7 +56,7 @@ QImage EncodedImage::picture(int pixels) const {
   std::vector<std::size_t> order;
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     if (entries_[i].source.side == 0) {
-      if (const QImage drawn = decode(entries_[i].source, pixels); !drawn.isNull()) return drawn;
+      if (QImage drawn = decode(entries_[i].source, pixels); !drawn.isNull()) return drawn;
     } else if (entries_[i].source.side >= pixels) {
       order.push_back(i);
     }

@@ -28,7 +28,7 @@ QString decodeGuessing(const QByteArray& bytes) {
     return QStringDecoder(*marked).decode(bytes);
   }
   QStringDecoder strict(QStringDecoder::Utf8, QStringConverter::Flag::Stateless);
-  const QString utf8 = strict.decode(bytes);
+  QString utf8 = strict.decode(bytes);
   const bool wide = bytes.size() % 2 == 0 && bytes.contains('\0');
   if (!strict.hasError() && !wide) return utf8;
   if (wide && zerosInPercent(bytes, 1) > 40) return QStringDecoder(QStringDecoder::Utf16LE).decode(bytes);

@@ -2,6 +2,7 @@
 // no blank.
 #pragma once
 
+#include <compare>
 #include <string>
 #include <string_view>
 
@@ -62,7 +63,9 @@ class FakeUnicode : public Unicode {
 
   Ordering compareCaseInsensitive(const Text& a, const Text& b) const override {
     const auto order = caseFolded(a) <=> caseFolded(b);
-    return order < 0 ? Ordering::Ascending : order > 0 ? Ordering::Descending : Ordering::Same;
+    return std::is_lt(order)   ? Ordering::Ascending
+           : std::is_gt(order) ? Ordering::Descending
+                               : Ordering::Same;
   }
 };
 

@@ -33,7 +33,7 @@ std::optional<BundleFolder> BundleFolder::at(const Text& path) {
   return BundleFolder(path, std::move(item->realPath));
 }
 
-BundleFolder::BundleFolder(Text path, std::string realPath) : path_(std::move(path)) {
+BundleFolder::BundleFolder(const Text& path, std::string realPath) : path_(path) {
   realFolders_.push_back(std::move(realPath));
   const auto contents = find("Contents");
   layout_ = contents && isFolder(*contents) ? Layout::Contents : Layout::Flat;

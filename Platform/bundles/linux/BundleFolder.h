@@ -34,7 +34,7 @@ class BundleFolder {
   [[nodiscard]] Text pathOf(const Text& relativePath) const;
 
  private:
-  BundleFolder(Text path, std::string realPath);
+  BundleFolder(const Text& path, std::string realPath);
 
   Text path_;
   Layout layout_ = Layout::Flat;

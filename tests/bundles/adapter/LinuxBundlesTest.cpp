@@ -91,7 +91,7 @@ TEST_F(LinuxBundlesOnDisk, WhatCannotBeReadAsInformationCountsAsMissing) {
   file("Broken.app/Contents/Info.plist", "<plist><dict><key>");
   file("List.app/Contents/Info.plist", "(a, b)");
   fs::create_directories(folder_ / "Folder.app/Contents/Info.plist");
-  file("Huge.app/Contents/Info.plist", "{ a = \"" + std::string(9 * 1024 * 1024, 'x') + "\"; }");
+  file("Huge.app/Contents/Info.plist", "{ a = \"" + std::string(9UL * 1024 * 1024, 'x') + "\"; }");
   fs::create_directories(folder_ / "Pipe.app/Contents");
   ASSERT_EQ(::mkfifo((folder_ / "Pipe.app/Contents/Info.plist").c_str(), 0600), 0);
   file("Plain", "x");

@@ -101,7 +101,7 @@ TEST_F(StringsOnDisk, ABrokenTableIsPassedOver) {
   table("en", "\"Quit\" = \"Quit!\";");
   for (const std::string& broken :
        {std::string("\"Quit\" = \"Beenden"), std::string("<plist><dict>"),
-        "a = \"" + std::string(9 * 1024 * 1024, 'x') + "\";", std::string("\xFF\xFEx")}) {
+        "a = \"" + std::string(9UL * 1024 * 1024, 'x') + "\";", std::string("\xFF\xFEx")}) {
     table("de", broken);
     EXPECT_EQ(localized({"de"}), Text("Quit!")) << broken.substr(0, 20);
   }

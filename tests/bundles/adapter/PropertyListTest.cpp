@@ -243,7 +243,7 @@ TEST(PropertyList, ABinaryThatContainsItselfIsRefused) {
 
 TEST(PropertyList, ABinaryThatRepeatsALargeDataIsRefused) {
   // One array that names the same megabyte two hundred times.
-  const std::string data = "\x4F\x12\x00\x10\x00\x00"s + std::string(1024 * 1024, 'x');
+  const std::string data = "\x4F\x12\x00\x10\x00\x00"s + std::string(1024UL * 1024, 'x');
   const std::string array = "\xAF\x10\xC8"s + std::string(200, '\1');
   EXPECT_EQ(readPropertyList(binaryPropertyList({array, data}, 0)), std::nullopt);
 }

@@ -91,7 +91,7 @@ TEST(DevelopmentStage, IsThePlaceInTheTable) {
 }
 
 TEST(DevelopmentStage, OfAnyOtherCharacterIsZero) {
-  for (const char16_t character : std::u16string(u"PDABFcexyz019.-\0\xE9\x431", 19)) {
+  for (const char16_t character : std::u16string(u"PDABFcexyz019.-\0\xE9\x431", 18)) {
     EXPECT_EQ(developmentStage(character), 0) << static_cast<int>(character);
   }
 }

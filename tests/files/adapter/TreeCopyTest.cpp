@@ -414,7 +414,7 @@ TEST_F(TreeCopy, ReadingLeavesTheTimeOfTheLastAccessAlone) {
 class Contents : public CopyScene {
  protected:
   explicit Contents(const std::filesystem::path& base = std::filesystem::temp_directory_path())
-      : CopyScene(base), buffer(128 * 1024) {}
+      : CopyScene(base), buffer(128UL * 1024) {}
 
   void open(const std::string& from) {
     source = FileDescriptor(::open(at(from).c_str(), O_RDONLY | O_CLOEXEC));

@@ -110,10 +110,7 @@ TEST(Interpreters, AreReadAsTheKernelAndEnvReadThem) {
     EXPECT_EQ(interpreter->arguments, row.arguments);
     EXPECT_EQ(interpreter->isSearched, row.isSearched);
   }
-  for (const char* start : {"", "#", "#!", "#!\n/bin/sh", "#!/usr/bin/env\n",
-                            "\x7F"
-                            "ELF",
-                            "echo"}) {
+  for (const char* start : {"", "#", "#!", "#!\n/bin/sh", "#!/usr/bin/env\n", "\177ELF", "echo"}) {
     EXPECT_FALSE(parseInterpreter(start)) << start;
   }
 }

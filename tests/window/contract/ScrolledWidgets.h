@@ -51,7 +51,7 @@ class ScrolledWidgets : public QWidget {
     QElapsedTimer timer;
     timer.start();
     while (!condition()) {
-      if (timer.elapsed() > seconds * 1000) return false;
+      if (static_cast<double>(timer.elapsed()) > seconds * 1000) return false;
       QApplication::processEvents(QEventLoop::AllEvents, 10);
     }
     return true;

@@ -15,8 +15,8 @@
 #include "Platform/session/linux/XdgFolders.h"
 #include "tests/support/LaunchReport.h"
 #include "tests/support/PngData.h"
-#include "tests/support/PrintText.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

@@ -9,9 +9,9 @@
 #include "Platform/session/linux/LinuxSystemFacts.h"
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
-#include "tests/support/PrintText.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

@@ -19,8 +19,8 @@
 #include "tests/fakes/FakeTemporaryFiles.h"
 #include "tests/fakes/FakeWorkspace.h"
 #include "tests/support/LaunchReport.h"
-#include "tests/support/PrintText.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {
@@ -114,7 +114,8 @@ TEST_F(LaunchingTest, ARaisedDescriptorLimitDoesNotClingToWhatIsStarted) {
   const XdgFolders folders(environment());
   const LinuxBundles bundles("/usr/bin/test", {});
   const Launcher launcher(environment(), folders, nullptr, before);
-  ASSERT_TRUE(LinuxWorkspace(bundles, folders, environment(), launcher, {}).openFile(Text(probeBundle("Foo"))));
+  ASSERT_TRUE(
+      LinuxWorkspace(bundles, folders, environment(), launcher, {}).openFile(Text(probeBundle("Foo"))));
   EXPECT_EQ(report().one("limit"), std::to_string(before.rlim_cur));
 }
 

@@ -8,9 +8,9 @@
 #include <filesystem>
 
 #include "Platform/bundles/linux/BundleFolder.h"
-#include "tests/support/PrintText.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

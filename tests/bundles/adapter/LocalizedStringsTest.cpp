@@ -6,9 +6,9 @@
 #include "Platform/bundles/linux/LinuxBundles.h"
 #include "Platform/bundles/linux/LinuxLocalizedStrings.h"
 #include "Platform/bundles/linux/PreferredLanguages.h"
-#include "tests/support/PrintText.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

@@ -6,9 +6,9 @@
 
 #include "Platform/bundles/linux/launching/DesktopEntry.h"
 #include "Platform/session/linux/XdgFolders.h"
-#include "tests/support/PrintText.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

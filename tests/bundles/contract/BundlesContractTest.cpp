@@ -16,9 +16,9 @@
 #include "tests/fakes/FakeLocalizedStrings.h"
 #include "tests/fakes/FakeSearchPaths.h"
 #include "tests/fakes/FakeWorkspace.h"
-#include "tests/support/PrintText.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

@@ -18,8 +18,8 @@
 #include "KTStuff/KTClasses/PlainColor.h"
 #include "tests/fakes/FakeLocalizedStrings.h"
 #include "tests/support/ChildProcess.h"
-#include "tests/support/PrintText.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

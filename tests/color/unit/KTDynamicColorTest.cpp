@@ -20,7 +20,7 @@
 #include "tests/fakes/FakeSystemFacts.h"
 #include "tests/fakes/FakeUnicode.h"
 #include "tests/fakes/RecordingLog.h"
-#include "tests/support/PrintText.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

@@ -10,7 +10,7 @@
 #include "KTStuff/KTClasses/ColorCatalog.h"
 #include "tests/fakes/FakeAppearances.h"
 #include "tests/fakes/FakeLocalizedStrings.h"
-#include "tests/support/PrintText.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

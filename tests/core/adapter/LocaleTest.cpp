@@ -10,7 +10,7 @@
 #include "Core/Format.h"
 #include "Core/PropertyValue.h"
 #include "tests/support/MadeLocale.h"
-#include "tests/support/PrintText.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

@@ -9,7 +9,7 @@
 #include "tests/fakes/FakeProcesses.h"
 #include "tests/fakes/FakeSearchPaths.h"
 #include "tests/fakes/FakeWorkspace.h"
-#include "tests/support/PrintText.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

@@ -38,7 +38,7 @@
 #include "tests/fakes/FakeWindow.h"
 #include "tests/fakes/FakeWorkspace.h"
 #include "tests/fakes/RecordingLog.h"
-#include "tests/support/PrintText.h"
+#include "tests/support/TextPrinting.h"
 #include "train/InstallFunction.h"
 
 namespace halvorn {

@@ -20,8 +20,8 @@
 #include "tests/fakes/FakeMainThread.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/support/OffscreenApplication.h"
-#include "tests/support/PrintText.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TextPrinting.h"
 
 namespace halvorn {
 namespace {

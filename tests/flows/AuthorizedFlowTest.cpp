@@ -13,6 +13,7 @@
 #include "tests/support/InstallerDriver.h"
 #include "tests/support/PersonsShoes.h"
 #include "tests/support/SampleProduct.h"
+#include "tests/support/TestFiles.h"
 
 namespace halvorn {
 namespace {
@@ -21,11 +22,6 @@ namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
 constexpr double patience = 60;
-
-std::string contentsOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 class AuthorizedFlow : public testing::Test {
  protected:

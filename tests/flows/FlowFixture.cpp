@@ -1,4 +1,5 @@
 #include "tests/flows/FlowFixture.h"
+#include "tests/support/TestFiles.h"
 
 #include <algorithm>
 #include <csignal>
@@ -12,13 +13,6 @@ namespace halvorn {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string contentsOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream contents;
-  contents << file.rdbuf();
-  return contents.str();
-}
 
 std::string link(const fs::path& path) {
   std::error_code problem;

@@ -24,7 +24,7 @@ inline std::string putFile(const std::string& path, const std::string& bytes,
   return path;
 }
 
-inline std::string contentsOf(const std::string& path) {
+inline std::string contentsOf(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tests/support/ChildProcess.h"
+#include "tests/support/TestFiles.h"
 
 namespace halvorn {
 namespace {
@@ -188,11 +189,6 @@ TEST(Walls, NoSubjectIncludesOneThatStandsAboveIt) {
     }
   }
   EXPECT_EQ(seen.size(), floors.size());
-}
-
-std::string contentsOf(const std::string& file) {
-  std::ifstream stream(fs::path(KT_SOURCE_DIR) / file);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
 // The headers of the interfaces, beside the systems' folders.

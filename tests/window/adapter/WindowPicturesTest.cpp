@@ -9,6 +9,7 @@
 #include <string>
 
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestFiles.h"
 #include "tests/window/adapter/ProbeProgram.h"
 
 namespace halvorn {
@@ -50,11 +51,6 @@ constexpr Words kWords[] = {
      "/opt/Sample Studio",
      {"המשך", "התקן", "חזרה", "אישור"},
      "סטודיו לדוגמה הותקן בהצלחה."}};
-
-std::string contentsOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 class WindowPictures : public testing::Test {
  protected:

@@ -10,16 +10,10 @@
 
 #include "Platform/bundles/linux/LinuxLocalizedStrings.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestFiles.h"
 
 namespace halvorn {
 namespace {
-
-std::string contentsOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream contents;
-  contents << file.rdbuf();
-  return contents.str();
-}
 
 // Keys and values as they stand in the file.
 std::map<std::string, std::string> tableOf(const std::string& language) {

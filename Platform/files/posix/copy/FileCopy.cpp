@@ -24,7 +24,7 @@ constexpr std::size_t handful = 16;
 
 using Operation = Cause::Operation;
 
-struct Original {
+struct OpenOriginal {
   FileDescriptor file;
   struct stat facts {};
   Cause cause;  // when it is not open
@@ -39,8 +39,8 @@ FileDescriptor openToCopy(CopyContext& context, int folder, const char* name) {
   return FileDescriptor(retried([&] { return ::openat(folder, name, openToRead); }));
 }
 
-Original openOriginal(CopyContext& context, int folder, const char* name) {
-  Original original;
+OpenOriginal openOriginal(CopyContext& context, int folder, const char* name) {
+  OpenOriginal original;
   original.file = openToCopy(context, folder, name);
   if (!original.file) {
     original.cause = Cause::ofSystem(Operation::Open, Cause::Side::Original);
@@ -56,7 +56,7 @@ Original openOriginal(CopyContext& context, int folder, const char* name) {
 }
 
 // Why it cannot be copied as a regular file; none when it can.
-Cause causeAgainst(const Original& original) {
+Cause causeAgainst(const OpenOriginal& original) {
   if (original.cause || S_ISREG(original.facts.st_mode)) return original.cause;
   return Cause::ofOurs(Operation::Open, "it became something else while it was copied",
                        Cause::Side::Original);
@@ -132,7 +132,7 @@ Cause copyContents(CopyContext& context, CopyScratch& scratch, int source, int t
 }
 
 // Takes the descriptor over, because a big file is copied by others, too.
-Cause copyOpened(CopyContext& context, CopyScratch& scratch, Original original, const CopyPlace& place) {
+Cause copyOpened(CopyContext& context, CopyScratch& scratch, OpenOriginal original, const CopyPlace& place) {
   const struct stat& facts = original.facts;
   auto answer = makeFile(context, place, facts);
   if (!answer) return answer.cause();
@@ -178,7 +178,7 @@ bool isLeftForLater(CopyContext& context, const std::shared_ptr<OpenFolder>& fol
 }  // namespace
 
 void copyFile(CopyContext& context, CopyScratch& scratch, const CopyPlace& place) {
-  Original original;
+  OpenOriginal original;
   {
     const RightsOf rights(context.rules.readAs);
     if (!rights.holds()) return context.fail(causeOfMissingRights(), place);
@@ -191,7 +191,7 @@ void copyFile(CopyContext& context, CopyScratch& scratch, const CopyPlace& place
 
 void copyFiles(CopyContext& context, CopyScratch& scratch, const std::shared_ptr<OpenFolder>& folder,
                std::span<const char* const> names) {
-  std::array<Original, handful> originals;
+  std::array<OpenOriginal, handful> originals;
   while (!names.empty() && !context.hasFailed()) {
     const auto now = names.first(std::min(names.size(), handful));
     names = names.subspan(now.size());

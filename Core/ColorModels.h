@@ -1,4 +1,4 @@
-// Colours as numbers: red, green and blue; hue, saturation and brightness; the four printing inks.
+// Colors as numbers: red, green and blue; hue, saturation and brightness; the four printing inks.
 //
 // All numbers run from 0 to 1; what lies outside is moved to the nearer end, what is no number to 0.
 // Thread: any.
@@ -41,7 +41,7 @@ struct CyanMagentaYellowBlackAlpha {
 
 [[nodiscard]] HueSaturationBrightnessAlpha hueSaturationBrightness(const RedGreenBlueAlpha& color);
 [[nodiscard]] RedGreenBlueAlpha redGreenBlue(const HueSaturationBrightnessAlpha& color);
-// As much black as the colour allows; the inks cover what is left.
+// As much black as the color allows; the inks cover what is left.
 [[nodiscard]] CyanMagentaYellowBlackAlpha cyanMagentaYellowBlack(const RedGreenBlueAlpha& color);
 [[nodiscard]] RedGreenBlueAlpha redGreenBlue(const CyanMagentaYellowBlackAlpha& color);
 

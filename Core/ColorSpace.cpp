@@ -15,7 +15,7 @@ namespace {
 using Row = std::array<double, 3>;
 using Matrix = std::array<Row, 3>;
 
-// The light of all conversions is XYZ under D50, the white that colour profiles are exchanged in.
+// The light of all conversions is XYZ under D50, the white that color profiles are exchanged in.
 constexpr Row kD50 = {0.9642, 1.0, 0.8249};
 constexpr double kD65X = 0.3127;
 constexpr double kD65Y = 0.3290;
@@ -203,7 +203,7 @@ std::vector<double> ColorSpace::converted(const std::vector<double>& components,
   std::vector<double> given = components;
   given.resize(numberOfComponents());
   for (double& component : given) component = clampedToUnit(component);
-  // The device's and the calibrated colours share their light, so nothing is lost on the way between them.
+  // The device's and the calibrated colors share their light, so nothing is lost on the way between them.
   if (model_ == to.model_ && curve_ == to.curve_ && toLight_ == to.toLight_) return given;
   if (model_ == Model::CMYK) {
     const auto rgb = redGreenBlue({given[0], given[1], given[2], given[3], 1.0});

@@ -1,4 +1,4 @@
-// What the components of a colour mean: which model they belong to and which light they stand for.
+// What the components of a color mean: which model they belong to and which light they stand for.
 //
 //   const ColorSpace& space = ColorSpace::displayP3();
 //   space.converted({1.0, 0.0, 0.0}, ColorSpace::sRGB());
@@ -29,7 +29,7 @@ class ColorSpace {
   static const ColorSpace& displayP3();
   static const ColorSpace& adobeRGB();
 
-  // By the name that colorSpaceName() of a colour answers; null when there is none of that name.
+  // By the name that colorSpaceName() of a color answers; null when there is none of that name.
   [[nodiscard]] static const ColorSpace* named(const Text& name);
 
   [[nodiscard]] const Text& name() const { return name_; }  // "CalibratedRGB"

@@ -1,4 +1,4 @@
-// The colours of the installer window that are its own: the paper of the read-me and the red of warnings.
+// The colors of the installer window that are its own: the paper of the read-me and the red of warnings.
 //
 // Thread: main.
 #pragma once

@@ -179,7 +179,7 @@ std::optional<InterfaceStyle> styleOf(const Defaults& defaults) {
   return *style->text() == Text("Dark") ? InterfaceStyle::Dark : InterfaceStyle::Light;
 }
 
-// Colours that follow the appearance. Nothing is asked of the desktop that the window does not follow anyway.
+// Colors that follow the appearance. Nothing is asked of the desktop that the window does not follow anyway.
 struct Colors {
   Colors(Ground& ground, DesktopAppearance& appearance)
       : appearances(appearance),

@@ -5,7 +5,7 @@
 //   Escapes            backslashes, KTEscapeCharacters, source literals
 //   Numbers            parsing; comparing with numbers by value
 //   Patterns           wildcards, replacing by regular expression
-//   Scalars            UTF-16 as Unicode scalars, skin colours
+//   Scalars            UTF-16 as Unicode scalars, skin colors
 //   VirtualCharacters  codes that stand for sequences, ligatures
 //   Encodings          bytes of known and unknown encoding, appending to files
 //   Html               the text of markup

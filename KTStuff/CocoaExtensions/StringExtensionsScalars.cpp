@@ -7,7 +7,7 @@ namespace {
 
 constexpr char32_t kNoModifier = 0;
 constexpr char32_t kLightestModifier = 0x1F3FB;
-// By skin colour. The first two share one modifier, as the types 1 and 2 of the Fitzpatrick scale do.
+// By skin color. The first two share one modifier, as the types 1 and 2 of the Fitzpatrick scale do.
 constexpr char32_t kModifiers[] = {kNoModifier, 0x1F3FB, 0x1F3FB, 0x1F3FC, 0x1F3FD, 0x1F3FE, 0x1F3FF};
 
 void appendHexadecimal(std::u16string& result, char32_t value) {

@@ -1,4 +1,4 @@
-// Colours with names.
+// Colors with names.
 //
 //   const ColorCatalog web = ColorCatalog::web(strings);
 //   web.colorNamed("tomato")->localizedColorNameComponent();
@@ -17,7 +17,7 @@ namespace halvorn {
 
 class LocalizedStrings;
 
-// A plain colour that also knows its names. What is made of it has none, except by asking for the space
+// A plain color that also knows its names. What is made of it has none, except by asking for the space
 // "Named".
 class CatalogColor : public PlainColor {
  public:

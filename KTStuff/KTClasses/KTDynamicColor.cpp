@@ -43,7 +43,7 @@ void KTDynamicColor::encodeWithCoder(KeyedEncoder& encoder) const {
   if (darkAquaColor_) encoder.encodeObject(darkAquaColor_.get(), "darkAquaColor");
 }
 
-// Everything below: the same question to the effective colour, in the order of the interface.
+// Everything below: the same question to the effective color, in the order of the interface.
 
 template <typename Result, typename... Parameters, typename... Arguments>
 Result KTDynamicColor::forward(Result (Color::*method)(Parameters...) const, Arguments&&... arguments) const {

@@ -1,11 +1,11 @@
-// A colour with a variant for the light and one for the dark appearance.
+// A color with a variant for the light and one for the dark appearance.
 //
 //   const auto paper = colors.lightColor(PlainColor::calibratedRGB(1, 1, 0.9),
 //                                        PlainColor::calibratedRGB(0.1, 0.1, 0.1));
 //   textView.setBackgroundColor(paper);   // follows the appearance from now on
 //
 // Each question is answered by the variant that fits the appearance in force at that moment; nothing is kept.
-// Colours made of it are those of the variant and stay what they are.
+// Colors made of it are those of the variant and stay what they are.
 //
 // Thread: main, where things are drawn.
 #pragma once
@@ -32,12 +32,12 @@ enum class UseGlobalAppearance { No, Yes };
 
 class KTDynamicColor : public Color, public std::enable_shared_from_this<KTDynamicColor> {
  public:
-  // Made by the KTDynamicColorClass. A null dark colour means that the light one is always used; a null light
-  // one answers nothing. The services must outlive the colour.
+  // Made by the KTDynamicColorClass. A null dark color means that the light one is always used; a null light
+  // one answers nothing. The services must outlive the color.
   KTDynamicColor(const KTDynamicColorServices& services, ColorPointer aquaColor, ColorPointer darkAquaColor);
 
   // Whether the style of the whole desktop is asked before the appearance of what is drawn. Answers the
-  // colour itself.
+  // color itself.
   std::shared_ptr<KTDynamicColor> useGlobalAppearance(UseGlobalAppearance use);
   // The variant to be used now, the object itself. Logs: "global dark color" at each call that the flag
   // decides.
@@ -85,7 +85,7 @@ class KTDynamicColor : public Color, public std::enable_shared_from_this<KTDynam
   void encodeWithCoder(KeyedEncoder& encoder) const override;
 
  private:
-  // What the method of the effective colour answers; nothing when there is none.
+  // What the method of the effective color answers; nothing when there is none.
   template <typename Result, typename... Parameters, typename... Arguments>
   Result forward(Result (Color::*method)(Parameters...) const, Arguments&&... arguments) const;
 

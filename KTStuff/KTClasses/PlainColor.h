@@ -1,10 +1,10 @@
-// Colours that stay what they are: components in a colour space.
+// Colors that stay what they are: components in a color space.
 //
 //   const ColorPointer red = PlainColor::calibratedRGB(0.75, 0.0, 0.0);
 //   red->highlightWithLevel(0.2);
 //
-// Components from 0 to 1; what lies outside is moved to the nearer end. What is made of a plain colour is a
-// plain colour. Thread: any; a colour never changes.
+// Components from 0 to 1; what lies outside is moved to the nearer end. What is made of a plain color is a
+// plain color. Thread: any; a color never changes.
 #pragma once
 
 #include <functional>
@@ -62,7 +62,7 @@ class PlainColor : public Color {
   void setStroke(GraphicsContext& context) const override { context.setStrokeColor(deviceColor()); }
   void setFill(GraphicsContext& context) const override { context.setFillColor(deviceColor()); }
   void set(GraphicsContext& context) const override;
-  // Blends are made in calibrated RGB, whatever the spaces of the colours.
+  // Blends are made in calibrated RGB, whatever the spaces of the colors.
   ColorPointer highlightWithLevel(double level) const override;
   ColorPointer shadowWithLevel(double level) const override;
   ColorPointer colorWithAlphaComponent(double alpha) const override;

@@ -1,4 +1,4 @@
-# Colours and what depends on the appearance in force.
+# Colors and what depends on the appearance in force.
 kt_library(kt_color SOURCES
   KTClasses/ColorCatalog.cpp KTClasses/KTDynamicColor.cpp KTClasses/KTDynamicColorClass.cpp
   KTClasses/PlainColor.cpp

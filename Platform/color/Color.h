@@ -1,10 +1,10 @@
-// A colour: what views, fields and drawing accept.
+// A color: what views, fields and drawing accept.
 //
-// A question about components of another model than the colour's own is answered as if the colour had been
-// converted first. "Nothing" is what is answered where there is no colour at all: 0, null, nullopt, no
+// A question about components of another model than the color's own is answered as if the color had been
+// converted first. "Nothing" is what is answered where there is no color at all: 0, null, nullopt, no
 // components.
 //
-// Thread: as the implementation says; plain colours any.
+// Thread: as the implementation says; plain colors any.
 // Why: docs/decisions/019-colors.md
 #pragma once
 
@@ -33,7 +33,7 @@ class Color : public Archivable {
   [[nodiscard]] virtual const ColorSpace* colorSpace() const = 0;
   [[nodiscard]] virtual ColorPointer colorUsingColorSpace(const ColorSpace& space) const = 0;
   [[nodiscard]] virtual OptionalText colorSpaceName() const = 0;
-  // Null when there is no space of that name, or the colour cannot be told in it.
+  // Null when there is no space of that name, or the color cannot be told in it.
   [[nodiscard]] virtual ColorPointer colorUsingColorSpaceName(const Text& name) const = 0;
   [[nodiscard]] virtual int numberOfComponents() const = 0;  // alpha counted
   [[nodiscard]] virtual std::vector<double> getComponents() const = 0;
@@ -63,29 +63,29 @@ class Color : public Archivable {
   [[nodiscard]] virtual std::optional<CyanMagentaYellowBlackAlpha> getCyan() const = 0;
 
   [[nodiscard]] virtual double alphaComponent() const = 0;
-  // The colour as drawing takes it.
+  // The color as drawing takes it.
   [[nodiscard]] virtual std::optional<DeviceColor> CGColor() const = 0;
 
-  // --- names; null for a colour that is in no catalog
+  // --- names; null for a color that is in no catalog
 
   [[nodiscard]] virtual OptionalText catalogNameComponent() const = 0;
   [[nodiscard]] virtual OptionalText colorNameComponent() const = 0;
   [[nodiscard]] virtual OptionalText localizedCatalogNameComponent() const = 0;
   [[nodiscard]] virtual OptionalText localizedColorNameComponent() const = 0;
 
-  // --- drawing; nothing is changed where there is no colour
+  // --- drawing; nothing is changed where there is no color
 
   virtual void setStroke(GraphicsContext& context) const = 0;
   virtual void setFill(GraphicsContext& context) const = 0;
   virtual void set(GraphicsContext& context) const = 0;  // both
 
-  // --- colours made of this one
+  // --- colors made of this one
 
   // Nearer to white or to black; level 0 changes nothing, 1 all.
   [[nodiscard]] virtual ColorPointer highlightWithLevel(double level) const = 0;
   [[nodiscard]] virtual ColorPointer shadowWithLevel(double level) const = 0;
   [[nodiscard]] virtual ColorPointer colorWithAlphaComponent(double alpha) const = 0;
-  // `fraction` of the other colour and the rest of this one; null without another colour.
+  // `fraction` of the other color and the rest of this one; null without another color.
   [[nodiscard]] virtual ColorPointer blendedColorWithFraction(double fraction,
                                                               const ColorPointer& ofColor) const = 0;
   [[nodiscard]] virtual ColorPointer colorWithSystemEffect(ColorSystemEffect effect) const = 0;

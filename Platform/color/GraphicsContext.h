@@ -5,7 +5,7 @@
 
 namespace halvorn {
 
-// A colour as the display takes it, components from 0 to 1.
+// A color as the display takes it, components from 0 to 1.
 using DeviceColor = RedGreenBlueAlpha;
 
 // Thread: the one that draws.

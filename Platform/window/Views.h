@@ -70,7 +70,7 @@ class TextView : public virtual View {
   virtual bool setDocumentFromFile(const Text& path) = 0;
   // Asked anew whenever the view is drawn; null for that of the appearance.
   virtual void setBackgroundColor(const ColorPointer& color) = 0;
-  // Likewise, of what has no colour of its own in the document.
+  // Likewise, of what has no color of its own in the document.
   virtual void setTextColor(const ColorPointer& color) = 0;
 };
 

@@ -1,4 +1,4 @@
-// A colour that writes down what it is asked and answers with numbers of its own: each answer contains the
+// A color that writes down what it is asked and answers with numbers of its own: each answer contains the
 // number it was made with.
 #pragma once
 

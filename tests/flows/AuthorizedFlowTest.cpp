@@ -98,16 +98,16 @@ class AuthorizedFlow : public testing::Test {
     return agent;
   }
 
-  // Whether the wheel turns: it is drawn then, and else its place is of one colour.
+  // Whether the wheel turns: it is drawn then, and else its place is of one color.
   [[nodiscard]] static bool progressIsShown(Session& session, const InstallerDriver& driver) {
     for (const Control& control : driver.controls()) {
       if (control.role != "progress bar") continue;
       const std::string place = std::to_string(control.width) + "x" + std::to_string(control.height) + "+" +
                                 std::to_string(control.x) + "+" + std::to_string(control.y);
-      const auto colours = runCommand(
+      const auto colors = runCommand(
           {"sh", "-c", "import -window root -crop " + place + " +repage png:- | identify -format %k -"},
           {.environment = session.desktop.environment()});
-      return colours.status == 0 && colours.output != "1";
+      return colors.status == 0 && colors.output != "1";
     }
     return false;
   }

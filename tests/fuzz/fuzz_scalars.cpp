@@ -1,4 +1,4 @@
-// Scalars, trimming, lines, skin colours.
+// Scalars, trimming, lines, skin colors.
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
 #include "Platform/text/linux/IcuUnicode.h"
 #include "tests/fuzz/FuzzInput.h"

@@ -1,4 +1,4 @@
-// Small pictures for tests: a PNG of one colour, an icns file of several.
+// Small pictures for tests: a PNG of one color, an icns file of several.
 #pragma once
 
 #include <array>
@@ -56,13 +56,13 @@ inline std::string zlibStored(const std::string& bytes) {
 }  // namespace png_data
 
 // Opaque, 8 bits a channel.
-inline std::string pngOf(int width, int height, std::array<unsigned char, 3> colour = {200, 60, 60}) {
+inline std::string pngOf(int width, int height, std::array<unsigned char, 3> color = {200, 60, 60}) {
   using namespace png_data;
   std::string rows;
   for (int y = 0; y < height; ++y) {
     rows.push_back('\0');
     for (int x = 0; x < width; ++x) {
-      for (const unsigned char channel : colour) rows.push_back(static_cast<char>(channel));
+      for (const unsigned char channel : color) rows.push_back(static_cast<char>(channel));
     }
   }
   const std::string header = number(static_cast<std::uint32_t>(width)) +

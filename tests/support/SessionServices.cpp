@@ -1,7 +1,7 @@
 // Services of a session, for tests: on the bus whose address is the second argument it plays
 //
 //   login         the session manager; a line "idle <microseconds on the monotonic clock>" or "active" sets
-//   its hint portal        the settings of the desktop portal; "scheme <number>" changes the colour scheme
+//   its hint portal        the settings of the desktop portal; "scheme <number>" changes the color scheme
 //   silence       a desktop portal that never answers
 //   nonsense      a session manager and a desktop portal whose answers have the wrong form
 //

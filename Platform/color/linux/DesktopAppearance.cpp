@@ -26,7 +26,7 @@ InterfaceStyle DesktopAppearance::style() const { return style_; }
 void DesktopAppearance::use(InterfaceStyle style) {
   style_ = style;
   QApplication::setPalette(paletteFor(style == InterfaceStyle::Dark ? Look::Dark : Look::Light));
-  // Also what is held to a look of its own: its colours may follow the desktop all the same.
+  // Also what is held to a look of its own: its colors may follow the desktop all the same.
   for (QWidget* widget : QApplication::allWidgets()) widget->update();
 }
 

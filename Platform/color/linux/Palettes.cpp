@@ -20,8 +20,8 @@ constexpr Tones kDark = {0x2B2B2E, 0x1E1E20, 0x252528, 0xF0F0F2, 0xB0B0B8, 0x777
 QPalette paletteFor(Look look) {
   const Tones& tones = look == Look::Dark ? kDark : kLight;
   QPalette palette;
-  const auto set = [&palette](QPalette::ColorRole role, QRgb colour) {
-    palette.setColor(role, QColor(colour));
+  const auto set = [&palette](QPalette::ColorRole role, QRgb color) {
+    palette.setColor(role, QColor(color));
   };
   set(QPalette::Window, tones.window);
   set(QPalette::WindowText, tones.text);

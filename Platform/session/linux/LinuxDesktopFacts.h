@@ -23,7 +23,7 @@ class LinuxDesktopFacts : public DesktopFacts {
   std::optional<std::int64_t> nanosecondsSinceLastInput() override;
   std::optional<std::int64_t> clipboardChangeCount() override { return clipboard_.changeCount(); }
   bool installMenuBarHandler(MenuBarHandler handler) override;
-  // No desktop here colours its controls by such a tint.
+  // No desktop here colors its controls by such a tint.
   std::optional<int> controlTint() override { return std::nullopt; }
 
  private:

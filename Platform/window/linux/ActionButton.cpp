@@ -40,12 +40,12 @@ void ActionButton::focusInEvent(QFocusEvent* event) {
   QPushButton::focusInEvent(event);
 }
 
-ActionButton::Colours ActionButton::colours() const {
+ActionButton::Colors ActionButton::colors() const {
   const QPalette& tones = palette();
   const bool stands = isDefault() && isEnabled();
-  Colours found = {tones.color(stands ? QPalette::Highlight : QPalette::Button),
-                   tones.color(stands ? QPalette::Highlight : QPalette::Mid),
-                   tones.color(stands ? QPalette::HighlightedText : QPalette::ButtonText)};
+  Colors found = {tones.color(stands ? QPalette::Highlight : QPalette::Button),
+                  tones.color(stands ? QPalette::Highlight : QPalette::Mid),
+                  tones.color(stands ? QPalette::HighlightedText : QPalette::ButtonText)};
   const bool dark = tones.color(QPalette::Window).lightness() < 128;
   if (isDown()) {
     found.face = found.face.darker(dark ? 125 : 112);
@@ -57,7 +57,7 @@ ActionButton::Colours ActionButton::colours() const {
 }
 
 void ActionButton::paintEvent(QPaintEvent*) {
-  const Colours tones = colours();
+  const Colors tones = colors();
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   QRectF frame = rect();

@@ -1,4 +1,4 @@
-// A push button; the default one stands out in the highlight colour. A round one is the "?" of a help button.
+// A push button; the default one stands out in the highlight color. A round one is the "?" of a help button.
 #pragma once
 
 #include <QColor>
@@ -23,10 +23,10 @@ class ActionButton : public QPushButton {
   void focusInEvent(QFocusEvent* event) override;
 
  private:
-  struct Colours {
+  struct Colors {
     QColor face, edge, text;
   };
-  [[nodiscard]] Colours colours() const;
+  [[nodiscard]] Colors colors() const;
 
   Shape shape_;
   QString title_;

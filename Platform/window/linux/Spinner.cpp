@@ -48,9 +48,9 @@ void Spinner::paintEvent(QPaintEvent*) {
   const qreal radius = width() / 2.0 - 1.0;
   for (int spoke = 0; spoke < kSpokes; ++spoke) {
     const int age = (step_ - spoke + kSpokes) % kSpokes;  // 0 is the spoke the wheel has reached
-    QColor colour = palette().color(QPalette::WindowText);
-    colour.setAlphaF(static_cast<float>(1.0 - 0.075 * age));
-    painter.setPen(QPen(colour, radius / 5.0, Qt::SolidLine, Qt::RoundCap));
+    QColor color = palette().color(QPalette::WindowText);
+    color.setAlphaF(static_cast<float>(1.0 - 0.075 * age));
+    painter.setPen(QPen(color, radius / 5.0, Qt::SolidLine, Qt::RoundCap));
     painter.save();
     painter.rotate(spoke * 360.0 / kSpokes);
     painter.drawLine(QPointF(0, -radius * 0.5), QPointF(0, -radius * 0.9));

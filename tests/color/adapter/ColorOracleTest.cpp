@@ -1,5 +1,5 @@
-// Colour arithmetic against others': Python's colorsys and fractions, the toolkit's colours, and a library of
-// colour management. 10,000 random colours each.
+// Color arithmetic against others': Python's colorsys and fractions, the toolkit's colors, and a library of
+// color management. 10,000 random colors each.
 #include <gtest/gtest.h>
 #include <lcms2.h>
 
@@ -110,7 +110,7 @@ TEST(ColorOracle, HueAndInksAgreeWithTheToolkit) {
     const auto c = random.components(4);
     const QColor theirs = QColor::fromRgbF(static_cast<float>(c[0]), static_cast<float>(c[1]),
                                            static_cast<float>(c[2]), static_cast<float>(c[3]));
-    // From the components as the toolkit has them: dark colours have hues that depend on the last bits.
+    // From the components as the toolkit has them: dark colors have hues that depend on the last bits.
     const auto ours = PlainColor::deviceRGB(theirs.redF(), theirs.greenF(), theirs.blueF(), theirs.alphaF());
     const auto hsb = *ours->getHue();
     difference.add(hsb.brightness, theirs.valueF(), "brightness");
@@ -138,11 +138,11 @@ TEST(ColorOracle, HueAndInksAgreeWithTheToolkit) {
   difference.expectAtMost(5e-5);
 }
 
-TEST(ColorOracle, TheNamesOfTheCatalogAreTheToolkitsAndMeanTheSameColours) {
+TEST(ColorOracle, TheNamesOfTheCatalogAreTheToolkitsAndMeanTheSameColors) {
   const ColorCatalog web = ColorCatalog::web(FakeLocalizedStrings());
   std::vector<std::string> theirs;
   for (const QString& name : QColor::colorNames()) {
-    if (QColor(name).alpha() == 255) theirs.push_back(name.toStdString());  // "transparent" is no colour here
+    if (QColor(name).alpha() == 255) theirs.push_back(name.toStdString());  // "transparent" is no color here
   }
   std::sort(theirs.begin(), theirs.end());
   std::vector<std::string> ours;
@@ -160,7 +160,7 @@ TEST(ColorOracle, TheNamesOfTheCatalogAreTheToolkitsAndMeanTheSameColours) {
   }
 }
 
-// --- spaces, by the profiles of a colour management library
+// --- spaces, by the profiles of a color management library
 
 struct CloseProfile {
   void operator()(void* profile) const { cmsCloseProfile(profile); }
@@ -204,7 +204,7 @@ std::vector<Space> spaces() {
   return all;
 }
 
-TEST(ColorOracle, ColourSpacesAgreeWithAColourManagementLibrary) {
+TEST(ColorOracle, ColorSpacesAgreeWithAColorManagementLibrary) {
   const auto all = spaces();
   for (const Space& from : all) {
     for (const Space& to : all) {
@@ -230,7 +230,7 @@ TEST(ColorOracle, ColourSpacesAgreeWithAColourManagementLibrary) {
   }
 }
 
-TEST(ColorOracle, ToAnotherSpaceAndBackAColourIsTheSameWhereBothCanShowIt) {
+TEST(ColorOracle, ToAnotherSpaceAndBackAColorIsTheSameWhereBothCanShowIt) {
   RandomColors random;
   Difference difference;
   for (int i = 0; i < kColors; ++i) {

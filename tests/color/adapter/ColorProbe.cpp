@@ -1,4 +1,4 @@
-// The installer window with its colours on the desktop's appearance, in a program of its own that does what
+// The installer window with its colors on the desktop's appearance, in a program of its own that does what
 // it is told on standard input, a command a line, and prints what happens to it:
 //
 //   color_probe BUNDLE LANGUAGE desktop

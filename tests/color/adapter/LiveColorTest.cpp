@@ -1,4 +1,4 @@
-// The colours of an open window on a desktop whose portal changes its color-scheme, read from the X server's
+// The colors of an open window on a desktop whose portal changes its color-scheme, read from the X server's
 // screen. The pictures stay in screenshots/ of the build folder to be looked at.
 #include <QImage>
 #include <fstream>
@@ -37,7 +37,7 @@ class ColorsOnADesktop : public LiveWindow {
     run({"import", "-window", "root", "png24:" + file});
     return QImage(QString::fromStdString(file));
   }
-  // How many pixels have the colour, in the view or, without one, on the whole screen.
+  // How many pixels have the color, in the view or, without one, on the whole screen.
   int pixels(QRgb color, const std::string& view = "") {
     QImage image = screen().convertToFormat(QImage::Format_RGB32);
     if (!view.empty()) {
@@ -52,7 +52,7 @@ class ColorsOnADesktop : public LiveWindow {
     }
     return count;
   }
-  // Whether the screen comes to show the one colour in the view and none of the other.
+  // Whether the screen comes to show the one color in the view and none of the other.
   bool comesToShow(QRgb color, QRgb notThat, const std::string& view = "") {
     return eventually([&] { return pixels(color, view) > 0 && pixels(notThat, view) == 0; });
   }

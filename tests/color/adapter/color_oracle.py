@@ -1,6 +1,6 @@
-# Colour arithmetic a second time: reads a file with a line of numbers for each colour, writes a line of answers.
+# Color arithmetic a second time: reads a file with a line of numbers for each color, writes a line of answers.
 #
-#   in    red green blue alpha   red green blue alpha (of the other colour)   fraction
+#   in    red green blue alpha   red green blue alpha (of the other color)   fraction
 #   out   hue saturation brightness   red green blue of these again   blend (4)   highlight (4)   shadow (4)
 #
 # Hue, saturation and brightness are colorsys's; weighted sums are made of fractions, without rounding.

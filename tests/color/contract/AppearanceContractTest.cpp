@@ -172,7 +172,7 @@ TYPED_TEST(AppearanceContract, ADrawingWithinADrawingHasItsOwnAndAfterItTheOuter
   EXPECT_EQ(seen, (std::vector<std::optional<AppearanceName>>{kAqua, kDarkAqua, kAqua}));
 }
 
-TYPED_TEST(AppearanceContract, AStrokeColourIsThatOfLinesAndAFillColourThatOfAreas) {
+TYPED_TEST(AppearanceContract, AStrokeColorIsThatOfLinesAndAFillColorThatOfAreas) {
   const DeviceColor red{1, 0, 0, 1};
   const DeviceColor blue{0, 0, 1, 1};
   this->world.graphics().setStrokeColor(red);

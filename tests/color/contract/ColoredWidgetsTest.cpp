@@ -1,4 +1,4 @@
-// Dynamic colours in the toolkit's widgets: which variant is on the screen.
+// Dynamic colors in the toolkit's widgets: which variant is on the screen.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -55,7 +55,7 @@ class ColoredWindow {
 
   InstallerOutlets outlets() { return window_->outlets(); }
   QWidget& widget(const char* id) { return *window_->widget().find<QWidget>(QLatin1String(id)); }
-  // How many pixels of the view have exactly that colour.
+  // How many pixels of the view have exactly that color.
   int pixels(const char* id, QRgb wanted) {
     QApplication::processEvents();
     const QImage image = widget(id).grab().toImage();
@@ -138,7 +138,7 @@ TEST(ColoredWidgets, OnASystemOlderThan10_14AllIsLight) {
   EXPECT_EQ(window.shown("readMeTextView"), 'L');
 }
 
-TEST(ColoredWidgets, WithoutAColourThatOfTheAppearanceIsBack) {
+TEST(ColoredWidgets, WithoutAColorThatOfTheAppearanceIsBack) {
   ColoredWindow window(InterfaceStyle::Light);
   window.outlets().readMeTextView.setBackgroundColor(nullptr);
   window.outlets().introField.setTextColor(nullptr);
@@ -148,7 +148,7 @@ TEST(ColoredWidgets, WithoutAColourThatOfTheAppearanceIsBack) {
   EXPECT_EQ(window.shown("introField"), '?');
 }
 
-TEST(ColoredWidgets, PlainColoursAreAcceptedWhereverDynamicOnesAre) {
+TEST(ColoredWidgets, PlainColorsAreAcceptedWhereverDynamicOnesAre) {
   ColoredWindow window(InterfaceStyle::Dark);
   window.outlets().readMeTextView.setBackgroundColor(colorOf(kLight));
   EXPECT_EQ(window.shown("readMeTextView"), 'L');
@@ -166,7 +166,7 @@ TEST(ColoredWidgets, TheTextOfATextViewHasTheVariantToo) {
   }
 }
 
-TEST(ColoredWidgets, ATextInTheColourOfItsAppearanceIsDrawnAsWithoutOne) {
+TEST(ColoredWidgets, ATextInTheColorOfItsAppearanceIsDrawnAsWithoutOne) {
   ColoredWindow window(InterfaceStyle::Light);
   TextView& view = window.outlets().readMeTextView;
   ASSERT_TRUE(view.setDocumentFromFile(KT_SOURCE_DIR "/README.md"));
@@ -183,7 +183,7 @@ TEST(ColoredWidgets, ATextInTheColourOfItsAppearanceIsDrawnAsWithoutOne) {
     const QImage without = picture();
     view.setTextColor(colorOf(widget.palette().color(QPalette::Text).rgb()));
     EXPECT_EQ(picture(), without);
-    if (widget.textCursor().hasSelection()) continue;  // all of it, in the selection's own colour
+    if (widget.textCursor().hasSelection()) continue;  // all of it, in the selection's own color
     view.setTextColor(window.color);
     EXPECT_NE(picture(), without);
   }

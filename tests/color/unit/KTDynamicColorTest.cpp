@@ -74,7 +74,7 @@ TEST_F(EffectiveColor, OnASystemOlderThan10_14EveryQueryAnswersWithTheLightVaria
   EXPECT_EQ(answering(*color), 21) << "10.14 itself has appearances";
 }
 
-TEST_F(EffectiveColor, WithoutADarkColourItIsTheLightOneInBothModes) {
+TEST_F(EffectiveColor, WithoutADarkColorItIsTheLightOneInBothModes) {
   const auto single = colors.lightColor(light, nullptr)->useGlobalAppearance(UseGlobalAppearance::Yes);
   beDark();
   for (const auto name : {AppearanceName::Aqua, AppearanceName::DarkAqua}) {
@@ -165,7 +165,7 @@ TEST_F(DynamicColor, TwoCallsOfRedWarningTextColorAnswerTheIdenticalObject) {
   EXPECT_EQ(red->colorSpaceName(), Text("CalibratedRGB"));
 }
 
-TEST_F(DynamicColor, ColoursDerivedFromItArePlainAndStayWhatTheyAre) {
+TEST_F(DynamicColor, ColorsDerivedFromItArePlainAndStayWhatTheyAre) {
   const auto red = colors.redWarningTextColor();
   appearances.draw(AppearanceName::DarkAqua);
   const std::vector<ColorPointer> derived = {
@@ -186,7 +186,7 @@ TEST_F(DynamicColor, ColoursDerivedFromItArePlainAndStayWhatTheyAre) {
   }
 }
 
-TEST_F(DynamicColor, ADynamicColourCanBeBlendedIntoAnother) {
+TEST_F(DynamicColor, ADynamicColorCanBeBlendedIntoAnother) {
   const auto white = PlainColor::calibratedRGB(1.0, 1.0, 1.0);
   appearances.draw(AppearanceName::DarkAqua);
   const auto mixed = white->blendedColorWithFraction(0.5, colors.redWarningTextColor());
@@ -196,7 +196,7 @@ TEST_F(DynamicColor, ADynamicColourCanBeBlendedIntoAnother) {
 // --- every operation of the interface, in its order
 
 struct Operation {
-  const char* question;  // as the effective colour hears it
+  const char* question;  // as the effective color hears it
   std::function<std::string(const Color&)> ask;
 };
 
@@ -289,7 +289,7 @@ TEST_F(DynamicColor, EveryOperationIsAnsweredByTheVariantInForceAskedAnewEachTim
   }
 }
 
-TEST_F(DynamicColor, WithoutALightColourEveryOperationAnswersNothing) {
+TEST_F(DynamicColor, WithoutALightColorEveryOperationAnswersNothing) {
   const auto none = colors.lightColor(nullptr, dark);
   for (const auto& [question, ask] : operations()) {
     const std::string answer = ask(*none);
@@ -359,7 +359,7 @@ TEST_F(DynamicColorArchive, AMissingLightVariantIsWrittenAllTheSame) {
   EXPECT_EQ(back->whiteComponent(), 0.5);
 }
 
-TEST_F(DynamicColorArchive, AVariantThatIsNoColourDecodesToNull) {
+TEST_F(DynamicColorArchive, AVariantThatIsNoColorDecodesToNull) {
   struct NoColor : Archivable {
     Text archivedClass() const override { return "NoColor"; }
     void encodeWithCoder(KeyedEncoder&) const override {}

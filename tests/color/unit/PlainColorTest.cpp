@@ -184,7 +184,7 @@ TEST(PlainColor, DrawingTakesItAsTheDisplayHasIt) {
   EXPECT_EQ(context.fill, context.stroke);
 }
 
-TEST(PlainColor, APlainColourHasNoNames) {
+TEST(PlainColor, APlainColorHasNoNames) {
   const auto color = PlainColor::sRGB(1, 0, 0);
   EXPECT_EQ(color->catalogNameComponent(), std::nullopt);
   EXPECT_EQ(color->colorNameComponent(), std::nullopt);
@@ -192,7 +192,7 @@ TEST(PlainColor, APlainColourHasNoNames) {
   EXPECT_EQ(color->localizedColorNameComponent(), std::nullopt);
 }
 
-TEST(ColorCatalog, AColourKnowsItsNamesAndTheirTranslations) {
+TEST(ColorCatalog, AColorKnowsItsNamesAndTheirTranslations) {
   FakeLocalizedStrings strings;
   strings.translations = {{"tomato", "Tomate"}, {"Web", "Netz"}};
   const ColorCatalog web = ColorCatalog::web(strings);
@@ -208,7 +208,7 @@ TEST(ColorCatalog, AColourKnowsItsNamesAndTheirTranslations) {
   EXPECT_EQ(web.colorNamed(""), nullptr);
 }
 
-TEST(ColorCatalog, WhatIsMadeOfANamedColourHasNoName) {
+TEST(ColorCatalog, WhatIsMadeOfANamedColorHasNoName) {
   const ColorCatalog web = ColorCatalog::web(FakeLocalizedStrings());
   const auto gold = web.colorNamed("gold");
   for (const auto& made :

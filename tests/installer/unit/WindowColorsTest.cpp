@@ -1,4 +1,4 @@
-// The colours that the controller gives its window.
+// The colors that the controller gives its window.
 #include "Sources/WindowColors.h"
 
 #include "KTStuff/KTClasses/KTDynamicColorClass.h"
@@ -9,7 +9,7 @@ namespace {
 
 class WindowColors : public InstallerFixture {
  protected:
-  // What the colour answers in that appearance.
+  // What the color answers in that appearance.
   RedGreenBlueAlpha in(AppearanceName name, const ColorPointer& color) {
     appearances.draw(name);
     return color ? color->getRed().value_or(RedGreenBlueAlpha{}) : RedGreenBlueAlpha{};
@@ -18,7 +18,7 @@ class WindowColors : public InstallerFixture {
   static constexpr RedGreenBlueAlpha darkRed = {1.0, 0.2, 0.0, 1.0};
 };
 
-// How bright the colour is to the eye, for contrasts as people with weak sight need them.
+// How bright the color is to the eye, for contrasts as people with weak sight need them.
 double luminance(const RedGreenBlueAlpha& color) {
   const auto light =
       ColorSpace::sRGB().converted({color.red, color.green, color.blue}, ColorSpace::linearSRGB());

@@ -51,7 +51,7 @@ TEST(StringOracle, ForUTF32CharactersAndTheSequenceStrings) {
   });
 }
 
-TEST(StringOracle, LongCharacterAtIndexAndSkinColours) {
+TEST(StringOracle, LongCharacterAtIndexAndSkinColors) {
   forRandomTexts([](RandomTexts& random) {
     const Text text = random.text(random.below(2) == 0 ? u"a\xD83D\xDC4D\xD83C\xDFFB\xDFFC\uFE0F\u200D"
                                                        : RandomTexts::kEdgeUnits);

@@ -103,7 +103,7 @@ TEST(EmojiStringWithSkinColor, AddsReplacesAndKeepsTheModifier) {
   EXPECT_EQ(emojiStringWithSkinColor("\u261D", 5), Text("\u261D\U0001F3FE"));
 }
 
-TEST(EmojiStringWithSkinColor, TheColourThatIsThereReturnsTheReceiver) {
+TEST(EmojiStringWithSkinColor, TheColorThatIsThereReturnsTheReceiver) {
   const Text thumb = "\U0001F44D\U0001F3FC";
   EXPECT_TRUE(emojiStringWithSkinColor(thumb, 3).isSameObject(thumb));
   const Text plain = "\U0001F44D";
@@ -113,7 +113,7 @@ TEST(EmojiStringWithSkinColor, TheColourThatIsThereReturnsTheReceiver) {
   EXPECT_TRUE(emojiStringWithSkinColor(empty, 3).isSameObject(empty));
 }
 
-TEST(EmojiStringWithSkinColor, TheColours1And2ShareTheLightestModifier) {
+TEST(EmojiStringWithSkinColor, TheColors1And2ShareTheLightestModifier) {
   const char* const modifiers[] = {"\U0001F3FB", "\U0001F3FB", "\U0001F3FC",
                                    "\U0001F3FD", "\U0001F3FE", "\U0001F3FF"};
   for (std::int32_t color = 1; color <= 6; ++color) {
@@ -134,7 +134,7 @@ TEST(EmojiStringWithSkinColor, OnlyTheFirstModifierIsChangedAndOneAtTheStartIsNo
   EXPECT_EQ(emojiStringWithSkinColor("\U0001F3FB", 3), Text("\U0001F3FB\U0001F3FC"));
 }
 
-TEST(EmojiStringWithSkinColor, Colour0OnATextWithAModifierPutsU0000InItsPlace) {
+TEST(EmojiStringWithSkinColor, Color0OnATextWithAModifierPutsU0000InItsPlace) {
   EXPECT_EQ(emojiStringWithSkinColor("\U0001F44D\U0001F3FC", 0), Text(std::u16string(u"\xD83D\xDC4D\0", 3)));
 }
 

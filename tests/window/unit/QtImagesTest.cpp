@@ -19,9 +19,9 @@
 namespace halvorn {
 namespace {
 
-QByteArray encoded(int width, int height, const char* format, QColor colour = Qt::red) {
+QByteArray encoded(int width, int height, const char* format, QColor color = Qt::red) {
   QImage image(width, height, QImage::Format_ARGB32);
-  image.fill(colour);
+  image.fill(color);
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
@@ -40,7 +40,7 @@ QByteArray entry(const char* kind, const QByteArray& picture) {
 QByteArray icns(const QByteArray& entries) { return "icns" + number(entries.size() + 8) + entries; }
 
 // Sixteen by sixteen points as three packed channels: runs of 128 equal bytes.
-QByteArray packedColours(char red, char green, char blue) {
+QByteArray packedColors(char red, char green, char blue) {
   QByteArray bytes;
   for (const char channel : {red, green, blue})
     bytes += QByteArray("\xFD", 1) + channel + QByteArray("\xFD", 1) + channel;
@@ -114,9 +114,9 @@ TEST(QtImages, AnIconFileHasAllItsSizes) {
   EXPECT_EQ(image->pixmap(128, 2.0).size(), QSize(256, 256));
 }
 
-TEST(QtImages, AnOldIconFileWithPackedColoursAndAMaskIsRead) {
+TEST(QtImages, AnOldIconFileWithPackedColorsAndAMaskIsRead) {
   const QByteArray file =
-      icns(entry("is32", packedColours('\x10', '\x20', '\x30')) + entry("s8mk", QByteArray(256, '\xFF')));
+      icns(entry("is32", packedColors('\x10', '\x20', '\x30')) + entry("s8mk", QByteArray(256, '\xFF')));
   const auto image = imageFromBytes(file);
   ASSERT_TRUE(image);
   EXPECT_EQ(image->pixmap(16, 1.0).size(), QSize(16, 16));
@@ -191,7 +191,7 @@ TEST(QtImages, APictureThatClaimsToBeHugeIsNull) {
 TEST(QtImages, DamagedPicturesDoNoHarm) {
   std::mt19937 random(3);
   const QByteArray files[] = {
-      icns(entry("is32", packedColours(1, 2, 3)) + entry("s8mk", QByteArray(256, '\xFF')) +
+      icns(entry("is32", packedColors(1, 2, 3)) + entry("s8mk", QByteArray(256, '\xFF')) +
            entry("icp5", encoded(32, 32, "PNG"))),
       encoded(32, 32, "PNG"), encoded(32, 32, "JPEG"), encoded(32, 32, "BMP")};
   for (int round = 0; round < 800; ++round) {

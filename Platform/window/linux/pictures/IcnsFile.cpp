@@ -16,9 +16,9 @@ struct Entry {
   QByteArray picture;
 };
 
-// The kinds whose colours and mask are two entries.
+// The kinds whose colors and mask are two entries.
 struct Pair {
-  const char* colours;
+  const char* colors;
   const char* mask;
   int side;
 };
@@ -68,11 +68,11 @@ std::vector<EncodedImage::Representation> icnsRepresentations(const QByteArray& 
     }
   }
   for (const Pair& pair : kPairs) {
-    const Entry* colours = find(entries, pair.colours);
-    if (colours == nullptr) continue;
+    const Entry* colors = find(entries, pair.colors);
+    if (colors == nullptr) continue;
     const Entry* mask = find(entries, pair.mask);
     found.push_back(
-        {pair.side, "icns", container(colours->whole + (mask != nullptr ? mask->whole : QByteArray()))});
+        {pair.side, "icns", container(colors->whole + (mask != nullptr ? mask->whole : QByteArray()))});
   }
   return found;
 }

@@ -87,7 +87,7 @@ void DocumentView::paintEvent(QPaintEvent* event) {
   QTextEdit::paintEvent(event);
 }
 
-// As the toolkit does, which takes the text's colour from the palette only.
+// As the toolkit does, which takes the text's color from the palette only.
 void DocumentView::drawDocument(QPainter& painter, const QRect& part) {
   QAbstractTextDocumentLayout::PaintContext how;
   how.palette = palette();

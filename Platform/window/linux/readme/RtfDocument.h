@@ -26,7 +26,7 @@ struct RtfCharacterFormat {
   bool strike = false;
   bool capitals = false;
   bool hidden = false;
-  int colour = 0;      // index of the colour table; 0 is the colour of the view
+  int color = 0;       // index of the color table; 0 is the color of the view
   int background = 0;  // likewise
   Position position = Position::Normal;
   friend bool operator==(const RtfCharacterFormat&, const RtfCharacterFormat&) = default;
@@ -80,7 +80,7 @@ struct RtfPicture {
 
 struct RtfDocument {
   std::vector<RtfFont> fonts;
-  std::vector<std::optional<QColor>> colours;  // nullopt: the colour of the view
+  std::vector<std::optional<QColor>> colors;  // nullopt: the color of the view
   std::vector<RtfPicture> pictures;
   std::vector<std::variant<RtfParagraph, RtfTableRow>> blocks;
 };

@@ -14,7 +14,7 @@ constexpr std::size_t kDeepest = 128;
 constexpr qsizetype kMostCharacters = 4'000'000;
 constexpr std::size_t kMostParagraphs = 50'000;
 constexpr std::size_t kMostFonts = 4096;
-constexpr std::size_t kMostColours = 4096;
+constexpr std::size_t kMostColors = 4096;
 constexpr std::size_t kMostPictures = 64;
 constexpr qsizetype kMostPictureBytes = 64LL * 1024 * 1024;
 
@@ -153,9 +153,9 @@ void RtfReader::takeBytes(QByteArrayView bytes) {
       if (pictureBytes_ + pictureHex_.size() < kMostPictureBytes)
         pictureHex_.append(bytes.data(), bytes.size());
       break;
-    case Destination::Colours:
+    case Destination::Colors:
       for (const char byte : bytes) {
-        if (byte == ';') endColour();
+        if (byte == ';') endColor();
       }
       break;
     default:
@@ -192,7 +192,7 @@ void RtfReader::append(const QString& text) {
       listMarker_ += text.left(16);
       return;
     case Destination::Nowhere:
-    case Destination::Colours:
+    case Destination::Colors:
     case Destination::Picture:
       return;
   }
@@ -226,9 +226,9 @@ void RtfReader::takeFontText(const QString& text) {
   }
 }
 
-void RtfReader::endColour() {
-  if (document_.colours.size() < kMostColours) document_.colours.push_back(colour_);
-  colour_.reset();
+void RtfReader::endColor() {
+  if (document_.colors.size() < kMostColors) document_.colors.push_back(color_);
+  color_.reset();
 }
 
 void RtfReader::endPicture() {

@@ -17,7 +17,7 @@ class RtfReader {
 
  private:
   // Where the text of a group goes.
-  enum class Destination { Body, Nowhere, Fonts, Colours, Instruction, Picture, ListMarker };
+  enum class Destination { Body, Nowhere, Fonts, Colors, Instruction, Picture, ListMarker };
   struct Group {
     Destination destination = Destination::Body;
     RtfCharacterFormat character;
@@ -43,19 +43,19 @@ class RtfReader {
   void takeWord(QByteArrayView word, std::optional<int> number);
   bool takeDestinationWord(QByteArrayView word);
   bool takeCharacterWord(QByteArrayView word, std::optional<int> number);
-  bool takeSizeAndColourWord(QByteArrayView word, int value);
+  bool takeSizeAndColorWord(QByteArrayView word, int value);
   bool takeParagraphWord(QByteArrayView word, int value);
   bool takeAlignmentWord(QByteArrayView word);
   bool takeTextWord(QByteArrayView word);
   bool takeTableWord(QByteArrayView word, int value);
   bool takeDocumentWord(QByteArrayView word, int value);
   bool takeFontWord(QByteArrayView word, int value);
-  bool takeColourWord(QByteArrayView word, int value);
+  bool takeColorWord(QByteArrayView word, int value);
   bool takePictureWord(QByteArrayView word, int value);
   void takeUnicode(int value);
 
   void takeFontText(const QString& text);
-  void endColour();
+  void endColor();
   void endPicture();
   void endParagraph();
   void endCell();
@@ -76,7 +76,7 @@ class RtfReader {
   RtfFont font_;
   int fontNumber_ = -1;
   QHash<int, int> fontPlaces_;  // number in the document, place in fonts
-  std::optional<QColor> colour_;
+  std::optional<QColor> color_;
   QString instruction_;
   RtfPicture picture_;
   bool pictureReadable_ = false;

@@ -161,8 +161,8 @@ class Renderer {
     if (from.underline) format.setFontUnderline(true);
     if (from.strike) format.setFontStrikeOut(true);
     if (from.capitals) format.setFontCapitalization(QFont::AllUppercase);
-    if (const auto colour = colourAt(from.colour)) format.setForeground(*colour);
-    if (const auto colour = colourAt(from.background)) format.setBackground(*colour);
+    if (const auto color = colorAt(from.color)) format.setForeground(*color);
+    if (const auto color = colorAt(from.background)) format.setBackground(*color);
     if (from.position == RtfCharacterFormat::Position::Super) {
       format.setVerticalAlignment(QTextCharFormat::AlignSuperScript);
     } else if (from.position == RtfCharacterFormat::Position::Sub) {
@@ -171,9 +171,9 @@ class Renderer {
     return format;
   }
 
-  [[nodiscard]] std::optional<QColor> colourAt(int index) const {
+  [[nodiscard]] std::optional<QColor> colorAt(int index) const {
     const auto place = static_cast<std::size_t>(index);
-    return index > 0 && place < read_.colours.size() ? read_.colours[place] : std::nullopt;
+    return index > 0 && place < read_.colors.size() ? read_.colors[place] : std::nullopt;
   }
 
   void addPicture(const RtfPicture& picture, int number) {

@@ -48,10 +48,10 @@ void RtfReader::takeWord(QByteArrayView word, std::optional<int> number) {
   if (group().destination == Destination::Nowhere || takeDestinationWord(word)) return;
   const int value = number.value_or(0);
   if (group().destination == Destination::Fonts && takeFontWord(word, value)) return;
-  if (group().destination == Destination::Colours && takeColourWord(word, value)) return;
+  if (group().destination == Destination::Colors && takeColorWord(word, value)) return;
   if (group().destination == Destination::Picture && takePictureWord(word, value)) return;
   // One of these, or a word that means nothing here.
-  (void)(takeCharacterWord(word, number) || takeSizeAndColourWord(word, value) || takeTextWord(word) ||
+  (void)(takeCharacterWord(word, number) || takeSizeAndColorWord(word, value) || takeTextWord(word) ||
          takeAlignmentWord(word) || takeParagraphWord(word, value) || takeTableWord(word, value) ||
          takeDocumentWord(word, value));
 }
@@ -61,7 +61,7 @@ bool RtfReader::takeDestinationWord(QByteArrayView word) {
   if (word == "fonttbl") {
     wanted = Destination::Fonts;
   } else if (word == "colortbl") {
-    wanted = Destination::Colours;
+    wanted = Destination::Colors;
   } else if (word == "fldinst") {
     wanted = Destination::Instruction;
     instruction_.clear();
@@ -111,14 +111,14 @@ bool RtfReader::takeCharacterWord(QByteArrayView word, std::optional<int> number
   return true;
 }
 
-bool RtfReader::takeSizeAndColourWord(QByteArrayView word, int value) {
+bool RtfReader::takeSizeAndColorWord(QByteArrayView word, int value) {
   RtfCharacterFormat& format = group().character;
   if (word == "f") {
     format.font = value;
   } else if (word == "fs") {
     format.halfPoints = std::clamp(value, 8, 288);
   } else if (word == "cf") {
-    format.colour = value;
+    format.color = value;
   } else if (word == "cb" || word == "highlight" || word == "chcbpat") {
     format.background = value;
   } else {
@@ -247,14 +247,14 @@ bool RtfReader::takeFontWord(QByteArrayView word, int value) {
   return true;
 }
 
-bool RtfReader::takeColourWord(QByteArrayView word, int value) {
+bool RtfReader::takeColorWord(QByteArrayView word, int value) {
   if (word != "red" && word != "green" && word != "blue") return false;
-  QColor mixed = colour_.value_or(QColor(0, 0, 0));
+  QColor mixed = color_.value_or(QColor(0, 0, 0));
   const int part = std::clamp(value, 0, 255);
   if (word == "red") mixed.setRed(part);
   if (word == "green") mixed.setGreen(part);
   if (word == "blue") mixed.setBlue(part);
-  colour_ = mixed;
+  color_ = mixed;
   return true;
 }
 

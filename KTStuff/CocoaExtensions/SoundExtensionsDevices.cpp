@@ -5,12 +5,12 @@ namespace halvorn {
 namespace {
 
 // Names of devices are cut to what fits a buffer of 64 bytes with its end, whole characters only.
-constexpr std::size_t deviceNameLimit = 63;
+constexpr std::size_t kDeviceNameLimit = 63;
 
 Text cutDeviceName(const Text& name) {
   std::string bytes = name.bytes();
-  if (bytes.size() <= deviceNameLimit) return name;
-  std::size_t end = deviceNameLimit;
+  if (bytes.size() <= kDeviceNameLimit) return name;
+  std::size_t end = kDeviceNameLimit;
   const auto continuesCharacter = [&](std::size_t at) {
     return (static_cast<unsigned char>(bytes[at]) & 0xC0U) == 0x80U;
   };

@@ -8,7 +8,7 @@ namespace halvorn {
 namespace {
 
 // Six minutes in the quality of a compact disc; nobody waits that long for an alert.
-constexpr std::size_t soundFileLimit = std::size_t{64} << 20;
+constexpr std::size_t kSoundFileLimit = std::size_t{64} << 20;
 
 Text nameOfSound(const Text& path) { return Paths::deletingExtension(Paths::lastComponent(path)); }
 
@@ -83,7 +83,7 @@ SoundPointer SoundExtensions::soundNamed(const Text& name) const {
     if (logs) services_.log("+SL: no sound named %@", name);
     return nullptr;
   }
-  const auto data = services_.files.readFile(*path, soundFileLimit);
+  const auto data = services_.files.readFile(*path, kSoundFileLimit);
   if (!data) {
     if (logs) services_.log("+SL: sound %@ cannot be read", *path);
     return nullptr;

@@ -8,8 +8,8 @@ namespace halvorn {
 namespace {
 
 // A device that has just been used needs no warm-up for that many seconds.
-constexpr double warmSeconds = 25.0;
-constexpr float silentVolume = 0.01F;
+constexpr double kWarmSeconds = 25.0;
+constexpr float kSilentVolume = 0.01F;
 
 // The value as a number, texts by the number they begin with; nullopt for what no number can be made of.
 std::optional<double> numberOf(const PropertyValue& value) {
@@ -78,7 +78,7 @@ void SoundExtensions::prepareForSound() {
     const std::lock_guard lock(soundDateLock_);
     const Date now = services_.clock.now();
     // KEEP: exactly 25 seconds, and a date in the future after the clock was set back, count as just played.
-    if (lastSoundDate_ && lastSoundDate_->secondsSince1970 - now.secondsSince1970 >= -warmSeconds) return;
+    if (lastSoundDate_ && lastSoundDate_->secondsSince1970 - now.secondsSince1970 >= -kWarmSeconds) return;
     lastSoundDate_ = now;
   }
   inBackground([this] { playSilentSoundThread(); });
@@ -89,7 +89,7 @@ void SoundExtensions::playSilentSoundThread() {
   if (!silentSound_) {
     silentSound_ = soundNamed("SoundOfSilence");
     if (!silentSound_) return;
-    silentSound_->setVolume(silentVolume);
+    silentSound_->setVolume(kSilentVolume);
   }
   playAsSoundEffect(*silentSound_);
 }

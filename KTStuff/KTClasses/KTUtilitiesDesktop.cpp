@@ -4,15 +4,15 @@ namespace halvorn {
 
 namespace {
 
-constexpr double watcherDelay = 1.0;  // seconds
-constexpr double nanosecondsPerSecond = 1e9;
+constexpr double kWatcherDelay = 1.0;  // seconds
+constexpr double kNanosecondsPerSecond = 1e9;
 
 }  // namespace
 
 EventAnswer MonitorMenuBarEventHandler(const MenuBarEvent& event, bool& isMenuBarHidden) {
-  if (event.eventClass == menuEventClass) {
-    if (event.kind == menuBarHiddenEvent) isMenuBarHidden = true;
-    if (event.kind == menuBarShownEvent) isMenuBarHidden = false;
+  if (event.eventClass == kMenuEventClass) {
+    if (event.kind == kMenuBarHiddenEvent) isMenuBarHidden = true;
+    if (event.kind == kMenuBarShownEvent) isMenuBarHidden = false;
   }
   return EventAnswer::NotHandled;
 }
@@ -30,7 +30,7 @@ void KTUtilitiesDesktop::initialize() {
   const std::lock_guard lock(initializeMutex_);
   if (isWatcherInstalled_) return;
   isWatcherInstalled_ = true;
-  services_.mainThread.performAfter(watcherDelay, [weakSelf = std::weak_ptr(self_)] {
+  services_.mainThread.performAfter(kWatcherDelay, [weakSelf = std::weak_ptr(self_)] {
     if (const auto self = weakSelf.lock()) (*self)->installProcessWatcher();
   });
 }
@@ -84,7 +84,7 @@ void KTUtilitiesDesktop::installMenuBarMonitor() {
 ImagePointer KTUtilitiesDesktop::systemTintImage() {
   Text name = "tintMav";
   if (versions_.yosemiteOrNewer()) name = darkMenuTheme() ? "tintYosDark" : "tintYos";
-  const bool isBlue = services_.desktop.controlTint().value_or(blueControlTint) == blueControlTint;
+  const bool isBlue = services_.desktop.controlTint().value_or(kBlueControlTint) == kBlueControlTint;
   return services_.images.imageNamed(name + Text(isBlue ? "Blue" : "Graphite"));
 }
 
@@ -99,7 +99,7 @@ bool KTUtilitiesDesktop::debugging() const { return services_.system.isDebuggerA
 float KTUtilitiesDesktop::idleTime() {
   const auto nanoseconds = services_.desktop.nanosecondsSinceLastInput();
   if (!nanoseconds) return -1.0F;
-  return static_cast<float>(static_cast<double>(*nanoseconds) / nanosecondsPerSecond);
+  return static_cast<float>(static_cast<double>(*nanoseconds) / kNanosecondsPerSecond);
 }
 
 Text KTUtilitiesDesktop::fileSystemTypeFor(const Text& path) const {

@@ -11,12 +11,12 @@ namespace halvorn {
 
 namespace {
 
-constexpr char openTool[] = "/usr/bin/open";
-constexpr char loginWindowCreator[] = "lgnw";
+constexpr char kOpenTool[] = "/usr/bin/open";
+constexpr char kLoginWindowCreator[] = "lgnw";
 
-constexpr double pollInterval = 0.001;  // seconds
-constexpr double wakeUpInterval = 0.000'001;
-constexpr int mostPolls = 500;
+constexpr double kPollInterval = 0.001;  // seconds
+constexpr double kWakeUpInterval = 0.000'001;
+constexpr int kMostPolls = 500;
 
 // Gives the front back when it goes, however that comes about.
 class FrontKeeper {
@@ -86,7 +86,7 @@ void KTUtilitiesLaunching::runMicro(const KTProcessPointer& remembered, LeaveFoc
   services_.log("wait count (Micro) = %d", polls);
   if (remembered) {
     remembered->wakeUp();
-    services_.clock.sleep(wakeUpInterval);
+    services_.clock.sleep(kWakeUpInterval);
     remembered->wakeUp();
     if (leaveFocus == LeaveFocus::No) remembered->setFrontProcessFrontWindowOnly();
   }
@@ -103,8 +103,8 @@ bool KTUtilitiesLaunching::isFront(const KTProcessPointer& process) const {
 template <typename Condition>
 int KTUtilitiesLaunching::pollUntil(const Condition& condition) {
   int polls = 0;
-  while (polls < mostPolls && !condition()) {
-    services_.clock.sleep(pollInterval);
+  while (polls < kMostPolls && !condition()) {
+    services_.clock.sleep(kPollInterval);
     ++polls;
   }
   return polls;
@@ -115,8 +115,10 @@ bool KTUtilitiesLaunching::wasLaunchedByProcess(const Text& creator) const {
   return information && textForKey(*information, "FileCreator") == creator;
 }
 
-bool KTUtilitiesLaunching::wasLaunchedAsLoginItem() const { return wasLaunchedByProcess(loginWindowCreator); }
+bool KTUtilitiesLaunching::wasLaunchedAsLoginItem() const {
+  return wasLaunchedByProcess(kLoginWindowCreator);
+}
 
-void KTUtilitiesLaunching::openFile(const Text& path) { services_.tasks.launchAndForget(openTool, {path}); }
+void KTUtilitiesLaunching::openFile(const Text& path) { services_.tasks.launchAndForget(kOpenTool, {path}); }
 
 }  // namespace halvorn

@@ -10,7 +10,7 @@ namespace halvorn {
 
 namespace {
 
-constexpr double pollInterval = 0.001;  // seconds
+constexpr double kPollInterval = 0.001;  // seconds
 
 OptionalText textFromUtf8(const std::optional<std::string>& bytes) {
   return bytes ? Text::fromStrictUtf8(*bytes) : std::nullopt;
@@ -57,7 +57,7 @@ void KTUtilitiesScripts::watch(Task& task, const Text& scriptName,
       task.terminate();
       return;
     }
-    clock_.sleep(pollInterval);
+    clock_.sleep(kPollInterval);
   }
 }
 

@@ -14,12 +14,12 @@ namespace halvorn {
 namespace {
 
 // The stages by maturity. The blank is matched by no letter: it gives the released state its place.
-constexpr std::u16string_view developmentStages = u"pdabf ";
-constexpr std::int32_t releasedStage = 5;
+constexpr std::u16string_view kDevelopmentStages = u"pdabf ";
+constexpr std::int32_t kReleasedStage = 5;
 
 struct VersionParts {
   Text base;
-  std::int32_t stage = releasedStage;
+  std::int32_t stage = kReleasedStage;
   Text stageNumber;
 };
 
@@ -41,7 +41,7 @@ VersionParts split(const Text& version, const Unicode& unicode) {
     if (!unicode.isLetter(scalarAt(units, index, length))) continue;
     return {version.substring(0, index), developmentStage(units[index]), version.substring(index + length)};
   }
-  return {version, releasedStage, "0"};
+  return {version, kReleasedStage, "0"};
 }
 
 // The number written with exactly those digits; nullopt for anything else.
@@ -73,7 +73,7 @@ std::optional<Date> midnightOf(const Text& day) {
 }  // namespace
 
 std::int32_t developmentStage(char16_t character) {
-  const std::size_t index = developmentStages.find(character);
+  const std::size_t index = kDevelopmentStages.find(character);
   return index == std::u16string_view::npos ? 0 : static_cast<std::int32_t>(index);
 }
 

@@ -16,15 +16,15 @@ struct MenuBarEvent {
   FourCharCode eventClass = 0;
   int kind = 0;
 };
-inline constexpr FourCharCode menuEventClass = fourCharCode("menu");
-inline constexpr int menuBarShownEvent = 2000;
-inline constexpr int menuBarHiddenEvent = 2001;
+inline constexpr FourCharCode kMenuEventClass = fourCharCode("menu");
+inline constexpr int kMenuBarShownEvent = 2000;
+inline constexpr int kMenuBarHiddenEvent = 2001;
 
 enum class EventAnswer { Handled, NotHandled };
 using MenuBarHandler = std::function<EventAnswer(const MenuBarEvent&)>;
 
-inline constexpr int blueControlTint = 1;
-inline constexpr int graphiteControlTint = 6;
+inline constexpr int kBlueControlTint = 1;
+inline constexpr int kGraphiteControlTint = 6;
 
 class DesktopFacts {
  public:

@@ -18,10 +18,10 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
-constexpr auto patience = 2s;            // for the window manager
-constexpr auto momentInFront = 60ms;     // long enough for anybody who looks every millisecond
-constexpr std::uint16_t windowSize = 8;  // pixels
-constexpr std::uint32_t askedByPerson = 2;
+constexpr auto kPatience = 2s;            // for the window manager
+constexpr auto kMomentInFront = 60ms;     // long enough for anybody who looks every millisecond
+constexpr std::uint16_t kWindowSize = 8;  // pixels
+constexpr std::uint32_t kAskedByPerson = 2;
 
 struct Free {
   void operator()(void* memory) const { std::free(memory); }
@@ -36,7 +36,7 @@ class Window {
     const std::uint32_t watchProperties = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(server_, root_, XCB_CW_EVENT_MASK, &watchProperties);
     const std::uint32_t values[] = {screen->black_pixel, XCB_EVENT_MASK_STRUCTURE_NOTIFY};
-    xcb_create_window(server_, XCB_COPY_FROM_PARENT, window_, root_, 0, 0, windowSize, windowSize, 0,
+    xcb_create_window(server_, XCB_COPY_FROM_PARENT, window_, root_, 0, 0, kWindowSize, kWindowSize, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual,
                       XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
     describe();
@@ -50,7 +50,7 @@ class Window {
     request.format = 32;
     request.window = window_;
     request.type = activeWindow_;
-    request.data.data32[0] = askedByPerson;
+    request.data.data32[0] = kAskedByPerson;
     xcb_send_event(server_, 0, root_,
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&request));
@@ -120,14 +120,14 @@ News waitForNews(xcb_connection_t* server, Clock::time_point until) {
 
 bool comeToFront(xcb_connection_t* server) {
   Window window(server);
-  const auto end = Clock::now() + patience;
+  const auto end = Clock::now() + kPatience;
   while (!window.isInFront()) {
     const News news = Clock::now() < end ? waitForNews(server, end) : News::ServerIsGone;
     if (news == News::ServerIsGone) return false;
     // Before it is shown, a window cannot be asked for.
     if (news == News::WindowIsShown) window.askForFront();
   }
-  const auto enough = Clock::now() + momentInFront;
+  const auto enough = Clock::now() + kMomentInFront;
   while (Clock::now() < enough && waitForNews(server, enough) != News::ServerIsGone) continue;
   return true;
 }

@@ -24,13 +24,13 @@ class FakeDesktopFacts : public DesktopFacts {
   std::optional<int> controlTint() override { return tint; }
 
   void changeClipboard() { ++*clipboardChanges; }
-  void hideMenuBar() { (void)menuBarHandler({menuEventClass, menuBarHiddenEvent}); }
-  void showMenuBar() { (void)menuBarHandler({menuEventClass, menuBarShownEvent}); }
+  void hideMenuBar() { (void)menuBarHandler({kMenuEventClass, kMenuBarHiddenEvent}); }
+  void showMenuBar() { (void)menuBarHandler({kMenuEventClass, kMenuBarShownEvent}); }
 
   std::optional<std::int64_t> nanoseconds;
   std::optional<std::int64_t> clipboardChanges = 7;
   int clipboardQuestions = 0;
-  std::optional<int> tint = blueControlTint;
+  std::optional<int> tint = kBlueControlTint;
   bool canWatchMenuBar = true;
   int menuBarHandlerInstallations = 0;
   MenuBarHandler menuBarHandler;

@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
-constexpr double patience = 60;
+constexpr double kPatience = 60;
 
 class AuthorizedFlow : public testing::Test {
  protected:
@@ -72,7 +72,7 @@ class AuthorizedFlow : public testing::Test {
       auto manager = std::make_unique<ChildProcess>(
           Lines{"openbox", "--sm-disable", "--config-file", configuration, "--startup", "echo ready"},
           ChildOptions{.environment = onDesktop.environment()});
-      if (!manager->waitForOutput("ready\n", patience))
+      if (!manager->waitForOutput("ready\n", kPatience))
         throw std::runtime_error("openbox: " + manager->output());
       return manager;
     }
@@ -94,7 +94,7 @@ class AuthorizedFlow : public testing::Test {
     auto agent = std::make_unique<ChildProcess>(
         Lines{at("kt_polkit_agent"), std::to_string(driver.process().pid()), mode},
         ChildOptions{.environment = world_->personsEnvironment()});
-    EXPECT_TRUE(agent->waitForOutput("registered", patience)) << agent->output();
+    EXPECT_TRUE(agent->waitForOutput("registered", kPatience)) << agent->output();
     return agent;
   }
 
@@ -148,14 +148,14 @@ TEST_F(AuthorizedFlow, TheRightPasswordInstallsForTheAdministratorAndLaunchesFor
     InstallerDriver driver = installer(session);
     const auto agent = agentFor(driver, "wait-right");
     ASSERT_TRUE(driver.click("Install"));
-    ASSERT_TRUE(agent->waitForOutput("asked: org.freedesktop.policykit.exec", patience))
+    ASSERT_TRUE(agent->waitForOutput("asked: org.freedesktop.policykit.exec", kPatience))
         << agent->output() << logText();
-    EXPECT_TRUE(eventually([&] { return !progressIsShown(session, driver); }, patience))
+    EXPECT_TRUE(eventually([&] { return !progressIsShown(session, driver); }, kPatience))
         << "turns beside the dialog";
     EXPECT_EQ(versionOfBundle(destination()), "1.0") << "nothing is done before the answer";
     agent->writeInput("answer\n");
     EXPECT_TRUE(eventually([&] { return progressIsShown(session, driver); })) << "does not turn again";
-    ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", patience)) << logText();
+    ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", kPatience)) << logText();
     EXPECT_EQ(logFromInstall(), (Lines{
                                     "Install",
                                     "Cannot write to item " + destination(),
@@ -166,7 +166,7 @@ TEST_F(AuthorizedFlow, TheRightPasswordInstallsForTheAdministratorAndLaunchesFor
                                 }))
         << logText();
     ASSERT_TRUE(driver.click("OK"));
-    EXPECT_EQ(driver.process().waitForEnd(patience), 0);
+    EXPECT_EQ(driver.process().waitForEnd(kPatience), 0);
   });
   EXPECT_EQ(versionOfBundle(destination()), "2.0");
   for (const auto& entry : fs::recursive_directory_iterator(destination())) {
@@ -198,9 +198,9 @@ TEST_F(AuthorizedFlow, TheProductStartsAsItDoesFromItsDesktopEntry) {
       InstallerDriver driver = installer(session);
       const auto agent = agentFor(driver, "right");
       ASSERT_TRUE(driver.click("Install"));
-      ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", patience)) << logText();
+      ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", kPatience)) << logText();
     }
-    ASSERT_TRUE(eventually([&] { return reports().size() == 1; }, patience));
+    ASSERT_TRUE(eventually([&] { return reports().size() == 1; }, kPatience));
     const std::string byInstaller = contentsOf(reports().front());
     fs::remove(reports().front());
 
@@ -212,7 +212,7 @@ TEST_F(AuthorizedFlow, TheProductStartsAsItDoesFromItsDesktopEntry) {
     const auto launched =
         runCommand({"gio", "launch", entry}, {.environment = environment, .workingFolder = home()});
     ASSERT_EQ(launched.status, 0) << launched.output;
-    ASSERT_TRUE(eventually([&] { return reports().size() == 1; }, patience));
+    ASSERT_TRUE(eventually([&] { return reports().size() == 1; }, kPatience));
     const std::string byEntry = contentsOf(reports().front());
 
     // Everything but the environment is the same.
@@ -242,9 +242,9 @@ TEST_F(AuthorizedFlow, ADismissedDialogIsSilentAndBothButtonsWorkAgain) {
     InstallerDriver driver = installer(session);
     const auto agent = agentFor(driver, "cancel");
     ASSERT_TRUE(driver.click("Install"));
-    ASSERT_TRUE(eventually([&] { return logHas("User canceled authorization"); }, patience)) << logText();
-    EXPECT_TRUE(driver.waitForButton("Install", patience));
-    EXPECT_TRUE(driver.waitForButton("Cancel", patience));
+    ASSERT_TRUE(eventually([&] { return logHas("User canceled authorization"); }, kPatience)) << logText();
+    EXPECT_TRUE(driver.waitForButton("Install", kPatience));
+    EXPECT_TRUE(driver.waitForButton("Cancel", kPatience));
     EXPECT_FALSE(progressIsShown(session, driver));
     EXPECT_EQ(logFromInstall(), (Lines{
                                     "Install",
@@ -269,9 +269,9 @@ TEST_F(AuthorizedFlow, LeavingWhileTheDialogIsOpenWithdrawsTheQuestion) {
       InstallerDriver driver = installer(session);
       const auto agent = agentFor(driver, "wait-right");
       ASSERT_TRUE(driver.click("Install"));
-      ASSERT_TRUE(agent->waitForOutput("asked:", patience)) << agent->output() << logText();
+      ASSERT_TRUE(agent->waitForOutput("asked:", kPatience)) << agent->output() << logText();
       leave(session, driver, way);
-      EXPECT_EQ(driver.process().waitForEnd(patience), 0);
+      EXPECT_EQ(driver.process().waitForEnd(kPatience), 0);
       Lines expected = {"Install", "Cannot write to item " + destination()};
       if (way != 0) expected.push_back("The session ends: signal 15");
       for (const char* line :
@@ -301,10 +301,11 @@ TEST_F(AuthorizedFlow, LeavingWhileTheToolRunsLetsItFinish) {
       InstallerDriver driver = installer(session);
       const auto agent = agentFor(driver, "right");
       ASSERT_TRUE(driver.click("Install"));
-      ASSERT_TRUE(eventually([&] { return versionOfBundle(destination()) != "1.0"; }, patience)) << logText();
+      ASSERT_TRUE(eventually([&] { return versionOfBundle(destination()) != "1.0"; }, kPatience))
+          << logText();
       leave(session, driver, way);
       EXPECT_FALSE(logHas("successfully copied")) << "the tool was too fast for this test";
-      EXPECT_EQ(driver.process().waitForEnd(patience), 0);
+      EXPECT_EQ(driver.process().waitForEnd(kPatience), 0);
       EXPECT_TRUE(logHas("successfully copied")) << logText();
       EXPECT_EQ(logHas("not launched: the session ends"), way != 0);
       EXPECT_EQ(logHas("launched immediately: 1"), way == 0);
@@ -321,8 +322,8 @@ TEST_F(AuthorizedFlow, ARefusalIsAFailureWithItsMessage) {
     const auto agent = agentFor(driver, "wrong");
     ASSERT_TRUE(driver.click("Install"));
     const std::string error = "ERROR -- Could not copy myself to /Applications with authorization";
-    ASSERT_TRUE(eventually([&] { return logHas(error); }, patience)) << logText();
-    EXPECT_TRUE(driver.waitForButton("Install", patience));
+    ASSERT_TRUE(eventually([&] { return logHas(error); }, kPatience)) << logText();
+    EXPECT_TRUE(driver.waitForButton("Install", kPatience));
     EXPECT_EQ(logFromInstall(),
               (Lines{
                   "Install",
@@ -342,12 +343,12 @@ TEST_F(AuthorizedFlow, AToolThatFailsIsAFailureAndItsOwnLinesAreInTheLog) {
     fs::copy(product(), source, fs::copy_options::recursive);
     InstallerDriver driver = installer(session, {"-sourcePath", source});
     const auto agent = agentFor(driver, "right");
-    ASSERT_TRUE(driver.waitForButton("Install", patience));
+    ASSERT_TRUE(driver.waitForButton("Install", kPatience));
     fs::remove_all(source);
     ASSERT_TRUE(driver.click("Install"));
     const std::string error = "ERROR -- Could not copy myself to /Applications with authorization";
-    ASSERT_TRUE(eventually([&] { return logHas(error); }, patience)) << logText();
-    EXPECT_TRUE(driver.waitForButton("Install", patience));
+    ASSERT_TRUE(eventually([&] { return logHas(error); }, kPatience)) << logText();
+    EXPECT_TRUE(driver.waitForButton("Install", kPatience));
     EXPECT_EQ(logFromInstall(), (Lines{
                                     "Install",
                                     "Cannot write to folder /opt",
@@ -370,7 +371,7 @@ TEST_F(AuthorizedFlow, AMissingToolIsAFailureWithoutADialog) {
     const auto agent = agentFor(driver, "right");
     ASSERT_TRUE(driver.click("Install"));
     const std::string error = "ERROR -- Could not copy myself to /Applications with authorization";
-    ASSERT_TRUE(eventually([&] { return logHas(error); }, patience)) << logText();
+    ASSERT_TRUE(eventually([&] { return logHas(error); }, kPatience)) << logText();
     EXPECT_EQ(logFromInstall(), (Lines{
                                     "Install",
                                     "Cannot write to folder /opt",
@@ -388,15 +389,15 @@ TEST_F(AuthorizedFlow, TheOptionKeyHeldWhileClickingEnforcesAuthorization) {
     Session session(home());
     InstallerDriver driver = installer(session);
     const auto agent = agentFor(driver, "right");
-    ASSERT_TRUE(driver.waitForButton("Install", patience));
+    ASSERT_TRUE(driver.waitForButton("Install", kPatience));
     const auto button = driver.showing("Install");
     ASSERT_TRUE(button);
     pressWithAlt(session, {"mousemove", std::to_string(button->x + button->width / 2),
                            std::to_string(button->y + button->height / 2), "click", "1"});
-    EXPECT_TRUE(eventually([&] { return logHas("enforcing authorization"); }, patience)) << logText();
+    EXPECT_TRUE(eventually([&] { return logHas("enforcing authorization"); }, kPatience)) << logText();
     releaseAlt(session);
-    ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", patience)) << logText();
-    EXPECT_TRUE(agent->waitForOutput("asked:", testPatience));
+    ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", kPatience)) << logText();
+    EXPECT_TRUE(agent->waitForOutput("asked:", kTestPatience));
     EXPECT_EQ(logFromInstall()[1], "enforcing authorization");
   });
   struct stat facts {};
@@ -410,11 +411,11 @@ TEST_F(AuthorizedFlow, TheOptionKeyHeldWhileTheButtonIsPressedByKeyEnforcesAutho
     Session session(home());
     InstallerDriver driver = installer(session);
     const auto agent = agentFor(driver, "right");
-    ASSERT_TRUE(driver.waitForButton("Install", patience));
+    ASSERT_TRUE(driver.waitForButton("Install", kPatience));
     pressWithAlt(session, {"key", "--clearmodifiers", "alt+Return"});
     EXPECT_TRUE(eventually([&] { return logHas("enforcing authorization"); })) << logText();
     releaseAlt(session);
-    EXPECT_TRUE(driver.waitForText("Sample was successfully installed.", patience)) << logText();
+    EXPECT_TRUE(driver.waitForText("Sample was successfully installed.", kPatience)) << logText();
   });
 }
 

@@ -29,7 +29,7 @@ struct ChildOptions {
 
 // Seconds that a test waits for what must come. Long, because only a failure waits to the end of it: a
 // machine that does other things too is slow, not wrong.
-inline constexpr double testPatience = 30;
+inline constexpr double kTestPatience = 30;
 
 class ChildProcess {
  public:
@@ -81,14 +81,14 @@ struct CommandResult {
   std::string output;
 };
 [[nodiscard]] CommandResult runCommand(const std::vector<std::string>& arguments,
-                                       const ChildOptions& options = {}, double seconds = testPatience);
+                                       const ChildOptions& options = {}, double seconds = kTestPatience);
 
 // Whether a program of that name can be found in PATH.
 [[nodiscard]] bool programExists(const std::string& name);
 
 // Asks again and again, a few milliseconds apart, until the answer is true or the time is over.
 template <typename Condition>
-[[nodiscard]] bool eventually(Condition condition, double seconds = testPatience);
+[[nodiscard]] bool eventually(Condition condition, double seconds = kTestPatience);
 
 // The pause of eventually(); also the monotonic clock of the helpers above.
 void pauseBriefly();

@@ -92,7 +92,7 @@ void Desktop::startXServer() {
       ChildOptions{.environment = environment(), .signalWhenTestDies = SIGTERM});
   // Its warnings come on the same pipe; the number is the line of digits.
   for (;;) {
-    const auto line = xServer_->readLine(testPatience);
+    const auto line = xServer_->readLine(kTestPatience);
     if (!line) throw failed("Xvfb", *xServer_);
     if (!line->empty() && line->find_first_not_of("0123456789") == std::string::npos) {
       displayName_ = ":" + *line;
@@ -107,7 +107,7 @@ void Desktop::startWindowManager() {
   windowManager_ = std::make_unique<ChildProcess>(
       std::vector<std::string>{"openbox", "--sm-disable", "--startup", "echo window-manager-ready"},
       ChildOptions{.environment = environment(), .signalWhenTestDies = SIGTERM});
-  if (!windowManager_->waitForOutput("window-manager-ready\n", testPatience)) {
+  if (!windowManager_->waitForOutput("window-manager-ready\n", kTestPatience)) {
     throw failed("openbox", *windowManager_);
   }
 }
@@ -127,7 +127,7 @@ void Desktop::startBus(bool serviceActivation) {
                                "--nosyslog", "--print-address"},
       ChildOptions{.environment = environment(), .signalWhenTestDies = SIGTERM});
   for (;;) {
-    const auto line = bus_->readLine(testPatience);
+    const auto line = bus_->readLine(kTestPatience);
     if (!line) throw failed("dbus-daemon", *bus_);
     if (line->rfind("unix:", 0) == 0) {
       busAddress_ = *line;
@@ -141,7 +141,7 @@ void Desktop::startAccessibility() {
                                          "org.a11y.Bus", "-o",   "/org/a11y/bus", "-m"};
   const auto asked = [&](std::vector<std::string> rest) {
     rest.insert(rest.begin(), call.begin(), call.end());
-    const CommandResult result = runCommand(rest, {.environment = environment()}, testPatience);
+    const CommandResult result = runCommand(rest, {.environment = environment()}, kTestPatience);
     if (result.status != 0) throw std::runtime_error("accessibility bus: " + result.output);
     return result.output;
   };

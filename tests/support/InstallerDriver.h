@@ -46,7 +46,7 @@ class InstallerDriver {
   [[nodiscard]] std::vector<std::string> windowTitles() const;
 
   // Waits for the button and clicks into its middle with the mouse. False when it does not come.
-  [[nodiscard]] bool click(const std::string& button, double seconds = testPatience);
+  [[nodiscard]] bool click(const std::string& button, double seconds = kTestPatience);
   void key(const std::string& keys);  // as xdotool names them
   // A picture of the whole screen; the folder is made.
   void screenshot(const std::string& file) const;

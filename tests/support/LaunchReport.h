@@ -15,7 +15,7 @@ namespace halvorn {
 class LaunchReport {
  public:
   // Waits for the report in that folder; it is taken away, so that the next launch writes a new one.
-  static LaunchReport in(const std::string& folder, double seconds = testPatience) {
+  static LaunchReport in(const std::string& folder, double seconds = kTestPatience) {
     LaunchReport report;
     const std::string path = folder + "/report";
     if (!eventually([&] { return std::filesystem::exists(path); }, seconds)) return report;

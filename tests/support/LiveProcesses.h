@@ -51,7 +51,7 @@ class LiveProcesses {
 
   // Runs the loop until the condition holds.
   template <typename Condition>
-  [[nodiscard]] bool settles(Condition condition, double seconds = testPatience) {
+  [[nodiscard]] bool settles(Condition condition, double seconds = kTestPatience) {
     return loop.runUntil(condition, seconds);
   }
   // The process that is listed with that id; null when there is none.

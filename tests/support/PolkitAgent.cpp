@@ -18,8 +18,8 @@
 
 namespace {
 
-constexpr const char* rightPassword = "right-password";
-constexpr int mostAttempts = 3;
+constexpr const char* kRightPassword = "right-password";
+constexpr int kMostAttempts = 3;
 
 const std::string waiting = "wait-";
 std::string mode;
@@ -34,14 +34,14 @@ struct Conversation {
 void startSession(Conversation* conversation);
 
 void onRequest(PolkitAgentSession* session, const char*, gboolean, gpointer) {
-  polkit_agent_session_response(session, mode == "right" ? rightPassword : "wrong-password");
+  polkit_agent_session_response(session, mode == "right" ? kRightPassword : "wrong-password");
 }
 
 void onCompleted(PolkitAgentSession* session, gboolean gained, gpointer data) {
   auto* conversation = static_cast<Conversation*>(data);
   g_object_unref(session);
   std::printf("attempt %d: %s\n", conversation->attempts, gained ? "accepted" : "not accepted");
-  if (!gained && conversation->attempts < mostAttempts) return startSession(conversation);
+  if (!gained && conversation->attempts < kMostAttempts) return startSession(conversation);
   g_task_return_boolean(conversation->task, TRUE);
   g_object_unref(conversation->task);
   g_object_unref(conversation->identity);

@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // The crypt() form of PolkitWorld::password.
-constexpr const char* passwordHash =
+constexpr const char* kPasswordHash =
     "$6$halvorn$1zs9VoKZDKfWzS4KVK.mIwILB5x3qd2FPF.0lY8s1sJKogsxM5qjMOEbQjQ3wUY8S6y8jDrgRV1sPDj4jQJIN.";
 
 [[noreturn]] void fail(const std::string& what) {
@@ -130,7 +130,7 @@ void PolkitWorld::writeAccounts() {
   replace("group", "halvorn-person:x:64101:\nhalvorn-admin:x:64102:\nhalvorn-extra:x:64103:halvorn-person\n",
           0644);
   replace("shadow",
-          std::string("halvorn-person:!:19000::::::\nhalvorn-admin:") + passwordHash + ":19000::::::\n",
+          std::string("halvorn-person:!:19000::::::\nhalvorn-admin:") + kPasswordHash + ":19000::::::\n",
           0640);
 }
 

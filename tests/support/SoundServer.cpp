@@ -217,16 +217,16 @@ struct SoundRecording::Client {
 };
 
 namespace {
-constexpr int recordingRate = 48000;
+constexpr int kRecordingRate = 48000;
 // As many as the sinks have: mixing them down would change the level.
-constexpr int recordingChannels = 2;
+constexpr int kRecordingChannels = 2;
 }  // namespace
 
 SoundRecording::SoundRecording(SoundServer& /*server*/, const std::string& sink)
     : client_(std::make_unique<Client>()) {
   Client& client = *client_;
   if (!client.connection.connect()) throw std::runtime_error("no recording: the server does not answer");
-  const pa_sample_spec spec = {PA_SAMPLE_FLOAT32NE, recordingRate, recordingChannels};
+  const pa_sample_spec spec = {PA_SAMPLE_FLOAT32NE, kRecordingRate, kRecordingChannels};
   // Small pieces, so that what was played is here soon.
   pa_buffer_attr pieces = {};
   pieces.maxlength = static_cast<std::uint32_t>(-1);
@@ -238,7 +238,7 @@ SoundRecording::SoundRecording(SoundServer& /*server*/, const std::string& sink)
                              static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE));
   });
   // Some silence first: then the sink works in small pieces, too.
-  if (!eventually([&] { return client.count() > recordingRate / 20; })) {
+  if (!eventually([&] { return client.count() > kRecordingRate / 20; })) {
     throw std::runtime_error("no recording of " + sink);
   }
 }
@@ -254,7 +254,7 @@ SoundRecording::~SoundRecording() {
 
 double SoundRecording::peak() {
   const std::size_t before = client_->count();
-  static_cast<void>(eventually([&] { return client_->count() > before + recordingRate / 10; }, 3.0));
+  static_cast<void>(eventually([&] { return client_->count() > before + kRecordingRate / 10; }, 3.0));
   return client_->connection.locked([&] {
     float greatest = 0.0F;
     for (const float sample : client_->samples) greatest = std::max(greatest, std::fabs(sample));
@@ -262,13 +262,13 @@ double SoundRecording::peak() {
   });
 }
 
-double SoundRecording::seconds() { return static_cast<double>(client_->count()) / recordingRate; }
+double SoundRecording::seconds() { return static_cast<double>(client_->count()) / kRecordingRate; }
 
 double SoundRecording::loudSeconds() {
   return client_->connection.locked([&] {
     const auto isLoud = [](float sample) { return std::fabs(sample) > 1e-5F; };
     const auto count = std::count_if(client_->samples.begin(), client_->samples.end(), isLoud);
-    return static_cast<double>(count) / recordingChannels / recordingRate;
+    return static_cast<double>(count) / kRecordingChannels / kRecordingRate;
   });
 }
 

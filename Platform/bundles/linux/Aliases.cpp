@@ -16,7 +16,7 @@ namespace halvorn {
 
 namespace {
 
-constexpr int longestChain = 40;  // as the kernel has it for links
+constexpr int kLongestChain = 40;  // as the kernel has it for links
 
 OptionalText realPathOf(const Text& path) {
   const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.bytes().c_str(), nullptr),
@@ -80,7 +80,7 @@ OptionalText targetOfAlias(const Text& path) {
   if (path.find(u'\0') != Text::npos) return std::nullopt;
   Text current = path;
   while (current.length() > 1 && current.hasSuffix("/")) current = current.substring(0, current.length() - 1);
-  for (int step = 0; step <= longestChain; ++step) {
+  for (int step = 0; step <= kLongestChain; ++step) {
     struct stat information = {};
     if (::lstat(current.bytes().c_str(), &information) != 0) return std::nullopt;
     const OptionalText next = nextOf(current, information.st_mode);

@@ -5,29 +5,29 @@
 namespace halvorn::ColorSchemeSetting {
 namespace {
 
-constexpr char service[] = "org.freedesktop.portal.Desktop";
-constexpr char path[] = "/org/freedesktop/portal/desktop";
-constexpr char settingsInterface[] = "org.freedesktop.portal.Settings";
-constexpr char group[] = "org.freedesktop.appearance";
-constexpr char key[] = "color-scheme";
-constexpr uint dark = 1;
-constexpr int deepestNesting = 4;
+constexpr char kService[] = "org.freedesktop.portal.Desktop";
+constexpr char kPath[] = "/org/freedesktop/portal/desktop";
+constexpr char kSettingsInterface[] = "org.freedesktop.portal.Settings";
+constexpr char kGroup[] = "org.freedesktop.appearance";
+constexpr char kKey[] = "color-scheme";
+constexpr uint kDark = 1;
+constexpr int kDeepestNesting = 4;
 
 std::optional<bool> prefersDark(QVariant value) {
   // The reply is a variant in a variant, what a signal tells a variant.
-  for (int depth = 0; depth < deepestNesting && value.canConvert<QDBusVariant>(); ++depth)
+  for (int depth = 0; depth < kDeepestNesting && value.canConvert<QDBusVariant>(); ++depth)
     value = value.value<QDBusVariant>().variant();
   bool isNumber = false;
   const uint scheme = value.toUInt(&isNumber);
-  return isNumber ? std::optional(scheme == dark) : std::nullopt;
+  return isNumber ? std::optional(scheme == kDark) : std::nullopt;
 }
 
 }  // namespace
 
 QDBusMessage question() {
   // Every portal knows Read; its newer namesake without the second wrapping came later.
-  QDBusMessage message = QDBusMessage::createMethodCall(service, path, settingsInterface, "Read");
-  message << QString(group) << QString(key);
+  QDBusMessage message = QDBusMessage::createMethodCall(kService, kPath, kSettingsInterface, "Read");
+  message << QString(kGroup) << QString(kKey);
   return message;
 }
 
@@ -37,12 +37,12 @@ std::optional<bool> prefersDark(const QVariantList& reply) {
 
 void listen(QDBusConnection& bus, QObject* receiver, const char* slot) {
   // No sender is named: finding out who that is would wait, and start a portal that nobody needs yet.
-  bus.connect(QString(), path, settingsInterface, "SettingChanged", receiver, slot);
+  bus.connect(QString(), kPath, kSettingsInterface, "SettingChanged", receiver, slot);
 }
 
 std::optional<bool> prefersDark(const QDBusMessage& change) {
   const QVariantList values = change.arguments();
-  const bool isThis = values.size() == 3 && values[0].toString() == group && values[1].toString() == key;
+  const bool isThis = values.size() == 3 && values[0].toString() == kGroup && values[1].toString() == kKey;
   return isThis ? prefersDark(values[2]) : std::nullopt;
 }
 

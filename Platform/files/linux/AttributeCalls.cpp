@@ -9,8 +9,8 @@
 namespace halvorn::AttributeCalls {
 namespace {
 
-constexpr char ownList[] = "system.posix_acl_access";
-constexpr char listToHandDown[] = "system.posix_acl_default";
+constexpr char kOwnList[] = "system.posix_acl_access";
+constexpr char kListToHandDown[] = "system.posix_acl_default";
 
 // The system has these calls for open files and for paths, but not for a name in an open folder.
 std::string namedPath(const Item& item) { return heldItemPath(item.descriptor) + "/" + item.name; }
@@ -39,13 +39,13 @@ int set(const Item& item, const std::string& name, std::string_view value) {
   return ::setxattr(heldItemPath(item.descriptor).c_str(), name.c_str(), value.data(), value.size(), 0);
 }
 
-int removeAccessList(const Item& item) { return remove(item, ownList); }
-int removeListToHandDown(const Item& item) { return remove(item, listToHandDown); }
+int removeAccessList(const Item& item) { return remove(item, kOwnList); }
+int removeListToHandDown(const Item& item) { return remove(item, kListToHandDown); }
 
 bool isMissing(int error) { return error == ENODATA; }
 
 Kind kindOf(std::string_view name) {
-  if (name == ownList || name == listToHandDown) return Kind::AccessList;
+  if (name == kOwnList || name == kListToHandDown) return Kind::AccessList;
   if (name.starts_with("user.")) return Kind::Persons;
   // A label says what may be done at a place. The others are the form in which one file system keeps the
   // access lists, shown to the administrator beside the lists themselves.

@@ -9,14 +9,14 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t pieceLength = 64UL * 1024;
+constexpr std::size_t kPieceLength = 64UL * 1024;
 
 // Up to `count` bytes; fewer when the file ends before.
 std::optional<std::string> readBytes(const FileDescriptor& file, std::size_t count) {
   std::string bytes;
   while (bytes.size() < count) {
     const std::size_t before = bytes.size();
-    const std::size_t room = std::min(count - before, pieceLength);
+    const std::size_t room = std::min(count - before, kPieceLength);
     bytes.resize(before + room);
     const ssize_t read = retried([&] { return ::read(file.get(), bytes.data() + before, room); });
     if (read < 0) return std::nullopt;

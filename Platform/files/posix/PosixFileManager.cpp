@@ -18,7 +18,7 @@ namespace halvorn {
 namespace {
 
 // Opening to read never waits for the other end of a pipe and never gets a terminal.
-constexpr int openToRead = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+constexpr int kOpenToRead = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 // Memory may run out and threads may not start; outside of this file that is a failure like any other.
 template <typename Work>
@@ -43,7 +43,7 @@ std::optional<FileFailure> orNoMemory(const Text& path, const Work& work) {
 std::optional<std::vector<Text>> listFolder(const std::string& path, LinksInTheWay links) {
   const auto named = openFolder(path, links);
   if (!named) return std::nullopt;
-  FileDescriptor folder(retried([&] { return ::openat(named->get(), ".", openToRead | O_DIRECTORY); }));
+  FileDescriptor folder(retried([&] { return ::openat(named->get(), ".", kOpenToRead | O_DIRECTORY); }));
   const std::unique_ptr<DIR, int (*)(DIR*)> stream(folder ? ::fdopendir(folder.get()) : nullptr, ::closedir);
   if (stream == nullptr) return std::nullopt;
   (void)folder.release();

@@ -11,7 +11,7 @@ struct Sign {
 };
 
 // The first that stands in the text counts.
-constexpr std::array<Sign, 12> signs{{
+constexpr std::array<Sign, 12> kSigns{{
     {"No authentication agent found", PkexecComplaint::NoAgent},
     {"must be setuid root", PkexecComplaint::NotPrivileged},
     {"Error accessing ", PkexecComplaint::ToolUnreachable},
@@ -30,7 +30,7 @@ constexpr std::array<Sign, 12> signs{{
 }  // namespace
 
 PkexecComplaint complaintFrom(std::string_view text) {
-  for (const Sign& sign : signs) {
+  for (const Sign& sign : kSigns) {
     if (text.find(sign.text) != std::string_view::npos) return sign.meaning;
   }
   return PkexecComplaint::Unknown;

@@ -19,9 +19,9 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t longestComplaint = 8UL * 1024;
-constexpr std::size_t longestLine = 64UL * 1024;
-constexpr int pauseWithoutProcessDescriptor = 50;  // milliseconds
+constexpr std::size_t kLongestComplaint = 8UL * 1024;
+constexpr std::size_t kLongestLine = 64UL * 1024;
+constexpr int kPauseWithoutProcessDescriptor = 50;  // milliseconds
 
 FileDescriptor aboveStandardStreams(int descriptor) {
   const FileDescriptor original(descriptor);
@@ -99,8 +99,8 @@ bool PkexecRun::readOutput() {
     unfinishedLine_.append(buffer.data(), static_cast<std::size_t>(count));
     if (toolStarted_) {
       passOn(false);
-    } else if (unfinishedLine_.size() > longestComplaint) {
-      unfinishedLine_.resize(longestComplaint);
+    } else if (unfinishedLine_.size() > kLongestComplaint) {
+      unfinishedLine_.resize(kLongestComplaint);
     }
   }
 }
@@ -108,8 +108,8 @@ bool PkexecRun::readOutput() {
 void PkexecRun::passOn(bool toTheLastByte) {
   while (!unfinishedLine_.empty()) {
     std::size_t length = unfinishedLine_.find('\n');
-    if (length == std::string::npos && !toTheLastByte && unfinishedLine_.size() < longestLine) return;
-    if (length == std::string::npos) length = std::min(unfinishedLine_.size(), longestLine);
+    if (length == std::string::npos && !toTheLastByte && unfinishedLine_.size() < kLongestLine) return;
+    if (length == std::string::npos) length = std::min(unfinishedLine_.size(), kLongestLine);
     writeToStandardError(unfinishedLine_.substr(0, length) + "\n");
     unfinishedLine_.erase(0, length + 1);
   }
@@ -118,7 +118,7 @@ void PkexecRun::passOn(bool toTheLastByte) {
 PkexecRun::Seen PkexecRun::wait() {
   std::array<pollfd, 3> waits{pollfd{process_.get(), POLLIN, 0}, pollfd{output_.get(), POLLIN, 0},
                               pollfd{toolStarted_ ? -1 : signal_.get(), POLLRDHUP, 0}};
-  const int limit = process_.get() < 0 ? pauseWithoutProcessDescriptor : -1;
+  const int limit = process_.get() < 0 ? kPauseWithoutProcessDescriptor : -1;
   if (retried([&] { return ::poll(waits.data(), waits.size(), limit); }) < 0) return {.ended = hasEnded()};
   if (waits[1].revents != 0 && !readOutput()) output_.reset();
   Seen seen;

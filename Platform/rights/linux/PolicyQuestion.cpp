@@ -18,9 +18,9 @@
 namespace halvorn {
 namespace {
 
-constexpr int patience = 3000;  // milliseconds
-constexpr int exitRefused = 1;
-constexpr int exitAsksForPassword = 2;
+constexpr int kPatience = 3000;  // milliseconds
+constexpr int kExitRefused = 1;
+constexpr int kExitAsksForPassword = 2;
 
 // "pid,start time,user": a process that nobody can be mistaken for.
 std::string thisProcess() {
@@ -38,7 +38,7 @@ std::string thisProcess() {
 std::optional<int> statusWithinPatience(pid_t pid) {
   const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));
   pollfd wait{process.get(), POLLIN, 0};
-  if (process.get() < 0 || retried([&] { return ::poll(&wait, 1, patience); }) <= 0) ::kill(pid, SIGKILL);
+  if (process.get() < 0 || retried([&] { return ::poll(&wait, 1, kPatience); }) <= 0) ::kill(pid, SIGKILL);
   int status = 0;
   if (retried([&] { return ::waitpid(pid, &status, 0); }) != pid || !WIFEXITED(status)) return std::nullopt;
   return WEXITSTATUS(status);
@@ -54,8 +54,8 @@ PolicyAnswer askPolicy(const std::string& pkcheckPath) {
   if (nothing.get() < 0 || spawnClean(words, nothing.get(), nothing.get(), pid) != 0)
     return PolicyAnswer::Unknown;
   const auto status = statusWithinPatience(pid);
-  if (status == exitRefused) return PolicyAnswer::Refuses;
-  if (status == exitAsksForPassword) return PolicyAnswer::AsksForPassword;
+  if (status == kExitRefused) return PolicyAnswer::Refuses;
+  if (status == kExitAsksForPassword) return PolicyAnswer::AsksForPassword;
   return PolicyAnswer::Unknown;
 }
 

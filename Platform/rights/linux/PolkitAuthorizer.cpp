@@ -16,7 +16,7 @@
 namespace halvorn {
 namespace {
 
-constexpr int exitDismissed = 126;
+constexpr int kExitDismissed = 126;
 
 // The rights for a tool that runs or has run by now.
 class PolkitAuthorization : public Authorization {
@@ -166,7 +166,7 @@ Authorizer::Result PolkitAuthorizer::answerOfPkexec(const PkexecRun& run,
     log_("No administrator rights: pkexec was ended by signal %d", WTERMSIG(*waitStatus));
     return {};
   }
-  if (waitStatus && WEXITSTATUS(*waitStatus) == exitDismissed) {
+  if (waitStatus && WEXITSTATUS(*waitStatus) == kExitDismissed) {
     log_("No administrator rights: the request was dismissed");
     return {AuthorizationAnswer::Canceled, nullptr};
   }

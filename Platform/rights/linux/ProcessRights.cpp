@@ -14,11 +14,11 @@ namespace {
 
 // Not among them: device nodes, file capabilities, mounting, space reserved for the system, looking into
 // others.
-constexpr std::array<int, 5> neededRights{CAP_CHOWN, CAP_DAC_OVERRIDE, CAP_FOWNER, CAP_SETGID, CAP_SETUID};
+constexpr std::array<int, 5> kNeededRights{CAP_CHOWN, CAP_DAC_OVERRIDE, CAP_FOWNER, CAP_SETGID, CAP_SETUID};
 
 constexpr std::uint64_t neededMask() {
   std::uint64_t mask = 0;
-  for (const int right : neededRights) mask |= std::uint64_t{1} << right;
+  for (const int right : kNeededRights) mask |= std::uint64_t{1} << right;
   return mask;
 }
 

@@ -8,8 +8,8 @@
 namespace halvorn::RequesterVariables {
 namespace {
 
-constexpr const char* requesters[] = {"PKEXEC_UID", "SUDO_UID"};
-constexpr const char* folders[] = {"HOME", "XDG_DATA_HOME"};
+constexpr const char* kRequesters[] = {"PKEXEC_UID", "SUDO_UID"};
+constexpr const char* kFolders[] = {"HOME", "XDG_DATA_HOME"};
 
 std::optional<uid_t> uidFrom(std::string_view text) {
   uid_t uid = 0;
@@ -21,7 +21,7 @@ std::optional<uid_t> uidFrom(std::string_view text) {
 }  // namespace
 
 Requester requesterNamedBy(const VariableLookup& variable) {
-  for (const char* const name : requesters) {
+  for (const char* const name : kRequesters) {
     const auto value = variable(name);
     if (!value) continue;
     const auto uid = uidFrom(*value);
@@ -35,11 +35,11 @@ Requester requesterNamedBy(const VariableLookup& variable) {
 }
 
 bool nameAnybody(const VariableLookup& variable) {
-  return std::any_of(std::begin(requesters), std::end(requesters),
+  return std::any_of(std::begin(kRequesters), std::end(kRequesters),
                      [&](const char* name) { return variable(name).has_value(); });
 }
 
-std::span<const char* const> names() { return requesters; }
-std::span<const char* const> namesOfFolders() { return folders; }
+std::span<const char* const> names() { return kRequesters; }
+std::span<const char* const> namesOfFolders() { return kFolders; }
 
 }  // namespace halvorn::RequesterVariables

@@ -15,14 +15,14 @@ bool setGroupsOfThread(const std::vector<gid_t>& groups) {
 }
 
 // The answer of setfsuid and setfsgid says nothing; asking with an impossible id does.
-constexpr unsigned impossibleId = static_cast<unsigned>(-1);
+constexpr unsigned kImpossibleId = static_cast<unsigned>(-1);
 bool setFileUser(uid_t user) {
   ::setfsuid(user);
-  return static_cast<uid_t>(::setfsuid(impossibleId)) == user;
+  return static_cast<uid_t>(::setfsuid(kImpossibleId)) == user;
 }
 bool setFileGroup(gid_t group) {
   ::setfsgid(group);
-  return static_cast<gid_t>(::setfsgid(impossibleId)) == group;
+  return static_cast<gid_t>(::setfsgid(kImpossibleId)) == group;
 }
 
 }  // namespace
@@ -31,7 +31,7 @@ RightsOf::RightsOf(const Person* person) {
   if (person == nullptr || person->user == ::geteuid()) return;
   isChanged_ = true;
   groupsBefore_ = groupsOfThisProcess();
-  groupBefore_ = static_cast<gid_t>(::setfsgid(impossibleId));
+  groupBefore_ = static_cast<gid_t>(::setfsgid(kImpossibleId));
   // The user last: it takes the right to change the others away.
   holds_ = setGroupsOfThread(person->groups) && setFileGroup(person->group) && setFileUser(person->user);
 }

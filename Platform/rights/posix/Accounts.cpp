@@ -10,7 +10,7 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t mostGroups = 1 << 16;  // what a process can be in
+constexpr std::size_t kMostGroups = 1 << 16;  // what a process can be in
 
 // Systems do not agree whether the number of a group has a sign.
 template <typename Number>
@@ -22,7 +22,7 @@ std::vector<gid_t> askForGroups(int (*call)(const char*, Number, Number*, int*),
       return {groups.begin(), groups.begin() + count};
     }
     // Not every system says how many there are.
-    if (groups.size() >= mostGroups) return {account.gid};
+    if (groups.size() >= kMostGroups) return {account.gid};
     groups.resize(std::max(groups.size() * 2, static_cast<std::size_t>(std::max(0, count))));
   }
 }

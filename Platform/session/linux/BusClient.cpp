@@ -7,8 +7,8 @@ namespace halvorn {
 
 namespace {
 
-constexpr int patience = 2000;  // milliseconds
-constexpr int deepestNesting = 4;
+constexpr int kPatience = 2000;  // milliseconds
+constexpr int kDeepestNesting = 4;
 
 }  // namespace
 
@@ -30,7 +30,7 @@ QDBusConnection* BusClient::connection() {
 std::optional<QVariantList> BusClient::call(const QDBusMessage& question) {
   QDBusConnection* const bus = connection();
   if (bus == nullptr || isUnresponsive_) return std::nullopt;
-  const QDBusMessage reply = bus->call(question, QDBus::Block, patience);
+  const QDBusMessage reply = bus->call(question, QDBus::Block, kPatience);
   const QDBusError::ErrorType error = QDBusError(reply).type();
   isUnresponsive_ =
       error == QDBusError::NoReply || error == QDBusError::Timeout || error == QDBusError::TimedOut;
@@ -39,7 +39,7 @@ std::optional<QVariantList> BusClient::call(const QDBusMessage& question) {
 }
 
 QVariant unwrapped(QVariant value) {
-  for (int depth = 0; depth < deepestNesting && value.canConvert<QDBusVariant>(); ++depth) {
+  for (int depth = 0; depth < kDeepestNesting && value.canConvert<QDBusVariant>(); ++depth) {
     value = value.value<QDBusVariant>().variant();
   }
   return value;

@@ -9,11 +9,11 @@ namespace halvorn {
 
 namespace {
 
-constexpr char service[] = "org.freedesktop.login1";
-constexpr char thisSession[] = "/org/freedesktop/login1/session/auto";
-constexpr char sessionInterface[] = "org.freedesktop.login1.Session";
-constexpr double nanosecondsPerSecond = 1e9;
-constexpr double microsecondsPerSecond = 1e6;
+constexpr char kService[] = "org.freedesktop.login1";
+constexpr char kThisSession[] = "/org/freedesktop/login1/session/auto";
+constexpr char kSessionInterface[] = "org.freedesktop.login1.Session";
+constexpr double kNanosecondsPerSecond = 1e9;
+constexpr double kMicrosecondsPerSecond = 1e6;
 
 }  // namespace
 
@@ -23,8 +23,8 @@ LogindIdleTime::~LogindIdleTime() = default;
 
 std::optional<std::int64_t> LogindIdleTime::nanosecondsSinceLastInput() {
   QDBusMessage question =
-      QDBusMessage::createMethodCall(service, thisSession, "org.freedesktop.DBus.Properties", "GetAll");
-  question << QString(sessionInterface);
+      QDBusMessage::createMethodCall(kService, kThisSession, "org.freedesktop.DBus.Properties", "GetAll");
+  question << QString(kSessionInterface);
   const auto answer = bus_->call(question);
   if (!answer || answer->isEmpty()) return std::nullopt;
   const auto properties = qdbus_cast<QVariantMap>(answer->front());
@@ -32,9 +32,9 @@ std::optional<std::int64_t> LogindIdleTime::nanosecondsSinceLastInput() {
   const auto since = properties.find("IdleSinceHintMonotonic");
   if (hint == properties.end() || since == properties.end()) return std::nullopt;
   if (!hint->toBool()) return 0;
-  const double start = static_cast<double>(since->toULongLong()) / microsecondsPerSecond;
+  const double start = static_cast<double>(since->toULongLong()) / kMicrosecondsPerSecond;
   const double seconds = std::max(0.0, clock_.monotonicSeconds() - start);
-  return static_cast<std::int64_t>(seconds * nanosecondsPerSecond);
+  return static_cast<std::int64_t>(seconds * kNanosecondsPerSecond);
 }
 
 }  // namespace halvorn

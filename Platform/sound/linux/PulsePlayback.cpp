@@ -8,9 +8,9 @@
 namespace halvorn {
 namespace {
 
-constexpr std::size_t framesAtOnce = 4096;
+constexpr std::size_t kFramesAtOnce = 4096;
 // No server holds more seconds of sound that it has taken but not played.
-constexpr double longestBuffer = 60.0;
+constexpr double kLongestBuffer = 60.0;
 
 struct FreeStream {
   void operator()(pa_stream* stream) const {
@@ -100,13 +100,13 @@ void PulsePlayback::run(PulseServer& server) const {
 
   double secondsWritten = 0.0;
   while (true) {
-    std::vector<float> samples = (*decoder)->read(framesAtOnce);
+    std::vector<float> samples = (*decoder)->read(kFramesAtOnce);
     if (samples.empty()) break;
     for (float& sample : samples) sample *= volume;
     if (!write(session, stream, samples, pa_frame_size(&spec), standstill)) return;
     secondsWritten += static_cast<double>(samples.size()) / spec.channels / spec.rate;
   }
-  if (secondsWritten > 0) drain(session, stream, std::min(secondsWritten, longestBuffer) + standstill);
+  if (secondsWritten > 0) drain(session, stream, std::min(secondsWritten, kLongestBuffer) + standstill);
 }
 
 }  // namespace halvorn

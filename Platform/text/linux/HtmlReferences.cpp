@@ -21,9 +21,9 @@ struct Entry {
 constexpr Entry kEntries[] = {
 #include "Platform/text/linux/HtmlReferences.inc"
 };
-constexpr auto byName = [](const Entry& a, const Entry& b) { return a.nameView() < b.nameView(); };
+constexpr auto kByName = [](const Entry& a, const Entry& b) { return a.nameView() < b.nameView(); };
 static_assert(std::size(kEntries) == 2125 &&
-              std::is_sorted(std::begin(kEntries), std::end(kEntries), byName));
+              std::is_sorted(std::begin(kEntries), std::end(kEntries), kByName));
 
 // What pages that were written on Windows mean by the numbers from 128.
 constexpr std::array<char16_t, 32> kFrom128 = {0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2026, 0x2020, 0x2021,

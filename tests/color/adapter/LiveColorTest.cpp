@@ -25,11 +25,11 @@ class ColorsOnADesktop : public LiveWindow {
     if (!startDesktop({})) GTEST_SKIP() << reason_;
     portal_ = std::make_unique<ChildProcess>(std::vector<std::string>{KT_PORTAL_PROBE},
                                              ChildOptions{.environment = desktop_->environment()});
-    ASSERT_EQ(portal_->readLine(testPatience), "ready");
+    ASSERT_EQ(portal_->readLine(kTestPatience), "ready");
   }
   void setScheme(const std::string& scheme) {
     portal_->writeInput(scheme + "\n");
-    ASSERT_EQ(portal_->readLine(testPatience), "done");
+    ASSERT_EQ(portal_->readLine(kTestPatience), "done");
   }
 
   QImage screen() {

@@ -31,7 +31,7 @@ struct OtherReason {
   const char* reason;
   const char* why;
 };
-constexpr OtherReason otherReasons[] = {
+constexpr OtherReason kOtherReasons[] = {
     {"newfstatat", "File exists",
      "asking whether something is there answers yes or no; what was not seen is then in the way"},
 };
@@ -40,7 +40,7 @@ class FaultSweep : public SweepScene {
  protected:
   static bool isToldReason(const std::string& call, const std::string& error, const std::string& reason) {
     if (reason == wordsFor(error)) return true;
-    return std::any_of(std::begin(otherReasons), std::end(otherReasons), [&](const OtherReason& other) {
+    return std::any_of(std::begin(kOtherReasons), std::end(kOtherReasons), [&](const OtherReason& other) {
       return call == other.call && reason == other.reason;
     });
   }

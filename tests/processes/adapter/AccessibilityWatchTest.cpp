@@ -72,7 +72,7 @@ class AccessibilityWatch : public LiveFixture {
   }
   void start(const Strings& arguments) {
     program = &launch(arguments);
-    ASSERT_EQ(program->readLine(testPatience), "ready") << program->output();
+    ASSERT_EQ(program->readLine(kTestPatience), "ready") << program->output();
     watched = process(*program);
     ASSERT_NE(watched, nullptr);
     // It joins the bus a moment after it has shown its window.
@@ -124,7 +124,7 @@ class AccessibilityWatch : public LiveFixture {
           std::ignore = program->waitForOutput("(never said)", 0.005);
           return program->output().find("done " + line + "\n", before) != std::string::npos;
         },
-        testPatience));
+        kTestPatience));
   }
   // A program hears some time later that somebody listens, and only then tells; returns when it does, with
   // the focus on the first field and nothing heard.
@@ -257,7 +257,7 @@ TEST_F(AccessibilityWatch, WithoutAnAccessibilityBusNothingCanBeWatchedAndNothin
     AtSpiAccessibility nobody(live->running, bus, "", live->loop, live->loop);
     EXPECT_EQ(nobody.createApplicationElement(watched->serialNumber()), nullptr);
     EXPECT_EQ(nobody.createObserver(watched->serialNumber(), nullptr), nullptr);
-    EXPECT_LT(testSeconds() - start, testPatience);
+    EXPECT_LT(testSeconds() - start, kTestPatience);
   }
 }
 

@@ -53,7 +53,7 @@ TEST_F(BusEvents, QuitIsTheActionThatTheApplicationExports) {
     ChildProcess& child = startOnBus({habit, "--ignores-term"});
     EXPECT_EQ(sendQuit(child), 0) << habit;
     EXPECT_EQ(child.waitForEnd(5), 0) << habit;
-    EXPECT_TRUE(child.waitForOutput("bus quit", testPatience)) << habit;
+    EXPECT_TRUE(child.waitForOutput("bus quit", kTestPatience)) << habit;
   }
 }
 
@@ -90,11 +90,11 @@ TEST_F(BusEvents, AnApplicationThatIsGoneCannotBeSentAnything) {
 TEST_F(BusEvents, OpenReopenAndDocumentsAreThoseOfTheApplicationInterface) {
   ChildProcess& child = startOnBus({"--bus-application"});
   send(child, kOpen);
-  EXPECT_TRUE(child.waitForOutput("bus Activate\n", testPatience));
+  EXPECT_TRUE(child.waitForOutput("bus Activate\n", kTestPatience));
   send(child, kReopen);
-  EXPECT_TRUE(child.waitForOutput("bus Activate\nbus Activate\n", testPatience));
+  EXPECT_TRUE(child.waitForOutput("bus Activate\nbus Activate\n", kTestPatience));
   send(child, kDocuments);
-  EXPECT_TRUE(child.waitForOutput("bus Open\n", testPatience));
+  EXPECT_TRUE(child.waitForOutput("bus Open\n", kTestPatience));
   EXPECT_TRUE(live->log.lines().empty());
 }
 

@@ -43,7 +43,7 @@ TEST_F(RealEvents, WhatRanBeforeIsNoNewsUntilItEnds) {
   startDesktopAndWatch();
   if (!live) return;
   ChildProcess& child = startBundle("Editor", "EDIT", {"--windows", "1"});
-  EXPECT_TRUE(child.waitForOutput("shown", testPatience));
+  EXPECT_TRUE(child.waitForOutput("shown", kTestPatience));
   giveItAMoment(child);  // starts are told apart by ticks of the clock
   listen();
   live->loop.runFor(0.1);
@@ -69,7 +69,7 @@ TEST_F(RealEvents, WithADesktopNothingWakesTheProgramUp) {
   startDesktopAndWatch();
   if (!live) return;
   ChildProcess& child = startBundle("Editor", "EDIT", {"--windows", "1"});
-  EXPECT_TRUE(child.waitForOutput("focus", testPatience));
+  EXPECT_TRUE(child.waitForOutput("focus", kTestPatience));
   listen();
   live->loop.runFor(0.5);
   const auto before = live->loop.rounds();
@@ -98,7 +98,7 @@ TEST_F(RealEvents, ADisplayWithoutAServerIsAsGoodAsNone) {
   listen();
   EXPECT_EQ(live->processes.frontProcess(), nullptr);
   EXPECT_EQ(live->processes.allProcesses().size(), 1u);
-  EXPECT_LT(testSeconds() - start, testPatience);
+  EXPECT_LT(testSeconds() - start, kTestPatience);
 }
 
 TEST_F(RealEvents, UnderWaylandTheTableIsLookedAtAndNothingIsGuessed) {

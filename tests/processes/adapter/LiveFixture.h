@@ -49,7 +49,7 @@ class LiveFixture : public testing::Test {
     Strings arguments = {program};
     arguments.insert(arguments.end(), habits.begin(), habits.end());
     ChildProcess& started = launch(arguments);
-    EXPECT_EQ(started.readLine(testPatience), "ready") << started.output();
+    EXPECT_EQ(started.readLine(kTestPatience), "ready") << started.output();
     return started;
   }
   // In a bundle of that name and signature ("" declares none).

@@ -78,7 +78,7 @@ TEST_F(RealQuitting, AProgramThatIgnoresTheSignalIsKilledAfterTheTimeout) {
 // Asked twice it would drop what it was about to save and end with status 9.
 TEST_F(RealQuitting, AProgramThatAsksToSaveIsNotAskedTwice) {
   ChildProcess& child = startBundle("Editor", "EDIT", {"--windows", "1", "--asks-to-save"});
-  EXPECT_TRUE(child.waitForOutput("shown", testPatience));
+  EXPECT_TRUE(child.waitForOutput("shown", kTestPatience));
   const KTProcessPointer editor = process(child);
   EXPECT_TRUE(editor->quitRunningApplicationWithTimeout(0.4F));
   EXPECT_EQ(child.waitForEnd(5), -SIGKILL);
@@ -117,7 +117,7 @@ TEST_F(RealQuitting, AProgramWhoseFirstThreadHasLeftStillRunsAndIsQuit) {
 TEST_F(RealQuitting, ACopyThatIsLeftBehindIsAProcessOfItsOwn) {
   ChildProcess& child = startBundle("Editor", "EDIT", {"--forks"});
   EXPECT_TRUE(process(child)->quitRunningApplicationWithTimeout(4.0F));
-  ASSERT_TRUE(child.waitForOutput("forked ", testPatience));
+  ASSERT_TRUE(child.waitForOutput("forked ", kTestPatience));
   const pid_t copy = std::stoi(child.output().substr(child.output().find("forked ") + 7));
   own.add(copy);
   const KTProcessPointer left = live->processes.processWithSignature(fourCharCode("EDIT"));
@@ -240,15 +240,15 @@ TEST_F(RealQuitting, QuittingOnAWorkerWhileTheMainThreadGetsTheEvents) {
 
 TEST_F(RealQuitting, HidingShowingAndWakingReachTheWindows) {
   ChildProcess& child = startBundle("Editor", "EDIT", {"--windows", "1"});
-  ASSERT_TRUE(child.waitForOutput("shown", testPatience));
+  ASSERT_TRUE(child.waitForOutput("shown", kTestPatience));
   const KTProcessPointer editor = process(child);
   editor->setHidden(true);
-  EXPECT_TRUE(child.waitForOutput("iconified", testPatience));
+  EXPECT_TRUE(child.waitForOutput("iconified", kTestPatience));
   editor->setHidden(false);
-  EXPECT_TRUE(child.waitForOutput("iconified\nshown", testPatience)) << child.output();
+  EXPECT_TRUE(child.waitForOutput("iconified\nshown", kTestPatience)) << child.output();
   editor->wakeUp();
-  EXPECT_TRUE(child.waitForOutput("continued", testPatience));
-  EXPECT_TRUE(child.waitForOutput("message", testPatience));
+  EXPECT_TRUE(child.waitForOutput("continued", kTestPatience));
+  EXPECT_TRUE(child.waitForOutput("message", kTestPatience));
 }
 
 TEST_F(RealQuitting, AStoppedProgramIsWokenUp) {

@@ -119,7 +119,7 @@ TEST_F(RealSession, ARunningProgramKeepsItsBundleWhenThatIsMovedOrRemoved) {
 TEST_F(RealSession, AnotherSessionsProgramsAreNotListed) {
   const std::string program = bundleProgram("Editor", "EDIT");
   ChildProcess& elsewhere = launch({program}, {.environment = desktop->environmentWith({"DISPLAY=:4711"})});
-  ASSERT_EQ(elsewhere.readLine(testPatience), "ready");
+  ASSERT_EQ(elsewhere.readLine(kTestPatience), "ready");
   EXPECT_FALSE(isListed(elsewhere));
   EXPECT_EQ(live->processes.processWithSignature(fourCharCode("EDIT")), nullptr);
 }
@@ -148,7 +148,7 @@ TEST_F(RealSession, NoProcessOfAnotherUserIsEverListed) {
   const std::string program = bundleProgram("Editor", "EDIT");
   std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
   launch({"setpriv", "--reuid=65534", "--clear-groups", "--regid=65534", program});
-  ASSERT_EQ(children.back().readLine(testPatience), "ready") << children.back().output();
+  ASSERT_EQ(children.back().readLine(kTestPatience), "ready") << children.back().output();
   EXPECT_FALSE(isListed(children.back()));
   EXPECT_EQ(live->processes.processWithPID(children.back().pid()), nullptr);
   const auto stat = live->procFiles.stat(children.back().pid());

@@ -101,7 +101,7 @@ class LiveWorld : public World {
     children_.emplace_back(arguments, ChildOptions{.environment = desktop_.environment()});
     ChildProcess& child = children_.back();
     own_.add(child.pid());
-    EXPECT_EQ(child.readLine(testPatience), "ready");
+    EXPECT_EQ(child.readLine(kTestPatience), "ready");
     const auto owns = [&] {
       const auto owners = live_.windows.owners();
       return std::find(owners.begin(), owners.end(), child.pid()) != owners.end();

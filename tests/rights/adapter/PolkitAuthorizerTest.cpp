@@ -44,17 +44,17 @@ class PolkitZoo : public testing::Test {
     command.insert(command.begin(), world_->scratchFolder() + "/kt_authorize_probe");
     const ChildOptions options{.environment = world_->personsEnvironment()};
     ChildProcess asker(world_->asPerson(command), options);
-    EXPECT_TRUE(asker.waitForOutput("ready", testPatience));
+    EXPECT_TRUE(asker.waitForOutput("ready", kTestPatience));
     std::unique_ptr<ChildProcess> answerer;
     if (!agent.empty()) {
       answerer =
           std::make_unique<ChildProcess>(world_->asPerson({world_->scratchFolder() + "/kt_polkit_agent",
                                                            std::to_string(asker.pid()), agent}),
                                          options);
-      EXPECT_TRUE(answerer->waitForOutput("registered", testPatience)) << answerer->output();
+      EXPECT_TRUE(answerer->waitForOutput("registered", kTestPatience)) << answerer->output();
     }
     asker.writeInput(go + "\n");
-    EXPECT_EQ(asker.waitForEnd(testPatience), 0) << "it hangs or crashed: " << asker.output();
+    EXPECT_EQ(asker.waitForEnd(kTestPatience), 0) << "it hangs or crashed: " << asker.output();
     if (answerer) answerer->end();
     return {asker.output(), answerer ? answerer->output() : ""};
   }
@@ -252,13 +252,13 @@ TEST_F(PolkitZoo, GrantedIsAnsweredWhileTheToolStillRuns) {
   ChildProcess asker(
       world_->asPerson({world_->scratchFolder() + "/kt_authorize_probe", tool(), "wait", sign}),
       {.environment = world_->personsEnvironment()});
-  ASSERT_TRUE(asker.waitForOutput("ready", testPatience));
+  ASSERT_TRUE(asker.waitForOutput("ready", kTestPatience));
   asker.writeInput("go\n");
-  EXPECT_TRUE(asker.waitForOutput("answer: granted", testPatience));
+  EXPECT_TRUE(asker.waitForOutput("answer: granted", kTestPatience));
   EXPECT_TRUE(asker.isRunning());
   EXPECT_EQ(asker.output(), "ready\nanswer: granted\n");
   std::ofstream(sign) << "end";
-  EXPECT_EQ(asker.waitForEnd(testPatience), 0);
+  EXPECT_EQ(asker.waitForEnd(kTestPatience), 0);
   EXPECT_EQ(asker.output(), "ready\nanswer: granted\nend: exited 0\n");
 }
 
@@ -272,12 +272,12 @@ TEST_F(PolkitZoo, TheToolOutlivesTheProgramThatAsked) {
   fs::permissions(script, fs::perms(0755));
   ChildProcess asker(world_->asPerson({world_->scratchFolder() + "/kt_authorize_probe", script}),
                      {.environment = world_->personsEnvironment()});
-  ASSERT_TRUE(asker.waitForOutput("ready", testPatience));
+  ASSERT_TRUE(asker.waitForOutput("ready", kTestPatience));
   asker.writeInput("go\n");
-  ASSERT_TRUE(asker.waitForOutput("answer: granted", testPatience));
+  ASSERT_TRUE(asker.waitForOutput("answer: granted", kTestPatience));
   EXPECT_EQ(asker.end(SIGKILL), -SIGKILL);
   std::ofstream(sign) << "end";
-  EXPECT_TRUE(eventually([&] { return fs::exists(done); }, testPatience));
+  EXPECT_TRUE(eventually([&] { return fs::exists(done); }, kTestPatience));
 }
 
 }  // namespace

@@ -59,13 +59,13 @@ class PolkitBench : public Bench {
     for (const std::string& word : toolFor(circumstances.end)) command.push_back(word);
     const ChildOptions options{.environment = world_.personsEnvironment()};
     ChildProcess asker(world_.asPerson(command), options);
-    EXPECT_TRUE(asker.waitForOutput("ready", testPatience));
+    EXPECT_TRUE(asker.waitForOutput("ready", kTestPatience));
     ChildProcess agent(
         world_.asPerson({at("kt_polkit_agent"), std::to_string(asker.pid()), modeFor(circumstances.answer)}),
         options);
-    EXPECT_TRUE(agent.waitForOutput("registered", testPatience)) << agent.output();
+    EXPECT_TRUE(agent.waitForOutput("registered", kTestPatience)) << agent.output();
     asker.writeInput("go\n");
-    EXPECT_EQ(asker.waitForEnd(testPatience), 0) << asker.output();
+    EXPECT_EQ(asker.waitForEnd(kTestPatience), 0) << asker.output();
     return parsed(asker.output());
   }
 

@@ -22,7 +22,7 @@ VariableLookup in(const Variables& variables) {
   };
 }
 
-constexpr uid_t nobody = 65534;  // has an account everywhere
+constexpr uid_t kNobody = 65534;  // has an account everywhere
 
 TEST(Requester, TheFirstWhoIsNotTheAdministratorIsTheOneWhoAsked) {
   using Kind = Requester::Kind;
@@ -55,7 +55,7 @@ TEST(Requester, TheFirstWhoIsNotTheAdministratorIsTheOneWhoAsked) {
     EXPECT_EQ(requester.kind, kind) << why;
     EXPECT_EQ(requester.account.has_value(), kind == Kind::Somebody) << why;
     if (requester.account) {
-      EXPECT_EQ(requester.account->uid, nobody) << why;
+      EXPECT_EQ(requester.account->uid, kNobody) << why;
     }
   }
 }
@@ -78,10 +78,10 @@ TEST(Requester, VariablesCountOnlyWithTheAdministratorsRights) {
 }
 
 TEST(Person, OfAnAccountHasItsFoldersAndAllItsGroups) {
-  const auto account = accountWithUid(nobody);
+  const auto account = accountWithUid(kNobody);
   ASSERT_TRUE(account);
   const Person person = personOf(*account);
-  EXPECT_EQ(person.user, nobody);
+  EXPECT_EQ(person.user, kNobody);
   EXPECT_EQ(person.group, account->gid);
   EXPECT_EQ(person.home, account->home);
   EXPECT_EQ(person.dataFolder, account->home + "/.local/share");
@@ -91,7 +91,7 @@ TEST(Person, OfAnAccountHasItsFoldersAndAllItsGroups) {
 TEST(Person, HasNoFolderWhereTheAccountNamesNone) {
   for (const char* home : {"", "relative"}) {
     const Person person =
-        personOf({.uid = nobody, .gid = nobody, .name = "nobody", .home = home, .shell = {}});
+        personOf({.uid = kNobody, .gid = kNobody, .name = "nobody", .home = home, .shell = {}});
     EXPECT_EQ(person.home, "") << home;
     EXPECT_EQ(person.dataFolder, "") << home;
   }

@@ -99,9 +99,9 @@ TEST_P(RunLoopContract, CallsBackOnceForEachThingToRead) {
   });
   EXPECT_FALSE(loop->runUntil([&] { return calls > 0; }, 0.05)) << "nothing to read yet";
   write();
-  EXPECT_TRUE(loop->runUntil([&] { return calls == 1; }, testPatience));
+  EXPECT_TRUE(loop->runUntil([&] { return calls == 1; }, kTestPatience));
   write();
-  EXPECT_TRUE(loop->runUntil([&] { return calls == 2; }, testPatience));
+  EXPECT_TRUE(loop->runUntil([&] { return calls == 2; }, kTestPatience));
 }
 
 TEST_P(RunLoopContract, ASourceMayEndInItsOwnCallBack) {
@@ -113,7 +113,7 @@ TEST_P(RunLoopContract, ASourceMayEndInItsOwnCallBack) {
     calls += captured.size() == 100 ? 1 : 1000;
   });
   write();
-  EXPECT_TRUE(loop->runUntil([&] { return calls > 0; }, testPatience));
+  EXPECT_TRUE(loop->runUntil([&] { return calls > 0; }, kTestPatience));
   EXPECT_FALSE(loop->runUntil([&] { return calls > 1; }, 0.05));
   EXPECT_EQ(calls, 1);
 }
@@ -121,7 +121,7 @@ TEST_P(RunLoopContract, ASourceMayEndInItsOwnCallBack) {
 TEST_P(RunLoopContract, ATimerCallsAgainAndAgainUntilItEnds) {
   int calls = 0;
   auto source = loop->sources().every(0.01, [&] { ++calls; });
-  EXPECT_TRUE(loop->runUntil([&] { return calls >= 3; }, testPatience));
+  EXPECT_TRUE(loop->runUntil([&] { return calls >= 3; }, kTestPatience));
   source.reset();
   const int before = calls;
   EXPECT_FALSE(loop->runUntil([&] { return calls > before; }, 0.05));
@@ -134,7 +134,7 @@ TEST_P(RunLoopContract, IdleTasksRunInOrderAfterWhatWasPosted) {
   loop->mainThread().perform([&] { order.push_back("posted 1"); });
   loop->mainThread().perform([&] { order.push_back("posted 2"); });
   EXPECT_TRUE(order.empty()) << "never inside the call";
-  ASSERT_TRUE(loop->runUntil([&] { return order.size() == 4; }, testPatience));
+  ASSERT_TRUE(loop->runUntil([&] { return order.size() == 4; }, kTestPatience));
   EXPECT_EQ(order, (std::vector<std::string>{"posted 1", "posted 2", "idle 1", "idle 2"}));
 }
 
@@ -144,7 +144,7 @@ TEST_P(RunLoopContract, AnIdleTaskMayAskForAnother) {
     if (++calls < 5) loop->mainThread().performWhenIdle(again);
   };
   loop->mainThread().performWhenIdle(again);
-  EXPECT_TRUE(loop->runUntil([&] { return calls == 5; }, testPatience));
+  EXPECT_TRUE(loop->runUntil([&] { return calls == 5; }, kTestPatience));
 }
 
 INSTANTIATE_TEST_SUITE_P(Loops, RunLoopContract, ::testing::Values("Plain", "Toolkit"),

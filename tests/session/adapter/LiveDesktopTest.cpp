@@ -26,21 +26,21 @@ class LiveDesktop : public testing::Test {
   std::unique_ptr<ChildProcess> startWindow() {
     auto window = std::make_unique<ChildProcess>(std::vector<std::string>{KT_WINDOW_PROBE},
                                                  ChildOptions{.environment = desktop->environment()});
-    EXPECT_EQ(window->readLine(testPatience), "ready");
+    EXPECT_EQ(window->readLine(kTestPatience), "ready");
     tell(*window, "front");
     EXPECT_TRUE(comesToFront(*window));
     return window;
   }
   static void tell(ChildProcess& window, const std::string& word) {
     window.writeInput(word + "\n");
-    EXPECT_EQ(window.readLine(testPatience), "done");
+    EXPECT_EQ(window.readLine(kTestPatience), "done");
   }
   bool isInFront(const ChildProcess& window) {
     const KTProcessPointer front = real->processes.frontProcess();
     return front && front->unixPID() == window.pid();
   }
   bool comesToFront(const ChildProcess& window) {
-    return real->loop.runUntil([&] { return isInFront(window); }, testPatience);
+    return real->loop.runUntil([&] { return isInFront(window); }, kTestPatience);
   }
   // 0 for nobody.
   std::int32_t publisher() {
@@ -115,14 +115,14 @@ TEST_F(LiveDesktop, FullScreenFollowsTheActiveWindow) {
   const auto window = startWindow();
   EXPECT_FALSE(real->utilities.fullScreenMode());
   tell(*window, "fullscreen");
-  EXPECT_TRUE(real->loop.runUntil([&] { return real->utilities.fullScreenMode(); }, testPatience));
+  EXPECT_TRUE(real->loop.runUntil([&] { return real->utilities.fullScreenMode(); }, kTestPatience));
   // A window in front of it shows the menu bar again, and so does the window's own return.
   auto other = startWindow();
-  EXPECT_TRUE(real->loop.runUntil([&] { return !real->utilities.fullScreenMode(); }, testPatience));
+  EXPECT_TRUE(real->loop.runUntil([&] { return !real->utilities.fullScreenMode(); }, kTestPatience));
   other.reset();
-  EXPECT_TRUE(real->loop.runUntil([&] { return real->utilities.fullScreenMode(); }, testPatience));
+  EXPECT_TRUE(real->loop.runUntil([&] { return real->utilities.fullScreenMode(); }, kTestPatience));
   tell(*window, "windowed");
-  EXPECT_TRUE(real->loop.runUntil([&] { return !real->utilities.fullScreenMode(); }, testPatience));
+  EXPECT_TRUE(real->loop.runUntil([&] { return !real->utilities.fullScreenMode(); }, kTestPatience));
 }
 
 TEST_F(LiveDesktop, FullScreenOfAWindowThatWasThereBeforeIsToldFirst) {
@@ -130,16 +130,16 @@ TEST_F(LiveDesktop, FullScreenOfAWindowThatWasThereBeforeIsToldFirst) {
   tell(*window, "fullscreen");
   real->loop.runFor(0.2);
   EXPECT_FALSE(real->utilities.fullScreenMode()) << "no event was handled yet";
-  EXPECT_TRUE(real->loop.runUntil([&] { return real->utilities.fullScreenMode(); }, testPatience));
+  EXPECT_TRUE(real->loop.runUntil([&] { return real->utilities.fullScreenMode(); }, kTestPatience));
 }
 
 TEST_F(LiveDesktop, FullScreenEndsWithItsWindow) {
   auto window = startWindow();
   (void)real->utilities.fullScreenMode();
   tell(*window, "fullscreen");
-  ASSERT_TRUE(real->loop.runUntil([&] { return real->utilities.fullScreenMode(); }, testPatience));
+  ASSERT_TRUE(real->loop.runUntil([&] { return real->utilities.fullScreenMode(); }, kTestPatience));
   window.reset();
-  EXPECT_TRUE(real->loop.runUntil([&] { return !real->utilities.fullScreenMode(); }, testPatience));
+  EXPECT_TRUE(real->loop.runUntil([&] { return !real->utilities.fullScreenMode(); }, kTestPatience));
 }
 
 TEST_F(LiveDesktop, IdleTimeGrowsUntilRealInput) {
@@ -186,7 +186,7 @@ TEST_F(LiveDesktop, MicroIsNotStartedInFullScreenMode) {
   const auto editor = startWindow();
   (void)real->utilities.fullScreenMode();
   tell(*editor, "fullscreen");
-  ASSERT_TRUE(real->loop.runUntil([&] { return real->utilities.fullScreenMode(); }, testPatience));
+  ASSERT_TRUE(real->loop.runUntil([&] { return real->utilities.fullScreenMode(); }, kTestPatience));
   real->utilities.launchMicro(LeaveFocus::No);
   EXPECT_TRUE(real->log.lines().empty()) << "it was not waited for";
 }
@@ -246,7 +246,7 @@ TEST_F(NoDisplay, IdleTimeIsUnknown) { EXPECT_EQ(real.utilities.idleTime(), -1.0
 TEST_F(NoDisplay, LaunchMicroGivesUpAfterItsPolls) {
   const double start = testSeconds();
   real.utilities.launchMicro(LeaveFocus::No);
-  EXPECT_LT(testSeconds() - start, testPatience);
+  EXPECT_LT(testSeconds() - start, kTestPatience);
   EXPECT_EQ(real.log.lines().back(), "wait count (Micro) = 500");
 }
 

@@ -19,7 +19,7 @@
 namespace halvorn {
 namespace {
 
-constexpr double boundOfOneQuestion = 2;  // seconds
+constexpr double kBoundOfOneQuestion = 2;  // seconds
 const Text dark = "Dark";
 
 class WithBus : public testing::Test {
@@ -34,12 +34,12 @@ class WithBus : public testing::Test {
     auto service = std::make_unique<ChildProcess>(
         std::vector<std::string>{KT_SESSION_SERVICES, role, desktop->busAddress()},
         ChildOptions{.environment = desktop->environment()});
-    EXPECT_EQ(service->readLine(testPatience), "ready");
+    EXPECT_EQ(service->readLine(kTestPatience), "ready");
     return service;
   }
   static void tell(ChildProcess& service, const std::string& line) {
     service.writeInput(line + "\n");
-    EXPECT_EQ(service.readLine(testPatience), "done");
+    EXPECT_EQ(service.readLine(kTestPatience), "done");
   }
   template <typename Condition>
   static bool serveUntil(Condition condition) {
@@ -100,7 +100,7 @@ TEST_F(PortalStyle, WithoutAPortalIsUnknownAtOnce) {
   style.installChangeHandler([] {});
   const double start = testSeconds();
   EXPECT_EQ(style.current(), std::nullopt);
-  EXPECT_LT(testSeconds() - start, boundOfOneQuestion);
+  EXPECT_LT(testSeconds() - start, kBoundOfOneQuestion);
 }
 
 TEST_F(PortalStyle, OfAPortalThatComesLaterIsTaken) {
@@ -117,7 +117,7 @@ TEST_F(PortalStyle, OfASilentPortalIsUnknownAndWaitedForOnce) {
   EXPECT_EQ(style.current(), std::nullopt);
   const double start = testSeconds();
   for (int i = 0; i < 20; ++i) EXPECT_EQ(style.current(), std::nullopt);
-  EXPECT_LT(testSeconds() - start, 20 * boundOfOneQuestion / 2) << "it was not waited for again";
+  EXPECT_LT(testSeconds() - start, 20 * kBoundOfOneQuestion / 2) << "it was not waited for again";
 }
 
 TEST_F(PortalStyle, OfAPortalThatTalksNonsenseIsUnknown) {
@@ -135,7 +135,7 @@ TEST_F(PortalStyle, WithoutABusIsUnknownAtOnce) {
     style.installChangeHandler([] {});
     EXPECT_EQ(style.current(), std::nullopt);
   }
-  EXPECT_LT(testSeconds() - start, boundOfOneQuestion);
+  EXPECT_LT(testSeconds() - start, kBoundOfOneQuestion);
 }
 
 TEST_F(PortalStyle, WithABusThatGoesIsUnknown) {

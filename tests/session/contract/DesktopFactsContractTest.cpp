@@ -31,11 +31,11 @@ class Servant {
  public:
   Servant(const std::vector<std::string>& words, const Desktop& desktop)
       : program_(words, {.environment = desktop.environment()}) {
-    EXPECT_EQ(program_.readLine(testPatience), "ready");
+    EXPECT_EQ(program_.readLine(kTestPatience), "ready");
   }
   void tell(const std::string& line) {
     program_.writeInput(line + "\n");
-    EXPECT_EQ(program_.readLine(testPatience), "done");
+    EXPECT_EQ(program_.readLine(kTestPatience), "done");
   }
 
  private:
@@ -60,7 +60,7 @@ struct RealScreen {
   void copy() { window.tell("copy"); }
   void fillTheScreen() { window.tell("fullscreen"); }
   void leaveTheScreen() { window.tell("windowed"); }
-  bool serveUntil(const std::function<bool()>& condition) { return loop.runUntil(condition, testPatience); }
+  bool serveUntil(const std::function<bool()>& condition) { return loop.runUntil(condition, kTestPatience); }
 
   Desktop desktop{parts};
   PollRunLoop loop;
@@ -99,16 +99,16 @@ TYPED_TEST(ScreenContract, ClipboardCountHasGrownWhenTheChangeIsMade) {
 TYPED_TEST(ScreenContract, MenuBarTellsWhenItIsHiddenAndShown) {
   std::vector<int> kinds;
   ASSERT_TRUE(this->screen->facts.installMenuBarHandler([&](const MenuBarEvent& event) {
-    EXPECT_EQ(event.eventClass, menuEventClass);
+    EXPECT_EQ(event.eventClass, kMenuEventClass);
     kinds.push_back(event.kind);
     return EventAnswer::NotHandled;
   }));
   EXPECT_TRUE(kinds.empty()) << "never inside the call";
   this->screen->fillTheScreen();
-  EXPECT_TRUE(this->screen->serveUntil([&] { return kinds == std::vector<int>{menuBarHiddenEvent}; }));
+  EXPECT_TRUE(this->screen->serveUntil([&] { return kinds == std::vector<int>{kMenuBarHiddenEvent}; }));
   this->screen->leaveTheScreen();
   EXPECT_TRUE(this->screen->serveUntil([&] {
-    return kinds == std::vector<int>{menuBarHiddenEvent, menuBarShownEvent};
+    return kinds == std::vector<int>{kMenuBarHiddenEvent, kMenuBarShownEvent};
   }));
 }
 

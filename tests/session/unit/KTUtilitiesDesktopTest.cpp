@@ -17,8 +17,8 @@ namespace halvorn {
 namespace {
 
 using Lines = std::vector<std::string>;
-constexpr double beforeYosemite = 1342;
-constexpr double beforeMojave = 1638;
+constexpr double kBeforeYosemite = 1342;
+constexpr double kBeforeMojave = 1638;
 
 class KTUtilitiesDesktopTest : public testing::Test {
  protected:
@@ -246,14 +246,14 @@ TEST_F(FullScreenMode, StaysFalseAndIsLoggedWhenTheMenuBarCannotBeWatched) {
 
 TEST_F(FullScreenMode, EventsAreLeftToOtherHandlers) {
   (void)utilities.fullScreenMode();
-  EXPECT_EQ(desktop.menuBarHandler({menuEventClass, menuBarHiddenEvent}), EventAnswer::NotHandled);
-  EXPECT_EQ(desktop.menuBarHandler({menuEventClass, menuBarShownEvent}), EventAnswer::NotHandled);
+  EXPECT_EQ(desktop.menuBarHandler({kMenuEventClass, kMenuBarHiddenEvent}), EventAnswer::NotHandled);
+  EXPECT_EQ(desktop.menuBarHandler({kMenuEventClass, kMenuBarShownEvent}), EventAnswer::NotHandled);
 }
 
 TEST_F(FullScreenMode, EventsOfOtherClassesAndKindsAreIgnored) {
   (void)utilities.fullScreenMode();
-  EXPECT_EQ(desktop.menuBarHandler({fourCharCode("wind"), menuBarHiddenEvent}), EventAnswer::NotHandled);
-  EXPECT_EQ(desktop.menuBarHandler({menuEventClass, 5}), EventAnswer::NotHandled);
+  EXPECT_EQ(desktop.menuBarHandler({fourCharCode("wind"), kMenuBarHiddenEvent}), EventAnswer::NotHandled);
+  EXPECT_EQ(desktop.menuBarHandler({kMenuEventClass, 5}), EventAnswer::NotHandled);
   EXPECT_FALSE(utilities.fullScreenMode());
 }
 
@@ -273,7 +273,7 @@ TEST_F(FullScreenMode, EventsThatComeTooLateFindNobody) {
   const auto late = desktop.menuBarHandler;
   object.emplace(versions, services);
   EXPECT_FALSE(object->fullScreenMode());
-  EXPECT_EQ(late({menuEventClass, menuBarHiddenEvent}), EventAnswer::NotHandled);
+  EXPECT_EQ(late({kMenuEventClass, kMenuBarHiddenEvent}), EventAnswer::NotHandled);
   EXPECT_FALSE(object->fullScreenMode());
   desktop.hideMenuBar();
   EXPECT_TRUE(object->fullScreenMode());
@@ -314,7 +314,7 @@ TEST_F(DarkMenuTheme, IsReadAfreshAtEachCall) {
 }
 
 TEST_F(DarkMenuTheme, IsFalseBeforeItsReleaseAndAsksNobody) {
-  systemFacts.framework = beforeYosemite;
+  systemFacts.framework = kBeforeYosemite;
   defaults.values.insert_or_assign("AppleInterfaceStyle", PropertyValue("Dark"));
   EXPECT_FALSE(utilities.darkMenuTheme());
   EXPECT_EQ(style.installations, 0);
@@ -345,7 +345,7 @@ TEST_F(DarkAppearance, IsTheDarkThemeFromItsReleaseOn) {
 }
 
 TEST_F(DarkAppearance, IsFalseBeforeItsReleaseWhateverTheDefaultsSay) {
-  systemFacts.framework = beforeMojave;
+  systemFacts.framework = kBeforeMojave;
   defaults.values.insert_or_assign("AppleInterfaceStyle", PropertyValue("Dark"));
   EXPECT_FALSE(utilities.darkAppearance());
   EXPECT_TRUE(utilities.darkMenuTheme());
@@ -361,13 +361,13 @@ TEST_F(SystemTintImage, FollowsReleaseThemeAndTint) {
     const char* expected;
   };
   const Row rows[] = {
-      {1671, "Light", blueControlTint, "tintYosBlue"},
-      {1671, "Light", graphiteControlTint, "tintYosGraphite"},
-      {1671, "Dark", blueControlTint, "tintYosDarkBlue"},
-      {1671, "Dark", graphiteControlTint, "tintYosDarkGraphite"},
+      {1671, "Light", kBlueControlTint, "tintYosBlue"},
+      {1671, "Light", kGraphiteControlTint, "tintYosGraphite"},
+      {1671, "Dark", kBlueControlTint, "tintYosDarkBlue"},
+      {1671, "Dark", kGraphiteControlTint, "tintYosDarkGraphite"},
       {1671, "Dark", 0, "tintYosDarkGraphite"},
-      {beforeYosemite, "Light", blueControlTint, "tintMavBlue"},
-      {beforeYosemite, "Dark", graphiteControlTint, "tintMavGraphite"},
+      {kBeforeYosemite, "Light", kBlueControlTint, "tintMavBlue"},
+      {kBeforeYosemite, "Dark", kGraphiteControlTint, "tintMavGraphite"},
   };
   for (const Row& row : rows) {
     systemFacts.framework = row.framework;

@@ -47,7 +47,7 @@ struct SoundProgram {
   CompletionSound completionSound{effects};
 };
 
-constexpr double toneAmplitude = 0.5;
+constexpr double kToneAmplitude = 0.5;
 
 // "within 1 dB"
 void expectLevel(double measured, double expected, const std::string& what) {
@@ -64,7 +64,7 @@ class SoundEffectTest : public testing::TestWithParam<Kind> {
     speakers = std::make_unique<SoundRecording>(*soundServer, "lab_a");
     headphones = std::make_unique<SoundRecording>(*soundServer, "lab_b");
     program = std::make_unique<SoundProgram>();
-    program->world.addApplicationSound("Tone.wav", waveFile({.seconds = 0.1, .amplitude = toneAmplitude}));
+    program->world.addApplicationSound("Tone.wav", waveFile({.seconds = 0.1, .amplitude = kToneAmplitude}));
   }
   void forgetRecordings() {
     speakers->clear();
@@ -94,7 +94,7 @@ TEST_P(SoundEffectTest, TheLevelIsTheOneThatAlertVolumeGives) {
     forgetRecordings();
     program->playTone();
     const float volume = SoundExtensions::alertVolumeForBeepVolume(setting);
-    expectLevel(speakers->peak(), toneAmplitude * volume, "setting " + std::to_string(setting));
+    expectLevel(speakers->peak(), kToneAmplitude * volume, "setting " + std::to_string(setting));
     EXPECT_EQ(headphones->peak(), 0.0);
   }
 }
@@ -110,13 +110,13 @@ TEST_P(SoundEffectTest, ThePersonsEventVolumeHolds) {
     soundServer->setEventSettings({.volume = volume});
     forgetRecordings();
     program->playTone();
-    expectLevel(speakers->peak(), toneAmplitude * volume, "event volume " + std::to_string(volume));
+    expectLevel(speakers->peak(), kToneAmplitude * volume, "event volume " + std::to_string(volume));
   }
   program->world.setBeepVolume(0.61);
   soundServer->setEventSettings({.volume = 0.5});
   forgetRecordings();
   program->playTone();
-  expectLevel(speakers->peak(), toneAmplitude * 0.5 * 0.5, "alert volume within the event volume");
+  expectLevel(speakers->peak(), kToneAmplitude * 0.5 * 0.5, "alert volume within the event volume");
 }
 
 TEST_P(SoundEffectTest, ThePersonsEventMuteHolds) {
@@ -125,7 +125,7 @@ TEST_P(SoundEffectTest, ThePersonsEventMuteHolds) {
   EXPECT_EQ(speakers->peak(), 0.0);
   soundServer->setEventSettings({.isMuted = false});
   program->playTone();
-  expectLevel(speakers->peak(), toneAmplitude, "no longer muted");
+  expectLevel(speakers->peak(), kToneAmplitude, "no longer muted");
 }
 
 TEST_P(SoundEffectTest, PlayingLeavesThePersonsEventSettingsAlone) {
@@ -135,21 +135,21 @@ TEST_P(SoundEffectTest, PlayingLeavesThePersonsEventSettingsAlone) {
   program->world.setBeepVolume(1.0);
   forgetRecordings();
   program->playTone();
-  expectLevel(headphones->peak(), toneAmplitude * 0.5, "as if nothing had been played before");
+  expectLevel(headphones->peak(), kToneAmplitude * 0.5, "as if nothing had been played before");
   EXPECT_EQ(speakers->peak(), 0.0);
 }
 
 TEST_P(SoundEffectTest, WithoutAChoiceTheDefaultDevicePlays) {
   static_cast<void>(soundServer->control({"set-default-sink", "lab_b"}));
   program->playTone();
-  expectLevel(headphones->peak(), toneAmplitude, "the default sink");
+  expectLevel(headphones->peak(), kToneAmplitude, "the default sink");
   EXPECT_EQ(speakers->peak(), 0.0);
 }
 
 TEST_P(SoundEffectTest, AChosenDeviceThatIsGoneLeavesItToTheDefaultDevice) {
   soundServer->setEventSettings({.device = "unplugged"});
   program->playTone();
-  expectLevel(speakers->peak(), toneAmplitude, "the default sink");
+  expectLevel(speakers->peak(), kToneAmplitude, "the default sink");
   EXPECT_EQ(headphones->peak(), 0.0);
 }
 
@@ -170,7 +170,7 @@ TEST_P(SoundEffectTest, ARefusedDeviceFallsBackToTheDefaultOneAndSaysSo) {
   ASSERT_NE(tone, nullptr);
   effects.playAsSoundEffect(*tone);
   ASSERT_TRUE(eventually([&] { return !tone->isPlaying(); }));
-  expectLevel(speakers->peak(), toneAmplitude, "the default sink");
+  expectLevel(speakers->peak(), kToneAmplitude, "the default sink");
   const Lines lines = program->world.log.lines();
   const std::string path = "/Applications/Installer.app/Contents/Resources/Tone.wav";
   ASSERT_EQ(lines.size(), 7U);

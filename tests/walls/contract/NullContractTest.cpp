@@ -23,7 +23,7 @@ namespace {
 
 // An item that is there, and may be written, for every real adapter on every system of the tests.
 const Text here = "/tmp";
-constexpr ProcessSerialNumber someone{1, 2};
+constexpr ProcessSerialNumber kSomeone{1, 2};
 
 class NullContract : public testing::Test {
  protected:
@@ -117,13 +117,13 @@ TEST_F(NullProcesses, NoProcessIsKnown) {
   EXPECT_EQ(source.processForPID(1), std::nullopt);
   EXPECT_EQ(source.currentProcess(), std::nullopt);
   EXPECT_EQ(source.frontProcess(), std::nullopt);
-  EXPECT_TRUE(source.sameProcess(someone, someone));
-  EXPECT_FALSE(source.sameProcess(someone, {}));
-  EXPECT_EQ(source.pid(someone), std::nullopt);
-  EXPECT_FALSE(source.information(someone));
-  EXPECT_EQ(source.displayName(someone), std::nullopt);
-  EXPECT_FALSE(source.informationDictionary(someone));
-  EXPECT_EQ(source.bundleLocation(someone), std::nullopt);
+  EXPECT_TRUE(source.sameProcess(kSomeone, kSomeone));
+  EXPECT_FALSE(source.sameProcess(kSomeone, {}));
+  EXPECT_EQ(source.pid(kSomeone), std::nullopt);
+  EXPECT_FALSE(source.information(kSomeone));
+  EXPECT_EQ(source.displayName(kSomeone), std::nullopt);
+  EXPECT_FALSE(source.informationDictionary(kSomeone));
+  EXPECT_EQ(source.bundleLocation(kSomeone), std::nullopt);
   EXPECT_EQ(source.startTime({}), std::nullopt);
   EXPECT_FALSE(source.processorTimeCommand().isEmpty());
 }
@@ -132,15 +132,15 @@ TEST_F(NullProcesses, NoApplicationIsEndedOrMoved) {
   NullApplicationControl control;
   EXPECT_FALSE(control.hasRunningApplications());
   EXPECT_EQ(control.runningApplication({}), nullptr);
-  control.setFront(someone, BringForward::AllWindows);
-  control.setVisible(someone, Visible::No);
-  control.wakeUp(someone);
+  control.setFront(kSomeone, BringForward::AllWindows);
+  control.setVisible(kSomeone, Visible::No);
+  control.wakeUp(kSomeone);
 }
 
 TEST_F(NullProcesses, NothingIsHeardOfThemAndNothingReachesThem) {
   NullApplicationEvents().installHandler([](int) { FAIL() << "nothing ever happens"; });
   NullAppleEvents events;
-  EXPECT_LT(std::get<int>(events.addressOf(someone)), 0);
+  EXPECT_LT(std::get<int>(events.addressOf(kSomeone)), 0);
   class Nobody : public EventAddress {
   } nobody;
   EXPECT_LT(std::get<int>(events.createEvent(kCoreEventClass, kQuitApplicationEvent, nobody)), 0);

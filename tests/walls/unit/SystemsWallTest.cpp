@@ -21,7 +21,7 @@ struct OnlyLinux {
   const char* reason;
 };
 
-constexpr OnlyLinux onlyLinux[] = {
+constexpr OnlyLinux kOnlyLinux[] = {
     // headers
     {"linux/[a-z0-9_]+\\.h", "the kernel's own headers"},
     {"sys/(syscall|prctl|fsuid|auxv|xattr|vfs|sysinfo|sysmacros|capability|random)\\.h",
@@ -71,7 +71,7 @@ std::string codeOf(const std::string& text) {
 std::vector<std::string> whatOnlyLinuxHas(const std::string& code) {
   static const std::vector<std::regex> patterns = [] {
     std::vector<std::regex> result;
-    for (const auto& [name, reason] : onlyLinux) {
+    for (const auto& [name, reason] : kOnlyLinux) {
       // A path goes on behind its beginning; everything else is a whole word.
       const bool isPath = name[0] == '/';
       const std::string pattern = std::string("(") + name + ")";
@@ -83,7 +83,7 @@ std::vector<std::string> whatOnlyLinuxHas(const std::string& code) {
   for (std::size_t i = 0; i < patterns.size(); ++i) {
     std::smatch match;
     if (std::regex_search(code, match, patterns[i]))
-      found.push_back(match[2].str() + ": " + onlyLinux[i].reason);
+      found.push_back(match[2].str() + ": " + kOnlyLinux[i].reason);
   }
   return found;
 }

@@ -12,7 +12,7 @@ class AccessibleWindow : public LiveWindow {
   void startListener() {
     listener_ = std::make_unique<ChildProcess>(std::vector<std::string>{KT_ANNOUNCEMENT_PROBE},
                                                ChildOptions{.environment = desktop_->environment()});
-    ASSERT_TRUE(listener_->waitForOutput("listening", testPatience)) << listener_->output();
+    ASSERT_TRUE(listener_->waitForOutput("listening", kTestPatience)) << listener_->output();
   }
   // "role <tab> name" of what is shown, a line each.
   std::string seen() {
@@ -84,7 +84,7 @@ TEST_F(AccessibleWindow, AnAnnouncementIsHeardEachTime) {
     return listener_->waitForOutput("notification\tSample is being installed.", 0.3);
   })) << listener_->output();
   tell({"announce Sample was successfully installed."});
-  EXPECT_TRUE(listener_->waitForOutput("notification\tSample was successfully installed.", testPatience))
+  EXPECT_TRUE(listener_->waitForOutput("notification\tSample was successfully installed.", kTestPatience))
       << listener_->output();
   listener_->closeInput();
   EXPECT_EQ(listener_->waitForEnd(10), 0);

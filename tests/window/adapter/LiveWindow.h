@@ -37,7 +37,7 @@ class LiveWindow : public testing::Test {
     probe_ =
         std::make_unique<ProbeProgram>(std::vector<std::string>{KT_WINDOW_PROBE, bundle(), language, style},
                                        ChildOptions{.environment = desktop_->environmentWith(environment)});
-    ASSERT_TRUE(probe_->waitForOutput("ready", testPatience)) << probe_->output();
+    ASSERT_TRUE(probe_->waitForOutput("ready", kTestPatience)) << probe_->output();
   }
   // As start-up leaves it: on the install page, in front.
   void showInstallPage() {
@@ -50,7 +50,7 @@ class LiveWindow : public testing::Test {
 
   void tell(const std::vector<std::string>& commands) { (void)probe_->tell(commands); }
   std::string ask(const std::string& command) { return probe_->ask(command); }
-  [[nodiscard]] bool said(const std::string& text, double seconds = testPatience) {
+  [[nodiscard]] bool said(const std::string& text, double seconds = kTestPatience) {
     return probe_->waitForOutput(text, seconds);
   }
   [[nodiscard]] int times(const std::string& text) { return probe_->times(text); }

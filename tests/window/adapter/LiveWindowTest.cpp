@@ -147,18 +147,18 @@ class WindowOnABus : public LiveWindow {
     std::vector<std::string> command = {KT_PORTAL_PROBE};
     command.insert(command.end(), arguments.begin(), arguments.end());
     portal_ = std::make_unique<ChildProcess>(command, ChildOptions{.environment = desktop_->environment()});
-    ASSERT_TRUE(portal_->waitForOutput("ready", testPatience)) << portal_->output();
+    ASSERT_TRUE(portal_->waitForOutput("ready", kTestPatience)) << portal_->output();
   }
   void set(const std::string& scheme) {
     portal_->writeInput(scheme + "\n");
-    ASSERT_TRUE(portal_->readLine(testPatience));
+    ASSERT_TRUE(portal_->readLine(kTestPatience));
   }
   std::unique_ptr<ChildProcess> portal_;
 };
 
 TEST_F(WindowOnABus, TheDesktopsColorSchemeIsFollowed) {
   startPortal();
-  ASSERT_EQ(portal_->readLine(testPatience), "ready");
+  ASSERT_EQ(portal_->readLine(kTestPatience), "ready");
   set("dark");
   startWindow("desktop");
   EXPECT_TRUE(said("dark"));
@@ -172,7 +172,7 @@ TEST_F(WindowOnABus, TheDesktopsColorSchemeIsFollowed) {
 
 TEST_F(WindowOnABus, ASettingOfThePersonsOwnWinsOverTheDesktop) {
   startPortal();
-  ASSERT_EQ(portal_->readLine(testPatience), "ready");
+  ASSERT_EQ(portal_->readLine(kTestPatience), "ready");
   set("dark");
   startWindow("light");
   set("light");

@@ -20,7 +20,7 @@ class ProbeProgram : public ChildProcess {
     for (const std::string& command : commands) {
       writeInput(command + "\n");
       while (true) {
-        const auto line = readLine(testPatience);
+        const auto line = readLine(kTestPatience);
         if (!line) {
           ADD_FAILURE() << command << " was not answered: " << output();
           return answer;

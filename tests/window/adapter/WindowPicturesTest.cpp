@@ -69,7 +69,7 @@ class WindowPictures : public testing::Test {
         {.environment = {"QT_QPA_PLATFORM=offscreen", "QT_SCALE_FACTOR=" + scale, "LANG=C.UTF-8",
                          "PATH=/usr/bin:/bin", "HOME=" + folder_.path().string(),
                          "XDG_RUNTIME_DIR=" + folder_.path().string()}});
-    EXPECT_TRUE(probe.waitForOutput("ready", testPatience)) << probe.output();
+    EXPECT_TRUE(probe.waitForOutput("ready", kTestPatience)) << probe.output();
     const std::string name = std::string(words.language) + "-" + style + "-" + scale + "00-";
     std::set<std::string> different;
     const auto picture = [&](const std::string& state) {

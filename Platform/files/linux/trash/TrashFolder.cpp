@@ -12,7 +12,7 @@
 namespace halvorn {
 namespace {
 
-constexpr int mostAttempts = 10'000;
+constexpr int kMostAttempts = 10'000;
 
 using Operation = Cause::Operation;
 
@@ -91,7 +91,7 @@ OrCause<TrashFolder, FileFailure> TrashFolder::open(const Place& place, const Pe
 
 TrashFolder::Moved TrashFolder::move(const ItemPlace& item, const std::string& path, Date when) const {
   const std::string text = TrashInformation::text(path, when);
-  for (int attempt = 1; attempt <= mostAttempts; ++attempt) {
+  for (int attempt = 1; attempt <= kMostAttempts; ++attempt) {
     const std::string name = TrashInformation::nameForAttempt(item.name, attempt);
     const std::string information = name + ".trashinfo";
     const auto withRights = [&](const auto& work) -> OrCause<Naming> {

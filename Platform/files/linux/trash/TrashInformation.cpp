@@ -7,8 +7,8 @@
 namespace halvorn::TrashInformation {
 namespace {
 
-constexpr std::size_t longestFileName = 255;
-constexpr std::size_t roomForSuffix = std::string_view(".trashinfo").size();
+constexpr std::size_t kLongestFileName = 255;
+constexpr std::size_t kRoomForSuffix = std::string_view(".trashinfo").size();
 
 bool isUnreserved(unsigned char byte) {
   const bool isDigit = byte >= '0' && byte <= '9';
@@ -57,7 +57,7 @@ std::string text(const std::string& path, Date when) {
 }
 
 std::string nameForAttempt(const std::string& name, int attempt) {
-  const std::size_t room = longestFileName - roomForSuffix;
+  const std::size_t room = kLongestFileName - kRoomForSuffix;
   if (attempt == 1) return shortened(name, room);
   const std::size_t dot = name.rfind('.');
   const bool hasExtension = dot != std::string::npos && dot > 0 && name.size() - dot <= 16;

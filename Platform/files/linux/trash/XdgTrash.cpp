@@ -17,14 +17,15 @@ namespace {
 
 using Operation = Cause::Operation;
 
-constexpr int openFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+constexpr int kOpenFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
 // The folder where the file system that holds `folder` begins.
 FileDescriptor topOf(int folder) {
-  FileDescriptor top(retried([&] { return ::openat(folder, ".", SystemCalls::openPath | openFolderFlags); }));
+  FileDescriptor top(
+      retried([&] { return ::openat(folder, ".", SystemCalls::openPath | kOpenFolderFlags); }));
   while (top) {
     FileDescriptor above(
-        retried([&] { return ::openat(top.get(), "..", SystemCalls::openPath | openFolderFlags); }));
+        retried([&] { return ::openat(top.get(), "..", SystemCalls::openPath | kOpenFolderFlags); }));
     if (!above || !SystemCalls::isSameMount(top.get(), above.get())) break;
     if (SystemCalls::isSameItem(top.get(), above.get())) break;  // the root
     top = std::move(above);
@@ -38,14 +39,14 @@ FileDescriptor makeFolders(const std::string& path) {
     ::mkdir(path.substr(0, slash).c_str(), S_IRWXU);
   }
   ::mkdir(path.c_str(), S_IRWXU);
-  return FileDescriptor(retried([&] { return ::open(path.c_str(), openFolderFlags); }));
+  return FileDescriptor(retried([&] { return ::open(path.c_str(), kOpenFolderFlags); }));
 }
 
 // The nearest folder of the path that exists.
 FileDescriptor nearestFolder(std::string path) {
   while (true) {
     FileDescriptor folder(
-        retried([&] { return ::open(path.c_str(), SystemCalls::openPath | openFolderFlags); }));
+        retried([&] { return ::open(path.c_str(), SystemCalls::openPath | kOpenFolderFlags); }));
     const std::size_t slash = path.rfind('/');
     if (folder || slash == std::string::npos || path == "/") return folder;
     path.resize(slash == 0 ? 1 : slash);
@@ -154,8 +155,8 @@ XdgTrash::Place XdgTrash::sharedTrash(int top, const std::string& topPath) const
   const std::string sharedPath = topPath + "/.Trash";
   const RightsOf rights(&owner_);
   if (!rights.holds()) return causeOfMissingRights().at(sharedPath);
-  const FileDescriptor shared(
-      retried([&] { return ::openat(top, ".Trash", SystemCalls::openPath | openFolderFlags | O_NOFOLLOW); }));
+  const FileDescriptor shared(retried(
+      [&] { return ::openat(top, ".Trash", SystemCalls::openPath | kOpenFolderFlags | O_NOFOLLOW); }));
   struct stat facts {};
   if (!shared || ::fstat(shared.get(), &facts) != 0) return Cause::ofSystem(Operation::Open).at(sharedPath);
   if ((facts.st_mode & S_ISVTX) == 0)
@@ -164,7 +165,7 @@ XdgTrash::Place XdgTrash::sharedTrash(int top, const std::string& topPath) const
   const std::string path = sharedPath + "/" + name;
   (void)::mkdirat(shared.get(), name.c_str(), S_IRWXU);
   FileDescriptor folder(
-      retried([&] { return ::openat(shared.get(), name.c_str(), openFolderFlags | O_NOFOLLOW); }));
+      retried([&] { return ::openat(shared.get(), name.c_str(), kOpenFolderFlags | O_NOFOLLOW); }));
   if (!folder) return Cause::ofSystem(Operation::Make).at(path);
   if (!isOwnedBy(folder.get(), owner_)) return causeOfOtherOwner().at(path);
   return TrashFolder::Place{.folder = std::move(folder), .path = path};
@@ -174,7 +175,8 @@ XdgTrash::Place XdgTrash::ownTrash(int top, const std::string& topPath) const {
   const std::string name = ".Trash-" + std::to_string(owner_.user);
   const std::string path = topPath + "/" + name;
   const auto openOwn = [&] {
-    return FileDescriptor(retried([&] { return ::openat(top, name.c_str(), openFolderFlags | O_NOFOLLOW); }));
+    return FileDescriptor(
+        retried([&] { return ::openat(top, name.c_str(), kOpenFolderFlags | O_NOFOLLOW); }));
   };
   int error = 0;
   {

@@ -11,13 +11,13 @@
 namespace halvorn {
 namespace {
 
-constexpr off_t rangeSize = off_t{4} << 20;
-constexpr off_t leastRanges = 4;
-constexpr unsigned mostMegabytesMapped = 8;
+constexpr off_t kRangeSize = off_t{4} << 20;
+constexpr off_t kLeastRanges = 4;
+constexpr unsigned kMostMegabytesMapped = 8;
 
 }  // namespace
 
-bool BigFile::isBig(const struct stat& facts) { return facts.st_size >= leastRanges * rangeSize; }
+bool BigFile::isBig(const struct stat& facts) { return facts.st_size >= kLeastRanges * kRangeSize; }
 
 BigFile::BigFile(CopyContext& context, FileDescriptor source, FileDescriptor target, const struct stat& facts,
                  const struct stat& made, const CopyPlace& place)
@@ -50,7 +50,7 @@ void BigFile::offerHelp(const std::shared_ptr<BigFile>& file) {
 void BigFile::help(CopyScratch& scratch, const std::shared_ptr<BigFile>& self) {
   ++threads_;
   while (next_ < facts_.st_size && !context_.hasFailed() && !context_.queue.hasTasks()) {
-    const off_t start = next_.fetch_add(rangeSize);
+    const off_t start = next_.fetch_add(kRangeSize);
     if (start >= facts_.st_size) break;
     if (const Cause cause = copyRange(scratch, start)) fail(cause);
   }
@@ -64,10 +64,10 @@ void BigFile::copyRanges(CopyScratch& scratch, const std::shared_ptr<BigFile>& s
   while (!context_.hasFailed()) {
     if (context_.mayWaitForReads() && !hasAsked) {
       hasAsked = true;
-      const auto most = std::min<off_t>((facts_.st_size - next_) / rangeSize, context_.queue.workers());
+      const auto most = std::min<off_t>((facts_.st_size - next_) / kRangeSize, context_.queue.workers());
       for (off_t helper = 1; helper < most; ++helper) offerHelp(self);
     }
-    const off_t start = next_.fetch_add(rangeSize);
+    const off_t start = next_.fetch_add(kRangeSize);
     if (start >= facts_.st_size) break;
     if (const Cause cause = copyRange(scratch, start)) fail(cause);
   }
@@ -75,7 +75,7 @@ void BigFile::copyRanges(CopyScratch& scratch, const std::shared_ptr<BigFile>& s
 }
 
 Cause BigFile::copyRange(CopyScratch& scratch, off_t start) {
-  const off_t end = std::min(start + rangeSize, facts_.st_size);
+  const off_t end = std::min(start + kRangeSize, facts_.st_size);
   const std::function<void()> sawMissing = [&] {
     context_.sawMissing();
     SystemCalls::fetchAhead(source_.get(), start, end - start);
@@ -86,7 +86,7 @@ Cause BigFile::copyRange(CopyScratch& scratch, off_t start) {
   if (threads_ > 1 || context_.isCold())
     return FileContents::copyRange(original, target_.get(), start, end, scratch.buffer());
   // All mappings together count as this process' memory.
-  const off_t window = off_t{std::max(mostMegabytesMapped / context_.queue.workers(), 1u)} << 20;
+  const off_t window = off_t{std::max(kMostMegabytesMapped / context_.queue.workers(), 1u)} << 20;
   return FileContents::copyRangeMapped(original, target_.get(), start, end, scratch.buffer(),
                                        context_.mappings, window);
 }

@@ -8,9 +8,9 @@
 namespace halvorn {
 
 namespace {
-constexpr unsigned tasksPerWorker = 2;
+constexpr unsigned kTasksPerWorker = 2;
 // Each keeps its folder open.
-constexpr std::size_t mostForLater = 32;
+constexpr std::size_t kMostForLater = 32;
 }  // namespace
 
 CopyQueue::~CopyQueue() {
@@ -20,7 +20,7 @@ CopyQueue::~CopyQueue() {
 void CopyQueue::allowWorkers(unsigned count) {
   const std::lock_guard lock(mutex_);
   allowed_ = count;
-  wanted_ = count > 1 ? count * tasksPerWorker : 0;
+  wanted_ = count > 1 ? count * kTasksPerWorker : 0;
 }
 
 void CopyQueue::add(Task task) {
@@ -33,7 +33,7 @@ void CopyQueue::add(Task task) {
 
 bool CopyQueue::addForLater(off_t size, Task task) {
   const std::lock_guard lock(mutex_);
-  if (allowed_ == 1 || later_.size() >= mostForLater) return false;
+  if (allowed_ == 1 || later_.size() >= kMostForLater) return false;
   later_.emplace(size, std::move(task));
   startWorkerIfUseful();
   changed_.notify_one();

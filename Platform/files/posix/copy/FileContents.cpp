@@ -66,7 +66,7 @@ Cause writePiece(int target, std::span<const char> piece, off_t& offset, std::si
 }
 
 // The least that file systems leave out.
-constexpr std::size_t blockSize = 4096;
+constexpr std::size_t kBlockSize = 4096;
 
 bool isZero(std::span<const char> bytes) {
   return bytes[0] == 0 && std::memcmp(bytes.data(), bytes.data() + 1, bytes.size() - 1) == 0;
@@ -85,10 +85,10 @@ ssize_t readSome(const Original& original, std::span<char> buffer, off_t offset)
 // Blocks of zeros are left out.
 Cause writeNonZero(int target, std::span<const char> bytes, off_t offset) {
   while (!bytes.empty()) {
-    std::size_t size = std::min(bytes.size(), blockSize);
+    std::size_t size = std::min(bytes.size(), kBlockSize);
     if (!isZero(bytes.first(size))) {
-      while (size < bytes.size() && !isZero(bytes.subspan(size, std::min(bytes.size() - size, blockSize))))
-        size = std::min(bytes.size(), size + blockSize);
+      while (size < bytes.size() && !isZero(bytes.subspan(size, std::min(bytes.size() - size, kBlockSize))))
+        size = std::min(bytes.size(), size + kBlockSize);
       if (const Cause cause = writeAll(target, bytes.data(), size, offset)) return cause;
     }
     bytes = bytes.subspan(size);

@@ -15,12 +15,12 @@ namespace halvorn {
 namespace {
 
 // Nothing here waits for the other end of a pipe, follows a link or gets a terminal.
-constexpr int openToRead = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-constexpr int create = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+constexpr int kOpenToRead = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+constexpr int kCreate = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
 
 // A handful of files is opened at a time: changing rights costs more than opening, and a disk that is asked
 // for several files at once fetches them faster.
-constexpr std::size_t handful = 16;
+constexpr std::size_t kHandful = 16;
 
 using Operation = Cause::Operation;
 
@@ -33,10 +33,10 @@ struct OpenOriginal {
 // Reading leaves the time of the last access alone where this process may do that.
 FileDescriptor openToCopy(CopyContext& context, int folder, const char* name) {
   const int quietly = context.quietReading.isWorthTrying() ? SystemCalls::openQuietly : 0;
-  FileDescriptor file(retried([&] { return ::openat(folder, name, openToRead | quietly); }));
+  FileDescriptor file(retried([&] { return ::openat(folder, name, kOpenToRead | quietly); }));
   if (file || quietly == 0 || errno != EPERM) return file;
   context.quietReading.refused();
-  return FileDescriptor(retried([&] { return ::openat(folder, name, openToRead); }));
+  return FileDescriptor(retried([&] { return ::openat(folder, name, kOpenToRead); }));
 }
 
 OpenOriginal openOriginal(CopyContext& context, int folder, const char* name) {
@@ -86,8 +86,8 @@ OrCause<Made> makeFile(CopyContext& context, const CopyPlace& place, const struc
   Made made;
   const mode_t mode = context.giver.modeToStartWith(facts);
   const auto make = [&] {
-    made.file =
-        FileDescriptor(retried([&] { return ::openat(place.targetFolder, place.targetName, create, mode); }));
+    made.file = FileDescriptor(
+        retried([&] { return ::openat(place.targetFolder, place.targetName, kCreate, mode); }));
     return made.file ? Cause() : Cause::ofSystem(Operation::Make);
   };
   if (facts.st_nlink == 1) {
@@ -191,9 +191,9 @@ void copyFile(CopyContext& context, CopyScratch& scratch, const CopyPlace& place
 
 void copyFiles(CopyContext& context, CopyScratch& scratch, const std::shared_ptr<OpenFolder>& folder,
                std::span<const char* const> names) {
-  std::array<OpenOriginal, handful> originals;
+  std::array<OpenOriginal, kHandful> originals;
   while (!names.empty() && !context.hasFailed()) {
-    const auto now = names.first(std::min(names.size(), handful));
+    const auto now = names.first(std::min(names.size(), kHandful));
     names = names.subspan(now.size());
     {
       const RightsOf rights(context.rules.readAs);

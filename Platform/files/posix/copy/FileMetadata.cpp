@@ -13,7 +13,7 @@
 namespace halvorn {
 namespace {
 
-constexpr mode_t allModeBits = 07777;
+constexpr mode_t kAllModeBits = 07777;
 
 // For a call that may have failed a moment ago.
 Cause causeUnless(bool isDone) { return isDone ? Cause() : Cause::ofSystem(Cause::Operation::Metadata); }
@@ -45,7 +45,7 @@ mode_t MetadataGiver::modeToStartWith(const struct stat& facts) const {
 }
 
 mode_t MetadataGiver::modeToGive(const struct stat& facts, const struct stat& made) const {
-  mode_t mode = facts.st_mode & allModeBits;
+  mode_t mode = facts.st_mode & kAllModeBits;
   if (ownership_ == Ownership::ThisProcess)
     return mode & ~static_cast<mode_t>(S_ISUID | S_ISGID | S_IWGRP | S_IWOTH);
   // Set-id bits lend the owner's rights; with another owner they would lend somebody else's.
@@ -112,7 +112,7 @@ Cause MetadataGiver::finishFile(int source, int target, const struct stat& facts
   if (const Cause cause = giveAttributes(AttributedFile(source), AttributedFile(target), nullptr))
     return cause;
   const mode_t mode = modeToGive(facts, made);
-  const bool needsMode = inherits || (made.st_mode & allModeBits) != mode;
+  const bool needsMode = inherits || (made.st_mode & kAllModeBits) != mode;
   return causeUnless((!needsMode || ::fchmod(target, mode) == 0) &&
                      ::futimens(target, SystemCalls::timesOf(facts).data()) == 0);
 }
@@ -140,7 +140,7 @@ Cause MetadataGiver::finishFolder(int target, const struct stat& facts, const st
     if (const Cause cause = AttributedFile(target).give(name, value)) return cause;
   }
   const mode_t mode = modeToGive(facts, made);
-  const bool needsMode = !later.empty() || (made.st_mode & allModeBits) != mode;
+  const bool needsMode = !later.empty() || (made.st_mode & kAllModeBits) != mode;
   return causeUnless((!needsMode || ::fchmod(target, mode) == 0) &&
                      ::futimens(target, SystemCalls::timesOf(facts).data()) == 0);
 }
@@ -166,7 +166,7 @@ Cause MetadataGiver::finishUnopened(int sourceFolder, const char* name, int targ
     if (const Cause cause = giveAttributes(source, AttributedFile::held(target), nullptr)) return cause;
   }
   const mode_t mode = modeToGive(facts, made);
-  const bool needsMode = hasMode && (inherits || (made.st_mode & allModeBits) != mode);
+  const bool needsMode = hasMode && (inherits || (made.st_mode & kAllModeBits) != mode);
   return causeUnless((!needsMode || SystemCalls::changeMode(target, mode)) &&
                      SystemCalls::changeTimes(target, SystemCalls::timesOf(facts).data()));
 }

@@ -11,10 +11,10 @@
 namespace halvorn {
 
 namespace {
-constexpr std::size_t bufferSize = 32UL * 1024;
+constexpr std::size_t kBufferSize = 32UL * 1024;
 }
 
-FolderListing::FolderListing() : buffer_(new char[bufferSize]) {}
+FolderListing::FolderListing() : buffer_(new char[kBufferSize]) {}
 
 void FolderListing::start(int folder) {
   folder_ = folder;
@@ -23,7 +23,7 @@ void FolderListing::start(int folder) {
 
 FolderListing::Answer FolderListing::readSome() {
   entries_.clear();
-  const ssize_t size = SystemCalls::readEntries(folder_, buffer_.get(), bufferSize, entries_);
+  const ssize_t size = SystemCalls::readEntries(folder_, buffer_.get(), kBufferSize, entries_);
   if (size < 0) return Answer::Failed;
   if (size == 0) return Answer::End;
   std::erase_if(entries_, [](const FolderEntry& entry) {

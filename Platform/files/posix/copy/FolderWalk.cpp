@@ -13,10 +13,10 @@ namespace halvorn {
 namespace {
 
 // Folders above the current one stay open down to here; two descriptors each.
-constexpr std::size_t levelsKeptOpen = 16;
+constexpr std::size_t kLevelsKeptOpen = 16;
 
 // So many files of one folder are worth another thread.
-constexpr std::size_t batchSize = 32;
+constexpr std::size_t kBatchSize = 32;
 
 Cause look(const CopyContext& context, int folder, const char* name, struct stat& facts) {
   const RightsOf rights(context.rules.readAs);
@@ -69,7 +69,7 @@ void FolderWalk::run(std::shared_ptr<OpenFolder> folder) {
       context_.queue.add(
           [&context = context_, child](CopyScratch& scratch) { FolderWalk(context, scratch).run(child); });
     } else {
-      if (levels_.size() > levelsKeptOpen && level.folder.use_count() == 1) level.folder->park();
+      if (levels_.size() > kLevelsKeptOpen && level.folder.use_count() == 1) level.folder->park();
       enter(std::move(child));
     }
   }
@@ -128,15 +128,15 @@ void FolderWalk::visitEntry(const std::shared_ptr<OpenFolder>& folder, const Fol
 
 void FolderWalk::copyHere(const std::shared_ptr<OpenFolder>& folder) {
   std::span<const char* const> left = files_;
-  while (left.size() > batchSize && !context_.hasFailed()) {
+  while (left.size() > kBatchSize && !context_.hasFailed()) {
     if (context_.queue.isHungry()) {
-      auto batch = std::make_shared<FileBatch>(folder, left.last(batchSize));
+      auto batch = std::make_shared<FileBatch>(folder, left.last(kBatchSize));
       context_.queue.add(
           [&context = context_, batch](CopyScratch& scratch) { batch->copy(context, scratch); });
-      left = left.first(left.size() - batchSize);
+      left = left.first(left.size() - kBatchSize);
     } else {
-      copyFiles(context_, scratch_, folder, left.first(batchSize));
-      left = left.subspan(batchSize);
+      copyFiles(context_, scratch_, folder, left.first(kBatchSize));
+      left = left.subspan(kBatchSize);
     }
   }
   copyFiles(context_, scratch_, folder, left);

@@ -11,14 +11,14 @@
 namespace halvorn {
 namespace {
 
-constexpr int openToList = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+constexpr int kOpenToList = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 using Operation = Cause::Operation;
 
 OrCause<FileDescriptor> openOriginal(const CopyContext& context, int folder, const char* name) {
   const RightsOf rights(context.rules.readAs);
   if (!rights.holds()) return causeOfMissingRights();
-  FileDescriptor opened(retried([&] { return ::openat(folder, name, openToList); }));
+  FileDescriptor opened(retried([&] { return ::openat(folder, name, kOpenToList); }));
   if (!opened) return Cause::ofSystem(Operation::Open, Cause::Side::Original);
   return opened;
 }
@@ -50,7 +50,7 @@ std::shared_ptr<OpenFolder> OpenFolder::make(CopyContext& context, int sourceFol
     return failed(Cause::ofSystem(Operation::Look, Cause::Side::Original));
   const mode_t mode = S_IRWXU | (context.giver.modeToStartWith(facts) & (S_IRWXG | S_IRWXO));
   if (::mkdirat(targetFolder, targetName, mode) != 0) return failed(Cause::ofSystem(Operation::Make));
-  FileDescriptor target(retried([&] { return ::openat(targetFolder, targetName, openToList); }));
+  FileDescriptor target(retried([&] { return ::openat(targetFolder, targetName, kOpenToList); }));
   if (!target) return failed(Cause::ofSystem(Operation::Open));
   std::shared_ptr<OpenFolder> folder(new OpenFolder(context, std::move(*source), std::move(target)));
   folder->facts_ = facts;
@@ -84,7 +84,7 @@ void OpenFolder::unpark(const OpenFolder& child) {
   if (!source) return fail(source.cause());
   source_ = std::move(*source);
   if (const Cause cause = causeUnlessSame(source_, facts_, Cause::Side::Original)) return fail(cause);
-  target_ = FileDescriptor(retried([&] { return ::openat(child.target(), "..", openToList); }));
+  target_ = FileDescriptor(retried([&] { return ::openat(child.target(), "..", kOpenToList); }));
   if (const Cause cause = causeUnlessSame(target_, made_, Cause::Side::Copy)) return fail(cause);
 }
 

@@ -12,9 +12,9 @@
 namespace halvorn {
 namespace {
 
-constexpr unsigned mostWorkers = 8;
+constexpr unsigned kMostWorkers = 8;
 
-unsigned usualWorkers() { return std::min(SystemCalls::usableProcessors(), mostWorkers); }
+unsigned usualWorkers() { return std::min(SystemCalls::usableProcessors(), kMostWorkers); }
 
 void copyTop(CopyContext& context, CopyScratch& scratch, const CopyPlace& place) {
   struct stat facts {};

@@ -13,7 +13,7 @@
 namespace halvorn {
 namespace {
 
-constexpr int openToList = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+constexpr int kOpenToList = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 using Operation = Cause::Operation;
 
@@ -58,7 +58,7 @@ class TreeWalk {
   }
 
   void enter(int folder, const std::string& name) {
-    FileDescriptor opened(retried([&] { return ::openat(folder, name.c_str(), openToList); }));
+    FileDescriptor opened(retried([&] { return ::openat(folder, name.c_str(), kOpenToList); }));
     struct stat facts {};
     if (!opened && errno == EACCES) {
       // A folder that may not be read may still be empty, and then be visited.
@@ -77,7 +77,7 @@ class TreeWalk {
   void visitItems() {
     const int folder = current_.get();
     std::vector<std::string>& folders = levels_.back().foldersLeft;
-    FileDescriptor again(retried([&] { return ::openat(folder, ".", openToList); }));
+    FileDescriptor again(retried([&] { return ::openat(folder, ".", kOpenToList); }));
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(again ? ::fdopendir(again.get()) : nullptr, ::closedir);
     if (stream == nullptr) return noteHere(Cause::ofSystem(Operation::List));
     (void)again.release();
@@ -121,7 +121,7 @@ class TreeWalk {
   }
 
   Cause goUp() {
-    FileDescriptor above(retried([&] { return ::openat(current_.get(), "..", openToList); }));
+    FileDescriptor above(retried([&] { return ::openat(current_.get(), "..", kOpenToList); }));
     struct stat facts {};
     if (!above || ::fstat(above.get(), &facts) != 0) return Cause::ofSystem(Operation::Open);
     if (facts.st_dev != levels_.back().device || facts.st_ino != levels_.back().number)

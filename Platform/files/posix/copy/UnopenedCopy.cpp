@@ -43,11 +43,10 @@ OrCause<std::string> readLink(const CopyContext& context, const CopyPlace& place
 }
 
 Cause make(const CopyPlace& place, const Request& request) {
-  const bool isMade =
-      S_ISLNK(request.kind)
-          ? ::symlinkat(request.text.c_str(), place.targetFolder, place.targetName) == 0
-          : SystemCalls::makeNode(place.targetFolder, place.targetName, request.kind | request.mode,
-                                  request.device);
+  const bool isMade = S_ISLNK(request.kind)
+                          ? ::symlinkat(request.text.c_str(), place.targetFolder, place.targetName) == 0
+                          : SystemCalls::makeNode(place.targetFolder, place.targetName,
+                                                  request.kind | request.mode, request.device);
   return isMade ? Cause() : Cause::ofSystem(Operation::Make);
 }
 

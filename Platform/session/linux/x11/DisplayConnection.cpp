@@ -4,7 +4,7 @@ namespace halvorn {
 
 namespace {
 
-constexpr std::uint32_t mostValues = 1024;
+constexpr std::uint32_t kMostValues = 1024;
 
 }  // namespace
 
@@ -37,7 +37,7 @@ xcb_atom_t DisplayConnection::atom(const std::string& name) const {
 
 std::vector<std::uint32_t> DisplayConnection::values(xcb_window_t window, xcb_atom_t property,
                                                      xcb_atom_t type) const {
-  const auto cookie = xcb_get_property(get(), 0, window, property, type, 0, mostValues);
+  const auto cookie = xcb_get_property(get(), 0, window, property, type, 0, kMostValues);
   const auto reply = adopted(xcb_get_property_reply(get(), cookie, nullptr));
   if (!reply || reply->type != type || reply->format != 32) return {};
   const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));

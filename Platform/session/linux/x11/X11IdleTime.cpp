@@ -9,7 +9,7 @@ namespace halvorn {
 
 namespace {
 
-constexpr std::int64_t nanosecondsPerMillisecond = 1'000'000;
+constexpr std::int64_t kNanosecondsPerMillisecond = 1'000'000;
 
 }  // namespace
 
@@ -26,7 +26,7 @@ std::optional<std::int64_t> X11IdleTime::nanosecondsSinceLastInput() {
   const auto cookie = xcb_screensaver_query_info(display_->get(), display_->root());
   const auto reply = adopted(xcb_screensaver_query_info_reply(display_->get(), cookie, nullptr));
   if (!reply) return std::nullopt;
-  return reply->ms_since_user_input * nanosecondsPerMillisecond;
+  return reply->ms_since_user_input * kNanosecondsPerMillisecond;
 }
 
 std::optional<std::string> displayThatSeesAllInput(const Environment& environment) {

@@ -41,7 +41,7 @@ class X11MenuBar::Watch {
     const bool isFullScreen = std::find(states.begin(), states.end(), fullScreen_) != states.end();
     if (isFullScreen == isHidden_) return;
     isHidden_ = isFullScreen;
-    (void)handler_({menuEventClass, isHidden_ ? menuBarHiddenEvent : menuBarShownEvent});
+    (void)handler_({kMenuEventClass, isHidden_ ? kMenuBarHiddenEvent : kMenuBarShownEvent});
   }
 
   void select(xcb_window_t window) {

@@ -8,7 +8,7 @@ namespace halvorn {
 
 namespace {
 
-constexpr std::uint8_t sentByOthers = 0x80;  // marks events that clients send to each other
+constexpr std::uint8_t kSentByOthers = 0x80;  // marks events that clients send to each other
 
 }  // namespace
 
@@ -37,7 +37,7 @@ std::optional<std::int64_t> X11Pasteboard::changeCount() {
   if (!display_) return std::nullopt;
   display_->synchronize();
   while (const auto event = adopted(xcb_poll_for_event(display_->get()))) {
-    if ((event->response_type & ~sentByOthers) != changeEvent_) continue;
+    if ((event->response_type & ~kSentByOthers) != changeEvent_) continue;
     const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(*event);
     if (change.selection == clipboard_) ++count_;
   }

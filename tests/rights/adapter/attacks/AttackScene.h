@@ -51,7 +51,7 @@ class AttackScene {
   Run install(const std::string& source, const std::string& destination, const std::string& wrapper = "");
   // With any arguments and environment.
   Run run(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
-          double seconds = testPatience);
+          double seconds = kTestPatience);
   [[nodiscard]] static std::vector<std::string> pkexecEnvironment();
   [[nodiscard]] static std::vector<std::string> sudoEnvironment();
 

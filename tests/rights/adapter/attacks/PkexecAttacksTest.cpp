@@ -9,7 +9,7 @@ namespace {
 namespace fs = std::filesystem;
 
 const std::string planted = KT_BINARY_DIR "/tests/libkt_planted.so";
-constexpr const char* sign = "/opt/planted";
+constexpr const char* kSign = "/opt/planted";
 
 class PkexecAttacks : public testing::Test {
  protected:
@@ -35,7 +35,7 @@ TEST_F(PkexecAttacks, NeitherTheEnvironmentNorPlantedLibrariesReachTheTool) {
 
   // It works where nothing is done against it.
   ASSERT_EQ(runCommand({"true"}, {.environment = {"LD_PRELOAD=" + planted}}).status, 0);
-  ASSERT_TRUE(fs::remove(sign)) << "the planted library leaves no sign: it proves nothing";
+  ASSERT_TRUE(fs::remove(kSign)) << "the planted library leaves no sign: it proves nothing";
 
   const auto result =
       runCommand(world_->asPerson({"env", "-u", "HOME", "LD_PRELOAD=" + folder + "/planted.so",
@@ -46,7 +46,7 @@ TEST_F(PkexecAttacks, NeitherTheEnvironmentNorPlantedLibrariesReachTheTool) {
                  {.environment = world_->personsEnvironment(), .workingFolder = folder});
   EXPECT_EQ(result.status, 0) << result.output;
   EXPECT_EQ(bytesOf(scene / "target/Nas.app/Contents/Info.plist"), "<plist/>");
-  EXPECT_FALSE(fs::exists(sign)) << "the planted library ran as root";
+  EXPECT_FALSE(fs::exists(kSign)) << "the planted library ran as root";
 }
 
 // Neither where the tool came from nor where it is run decides what it loads.

@@ -23,9 +23,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int manyRounds = 100'000;
-constexpr double naivePatience = 30;  // seconds
-constexpr int someRounds = 2'500;
+constexpr int kManyRounds = 100'000;
+constexpr double kNaivePatience = 30;  // seconds
+constexpr int kSomeRounds = 2'500;
 
 // The operations under attack: the real ones with the rules of the tool, or the naive ones.
 class Operations {
@@ -90,7 +90,7 @@ class RaceAttacks : public AttackTest {
       const Racer racer({{scene / attack.swapped, scene / attack.swappedWith}});
       // The naive tool is tried until it is harmed; where the racer gets little of the processor that takes
       // its time.
-      const double end = testSeconds() + naivePatience;
+      const double end = testSeconds() + kNaivePatience;
       for (int round = 1; scene.tool().isNaive ? testSeconds() < end : round <= rounds; ++round) {
         operations.begin();
         attack.round(scene, operations);
@@ -139,14 +139,14 @@ class RaceAttacks : public AttackTest {
   }
 };
 
-TEST_F(RaceAttacks, TheParentSwappedForALinkAHundredThousandTimes) { race(manyRounds, parentSwapped()); }
+TEST_F(RaceAttacks, TheParentSwappedForALinkAHundredThousandTimes) { race(kManyRounds, parentSwapped()); }
 
 TEST_F(RaceAttacks, TheParentSwappedForALinkOnAKernelWithoutOpenat2) {
   // In a process of its own: what is forgotten stays forgotten.
   const pid_t process = ::fork();
   if (process == 0) {
     forgetOpenat2();
-    race(someRounds, parentSwapped());
+    race(kSomeRounds, parentSwapped());
     ::_exit(HasFailure() ? 1 : 0);
   }
   int status = 0;
@@ -156,7 +156,7 @@ TEST_F(RaceAttacks, TheParentSwappedForALinkOnAKernelWithoutOpenat2) {
 
 // The folder that the tool has just made, in a folder of the person's.
 TEST_F(RaceAttacks, TheNewFolderSwappedForALinkWhileItIsFilled) {
-  race(someRounds,
+  race(kSomeRounds,
        {.prepare =
             [](AttackScene& scene) {
               scene.addFile(scene / "source/Nas.app/file", "bytes", 0644, AttackScene::person);
@@ -184,38 +184,38 @@ TEST_F(RaceAttacks, TheNewFolderSwappedForALinkWhileItIsFilled) {
 // The second name of a file is made from the first, which must not be looked up through what was put there
 // meanwhile.
 TEST_F(RaceAttacks, TheNewFolderSwappedForALinkWhileHardLinksAreMade) {
-  race(someRounds, {.prepare =
-                        [](AttackScene& scene) {
-                          scene.addFile(scene / "source/Nas.app/a/file", "bytes", 0644, AttackScene::person);
-                          scene.addFolder(scene / "source/Nas.app/b", 0755, AttackScene::person);
-                          fs::create_hard_link(scene / "source/Nas.app/a/file",
-                                               scene / "source/Nas.app/b/file");
-                          scene.addFile(scene / "victim/a/file", "data", 0600);
-                          scene.addFile(scene / "victim/b/file", "data", 0600);
-                          scene.addFolder(scene / "arena", 0755, AttackScene::person);
-                          scene.addLink(scene / "arena/aside", scene / "victim", AttackScene::person);
-                        },
-                    .swapped = "arena/Nas.app",
-                    .swappedWith = "arena/aside",
-                    .round =
-                        [](AttackScene& scene, Operations& operations) {
-                          operations.copy(scene / "source/Nas.app", scene / "arena/Nas.app");
-                        },
-                    .isHarmed =
-                        [](AttackScene& scene) {
-                          for (const char* name : {"victim/a/file", "victim/b/file"}) {
-                            const auto facts = factsOf(scene / name);
-                            if (!facts || facts->st_nlink != 1 || facts->st_size != 4) return true;
-                          }
-                          return false;
-                        },
-                    .tidy =
-                        [](AttackScene& scene) {
-                          std::error_code ignored;
-                          fs::remove_all(scene / "arena/Nas.app", ignored);
-                          fs::remove_all(scene / "arena/aside", ignored);
-                          fs::create_symlink(scene / "victim", scene / "arena/aside", ignored);
-                        }});
+  race(kSomeRounds, {.prepare =
+                         [](AttackScene& scene) {
+                           scene.addFile(scene / "source/Nas.app/a/file", "bytes", 0644, AttackScene::person);
+                           scene.addFolder(scene / "source/Nas.app/b", 0755, AttackScene::person);
+                           fs::create_hard_link(scene / "source/Nas.app/a/file",
+                                                scene / "source/Nas.app/b/file");
+                           scene.addFile(scene / "victim/a/file", "data", 0600);
+                           scene.addFile(scene / "victim/b/file", "data", 0600);
+                           scene.addFolder(scene / "arena", 0755, AttackScene::person);
+                           scene.addLink(scene / "arena/aside", scene / "victim", AttackScene::person);
+                         },
+                     .swapped = "arena/Nas.app",
+                     .swappedWith = "arena/aside",
+                     .round =
+                         [](AttackScene& scene, Operations& operations) {
+                           operations.copy(scene / "source/Nas.app", scene / "arena/Nas.app");
+                         },
+                     .isHarmed =
+                         [](AttackScene& scene) {
+                           for (const char* name : {"victim/a/file", "victim/b/file"}) {
+                             const auto facts = factsOf(scene / name);
+                             if (!facts || facts->st_nlink != 1 || facts->st_size != 4) return true;
+                           }
+                           return false;
+                         },
+                     .tidy =
+                         [](AttackScene& scene) {
+                           std::error_code ignored;
+                           fs::remove_all(scene / "arena/Nas.app", ignored);
+                           fs::remove_all(scene / "arena/aside", ignored);
+                           fs::create_symlink(scene / "victim", scene / "arena/aside", ignored);
+                         }});
 }
 
 TEST_F(RaceAttacks, AFolderSwappedForALinkWhileItsTreeIsRemoved) {
@@ -224,7 +224,7 @@ TEST_F(RaceAttacks, AFolderSwappedForALinkWhileItsTreeIsRemoved) {
     scene.addLink(scene / "arena/Extras/link", scene / "victim", AttackScene::person);
   };
   race(
-      someRounds,
+      kSomeRounds,
       {.prepare =
            [fill](AttackScene& scene) {
              scene.addFile(scene / "victim/file", "data");
@@ -247,40 +247,41 @@ TEST_F(RaceAttacks, AFolderSwappedForALinkWhileItsTreeIsRemoved) {
 }
 
 TEST_F(RaceAttacks, AFileOfTheSourceSwappedForALinkToASecret) {
-  race(someRounds, {.prepare =
-                        [](AttackScene& scene) {
-                          scene.addFile(scene / "source/file", "public", 0644, AttackScene::person);
-                          scene.addFile(scene / "secret", "secret", 0600);
-                          scene.addLink(scene / "source/link", scene / "secret", AttackScene::person);
-                          scene.addFolder(scene / "target");
-                        },
-                    .swapped = "source/file",
-                    .swappedWith = "source/link",
-                    .round =
-                        [](AttackScene& scene, Operations& operations) {
-                          operations.copy(scene / "source/file", scene / "target/copy");
-                        },
-                    .isHarmed = [](AttackScene& scene) { return bytesOf(scene / "target/copy") == "secret"; },
-                    .tidy = [](AttackScene& scene) { ::unlink((scene / "target/copy").c_str()); }});
+  race(
+      kSomeRounds,
+      {.prepare =
+           [](AttackScene& scene) {
+             scene.addFile(scene / "source/file", "public", 0644, AttackScene::person);
+             scene.addFile(scene / "secret", "secret", 0600);
+             scene.addLink(scene / "source/link", scene / "secret", AttackScene::person);
+             scene.addFolder(scene / "target");
+           },
+       .swapped = "source/file",
+       .swappedWith = "source/link",
+       .round = [](AttackScene& scene,
+                   Operations& operations) { operations.copy(scene / "source/file", scene / "target/copy"); },
+       .isHarmed = [](AttackScene& scene) { return bytesOf(scene / "target/copy") == "secret"; },
+       .tidy = [](AttackScene& scene) { ::unlink((scene / "target/copy").c_str()); }});
 }
 
 TEST_F(RaceAttacks, AFolderOfTheSourceSwappedForALinkIntoAPrivateFolder) {
-  race(someRounds, {.prepare =
-                        [](AttackScene& scene) {
-                          scene.addFile(scene / "source/folder/file", "public", 0644, AttackScene::person);
-                          scene.addFolder(scene / "private", 0700);
-                          scene.addFile(scene / "private/file", "secret");
-                          scene.addLink(scene / "source/link", scene / "private", AttackScene::person);
-                          scene.addFolder(scene / "target");
-                        },
-                    .swapped = "source/folder",
-                    .swappedWith = "source/link",
-                    .round =
-                        [](AttackScene& scene, Operations& operations) {
-                          operations.copy(scene / "source/folder/file", scene / "target/copy");
-                        },
-                    .isHarmed = [](AttackScene& scene) { return bytesOf(scene / "target/copy") == "secret"; },
-                    .tidy = [](AttackScene& scene) { ::unlink((scene / "target/copy").c_str()); }});
+  race(kSomeRounds,
+       {.prepare =
+            [](AttackScene& scene) {
+              scene.addFile(scene / "source/folder/file", "public", 0644, AttackScene::person);
+              scene.addFolder(scene / "private", 0700);
+              scene.addFile(scene / "private/file", "secret");
+              scene.addLink(scene / "source/link", scene / "private", AttackScene::person);
+              scene.addFolder(scene / "target");
+            },
+        .swapped = "source/folder",
+        .swappedWith = "source/link",
+        .round =
+            [](AttackScene& scene, Operations& operations) {
+              operations.copy(scene / "source/folder/file", scene / "target/copy");
+            },
+        .isHarmed = [](AttackScene& scene) { return bytesOf(scene / "target/copy") == "secret"; },
+        .tidy = [](AttackScene& scene) { ::unlink((scene / "target/copy").c_str()); }});
 }
 
 // The tool as it is run, with all its steps.

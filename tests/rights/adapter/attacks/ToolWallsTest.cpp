@@ -23,7 +23,7 @@ struct Rule {
 };
 
 // With the administrator's rights.
-constexpr Rule rules[] = {
+constexpr Rule kRules[] = {
     {"execve", ".*", "the start itself"},
     {"access", "^\"/etc/ld\\.so\\.preload\"", "the loader"},
     {"openat", "^AT_FDCWD, \"/(etc|lib|lib64|usr/lib|usr/share|run/systemd)/", "the system's own folders"},
@@ -59,7 +59,7 @@ constexpr Rule rules[] = {
 
 // With the file rights of whoever asked: that person could do it without the tool. But what is done so is
 // still only what the tool is for.
-constexpr Rule rulesOfThePerson[] = {
+constexpr Rule kRulesOfThePerson[] = {
     {"openat", ".*", "the person's own"},     {"openat2", ".*", "the person's own"},
     {"newfstatat", ".*", "only looks"},       {"statx", ".*", "only looks"},
     {"readlink(at)?", ".*", "only reads"},    {"mkdir(at)?", ".*", "the person's Trash"},
@@ -129,9 +129,9 @@ bool isAllowed(const Call& call) {
     return std::regex_match(call.name, std::regex(rule.call)) &&
            std::regex_search(call.arguments, std::regex(rule.arguments));
   };
-  if (call.isThePersons && std::any_of(std::begin(rulesOfThePerson), std::end(rulesOfThePerson), fits))
+  if (call.isThePersons && std::any_of(std::begin(kRulesOfThePerson), std::end(kRulesOfThePerson), fits))
     return true;
-  return std::any_of(std::begin(rules), std::end(rules), fits);
+  return std::any_of(std::begin(kRules), std::end(kRules), fits);
 }
 
 class ToolWalls : public AttackTest {

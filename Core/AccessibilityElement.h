@@ -7,8 +7,8 @@
 
 namespace halvorn {
 
-// An element of a user interface: an application, a window, a button. It may be gone by the time it is looked
-// at.
+// An element of a user interface: an application, a window, a button. It may be
+// gone by the time it is looked at.
 class AccessibilityElement {
  public:
   virtual ~AccessibilityElement() = default;

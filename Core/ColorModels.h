@@ -1,7 +1,7 @@
 // Colors as numbers: red, green and blue; hue, saturation and brightness; the four printing inks.
 //
-// All numbers run from 0 to 1; what lies outside is moved to the nearer end, what is no number to 0.
-// Thread: any.
+// All numbers run from 0 to 1; what lies outside is moved to the nearer end, what
+// is no number to 0. Thread: any.
 #pragma once
 
 namespace halvorn {

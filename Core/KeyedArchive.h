@@ -3,8 +3,8 @@
 //   const PropertyDictionary archive = archivedObject(*color);
 //   const auto color = KeyedDecoder(archive, classes).decodeRoot<Color>();
 //
-// An archive may come from anywhere: what is damaged, of an unknown class or nested too deeply counts as
-// null. Thread: any.
+// An archive may come from anywhere: what is damaged, of an unknown class or nested too
+// deeply counts as null. Thread: any.
 #pragma once
 
 #include <functional>

@@ -1,8 +1,8 @@
 // MutableText: a text that changes in place.
 //
-// A MutableText is a handle. Copies of the handle are the same object: what is done to one is seen through
-// all of them, and isSameObject() holds. text() is an immutable copy of what it holds now. `==` compares
-// content.
+// A MutableText is a handle. Copies of the handle are the same object: what is done to one
+// is seen through all of them, and isSameObject() holds. text() is an immutable copy of what
+// it holds now. `==` compares content.
 //
 //   MutableText name(Text("Micro"));
 //   MutableText same = name;

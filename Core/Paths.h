@@ -27,9 +27,9 @@ namespace halvorn::Paths {
 
 // The home folder of the account of that name; nullopt when there is no such account.
 using HomeOfAccount = std::function<OptionalText(const Text& account)>;
-// "~" and "~/x" with the home folder put in, "~name" and "~name/x" with that account's; any other path, and
-// that of an account which does not exist, unchanged. Who knows that no account is named gives no
-// `homeOfAccount`.
+// "~" and "~/x" with the home folder put in, "~name" and "~name/x" with that account's; any
+// other path, and that of an account which does not exist, unchanged. Who knows that no
+// account is named gives no `homeOfAccount`.
 [[nodiscard]] Text expandingTilde(const Text& path, const Text& home,
                                   const HomeOfAccount& homeOfAccount = {});
 // The home folder and what lies below it with "~" for it; any other path unchanged.

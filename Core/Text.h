@@ -6,9 +6,9 @@
 // A part shares the buffer of its text where that is small or the part is a good share of it; else it is
 // copied. So no text keeps more in memory than eight times itself, or a page of kPage units.
 //
-// Any bytes can become a Text and come back unchanged. Bytes that are not UTF-8 are kept as lone low
-// surrogates, byte 0xNN as U+DCNN; bytes() turns those into the bytes they were. So every path that exists
-// can be named.
+// Any bytes can become a Text and come back unchanged. Bytes that are not UTF-8 are kept as
+// lone low surrogates, byte 0xNN as U+DCNN; bytes() turns those into the bytes they were. So
+// every path that exists can be named.
 //
 // Thread: values are immutable; copies may be used on any thread.
 // Why: docs/decisions/001-text-keeps-every-byte.md
@@ -51,8 +51,8 @@ class Text {
   [[nodiscard]] char16_t at(std::size_t index) const { return units_[index]; }  // index < length()
   // Lives as long as any copy of this text. Nothing ends it: the unit behind it may be anything.
   [[nodiscard]] std::u16string_view units() const { return units_; }
-  // UTF-8; lone U+DC80..U+DCFF become the bytes they were made of, other lone surrogates their three-byte
-  // form.
+  // UTF-8; lone U+DC80..U+DCFF become the bytes they were made of, other lone
+  // surrogates their three-byte form.
   [[nodiscard]] std::string bytes() const;
 
   [[nodiscard]] bool isSameObject(const Text& other) const;

@@ -37,8 +37,8 @@ class Completion {
   // Shows how the installation ended and lets the person go on; quits after the delay the product asked for.
   // Logs: "quit delay: %1.1f".
   void installationFinished(const InstallOutcome& outcome);
-  // Shows the localized message, filled with the product name, as the last word; the install button then
-  // quits.
+  // Shows the localized message, filled with the product name, as the last word;
+  // the install button then quits.
   void showFinalMessage(const Text& message);
   // Plays the completion sound when the arguments ask for it.
   void playDoneSound();

@@ -44,8 +44,8 @@ class DestinationChoice {
   [[nodiscard]] OptionalText autoLaunchPathFor(const Text& name) const;
   // The path of a running copy of the product, never of this program itself.
   [[nodiscard]] OptionalText pathToProcessToReplace();
-  // A copy that must not be the destination: a development build, a copy on an installation volume or in the
-  // Trash.
+  // A copy that must not be the destination: a development build, a copy on an
+  // installation volume or in the Trash.
   [[nodiscard]] bool isInUnsupportedFolder(const OptionalText& path) const;
 
   // The Applications folder to install into: that of all users when it can be written, else the person's own
@@ -53,9 +53,9 @@ class DestinationChoice {
   // /Applications, checking ~/Applications"; "User applicationsDirectory: %@".
   [[nodiscard]] Text applicationsDirectory() const;
 
-  // Whether an item can be made or replaced at the path without administrator rights. A folder that does not
-  // exist yet is decided on the nearest one above it. Logs: "Cannot write to item %@"; "Cannot write to
-  // folder %@".
+  // Whether an item can be made or replaced at the path without administrator rights. A folder
+  // that does not exist yet is decided on the nearest one above it. Logs: "Cannot write to
+  // item %@"; "Cannot write to folder %@".
   [[nodiscard]] bool canWriteToPath(const Text& path) const;
   [[nodiscard]] bool canWriteToFileOrDirectory(const Text& path) const;
   // Whether the file opens for reading and writing.

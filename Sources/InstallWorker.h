@@ -63,12 +63,12 @@ class InstallWorker {
   InstallWorker(const InstallWorkerServices& services, const ArgumentDictionary& arguments,
                 MainThreadEntries entries);
 
-  // The whole installation; ends by posting installationFinished. Logs: "Left before anything was touched:
-  // nothing is installed".
+  // The whole installation; ends by posting installationFinished. Logs: "Left before anything
+  // was touched: nothing is installed".
   void installThread();
 
-  // Copy and launch; canceled when the person has left before. What went wrong comes as a key of the
-  // localized strings.
+  // Copy and launch; canceled when the person has left before. What went wrong comes
+  // as a key of the localized strings.
   struct CopyResult {
     enum class Kind { Installed, Canceled, Failed } kind;
     Text messageKey;  // when failed

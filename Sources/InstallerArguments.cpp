@@ -85,8 +85,8 @@ void InstallerArguments::completeDestination(DestinationChoice& choice) {
   Text destination = chosenDestination(choice);
   if (const OptionalText wrapper = arguments_.text(KTInstallerKeyWrapperPath)) {
     const Text source = arguments_.text(KTInstallerKeySourcePath).value_or(Text());
-    // KEEP: a comparison of texts, so a wrapper beside the source's folder whose name only begins alike
-    // passes too.
+    // KEEP: a comparison of texts, so a wrapper beside the source's folder whose
+    // name only begins alike passes too.
     if (wrapper->hasPrefix(Paths::deletingLastComponent(source)) && files_.fileExists(*wrapper)) {
       log_("wrapper = %@", *wrapper);
       destination = insideWrapper(destination);

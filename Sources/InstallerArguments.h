@@ -33,8 +33,8 @@ class InstallerArguments {
   [[nodiscard]] bool completeProductName();
   // "version", else the bundle's short version; nullopt when neither says one. Not written back.
   [[nodiscard]] OptionalText version(const PropertyDictionary& info) const;
-  // "minSystemVersion", else the bundle's LSMinimumSystemVersion; nullopt when neither says one. Not written
-  // back.
+  // "minSystemVersion", else the bundle's LSMinimumSystemVersion; nullopt when
+  // neither says one. Not written back.
   [[nodiscard]] OptionalText minSystemVersion(const PropertyDictionary& info) const;
   // Chooses the destination where none was given, or where the given one has no folder to go into; puts it
   // into the wrapper's folder where the wrapper is usable; drops an unusable wrapper. Logs: "wrapper = %@".

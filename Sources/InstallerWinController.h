@@ -59,8 +59,8 @@ class InstallerWinController {
   void extractArguments();
   // Turns the window into the message of a set-up error. Logs: "%@" with the message.
   void showSetupError(const Text& message);
-  // The person left the version alert: the program ends, after opening the software archive for the second
-  // button.
+  // The person left the version alert: the program ends, after opening the
+  // software archive for the second button.
   void systemVersionAlertDidEnd(int returnCode);
   [[nodiscard]] bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
 

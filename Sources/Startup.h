@@ -57,9 +57,9 @@ class Startup {
   Startup(const StartupServices& services, const InstallerOutlets& outlets, ArgumentDictionary& arguments,
           Controller controller);
 
-  // Runs once. Ends with the window on its page, with a set-up error in the window, or with the version alert
-  // up. Logs: "direct invocation"; "shortened path = %@"; what the completion of the arguments logs; set-up
-  // errors.
+  // Runs once. Ends with the window on its page, with a set-up error in the window, or with
+  // the version alert up. Logs: "direct invocation"; "shortened path = %@"; what the
+  // completion of the arguments logs; set-up errors.
   void run(const std::vector<Text>& argumentList);
 
  private:

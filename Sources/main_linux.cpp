@@ -243,8 +243,8 @@ class Installer {
     return application_.run();
   }
 
-  // Whatever ended the loop: a worker may still be at work, and everything it uses is there until this
-  // returns.
+  // Whatever ended the loop: a worker may still be at work, and everything it
+  // uses is there until this returns.
   void finishWork() {
     controller_.leave();
     sound_.sounds.endAll();

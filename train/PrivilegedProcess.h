@@ -13,14 +13,14 @@ enum class ProcessStart {
 };
 
 // To be called first in main(), once, by the only thread. When privileged, afterwards:
-// - only the standard streams are open; whoever waits at the other end of standard input knows that the tool
-//   runs;
-// - signals have their default actions, pipe and file-size signals apart (ignored), none is blocked, no timer
-//   runs; when somebody asked, the process is in a session of its own, out of reach of the asking program's
-//   terminal;
+// - only the standard streams are open; whoever waits at the other end of standard
+//   input knows that the tool runs;
+// - signals have their default actions, pipe and file-size signals apart (ignored), none is
+//   blocked, no timer runs; when somebody asked, the process is in a session of its own, out of
+//   reach of the asking program's terminal;
 // - limits of size and time are lifted, no core is written, the folder is "/", the file mask is 077;
-// - the environment is PATH and what tells for whom the tool works: who asked, else where this user's folders
-//   are;
+// - the environment is PATH and what tells for whom the tool works: who asked, else
+//   where this user's folders are;
 // - of the rights only those to files' owners and modes and to changing the user are left, no program that
 //   would be started could gain any, and nobody without rights can look into the process.
 [[nodiscard]] ProcessStart secureProcess();

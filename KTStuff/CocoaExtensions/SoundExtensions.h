@@ -97,8 +97,8 @@ class SoundExtensions {
   void playSilentSoundThread();
   void setSoundDateNow();
 
-  // Runs the task on a thread of its own; not at all once this object is being destroyed. The task may use
-  // this object.
+  // Runs the task on a thread of its own; not at all once this object is being
+  // destroyed. The task may use this object.
   void inBackground(std::function<void()> task);
 
   // --- Devices (SoundExtensionsDevices.cpp)

@@ -13,9 +13,9 @@
 //   Digests            MD5
 //   Keyboard           what a key types
 //
-// A function that finds nothing to change returns the text it was given, the same object. Lengths and indices
-// fit 32 bits. What has class-wide state is an object made once at the program's root: VirtualCharacters,
-// RegexReplacing.
+// A function that finds nothing to change returns the text it was given, the same object. Lengths
+// and indices fit 32 bits. What has class-wide state is an object made once at the program's
+// root: VirtualCharacters, RegexReplacing.
 //
 // Thread: any, where nothing else is said.
 #pragma once

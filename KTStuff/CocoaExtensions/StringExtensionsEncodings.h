@@ -1,5 +1,5 @@
-// StringExtensions, encodings: bytes of known and unknown encodings become texts, texts are appended to
-// files.
+// StringExtensions, encodings: bytes of known and unknown encodings become
+// texts, texts are appended to files.
 #pragma once
 
 #include <cstddef>
@@ -27,20 +27,20 @@ constexpr std::size_t kLargestTextFile = std::size_t{256} << 20;
 [[nodiscard]] Text stringWithMacRomanCString(const char* bytes, std::int32_t length);
 [[nodiscard]] Text stringWithMacRomanCString(const char* bytes);
 
-// How much a text looks like one, from the first 1000 units: letters, digits, blanks and line ends speak for
-// it, other control characters against it, codes without a character ten times as much, all by the number of
-// units. At most 1. The name of the candidate does not count. An empty text gives NaN, which no comparison
-// prefers.
+// How much a text looks like one, from the first 1000 units: letters, digits, blanks and line ends
+// speak for it, other control characters against it, codes without a character ten times as much,
+// all by the number of units. At most 1. The name of the candidate does not count. An empty text
+// gives NaN, which no comparison prefers.
 [[nodiscard]] float reasonableTextFactor(const Text& text, const Text& name, const Unicode& unicode);
 
-// The encoding that the byte-order mark at the start says; the default without one and for what cannot be
-// read.
+// The encoding that the byte-order mark at the start says; the default without
+// one and for what cannot be read.
 [[nodiscard]] TextEncoding explicitEncodingOfFile(const Text& path, TextEncoding defaultEncoding,
                                                   const FileManager& files);
 
-// The text of a file of unknown encoding: as its byte-order mark says; else as the platform's detector says,
-// as far as it can be believed; else in the candidate that looks most like text. nullopt for what cannot be
-// read or decoded.
+// The text of a file of unknown encoding: as its byte-order mark says; else as the platform's
+// detector says, as far as it can be believed; else in the candidate that looks most like text.
+// nullopt for what cannot be read or decoded.
 [[nodiscard]] OptionalText stringWithBestEncodingFromFile(const Text& path, const FileManager& files,
                                                           const TextCodecs& codecs, const Unicode& unicode);
 

@@ -8,9 +8,9 @@
 
 namespace halvorn::StringExtensions {
 
-// The lines of a text with one kind of break throughout: "\r\n" when the text holds one anywhere, else "\n"
-// when it holds one, else "\r". A text without a break is one line; a break at the end is followed by an
-// empty line.
+// The lines of a text with one kind of break throughout: "\r\n" when the text holds one
+// anywhere, else "\n" when it holds one, else "\r". A text without a break is one line; a break
+// at the end is followed by an empty line.
 [[nodiscard]] std::vector<Text> arrayOfLines(const Text& text);
 
 // Every "\r\n", then every "\r", then every "\n" replaced by the separator (nullopt means ""), a kind that

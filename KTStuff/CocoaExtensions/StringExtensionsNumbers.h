@@ -9,9 +9,9 @@
 
 namespace halvorn::StringExtensions {
 
-// The integer at the start, as a C program writes it: white space, a sign, then "0x" and hexadecimal, "0" and
-// octal, or decimal digits, up to the first unfit character. 0 for none; beyond 64 bits the largest or
-// smallest value.
+// The integer at the start, as a C program writes it: white space, a sign, then "0x" and
+// hexadecimal, "0" and octal, or decimal digits, up to the first unfit character. 0 for none; beyond
+// 64 bits the largest or smallest value.
 [[nodiscard]] std::int64_t numericValue(const Text& text);
 
 // True when the first unit is T, t, Y, y or 1, or else when intValue() is not 0. "0x1" is false.

@@ -9,9 +9,9 @@ namespace halvorn::StringExtensions {
 // followed by two hexadecimal digits, or when a run is not UTF-8.
 [[nodiscard]] Text stringWithExpandedPercentEscapes(const Text& text);
 
-// The same, and then everything escaped that may not stand in a URL: all but ASCII letters, digits and
-// -_.!~*'();/?:@&=+$, . So "a b" and "a%20b" both give "a%20b". The text itself when it holds a lone
-// surrogate.
+// The same, and then everything escaped that may not stand in a URL: all but ASCII
+// letters, digits and -_.!~*'();/?:@&=+$, . So "a b" and "a%20b" both give "a%20b". The
+// text itself when it holds a lone surrogate.
 [[nodiscard]] Text stringWithPercentEscapes(const Text& text);
 
 }  // namespace halvorn::StringExtensions

@@ -43,10 +43,10 @@ void forUTF32Characters(const Text& text, Block&& block) {
 // the low surrogate. 0 for an index outside the text.
 [[nodiscard]] char32_t longCharacterAtIndex(const Text& text, std::int32_t index);
 
-// The emoji with that skin color: 1 to 6, of which 1 and 2 are the lightest; any other number means no
-// modifier. The text itself when it has that color already. Only the first modifier is changed, and one at
-// the very start of the text is none. KEEP: asking for no modifier where there is one puts U+0000 in its
-// place.
+// The emoji with that skin color: 1 to 6, of which 1 and 2 are the lightest; any other number
+// means no modifier. The text itself when it has that color already. Only the first modifier is
+// changed, and one at the very start of the text is none. KEEP: asking for no modifier where
+// there is one puts U+0000 in its place.
 [[nodiscard]] Text emojiStringWithSkinColor(const Text& text, std::int32_t color);
 
 }  // namespace halvorn::StringExtensions

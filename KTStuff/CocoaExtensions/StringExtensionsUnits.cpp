@@ -5,8 +5,8 @@
 namespace halvorn::StringExtensions {
 namespace {
 
-// How much comparing may go to waste before the search changes its method: this, and this much per unit
-// passed.
+// How much comparing may go to waste before the search changes its method: this,
+// and this much per unit passed.
 constexpr std::size_t kFreeComparisons = 256;
 constexpr std::size_t kComparisonsPerUnit = 4;
 

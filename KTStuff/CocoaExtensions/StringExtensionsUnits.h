@@ -50,9 +50,9 @@ constexpr std::uint64_t withoutFirstByte(std::uint64_t word) {
   return word & ~(std::uint64_t{1} << (63 - std::countl_zero(word)));
 }
 
-// The first position from `start` on whose unit passes the test, else npos. The test is asked about whole
-// blocks at a time, so it should be a plain comparison that compilers can turn into one instruction for eight
-// units.
+// The first position from `start` on whose unit passes the test, else npos. The test is asked
+// about whole blocks at a time, so it should be a plain comparison that compilers can turn
+// into one instruction for eight units.
 template <typename UnitTest>
 std::size_t findUnit(std::u16string_view units, std::size_t start, UnitTest passes) {
   constexpr std::size_t kBlock = 16;
@@ -126,8 +126,8 @@ class UnitSearch {
   std::u16string_view pattern_;
   std::size_t firstStart_ = Text::npos;
   std::size_t compared_ = 0;  // units compared so far; too many of them in vain, and borders are made
-  // For each length of a prefix of the pattern the longest shorter prefix that it ends with; empty until
-  // made.
+  // For each length of a prefix of the pattern the longest shorter prefix that
+  // it ends with; empty until made.
   std::vector<std::uint32_t> borders_;
   std::size_t read_ = 0;     // with borders: how far the text was read,
   std::size_t matched_ = 0;  // and how much of the pattern the units before that are

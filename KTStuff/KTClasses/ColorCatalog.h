@@ -17,8 +17,8 @@ namespace halvorn {
 
 class LocalizedStrings;
 
-// A plain color that also knows its names. What is made of it has none, except by asking for the space
-// "Named".
+// A plain color that also knows its names. What is made of it has none, except
+// by asking for the space "Named".
 class CatalogColor : public PlainColor {
  public:
   struct Names {

@@ -1,5 +1,5 @@
-// What the class library takes for granted and most platforms lack: a notification queue that posts when
-// idle.
+// What the class library takes for granted and most platforms lack: a
+// notification queue that posts when idle.
 #pragma once
 
 #include <memory>

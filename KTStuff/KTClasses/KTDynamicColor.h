@@ -36,11 +36,11 @@ class KTDynamicColor : public Color, public std::enable_shared_from_this<KTDynam
   // one answers nothing. The services must outlive the color.
   KTDynamicColor(const KTDynamicColorServices& services, ColorPointer aquaColor, ColorPointer darkAquaColor);
 
-  // Whether the style of the whole desktop is asked before the appearance of what is drawn. Answers the
-  // color itself.
+  // Whether the style of the whole desktop is asked before the appearance of what is
+  // drawn. Answers the color itself.
   std::shared_ptr<KTDynamicColor> useGlobalAppearance(UseGlobalAppearance use);
-  // The variant to be used now, the object itself. Logs: "global dark color" at each call that the flag
-  // decides.
+  // The variant to be used now, the object itself. Logs: "global dark color" at
+  // each call that the flag decides.
   [[nodiscard]] ColorPointer effectiveColor() const;
 
   const ColorSpace* colorSpace() const override;

@@ -1,5 +1,5 @@
-// The command-line keys of the installer. Products that start it link against these, so both sides spell them
-// alike.
+// The command-line keys of the installer. Products that start it link against
+// these, so both sides spell them alike.
 //
 // On the command line a key stands with a leading "-", followed by its value; a key that ends in "Code" takes
 // any number of values: -productName "Foo Bar" -quitCode ABCD EFGH

@@ -4,8 +4,8 @@
 // the first call and then kept; a failure is not kept but asked again. Everything degrades to an empty answer
 // once the process has ended: nullopt, "", 0, 0.0, and "1.0" for the version.
 //
-// The methods of the class itself, as against those of one process, are in KTProcessClass.h, which comes with
-// this file.
+// The methods of the class itself, as against those of one process, are in
+// KTProcessClass.h, which comes with this file.
 //
 // Thread: any, except for the Accessibility methods (main). The KTProcessClass must outlive it.
 #pragma once
@@ -121,16 +121,16 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
 
   // --- acting on the process (KTProcessQuitting.cpp, KTProcessEvents.cpp)
 
-  // Asks the process to end for up to `timeout` seconds, then ends it by force for up to as long again.
-  // Blocks the caller meanwhile. False when it still runs, or cannot be found. Once `cancellation` is
-  // requested nothing more is asked or forced, and what still runs then counts as such. Logs: one line,
-  // whatever the outcome.
+  // Asks the process to end for up to `timeout` seconds, then ends it by force for up to as long
+  // again. Blocks the caller meanwhile. False when it still runs, or cannot be found. Once
+  // `cancellation` is requested nothing more is asked or forced, and what still runs then counts as
+  // such. Logs: one line, whatever the outcome.
   bool quitRunningApplicationWithTimeout(float timeout, const Cancellation& cancellation = kNeverCanceled);
   // Quits with four seconds each, and where that fails sends the classic quit event without waiting, unless
   // canceled. Logs: also the event's failures.
   void quit(const Cancellation& cancellation = kNeverCanceled);
-  // Sends an event without parameters and waits up to `timeout` seconds for the reply, which is thrown away.
-  // Logs:
+  // Sends an event without parameters and waits up to `timeout` seconds for the
+  // reply, which is thrown away. Logs:
   // "*** event error: %d".
   void sendAppleEvent(FourCharCode eventClass, FourCharCode eventID, float timeout);
 
@@ -143,8 +143,8 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
 
   // --- Accessibility (KTProcessAccessibility.cpp). Thread: main.
 
-  // Does nothing when done before. Logs: "AX Notifications: Could not create ..." when the application does
-  // not take part.
+  // Does nothing when done before. Logs: "AX Notifications: Could not create ..." when
+  // the application does not take part.
   void installAXObserver();
   // Has KTProcessUINotification posted for each notification of that name ("AXFocusedWindowChanged"). Logs:
   // "AX Notifications: Could not add notification %@ for %@".

@@ -1,5 +1,5 @@
-// The process model: finds running applications, hands out one KTProcess for each, and tells when they come
-// and go.
+// The process model: finds running applications, hands out one KTProcess for each,
+// and tells when they come and go.
 //
 //   KTProcessClass processes{services};
 //   for (const auto& process : processes.allProcesses()) ...
@@ -42,9 +42,9 @@ class Unicode;
 // Posted when idle, for any object: an application was launched or has ended, or another one came to the
 // front. The object is the KTProcessClass; under "change" stands "started", "ended" or "front".
 inline constexpr char KTProcessChangeNotification[] = "KTProcessChangeNotification";
-// Posted when idle: something that was asked for with addAXNotification happened. The object is the
-// KTProcess; under "element" stands the Accessibility element, or "", under "event" the name of what
-// happened.
+// Posted when idle: something that was asked for with addAXNotification happened. The
+// object is the KTProcess; under "element" stands the Accessibility element, or "", under
+// "event" the name of what happened.
 inline constexpr char KTProcessUINotification[] = "KTProcessUINotification";
 
 struct KTProcessServices {
@@ -74,8 +74,8 @@ class KTProcessClass {
   KTProcessClass(const KTProcessClass&) = delete;
   KTProcessClass& operator=(const KTProcessClass&) = delete;
 
-  // Has the system's events turned into notifications from now on; once, and every way of getting a process
-  // does it.
+  // Has the system's events turned into notifications from now on; once, and every
+  // way of getting a process does it.
   void installNotifications();
 
   // Never null: also for a process that has ended.
@@ -133,8 +133,8 @@ class KTProcessClass {
   bool isHandlerInstalled_ = false;
 };
 
-// The system's events about applications arrive here. Any other kind than the three known ones is posted with
-// the change "".
+// The system's events about applications arrive here. Any other kind than the three known
+// ones is posted with the change "".
 void ApplicationStartEndHandler(int kind, KTProcessClass& processes);
 
 }  // namespace halvorn

@@ -57,9 +57,9 @@ OptionalText KTProcess::carbonVersion() const {
   if (!location) return std::nullopt;
   const auto resource = services().items.resource(*location, kVersionResourceType, kVersionResourceId);
   if (!resource || resource->size() < 4) return std::nullopt;
-  // KEEP: the record is read in the field order of a little-endian memory, although resources are stored the
-  // other way round: byte 3 holds the major number, byte 2 minor and bugfix, byte 1 the stage, byte 0 the
-  // pre-release revision.
+  // KEEP: the record is read in the field order of a little-endian memory, although resources are
+  // stored the other way round: byte 3 holds the major number, byte 2 minor and bugfix, byte 1 the
+  // stage, byte 0 the pre-release revision.
   const auto byte = [&](std::size_t index) { return static_cast<unsigned char>((*resource)[index]); };
   const int major = (byte(3) >> 4) * 10 + (byte(3) & 0xF);
   const int minor = byte(2) >> 4;

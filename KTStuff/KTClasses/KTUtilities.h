@@ -1,5 +1,5 @@
-// The maker's utilities under one name: versions, scripts, facts about the desktop, how this program was
-// launched.
+// The maker's utilities under one name: versions, scripts, facts about the
+// desktop, how this program was launched.
 //
 // One object is made at the root of the program. Who needs one part only takes that part: a
 // `const KTUtilitiesVersions&` to compare versions, a `KTUtilitiesDesktop&` to ask for the dark appearance.

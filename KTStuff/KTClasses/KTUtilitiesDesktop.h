@@ -1,9 +1,9 @@
-// Facts about the person's desktop: who filled the clipboard, full screen, the dark style, idle time, file
-// systems.
+// Facts about the person's desktop: who filled the clipboard, full screen, the dark
+// style, idle time, file systems.
 //
-// Making the object is the first use of the class: one second later it begins to follow which application is
-// in front. What is called before that, or before the desktop has told of a switch, is answered right all the
-// same.
+// Making the object is the first use of the class: one second later it begins to follow which
+// application is in front. What is called before that, or before the desktop has told of a
+// switch, is answered right all the same.
 //
 // Thread: main, except for what says otherwise.
 // Why: docs/decisions/021-the-desktop-is-asked.md
@@ -51,8 +51,8 @@ class KTUtilitiesDesktop : public KTUtilitiesTheme {
 
   // --- the clipboard
 
-  // Has installProcessWatcher() run in one second; only the first call does, which the constructor makes.
-  // Thread: any.
+  // Has installProcessWatcher() run in one second; only the first call does, which
+  // the constructor makes. Thread: any.
   void initialize();
   // Calls processSwitched() after each KTProcessChangeNotification from now on.
   void installProcessWatcher();
@@ -63,9 +63,9 @@ class KTUtilitiesDesktop : public KTUtilitiesTheme {
 
   // --- how things look; the dark style is the theme's
 
-  // Whether the desktop has hidden its menu bar for a window that fills the screen. The first call begins to
-  // watch; what the desktop tells thereupon is answered from the next turn of the main loop on. Logs: when it
-  // cannot be watched.
+  // Whether the desktop has hidden its menu bar for a window that fills the screen. The first call
+  // begins to watch; what the desktop tells thereupon is answered from the next turn of the main
+  // loop on. Logs: when it cannot be watched.
   [[nodiscard]] bool fullScreenMode();
   [[nodiscard]] bool displayIsZoomed() const { return false; }
   // "tintYosBlue" and its like, out of the resources of the application; null when it has no such image.
@@ -73,8 +73,8 @@ class KTUtilitiesDesktop : public KTUtilitiesTheme {
 
   // --- the system
 
-  // "CFBundleExecutable" of the main bundle; "" when it is missing. Thread: any, as all of these but
-  // idleTime().
+  // "CFBundleExecutable" of the main bundle; "" when it is missing. Thread: any,
+  // as all of these but idleTime().
   [[nodiscard]] Text applicationName() const;
   [[nodiscard]] bool debugging() const;
   // Seconds since the person's last input; -1.0 when the system does not tell.

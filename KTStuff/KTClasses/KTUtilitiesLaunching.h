@@ -1,7 +1,7 @@
 // From where and by whom this program was started; aliases; opening files; the helper application "Micro".
 //
-// Nothing is kept: each call asks the system afresh. Nothing fails loudly: no, or the argument, is the
-// answer.
+// Nothing is kept: each call asks the system afresh. Nothing fails loudly: no,
+// or the argument, is the answer.
 //
 // Thread: any, except launchMicro() (main).
 #pragma once
@@ -39,20 +39,20 @@ class KTUtilitiesLaunching {
   // All that is passed in must outlive this object.
   KTUtilitiesLaunching(KTUtilitiesDesktop& desktop, const KTUtilitiesLaunchingServices& services);
 
-  // Whether the main bundle lies on a volume that the file "launchlock" marks as the product's distribution
-  // disk.
+  // Whether the main bundle lies on a volume that the file "launchlock" marks as
+  // the product's distribution disk.
   [[nodiscard]] bool runningFromDistributionDisk() const;
-  // Whether this program runs from the distribution disk, or from a place where the system put it for the
-  // moment.
+  // Whether this program runs from the distribution disk, or from a place where
+  // the system put it for the moment.
   [[nodiscard]] bool installationMode() const;
 
   // The path of the alias's final target; the path itself when it is no alias or leads nowhere.
   [[nodiscard]] Text resolvedAlias(const Text& path) const;
 
-  // Has the helper "Micro" take the front for a moment and then gives it back to the application that had it.
-  // With LeaveFocus::Yes that application is not asked for before the helper is through. Does nothing in
-  // full-screen mode. Blocks for up to about a second. Logs: how often it looked for the helper, and what
-  // went wrong.
+  // Has the helper "Micro" take the front for a moment and then gives it back to the application
+  // that had it. With LeaveFocus::Yes that application is not asked for before the helper is
+  // through. Does nothing in full-screen mode. Blocks for up to about a second. Logs: how often it
+  // looked for the helper, and what went wrong.
   void launchMicro(LeaveFocus leaveFocus);
 
   // Whether the process that launched this one has that creator ("ABCD").

@@ -52,9 +52,9 @@ class KTUtilitiesVersions {
   // "10.14.6", "10.15".
   [[nodiscard]] Text systemVersionString() const;
 
-  // The day ("2021-03-14") in the person's short date style. It is taken at midnight UTC and shown in the
-  // local time zone, so west of Greenwich the text shows the day before. nullopt when it is no day of the
-  // calendar.
+  // The day ("2021-03-14") in the person's short date style. It is taken at midnight UTC and
+  // shown in the local time zone, so west of Greenwich the text shows the day before. nullopt
+  // when it is no day of the calendar.
   [[nodiscard]] OptionalText localizedDateString(const Text& day) const;
 
   // Releases, by the version number of the application framework.

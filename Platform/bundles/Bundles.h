@@ -1,7 +1,7 @@
 // Application bundles: their information dictionaries and resources.
 //
-// Nothing outside the bundle is read, whatever its files say; hostile, truncated or huge files count as
-// missing. Thread: any.
+// Nothing outside the bundle is read, whatever its files say; hostile, truncated or huge
+// files count as missing. Thread: any.
 #pragma once
 
 #include <optional>

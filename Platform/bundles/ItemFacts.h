@@ -22,8 +22,8 @@ class ItemFacts {
   virtual ~ItemFacts() = default;
   // nullopt when there is no item at the path.
   [[nodiscard]] virtual std::optional<ApplicationItemFlags> flags(const Text& path) const = 0;
-  // The bytes of a classic resource in the item's resource fork; nullopt without a fork or without the
-  // resource.
+  // The bytes of a classic resource in the item's resource fork; nullopt without
+  // a fork or without the resource.
   [[nodiscard]] virtual std::optional<std::string> resource(const Text& path, FourCharCode type,
                                                             std::int16_t id) const = 0;
   // Where the alias at the path leads in the end, through any number of further aliases. nullopt when the

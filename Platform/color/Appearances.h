@@ -26,8 +26,8 @@ class Appearances {
   virtual ~Appearances() = default;
   // That of the view which is being drawn now; null while nothing is drawn.
   [[nodiscard]] virtual AppearancePointer currentAppearance() const = 0;
-  // That of the whole application, which views follow unless they are held to another one; null when the
-  // desktop has none.
+  // That of the whole application, which views follow unless they are held to another
+  // one; null when the desktop has none.
   [[nodiscard]] virtual AppearancePointer effectiveAppearance() const = 0;
 };
 

@@ -1,8 +1,8 @@
 // A color: what views, fields and drawing accept.
 //
-// A question about components of another model than the color's own is answered as if the color had been
-// converted first. "Nothing" is what is answered where there is no color at all: 0, null, nullopt, no
-// components.
+// A question about components of another model than the color's own is answered as if the
+// color had been converted first. "Nothing" is what is answered where there is no color at
+// all: 0, null, nullopt, no components.
 //
 // Thread: as the implementation says; plain colors any.
 // Why: docs/decisions/019-colors.md

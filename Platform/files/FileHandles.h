@@ -23,8 +23,8 @@ class FileHandle {
 class FileHandles {
  public:
   virtual ~FileHandles() = default;
-  // Null when there is no such file, or it is a folder, or may not be written. Never waits for the other end
-  // of a pipe.
+  // Null when there is no such file, or it is a folder, or may not be written. Never
+  // waits for the other end of a pipe.
   [[nodiscard]] virtual std::unique_ptr<FileHandle> openForWriting(const Text& path) const = 0;
 };
 

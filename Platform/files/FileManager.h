@@ -1,8 +1,8 @@
 // The file system, as the installer asks it.
 //
 // Thread: any; implementations keep no state between calls.
-// Fails: every operation answers; nothing throws. Existence tests follow links: a link to nowhere does not
-// exist.
+// Fails: every operation answers; nothing throws. Existence tests follow links: a
+// link to nowhere does not exist.
 #pragma once
 
 #include <cstddef>
@@ -23,11 +23,11 @@ class FileManager {
   [[nodiscard]] virtual bool isDirectory(const Text& path) const = 0;
   // Whether this process may write the existing item; false when there is none.
   [[nodiscard]] virtual bool isWritable(const Text& path) const = 0;
-  // Entry names without "." and "..", hidden ones included, in the order the system lists them. nullopt:
-  // unreadable.
+  // Entry names without "." and "..", hidden ones included, in the order the system
+  // lists them. nullopt: unreadable.
   [[nodiscard]] virtual std::optional<std::vector<Text>> contentsOfDirectory(const Text& path) const = 0;
-  // The bytes of a regular file of at most `limit` bytes; nullopt for anything else. Never blocks on a pipe
-  // or device.
+  // The bytes of a regular file of at most `limit` bytes; nullopt for anything else.
+  // Never blocks on a pipe or device.
   [[nodiscard]] virtual std::optional<std::string> readFile(const Text& path, std::size_t limit) const = 0;
 
   // Whether the item at `path` is the item at `folder` or stands somewhere in it; by what is on disk, not by

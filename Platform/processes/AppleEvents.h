@@ -1,8 +1,7 @@
 // Events that one application sends another: quit, open, reopen ...
 //
 // Making and sending are apart because each can fail by itself. Statuses are 0 for success, else the system's
-// number
-// (-600 no such process, -1708 not handled, -1712 timed out).
+// number (-600 no such process, -1708 not handled, -1712 timed out).
 //
 // Thread: any.
 #pragma once

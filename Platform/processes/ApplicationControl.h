@@ -11,9 +11,9 @@ namespace halvorn {
 class RunningApplication {
  public:
   virtual ~RunningApplication() = default;
-  // Asks it to end the way a person would: its windows are closed, it may ask to save. Does nothing but
-  // answer true while an earlier request, whoever made it, is not answered yet. False when the application is
-  // gone.
+  // Asks it to end the way a person would: its windows are closed, it may ask to save. Does
+  // nothing but answer true while an earlier request, whoever made it, is not answered yet.
+  // False when the application is gone.
   [[nodiscard]] virtual bool terminate() = 0;
   // Ends it without asking. False when the application is gone.
   [[nodiscard]] virtual bool forceTerminate() = 0;

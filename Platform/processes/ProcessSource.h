@@ -35,9 +35,9 @@ struct MacRomanName {
 struct ProcessInformation {
   // ... or as text; which of the two is the system's own affair.
   std::variant<MacRomanName, Text> name;
-  // The creator signature. Only a program that declares a code in its bundle has one that can be written as
-  // text; every other program gets a code with a control character in it, so that no list of codes names it
-  // by accident.
+  // The creator signature. Only a program that declares a code in its bundle has one that can be
+  // written as text; every other program gets a code with a control character in it, so that no
+  // list of codes names it by accident.
   FourCharCode signature = 0;
 };
 

@@ -40,10 +40,10 @@ class Authorizer {
     AuthorizationAnswer answer = AuthorizationAnswer::Refused;
     std::unique_ptr<Authorization> authorization;  // set when granted
   };
-  // Asks for the right to run this tool with these arguments (its own path not among them) as administrator.
-  // May show the system's password dialog and then blocks the calling thread until it is answered. The right
-  // covers one run: desktops whose policy starts programs itself cannot give it apart from what it is for.
-  // Thread: a worker.
+  // Asks for the right to run this tool with these arguments (its own path not among them) as
+  // administrator. May show the system's password dialog and then blocks the calling thread until it is
+  // answered. The right covers one run: desktops whose policy starts programs itself cannot give it
+  // apart from what it is for. Thread: a worker.
   [[nodiscard]] virtual Result requestAdministratorRights(const Text& toolPath,
                                                           const std::vector<Text>& arguments) = 0;
 

@@ -16,15 +16,15 @@
 
 namespace halvorn {
 
-// A program that was started. The object may go before the program ends; that ends nothing and leaves nothing
-// behind.
+// A program that was started. The object may go before the program ends; that ends
+// nothing and leaves nothing behind.
 class Task {
  public:
   virtual ~Task() = default;
   // True until the end has been seen. Never blocks.
   [[nodiscard]] virtual bool isRunning() = 0;
-  // Asks the program, and it alone, to end. Does nothing once it has ended, whoever has its process id by
-  // then.
+  // Asks the program, and it alone, to end. Does nothing once it has ended,
+  // whoever has its process id by then.
   virtual void terminate() = 0;
 };
 
@@ -42,9 +42,9 @@ class Tasks {
                                           const Text& workingFolder, const Text& outputFile) = 0;
   // Starts the program with the standard streams and working folder of this one and forgets it.
   virtual void launchAndForget(const Text& executable, const std::vector<Text>& arguments) = 0;
-  // Starts the program and returns what it writes to standard output until nothing holds that open any more;
-  // its other streams are those of this program, closed ones stay closed. nullopt when it could not be
-  // started.
+  // Starts the program and returns what it writes to standard output until nothing holds that
+  // open any more; its other streams are those of this program, closed ones stay closed.
+  // nullopt when it could not be started.
   [[nodiscard]] virtual std::optional<std::string> standardOutputOf(const Text& executable,
                                                                     const std::vector<Text>& arguments) = 0;
 };

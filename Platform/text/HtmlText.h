@@ -1,5 +1,5 @@
-// HTML, read as a stream of what a page holds. Whatever is not well formed is understood as browsers do,
-// roughly.
+// HTML, read as a stream of what a page holds. Whatever is not well formed is
+// understood as browsers do, roughly.
 //
 // Thread: any. Scripts are not run, and nothing is fetched.
 #pragma once
@@ -18,8 +18,8 @@ class HtmlVisitor {
   // same; every start has its end.
   virtual void startElement(std::string_view name) = 0;
   virtual void endElement(std::string_view name) = 0;
-  // Text with its entities resolved, in pieces of any length. What scripts and style sheets consist of is not
-  // text.
+  // Text with its entities resolved, in pieces of any length. What scripts and
+  // style sheets consist of is not text.
   virtual void characters(const Text& text) = 0;
 };
 
@@ -28,8 +28,8 @@ enum class HtmlAnswer { Read, NestedTooDeeply, Failed };
 class HtmlText {
  public:
   virtual ~HtmlText() = default;
-  // Fails: elements in elements in elements ... more than some hundreds deep; the visitor has seen a part
-  // then.
+  // Fails: elements in elements in elements ... more than some hundreds deep;
+  // the visitor has seen a part then.
   [[nodiscard]] virtual HtmlAnswer read(const Text& html, HtmlVisitor& visitor) const = 0;
 };
 

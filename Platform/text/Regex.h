@@ -1,5 +1,5 @@
-// Regular expressions: patterns are compiled, matches are found. What a template makes of them is not decided
-// here.
+// Regular expressions: patterns are compiled, matches are found. What a template
+// makes of them is not decided here.
 //
 // Thread: any; a compiled expression may be used on several threads at once.
 // Fails: a bad pattern, and a search that had to be given up, are answered with the reason in words.

@@ -1,7 +1,7 @@
 // Text as bytes, and bytes as text.
 //
-// Thread: any. Fails: what cannot be converted in full is answered with nullopt; nothing is replaced or left
-// out.
+// Thread: any. Fails: what cannot be converted in full is answered with nullopt;
+// nothing is replaced or left out.
 #pragma once
 
 #include <cstdint>

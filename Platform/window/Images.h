@@ -18,11 +18,11 @@ using ImagePointer = std::shared_ptr<const Image>;
 class Images {
  public:
   virtual ~Images() = default;
-  // The picture in the file (icns with all its sizes, png, svg ...); null when it is missing, unreadable or
-  // hostile. Thread: main.
+  // The picture in the file (icns with all its sizes, png, svg ...); null when it is missing,
+  // unreadable or hostile. Thread: main.
   [[nodiscard]] virtual ImagePointer imageFromFile(const Text& path) = 0;
-  // A picture of the installer's own resources by name, without extension ("AlertStopIcon"); null when
-  // missing.
+  // A picture of the installer's own resources by name, without extension
+  // ("AlertStopIcon"); null when missing.
   [[nodiscard]] virtual ImagePointer imageNamed(const Text& name) = 0;
   // The icon the desktop shows for the item at the path, at least that of some application for a bundle; null
   // when there is no item, or the desktop has no icon for it.

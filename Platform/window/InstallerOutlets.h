@@ -1,7 +1,7 @@
 // The outlets of the installer window, by their names in the interface description.
 //
-// The outlets belong to whoever made the window and live as long as it; the controller only holds this
-// struct.
+// The outlets belong to whoever made the window and live as long as it; the
+// controller only holds this struct.
 #pragma once
 
 #include "Platform/window/Views.h"

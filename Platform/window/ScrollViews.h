@@ -1,8 +1,8 @@
 // Documents that are larger than the place they have.
 //
-// Coordinates grow to the right and upwards: the smallest y is the lower edge of a document, and the largest
-// its upper one. A clip view's bounds are the part of the document that it shows, in the document's
-// coordinates.
+// Coordinates grow to the right and upwards: the smallest y is the lower edge of a document,
+// and the largest its upper one. A clip view's bounds are the part of the document that it
+// shows, in the document's coordinates.
 //
 // Thread: main, all of them.
 // Why: docs/decisions/018-views.md

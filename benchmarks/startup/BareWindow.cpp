@@ -1,5 +1,5 @@
-// The least that a program of the toolkit with such a window can do: as many widgets of the same kinds,
-// nothing else.
+// The least that a program of the toolkit with such a window can do: as many widgets
+// of the same kinds, nothing else.
 #include <QApplication>
 #include <QBoxLayout>
 #include <QLabel>

@@ -47,8 +47,8 @@ struct FakeApplication {
   std::optional<Date> startTime = Date{1'600'000'000.0};
   bool informationFails = false;
 
-  // What was asked of it, in order: "terminate", "forceTerminate", "front", "front window", "hide", "show",
-  // "wake".
+  // What was asked of it, in order: "terminate", "forceTerminate", "front", "front
+  // window", "hide", "show", "wake".
   std::vector<std::string> requests = {};
 
   ProcessSerialNumber number = {};

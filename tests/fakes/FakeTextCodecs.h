@@ -1,5 +1,5 @@
-// Codecs for ASCII, Latin-1, Mac OS Roman and the Unicode encodings; a detector that says what a test wrote
-// down.
+// Codecs for ASCII, Latin-1, Mac OS Roman and the Unicode encodings; a detector
+// that says what a test wrote down.
 #pragma once
 
 #include <functional>

@@ -1,5 +1,5 @@
-// Unicode as far as ASCII and Latin-1 go. Every other scalar is a symbol without case: assigned, no letter,
-// no blank.
+// Unicode as far as ASCII and Latin-1 go. Every other scalar is a symbol without
+// case: assigned, no letter, no blank.
 #pragma once
 
 #include <compare>

@@ -1,8 +1,8 @@
-// A product that writes down how it was started, and ends: appends one file to the folder "reports" of its
-// home.
+// A product that writes down how it was started, and ends: appends one file to
+// the folder "reports" of its home.
 //
-// Two reports of the same product can be compared line by line; what must differ between any two runs is left
-// out.
+// Two reports of the same product can be compared line by line; what must differ
+// between any two runs is left out.
 #include <sys/stat.h>
 #include <unistd.h>
 

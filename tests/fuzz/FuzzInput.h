@@ -22,8 +22,8 @@ class FuzzInput {
     (void)take(1);
     return part;
   }
-  // The same as a text: UTF-8, or two bytes a unit when it begins with a tilde, so that every unit can be
-  // made.
+  // The same as a text: UTF-8, or two bytes a unit when it begins with a tilde,
+  // so that every unit can be made.
   [[nodiscard]] Text text() {
     const std::string_view part = bytes();
     if (!part.starts_with('~')) return Text(part);

@@ -16,8 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(escaped.length() >= text.length(), "escaping makes no text shorter");
   const Text expanded = stringByExpandingEscapedCharacters(text, characters);
   require(expanded.length() <= text.length(), "expanding makes no text longer");
-  // With one character to escape, the escape is exact. Letters that stand for control characters are none to
-  // escape.
+  // With one character to escape, the escape is exact. Letters that stand for
+  // control characters are none to escape.
   const bool hasLetters = characters.contains("n") || characters.contains("r") || characters.contains("t");
   if (escaped.length() == text.length() + 1 && !hasLetters && !characters.contains("\\") &&
       !text.contains("\\")) {

@@ -6,8 +6,8 @@
 // It is ended by its pid alone, at the latest by the destructor, and dies with the test program should that
 // crash. Standard output and standard error arrive together.
 //
-// Thread: one thread uses it; that thread must live as long as the program (the system ends it with its
-// starter).
+// Thread: one thread uses it; that thread must live as long as the program (the
+// system ends it with its starter).
 #pragma once
 
 #include <sys/types.h>
@@ -57,8 +57,8 @@ class ChildProcess {
 
   // Does nothing once the end has been seen.
   void sendSignal(int signal);
-  // The exit status, or minus the number of the signal that ended it; nullopt when it still runs after that
-  // time.
+  // The exit status, or minus the number of the signal that ended it; nullopt when
+  // it still runs after that time.
   [[nodiscard]] std::optional<int> waitForEnd(double seconds);
   // Sends the signal, gives it the time, then kills; the status as above.
   int end(int signal = SIGTERM, double seconds = 5.0);

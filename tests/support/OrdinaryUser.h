@@ -7,9 +7,9 @@
 
 namespace halvorn {
 
-// While it lives, a test that runs as the administrator has the rights of an ordinary user, to whom the
-// folder and all in it belong. For anybody else it changes nothing. Thread: one at a time; all threads of the
-// process change.
+// While it lives, a test that runs as the administrator has the rights of an ordinary user, to
+// whom the folder and all in it belong. For anybody else it changes nothing. Thread: one at a
+// time; all threads of the process change.
 class OrdinaryUser {
  public:
   explicit OrdinaryUser(const std::filesystem::path& folder) {

@@ -5,9 +5,9 @@
 //   PolkitWorld world({.rules = PolkitWorld::ruleAnswering("NO")});
 //   ChildProcess program(world.asPerson({"/usr/bin/id"}), {.environment = world.personsEnvironment()});
 //
-// It is a private mount namespace of the test program: /run, /opt, the accounts, the policy's folders and the
-// password checks are mounted over there and nowhere else, and nothing of the machine is written. Needs the
-// rights of root.
+// It is a private mount namespace of the test program: /run, /opt, the accounts, the policy's
+// folders and the password checks are mounted over there and nowhere else, and nothing of the
+// machine is written. Needs the rights of root.
 //
 // Thread: one; the test program should have no others when it makes its world.
 #pragma once

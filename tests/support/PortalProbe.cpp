@@ -1,6 +1,6 @@
-// A desktop portal with one setting, color-scheme, on the session bus: "dark", "light" and "none" on standard
-// input set it, each answered by "done". With the argument "silent" it takes the name and never answers a
-// question.
+// A desktop portal with one setting, color-scheme, on the session bus: "dark", "light" and
+// "none" on standard input set it, each answered by "done". With the argument "silent" it takes
+// the name and never answers a question.
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -1,5 +1,5 @@
-// The utilities on a real desktop: everything below them is the real adapter, told the display and the buses
-// by name.
+// The utilities on a real desktop: everything below them is the real adapter, told
+// the display and the buses by name.
 //
 //   Desktop desktop;
 //   RealUtilities real(desktop);

@@ -14,8 +14,8 @@ void makeSmallFiles(const std::string& path, int files);
 void makeMixed(const std::string& path, std::uint64_t bytes);
 // One file, without holes.
 void makeBigFile(const std::string& path, std::uint64_t bytes);
-// Branches `levels` deep with links, hard links across folders, holes and, where the file system has them,
-// extended attributes.
+// Branches `levels` deep with links, hard links across folders, holes and, where the file
+// system has them, extended attributes.
 void makeDeep(const std::string& path, int levels, int branches);
 // Empty files in folders of `filesPerFolder`.
 void makeManyFiles(const std::string& path, int files, int filesPerFolder);

@@ -5,8 +5,8 @@
 //   front         asks the window manager for the front
 //   quit
 //
-// It answers each line with "done" once the server has heard of it, and says "ready" when its window is
-// shown.
+// It answers each line with "done" once the server has heard of it, and says
+// "ready" when its window is shown.
 #include <poll.h>
 #include <unistd.h>
 #include <xcb/xcb.h>

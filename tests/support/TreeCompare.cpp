@@ -139,8 +139,8 @@ class Comparer {
   std::set<Identity> copies_;
 };
 
-// Thousands of folders in one another are thousands of calls in one another, and the sanitizers make each of
-// them large.
+// Thousands of folders in one another are thousands of calls in one another, and the
+// sanitizers make each of them large.
 void onLargeStack(std::function<void()> task) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);

@@ -1,5 +1,5 @@
-// Pairs of versions and how they compare: the table in tests/data/versions, random ones, and a slow, obvious
-// oracle.
+// Pairs of versions and how they compare: the table in tests/data/versions, random
+// ones, and a slow, obvious oracle.
 #pragma once
 
 #include <algorithm>

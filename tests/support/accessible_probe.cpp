@@ -1,5 +1,5 @@
-// Prints what an assistive program sees of another program, one line for each part of its windows, parents
-// first:
+// Prints what an assistive program sees of another program, one line for each
+// part of its windows, parents first:
 //
 //   role <tab> name <tab> states <tab> x <tab> y <tab> width <tab> height <tab> text
 //

@@ -12,9 +12,9 @@ constexpr std::size_t kHeaderSize = 8;
 constexpr std::size_t kTrailerSize = 32;
 constexpr double kSecondsFrom1970To2001 = 978'307'200.0;
 
-// The file: "bplist00", the objects, the table of their offsets, the trailer. An object begins with a byte
-// whose upper half is its kind and whose lower half is its size, 15 for a size that follows as an integer
-// object.
+// The file: "bplist00", the objects, the table of their offsets, the trailer. An object
+// begins with a byte whose upper half is its kind and whose lower half is its size, 15 for a
+// size that follows as an integer object.
 class BinaryReader {
  public:
   BinaryReader(std::string_view bytes, const PropertyListLimits& limits) : bytes_(bytes), budget_(limits) {}
@@ -89,8 +89,8 @@ class BinaryReader {
   std::optional<PropertyValue> integer(std::size_t position) {
     const std::size_t size = std::size_t{1} << (byteAt(position) & 0x0F);
     if (size > 16 || !fits(position + 1, size) || !budget_.spend()) return std::nullopt;
-    // Up to four bytes are unsigned. Sixteen hold what does not fit eight signed ones, so their upper half is
-    // 0.
+    // Up to four bytes are unsigned. Sixteen hold what does not fit eight signed
+    // ones, so their upper half is 0.
     if (size == 16) {
       const std::uint64_t low = numberAt(position + 9, 8);
       if (numberAt(position + 1, 8) != 0) return std::nullopt;

@@ -27,8 +27,8 @@ class BundleFolder {
   // "Contents/Resources" or "Resources", relative to the bundle.
   [[nodiscard]] Text resources() const;
 
-  // The item at a path relative to the bundle; nullopt when there is none or when a link leads out of the
-  // bundle.
+  // The item at a path relative to the bundle; nullopt when there is none or when
+  // a link leads out of the bundle.
   [[nodiscard]] std::optional<FoundItem> find(const Text& relativePath) const;
   [[nodiscard]] std::optional<std::string> read(const Text& relativePath, std::size_t limit) const;
   [[nodiscard]] Text pathOf(const Text& relativePath) const;
@@ -41,8 +41,8 @@ class BundleFolder {
   std::vector<std::string> realFolders_;  // what counts as the bundle
 };
 
-// Whether the text can be the relative path of something within a bundle: no "..", not absolute, no zero
-// unit.
+// Whether the text can be the relative path of something within a bundle: no
+// "..", not absolute, no zero unit.
 [[nodiscard]] bool staysInside(const Text& relativePath);
 
 // The innermost ".app" folder that contains the path; nullopt when none does.

@@ -15,8 +15,8 @@ class Bundles;
 [[nodiscard]] Text displayNameOf(const Text& path, const Bundles& bundles,
                                  const std::vector<Text>& languages);
 
-// The name a table of a bundle's names (InfoPlist.strings) gives the bundle; nullopt when none. One line,
-// never empty.
+// The name a table of a bundle's names (InfoPlist.strings) gives the bundle; nullopt
+// when none. One line, never empty.
 [[nodiscard]] OptionalText bundleNameIn(const PropertyDictionary& table);
 // Whether the bundle still bears the file name that its information dictionary gives it.
 [[nodiscard]] bool hasOwnFileName(const Text& bundlePath, const PropertyDictionary& info);

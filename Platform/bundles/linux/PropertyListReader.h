@@ -1,8 +1,8 @@
 // Property lists: XML, binary and the old text format, told apart by their first bytes.
 //
-// The files come from anywhere, so every reader is bounded: whatever does not fit the limits, ends too early
-// or contradicts itself is no property list. Nothing outside the bytes is ever read, declared entities are
-// refused.
+// The files come from anywhere, so every reader is bounded: whatever does not fit the limits,
+// ends too early or contradicts itself is no property list. Nothing outside the bytes is ever
+// read, declared entities are refused.
 //
 // Numbers above the largest signed 64-bit integer become reals. In the old format every leaf is a text or
 // data, unless it is written with a type (<*I12>). The last of several equal keys counts.

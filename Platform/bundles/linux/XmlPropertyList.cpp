@@ -117,8 +117,8 @@ class XmlReader {
       reader(self).characters({text, static_cast<std::size_t>(length)});
     });
     XML_SetSkippedEntityHandler(parser_.get(), [](void* self, const char*, int) { reader(self).fail(); });
-    // A list needs no entities of its own; the ones that hostile files declare grow without bound or name
-    // files.
+    // A list needs no entities of its own; the ones that hostile files declare
+    // grow without bound or name files.
     XML_SetEntityDeclHandler(parser_.get(),
                              [](void* self, const char*, int, const char*, int, const char*, const char*,
                                 const char*, const char*) { reader(self).fail(); });

@@ -10,8 +10,8 @@ namespace halvorn::ColorSchemeSetting {
 
 // To be sent to the portal.
 [[nodiscard]] QDBusMessage question();
-// What the arguments of its reply say; nullopt when they say nothing. Schemes that nobody knows are no
-// preference.
+// What the arguments of its reply say; nullopt when they say nothing. Schemes that
+// nobody knows are no preference.
 [[nodiscard]] std::optional<bool> prefersDark(const QVariantList& reply);
 
 // Has every change of any setting told to a slot that takes the QDBusMessage.

@@ -2,8 +2,8 @@
 //
 // Whatever this program did not write itself is read by one of these.
 //
-// Fails: nullopt when there is no such file, it cannot be read, is no regular file or longer than the limit.
-// Thread: any.
+// Fails: nullopt when there is no such file, it cannot be read, is no regular file or
+// longer than the limit. Thread: any.
 #pragma once
 
 #include <cstddef>

@@ -26,8 +26,8 @@ class PkexecRun {
                                                         const std::string& toolPath,
                                                         const std::vector<std::string>& arguments,
                                                         int& error);
-  // Leaves a running tool alone: it cannot be stopped with the rights of this process, and half a copy helps
-  // nobody.
+  // Leaves a running tool alone: it cannot be stopped with the rights of this
+  // process, and half a copy helps nobody.
   ~PkexecRun();
   PkexecRun(const PkexecRun&) = delete;
   PkexecRun& operator=(const PkexecRun&) = delete;

@@ -7,8 +7,8 @@ namespace halvorn {
 
 enum class PolicyAnswer { Refuses, AsksForPassword, Unknown };
 
-// For the log alone: rules may decide otherwise for one program than for programs in general. Takes seconds
-// at most.
+// For the log alone: rules may decide otherwise for one program than for programs
+// in general. Takes seconds at most.
 [[nodiscard]] PolicyAnswer askPolicy(const std::string& pkcheckPath);
 
 }  // namespace halvorn

@@ -1,8 +1,8 @@
 // Administrator rights from polkit, through pkexec.
 //
-// Asking for the rights and running the tool are one on this desktop: pkexec asks and, once it may, turns
-// into the tool. So the tool runs already when the rights are granted, and Authorization::run() waits for its
-// end.
+// Asking for the rights and running the tool are one on this desktop: pkexec asks and, once it may,
+// turns into the tool. So the tool runs already when the rights are granted, and
+// Authorization::run() waits for its end.
 //
 // Logs: one line for whatever keeps the tool from running or ends it badly; the tool's own lines reach the
 // standard error stream as they are.
@@ -22,8 +22,8 @@ namespace halvorn {
 class Log;
 class PkexecRun;
 
-// Where the programs of polkit lie. The search path is not asked: it would let anybody's program ask for the
-// password.
+// Where the programs of polkit lie. The search path is not asked: it would let
+// anybody's program ask for the password.
 struct PolkitPrograms {
   std::vector<std::string> pkexec = {"/usr/bin/pkexec", "/usr/local/bin/pkexec", "/run/wrappers/bin/pkexec"};
   std::vector<std::string> pkcheck = {"/usr/bin/pkcheck", "/usr/local/bin/pkcheck",

@@ -12,8 +12,8 @@
 namespace halvorn::ProcessRights {
 namespace {
 
-// Not among them: device nodes, file capabilities, mounting, space reserved for the system, looking into
-// others.
+// Not among them: device nodes, file capabilities, mounting, space reserved for
+// the system, looking into others.
 constexpr std::array<int, 5> kNeededRights{CAP_CHOWN, CAP_DAC_OVERRIDE, CAP_FOWNER, CAP_SETGID, CAP_SETUID};
 
 constexpr std::uint64_t neededMask() {

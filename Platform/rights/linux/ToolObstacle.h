@@ -24,8 +24,8 @@ struct ToolObstacle {
 // nullopt when nothing speaks against it.
 [[nodiscard]] std::optional<ToolObstacle> obstacleToTool(const std::string& toolPath);
 
-// Whether the text, in the form of /proc/self/mountinfo, shows the device as mounted by a person for that
-// person alone.
+// Whether the text, in the form of /proc/self/mountinfo, shows the device as mounted
+// by a person for that person alone.
 [[nodiscard]] bool isPrivateMount(const std::string& mounts, unsigned major, unsigned minor);
 
 }  // namespace halvorn

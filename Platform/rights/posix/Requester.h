@@ -37,8 +37,8 @@ namespace RequesterVariables {
 [[nodiscard]] Requester requesterNamedBy(const VariableLookup& variable);
 // Whether they name anybody, the administrator and the unknown included. Looks no account up.
 [[nodiscard]] bool nameAnybody(const VariableLookup& variable = variableOfThisProcess);
-// The variables themselves; and those that say where personOfThisProcess() finds the folders, where nobody is
-// named.
+// The variables themselves; and those that say where personOfThisProcess() finds
+// the folders, where nobody is named.
 [[nodiscard]] std::span<const char* const> names();
 [[nodiscard]] std::span<const char* const> namesOfFolders();
 }  // namespace RequesterVariables

@@ -25,8 +25,8 @@ class WordPointers {
 // Of this process, as it is now.
 [[nodiscard]] std::vector<std::string> ownEnvironment();
 
-// What happens in the child before the program runs, in the order of the calls; then all but the standard
-// streams is closed.
+// What happens in the child before the program runs, in the order of the calls; then all
+// but the standard streams is closed.
 class CleanStart {
  public:
   CleanStart();

@@ -17,9 +17,9 @@ class RunLoop {
   };
 
   virtual ~RunLoop() = default;
-  // Calls back again and again while something can be read from the descriptor, or while its other end is
-  // gone. The caller keeps the descriptor open for as long as the source exists. Costs nothing while nothing
-  // happens.
+  // Calls back again and again while something can be read from the descriptor, or while its
+  // other end is gone. The caller keeps the descriptor open for as long as the source exists.
+  // Costs nothing while nothing happens.
   [[nodiscard]] virtual std::unique_ptr<Source> whenReadable(int descriptor,
                                                              std::function<void()> callback) = 0;
   // Calls back every so many seconds, first after that time.

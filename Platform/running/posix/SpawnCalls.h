@@ -8,8 +8,8 @@ namespace halvorn::SpawnCalls {
 // The variables of this process, as posix_spawn and its like take them.
 [[nodiscard]] char** environment();
 
-// The ends to read from and to write to. No program that another thread starts meanwhile inherits them.
-// Fails: false.
+// The ends to read from and to write to. No program that another thread starts
+// meanwhile inherits them. Fails: false.
 [[nodiscard]] bool openPipe(int (&ends)[2]);
 
 // The child gets the three standard streams, as the actions so far make them, and no other descriptor that

@@ -21,8 +21,8 @@ std::string mountOf(const FileDescriptor& file, const std::string& procFolder) {
   return "";
 }
 
-// A line of the table: number, parent, device, root, place, options, any number of tags, "-", type, source,
-// options.
+// A line of the table: number, parent, device, root, place, options, any number of
+// tags, "-", type, source, options.
 std::string typeOfMount(const std::string& mount, const std::string& procFolder) {
   std::ifstream table(procFolder + "/mountinfo");
   for (std::string line; std::getline(table, line);) {

@@ -11,8 +11,8 @@ namespace halvorn {
 
 class PortalInterfaceStyle : public InterfaceStyleSetting {
  public:
-  // On the session's bus; without an address the desktop tells nothing. A Qt application must exist when this
-  // is asked.
+  // On the session's bus; without an address the desktop tells nothing. A Qt
+  // application must exist when this is asked.
   explicit PortalInterfaceStyle(const std::optional<std::string>& busAddress);
   ~PortalInterfaceStyle() override;
 

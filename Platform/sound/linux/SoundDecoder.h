@@ -1,8 +1,8 @@
 // Sound files in memory, read piece by piece.
 //
-// What a file is decides its content, not its name: AIFF, AIFC, WAVE, AU and MPEG among others. Only a file
-// that is nothing else and is named as mu-law or A-law is taken for bare samples at 8000 Hz, as such files
-// have no header.
+// What a file is decides its content, not its name: AIFF, AIFC, WAVE, AU and MPEG among others.
+// Only a file that is nothing else and is named as mu-law or A-law is taken for bare samples at
+// 8000 Hz, as such files have no header.
 //
 // Thread: one.
 // Why: docs/decisions/023-sound-files.md

@@ -50,8 +50,8 @@ std::optional<Result> converted(std::size_t guess, Conversion conversion) {
   return result;
 }
 
-// Whether the encoding leaves its mark in the text for us to take off; the converters that look for marks do
-// not.
+// Whether the encoding leaves its mark in the text for us to take off; the
+// converters that look for marks do not.
 bool isMarkLeft(TextEncoding encoding) {
   return encoding == TextEncodings::utf8 || encoding == TextEncodings::utf16BigEndian ||
          encoding == TextEncodings::utf16LittleEndian || encoding == TextEncodings::utf32BigEndian ||

@@ -15,8 +15,8 @@ bool isInCategory(char32_t scalar, std::uint32_t mask) {
 
 std::int32_t lengthOf(std::u16string_view units) { return static_cast<std::int32_t>(units.size()); }
 
-// Runs an ICU conversion (buffer, capacity, error) -> needed length, a second time when the first guess was
-// too short.
+// Runs an ICU conversion (buffer, capacity, error) -> needed length, a second time
+// when the first guess was too short.
 template <typename Conversion>
 Text converted(const Text& text, Conversion conversion) {
   std::u16string result(text.length() + 16, u'\0');

@@ -10,8 +10,8 @@ namespace halvorn {
 
 class XkbKeyboard : public Keyboard {
  public:
-  // By the name of the display, ":0"; the one of the environment for "". Without a display no key can be
-  // translated.
+  // By the name of the display, ":0"; the one of the environment for "". Without a
+  // display no key can be translated.
   explicit XkbKeyboard(const std::string& display = "");
   ~XkbKeyboard() override;
   XkbKeyboard(const XkbKeyboard&) = delete;

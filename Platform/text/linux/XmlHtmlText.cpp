@@ -36,8 +36,8 @@ class Reading {
       visitor_.startElement(open_.back());
     });
   }
-  // Where a page breaks off within a tag, the parser forgets to end elements: they end with the one around
-  // them.
+  // Where a page breaks off within a tag, the parser forgets to end elements:
+  // they end with the one around them.
   void end(const xmlChar* name) {
     guarded([&] {
       const auto found = std::find(open_.rbegin(), open_.rend(), viewOf(name));

@@ -78,8 +78,8 @@ struct QtApplication::Parts {
   std::string path;
   int count = 1;
   char* arguments[2] = {path.data(), nullptr};
-  // One style everywhere: the look of the window is ours to switch, and a desktop's own style would be loaded
-  // first.
+  // One style everywhere: the look of the window is ours to switch, and a desktop's
+  // own style would be loaded first.
   [[maybe_unused]] QStyle* style = QApplication::setStyle(QStringLiteral("fusion"));
   QApplication application{count, arguments};
   EventWatch watch;

@@ -1,5 +1,5 @@
-// The installer window as the toolkit has it: the widgets of the interface description by their ids, and the
-// keys.
+// The installer window as the toolkit has it: the widgets of the interface
+// description by their ids, and the keys.
 #pragma once
 
 #include <QAbstractButton>
@@ -35,8 +35,8 @@ class WindowWidget : public QWidget {
 
   // Makes the window higher where its texts need that, as far as the screen goes.
   void fitTexts();
-  // Gives the keyboard back to the page's first control when nothing has it (its control was disabled or
-  // hidden).
+  // Gives the keyboard back to the page's first control when nothing has it (its
+  // control was disabled or hidden).
   void restoreFocus();
 
   std::function<void(const QString& selector)> perform;  // an action of the interface description

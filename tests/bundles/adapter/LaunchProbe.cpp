@@ -1,5 +1,5 @@
-// A program that writes down how it was started, into the file "report" beside its bundle (or beside itself),
-// and ends.
+// A program that writes down how it was started, into the file "report" beside its
+// bundle (or beside itself), and ends.
 //
 // One fact a line: "uid 1000", "variable HOME=/home/anna", "descriptor 0 /dev/null" and so on.
 #include <sys/resource.h>

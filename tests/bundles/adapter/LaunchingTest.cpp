@@ -29,8 +29,8 @@ namespace fs = std::filesystem;
 
 constexpr char kProbe[] = KT_LAUNCH_PROBE;
 
-// A person with a home folder, a PATH of the test's own, and variables that a launch must and must not pass
-// on.
+// A person with a home folder, a PATH of the test's own, and variables that a
+// launch must and must not pass on.
 class LaunchingTest : public testing::Test {
  protected:
   LaunchingTest() {
@@ -224,8 +224,8 @@ TEST_F(LaunchingTest, AScriptInTheOtherSystemsFolderIsStarted) {
 }
 
 TEST_F(LaunchingTest, AFlatBundleOfADistributionIsStarted) {
-  // The real program would open a window: the probe stands in its place, in the folder as the package lays it
-  // out.
+  // The real program would open a window: the probe stands in its place, in the
+  // folder as the package lays it out.
   const std::string installed = "/usr/lib/GNUstep/Applications/EdenMath.app";
   if (!fs::exists(installed)) GTEST_SKIP() << "the package with " << installed << " is not installed";
   const std::string bundle = folder_ / "EdenMath.app";

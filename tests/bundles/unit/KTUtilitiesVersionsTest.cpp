@@ -168,8 +168,8 @@ TEST_F(CompareVersion, IsTransitiveOnRandomVersions) {
       for (std::size_t c = 0; c < count; ++c) {
         const int first = answers[a * count + b];
         const int second = answers[b * count + c];
-        // What both steps agree on holds for the two together; two steps of which one is "same" follow the
-        // other.
+        // What both steps agree on holds for the two together; two steps of which
+        // one is "same" follow the other.
         if (first * second < 0) continue;
         ASSERT_EQ(answers[a * count + c], first != 0 ? first : second)
             << versions[a].bytes() << " | " << versions[b].bytes() << " | " << versions[c].bytes();

@@ -1,5 +1,5 @@
-// The same cases against appearances that a test sets and against those of the toolkit's widgets while they
-// are painted.
+// The same cases against appearances that a test sets and against those of the
+// toolkit's widgets while they are painted.
 #include <gtest/gtest.h>
 
 #include <QApplication>

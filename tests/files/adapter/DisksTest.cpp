@@ -77,9 +77,9 @@ TEST_F(Disks, ADiskThatIsReadOnlyGivesOneAndLeavesTheOldCopyInPlace) {
   EXPECT_FALSE(exists("disk/.Trash-0"));
 }
 
-// Every write is taken; that there is no room comes out only when the disk is asked to keep it. The copy
-// waits for no disk, so this either shows while it goes on, or the copy is whole as far as anybody can read
-// it.
+// Every write is taken; that there is no room comes out only when the disk is asked to keep
+// it. The copy waits for no disk, so this either shows while it goes on, or the copy is
+// whole as far as anybody can read it.
 TEST_F(Disks, ADiskThatLiesGivesTwoOrACopyThatReadsWholeAndNeverLosesTheOldOne) {
   std::string failure = mountAt("small", {"-t", "tmpfs", "-o", "size=10m", "tmpfs"});
   if (failure.empty()) failure = run({"truncate", "-s", "60M", at("small/image")});
@@ -109,8 +109,8 @@ TEST_F(Disks, AMediumThatIsPulledOutMidwayEndsTheInstallationAndTheOldCopyIsInTh
   SampleTrees::makeMixed(at("medium/Nas.app"), 60'000'000);
   ChildProcess tool(command(at("medium/Nas.app")));
   while (tool.isRunning() && !exists("disk/apps/Nas.app/Contents")) std::this_thread::yield();
-  // Out of the tree of folders; whoever has a file of it open may go on, so the tool may be done with what it
-  // holds.
+  // Out of the tree of folders; whoever has a file of it open may go on, so the tool
+  // may be done with what it holds.
   ASSERT_EQ(::umount2(at("medium").c_str(), MNT_DETACH), 0);
   const auto status = tool.waitForEnd(50);
   ASSERT_TRUE(status) << "hangs";

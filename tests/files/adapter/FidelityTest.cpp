@@ -1,5 +1,5 @@
-// The copy of whole trees from and to real file systems, held against a comparison of our own and two
-// others'.
+// The copy of whole trees from and to real file systems, held against a
+// comparison of our own and two others'.
 #include <linux/fs.h>
 #include <sys/ioctl.h>
 

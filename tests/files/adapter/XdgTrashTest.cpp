@@ -136,8 +136,8 @@ TEST_F(XdgTrash, NamesThatAreNoNamesAreRefused) {
   EXPECT_EQ(contents("apps/Nas.app/file"), "old");
 }
 
-// The desktop's tools list and restore what is in the home Trash, and nothing of this machine's user is
-// touched.
+// The desktop's tools list and restore what is in the home Trash, and nothing of
+// this machine's user is touched.
 class XdgTrashOutside : public XdgTrash {
  protected:
   CommandResult run(std::vector<std::string> command) const {

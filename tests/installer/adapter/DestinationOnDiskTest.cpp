@@ -12,8 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A person's home folder, login items and running programs, all real; the choice is made by a program of its
-// own.
+// A person's home folder, login items and running programs, all real; the choice
+// is made by a program of its own.
 class DestinationOnDisk : public testing::Test {
  protected:
   DestinationOnDisk() {

@@ -1,7 +1,7 @@
 // Chooses a destination with everything real, and prints it: destination_probe NAME [CODE ...]
 //
-// As a program of its own it can lie in a bundle, be another user's, and have a home folder of the test's
-// making.
+// As a program of its own it can lie in a bundle, be another user's, and have a
+// home folder of the test's making.
 #include <cstdio>
 #include <random>
 #include <string>

@@ -1,5 +1,5 @@
-// The whole installer on fakes: a product on a disk image, a desktop, and the controller with everything
-// under it.
+// The whole installer on fakes: a product on a disk image, a desktop, and the
+// controller with everything under it.
 //
 //   auto& controller = start({"-sourcePath", product});   // "/installer" stands in front by itself
 //   window.installButton.click();

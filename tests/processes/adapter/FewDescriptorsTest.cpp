@@ -15,8 +15,8 @@ constexpr char kInside[] = "KT_TEST_INSIDE_FEW_DESCRIPTORS";
 constexpr int kDescriptors = 64;
 constexpr int kCopies = 100;
 
-// The copies run in one program that holds their input and output; the other one, with few descriptors, looks
-// at them.
+// The copies run in one program that holds their input and output; the other one,
+// with few descriptors, looks at them.
 class FewDescriptors : public LiveFixture {
  protected:
   // The ids of the copies, for the program with few descriptors; otherwise it was run, and there are none.

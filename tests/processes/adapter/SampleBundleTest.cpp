@@ -1,5 +1,5 @@
-// A real product that runs on a desktop, against what is in its bundle's own files and what the system's
-// tools say.
+// A real product that runs on a desktop, against what is in its bundle's own files
+// and what the system's tools say.
 #include <unistd.h>
 
 #include <QImage>

@@ -44,8 +44,8 @@ class FakeBench : public Bench {
   }
 };
 
-// The asking program runs as somebody without rights, so it is another process; it prints what it was
-// answered.
+// The asking program runs as somebody without rights, so it is another process;
+// it prints what it was answered.
 class PolkitBench : public Bench {
  public:
   PolkitBench() {

@@ -1,5 +1,5 @@
-// Sounds as they come out of the machine: everything is real but the files and settings, and what a sink
-// plays is recorded.
+// Sounds as they come out of the machine: everything is real but the files and settings,
+// and what a sink plays is recorded.
 #include <gtest/gtest.h>
 
 #include <cmath>

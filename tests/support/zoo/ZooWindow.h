@@ -23,8 +23,8 @@ class Windows {
   // Exits the program when there is no X server.
   explicit Windows(const WindowOptions& options);
   [[nodiscard]] int descriptor() const { return xcb_get_file_descriptor(connection_); }
-  // Prints what came: "close", "message", "focus <index>", "iconified", "shown"; calls `closed` for the first
-  // of these.
+  // Prints what came: "close", "message", "focus <index>", "iconified", "shown"; calls
+  // `closed` for the first of these.
   void readEvents(const std::function<void()>& closed);
 
  private:

@@ -1,5 +1,5 @@
-// What the libraries know beyond the fakes: all of Unicode, whole expressions, real markup, the layout of a
-// display.
+// What the libraries know beyond the fakes: all of Unicode, whole expressions, real
+// markup, the layout of a display.
 #include <gtest/gtest.h>
 
 #include "KTStuff/CocoaExtensions/StringExtensions.h"

@@ -25,8 +25,8 @@ struct UnicodeContract : testing::Test {
 using Unicodes = testing::Types<FakeUnicode, IcuUnicode>;
 TYPED_TEST_SUITE(UnicodeContract, Unicodes);
 
-// The classes of U+0000 to U+00FF: letter, number, control or format, white space, else a symbol or
-// punctuation.
+// The classes of U+0000 to U+00FF: letter, number, control or format, white
+// space, else a symbol or punctuation.
 TYPED_TEST(UnicodeContract, EveryCharacterOfLatin1IsInItsClass) {
   const auto isIn = [](char32_t scalar, std::u32string_view set) { return set.find(scalar) != set.npos; };
   for (char32_t scalar = 0; scalar < 0x100; ++scalar) {

@@ -1,5 +1,5 @@
-// What two systems share names nothing that only one of them has: it would have to be taken apart by whoever
-// adds the second.
+// What two systems share names nothing that only one of them has: it would have to be
+// taken apart by whoever adds the second.
 // Why: docs/decisions/029-what-two-systems-share.md
 #include <gtest/gtest.h>
 

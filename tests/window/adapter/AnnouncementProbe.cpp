@@ -43,7 +43,7 @@ int main() {
   atspi_event_main();
   g_io_channel_unref(input);
   g_object_unref(listener);
-  // At once: what the library keeps of other programs it never gives back, and nobody asks this program for
-  // it.
+  // At once: what the library keeps of other programs it never gives back, and
+  // nobody asks this program for it.
   std::_Exit(0);
 }

@@ -63,8 +63,8 @@ std::string fileNameFor(const std::string& identifier) {
 
 bool isUtf8(const Text& text) { return Text::fromStrictUtf8(text.bytes()).has_value(); }
 
-// Whether an entry can name the program: in UTF-8, and without control characters but those that have a way
-// to be written.
+// Whether an entry can name the program: in UTF-8, and without control characters but
+// those that have a way to be written.
 bool canBeWritten(const Text& program) {
   const std::u16string_view units = program.units();
   return isUtf8(program) && std::none_of(units.begin(), units.end(), [](char16_t unit) {

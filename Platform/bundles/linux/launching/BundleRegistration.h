@@ -38,8 +38,8 @@ class BundleRegistration {
   const Launcher& launcher_;
 };
 
-// The path in the text of a URL: what follows "file://" with percent escapes resolved; any other text is the
-// path.
+// The path in the text of a URL: what follows "file://" with percent escapes
+// resolved; any other text is the path.
 [[nodiscard]] Text pathFromUrlText(const Text& urlText);
 
 }  // namespace halvorn

@@ -13,8 +13,8 @@ namespace halvorn {
 
 class DesktopEntry {
  public:
-  // The group "[Desktop Entry]" of the file; nullopt when there is none or the file is unreadable or over 1
-  // MB.
+  // The group "[Desktop Entry]" of the file; nullopt when there is none or the
+  // file is unreadable or over 1 MB.
   [[nodiscard]] static std::optional<DesktopEntry> read(const std::string& path);
   [[nodiscard]] static std::optional<DesktopEntry> parse(std::string_view bytes);
 

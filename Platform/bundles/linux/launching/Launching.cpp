@@ -149,8 +149,8 @@ int launchDetached(const LaunchRequest& request) {
   if (!pipe) return errno;
   pid_t middle = -1;
   {
-    // The program is the child of a child that ends at once, so that it never becomes a zombie of this
-    // program.
+    // The program is the child of a child that ends at once, so that it never
+    // becomes a zombie of this program.
     const WithoutSignals withoutSignals;
     middle = ::fork();
     if (middle == 0) {

@@ -1,8 +1,8 @@
 // Starting programs as the person's own, with nothing of this program clinging to them.
 //
-// What is started runs in a session of its own, with the person's rights, the working folder given (else
-// "/"), default signals, an empty signal mask, umask 022, /dev/null as its three standard streams and no
-// other descriptor.
+// What is started runs in a session of its own, with the person's rights, the working folder
+// given (else "/"), default signals, an empty signal mask, umask 022, /dev/null as its three
+// standard streams and no other descriptor.
 //
 // Thread: any.
 #pragma once
@@ -32,8 +32,8 @@ struct LaunchRequest {
   enum class Mark { No, Yes } mark = Mark::No;  // whether the program is told who launched it
 };
 
-// Starts the program and lets go of it: it is no child of this one. 0 once it runs; else the errno that kept
-// it from running.
+// Starts the program and lets go of it: it is no child of this one. 0 once it runs; else
+// the errno that kept it from running.
 [[nodiscard]] int launchDetached(const LaunchRequest& request);
 
 // Starts the program and waits for its end, at most that long; then it is killed. Its exit status, or -1 when

@@ -38,8 +38,8 @@ Cause writeWhole(int file, const std::string& text) {
   return {};
 }
 
-// A folder that its owner may not write cannot change its parent, and nobody could take it out of the Trash
-// again.
+// A folder that its owner may not write cannot change its parent, and nobody could
+// take it out of the Trash again.
 bool makeFolderMovable(const ItemPlace& item) {
   FileDescriptor folder(retried([&] {
     return ::openat(item.folder.get(), item.name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);

@@ -1,5 +1,5 @@
-// One Trash of the freedesktop rules: a folder with `files`, what was thrown away, and `info`, where it came
-// from.
+// One Trash of the freedesktop rules: a folder with `files`, what was thrown away,
+// and `info`, where it came from.
 #pragma once
 
 #include <optional>

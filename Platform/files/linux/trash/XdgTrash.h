@@ -1,8 +1,8 @@
 // The Trash by the freedesktop rules.
 //
-// An item goes to the home Trash when that is on the item's file system, else to $top/.Trash/$uid, where
-// $top/.Trash is a real folder with the sticky bit, else to $top/.Trash-$uid. Where none of these can be, the
-// item stays.
+// An item goes to the home Trash when that is on the item's file system, else to
+// $top/.Trash/$uid, where $top/.Trash is a real folder with the sticky bit, else to
+// $top/.Trash-$uid. Where none of these can be, the item stays.
 //
 // With administrator rights the Trash is that of the person who asked: it is found, made and written with
 // that person's rights, only the move itself is made with this process', and what was moved then belongs to

@@ -39,8 +39,8 @@ Cause BigFile::copy(CopyContext& context, CopyScratch& scratch, FileDescriptor s
   return {};
 }
 
-// Other files come first: the system lets only one thread at a time write to a file. An offer keeps nothing
-// open.
+// Other files come first: the system lets only one thread at a time write to a
+// file. An offer keeps nothing open.
 void BigFile::offerHelp(const std::shared_ptr<BigFile>& file) {
   file->context_.queue.offerHelp([offered = std::weak_ptr<BigFile>(file)](CopyScratch& scratch) {
     if (const auto wanted = offered.lock()) wanted->help(scratch, wanted);

@@ -36,8 +36,8 @@ struct CopyContext {
   [[nodiscard]] std::optional<FileFailure> failure();
   [[nodiscard]] bool hasFailed() const { return queue.isStopped(); }
 
-  // Something had to be fetched from a disk. When that goes on, more threads are of use: they wait side by
-  // side.
+  // Something had to be fetched from a disk. When that goes on, more threads are
+  // of use: they wait side by side.
   void sawMissing() {
     if (missing_.fetch_add(1, std::memory_order_relaxed) + 1 == missingWhenCold)
       queue.allowWorkers(workersWhenCold);

@@ -35,8 +35,8 @@ class CopyQueue {
   // A long task that can wait: taken when there is no other, the longest first, so that all threads end at
   // about the same time. False: enough is waiting, or nobody would share; do it now.
   [[nodiscard]] bool addForLater(off_t size, Task task);
-  // Help for somebody who would manage alone: taken when there is nothing else to do, and nobody is hungry
-  // less for it.
+  // Help for somebody who would manage alone: taken when there is nothing else to do,
+  // and nobody is hungry less for it.
   void offerHelp(Task task);
   // Whether tasks wait that nobody else does.
   [[nodiscard]] bool hasTasks() const { return waiting_.load(std::memory_order_relaxed) > 0; }

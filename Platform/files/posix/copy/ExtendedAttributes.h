@@ -24,9 +24,9 @@ class AttributedFile {
     return file;
   }
 
-  // Calls `take` with the name and value of every attribute for which `wanted` says yes. Fails: when they
-  // could not be read, which is then said of an original, or when `take` did. A file system without
-  // attributes has none.
+  // Calls `take` with the name and value of every attribute for which `wanted` says yes. Fails:
+  // when they could not be read, which is then said of an original, or when `take` did. A file
+  // system without attributes has none.
   Cause each(const std::function<bool(std::string_view name)>& wanted,
              const std::function<Cause(const std::string& name, std::string_view value)>& take) const;
   // No failure where the file system or this process' rights have no place for such an attribute.

@@ -109,8 +109,8 @@ Cause copyNonZero(const Original& original, int target, off_t size, std::span<ch
   return {};
 }
 
-// Tells whether the rest is in memory. What has to come from a disk is read here, where waiting for it is
-// seen.
+// Tells whether the rest is in memory. What has to come from a disk is read
+// here, where waiting for it is seen.
 Cause copyFirstPiece(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
                      bool& isInMemory) {
   const std::function<void()> noteMissing = [&] {

@@ -23,8 +23,8 @@ struct Original {
 // Fills the new file from `start` up to `end`. Fails: also when the original ends before.
 Cause copyRange(const Original& original, int target, off_t start, off_t end, std::span<char> buffer);
 
-// The same, but what is in memory is copied from file to file by the system where it can, without a way
-// through this process.
+// The same, but what is in memory is copied from file to file by the system where it can,
+// without a way through this process.
 Cause copyRangeInSystem(const Original& original, int target, off_t start, off_t end, std::span<char> buffer,
                         Trial& copiesInSystem);
 

@@ -25,8 +25,8 @@ struct CopyPlace {
 
 // All of these tell the context when they fail.
 
-// Regular files of one folder. Whatever turns out to be none is copied as what it is, a folder apart: that
-// fails.
+// Regular files of one folder. Whatever turns out to be none is copied as what it
+// is, a folder apart: that fails.
 void copyFiles(CopyContext& context, CopyScratch& scratch, const std::shared_ptr<OpenFolder>& folder,
                std::span<const char* const> names);
 

@@ -18,8 +18,7 @@ enum class Ownership {
   // Owner and group of the original as far as this process may give them, everything else as it is.
   Kept,
   // This process. What would lend its rights to others stays behind: set-id bits, capabilities, access lists,
-  // and
-  // write permission for group and others.
+  // and write permission for group and others.
   ThisProcess,
 };
 
@@ -32,8 +31,8 @@ using LaterAttributes = std::vector<std::pair<std::string, std::string>>;
 // Gives new items what their originals have. In all functions `facts` are the original's and `made` what the
 // new item was made with.
 //
-// Fails: when anything could not be given that the target's file system can hold and this process may give.
-// Thread: any.
+// Fails: when anything could not be given that the target's file system can hold and
+// this process may give. Thread: any.
 class MetadataGiver {
  public:
   explicit MetadataGiver(Ownership ownership);
@@ -49,8 +48,8 @@ class MetadataGiver {
                     LaterAttributes& later, MayInherit mayInherit) const;
   Cause finishFolder(int target, const struct stat& facts, const struct stat& made,
                      const LaterAttributes& later) const;
-  // For a link, pipe, socket or device, which are not opened: the source is `name` in its folder, the target
-  // is held.
+  // For a link, pipe, socket or device, which are not opened: the source is `name` in
+  // its folder, the target is held.
   Cause finishUnopened(int sourceFolder, const char* name, int target, const struct stat& facts,
                        struct stat made, MayInherit mayInherit) const;
   // Whether there is nothing but its times to give to a link.

@@ -1,5 +1,5 @@
-// Remembers where the files with several names were copied to, so that their other names become names of the
-// same copy.
+// Remembers where the files with several names were copied to, so that their other
+// names become names of the same copy.
 #pragma once
 
 #include <sys/stat.h>
@@ -17,8 +17,8 @@
 
 namespace halvorn {
 
-// The way from the copy's top folder down to a folder in it. Shared, so that a deep tree costs one name per
-// folder.
+// The way from the copy's top folder down to a folder in it. Shared, so that a deep
+// tree costs one name per folder.
 struct FolderPath {
   std::shared_ptr<const FolderPath> above;  // null: the folder the copy's top item stands in
   std::string name;

@@ -30,9 +30,9 @@ struct ItemPlace {
 // The bytes of the path for the system; nullopt for the empty path and for one with a NUL in it.
 [[nodiscard]] std::optional<std::string> systemPath(const Text& path);
 
-// The folders that a run works in, held from the first time each is asked for. Whatever is then put in the
-// place of one of them or of a folder above it, the path goes on to mean the folder it meant first. Refuses
-// links. Thread: any.
+// The folders that a run works in, held from the first time each is asked for. Whatever is then
+// put in the place of one of them or of a folder above it, the path goes on to mean the folder it
+// meant first. Refuses links. Thread: any.
 class FolderPins {
  public:
   // Fails: when the folder cannot be reached without links; it is then looked for again next time.

@@ -1,5 +1,5 @@
-// The calls that no two kernels have alike, each with an answer for "not here". Each system's folder defines
-// them.
+// The calls that no two kernels have alike, each with an answer for "not here".
+// Each system's folder defines them.
 #pragma once
 
 #include <sys/stat.h>
@@ -22,8 +22,8 @@ namespace halvorn::SystemCalls {
 
 // Opens only to name an item or things in it, where the system tells that from reading.
 extern const int openPath;
-// Opens without noting the time of the access; 0 where the system always notes it. Only the owner and the
-// administrator may.
+// Opens without noting the time of the access; 0 where the system always notes it. Only
+// the owner and the administrator may.
 extern const int openQuietly;
 
 // How a path is resolved in one call of the kernel.
@@ -37,8 +37,8 @@ enum class Resolution {
 [[nodiscard]] std::optional<FileDescriptor> openResolving(int folder, const std::string& path, int flags,
                                                           Resolution resolution);
 
-// Renames unless something has the new name. Returns 0 or the error number, EEXIST for the new name being
-// taken.
+// Renames unless something has the new name. Returns 0 or the error number,
+// EEXIST for the new name being taken.
 [[nodiscard]] int renameWithoutReplacing(int fromFolder, const char* from, int toFolder, const char* to);
 
 // The two descriptors are the same item; lie on one file system; lie on one mount of one file system (the
@@ -50,8 +50,8 @@ enum class Resolution {
 // The absolute path of an open folder, without links; nullopt when it has none any more.
 [[nodiscard]] std::optional<std::string> pathOf(int folder);
 
-// Opens anything, a link included, only to hold it: whatever takes its name afterwards, this stays it. Empty
-// on failure.
+// Opens anything, a link included, only to hold it: whatever takes its name
+// afterwards, this stays it. Empty on failure.
 [[nodiscard]] FileDescriptor holdItem(int folder, const char* name);
 // Change what was opened, also when it is only held. A link has no mode to change. Fails: false, also where
 // the system has no way that leads to the held item and nowhere else.
@@ -90,11 +90,11 @@ void fetchAhead(int file, off_t start, off_t count);
 // Lets the system copy up to `count` bytes at `offset` to the same place of the other file. Returns how many
 // it copied; 0 when it cannot copy between these two, or when the original ends; -1 on failure.
 [[nodiscard]] ssize_t copyPart(int source, int target, off_t offset, off_t count);
-// Whether the file's file system keeps the facts of all files in one tree, so that only one thread at a time
-// can change any.
+// Whether the file's file system keeps the facts of all files in one tree, so that only
+// one thread at a time can change any.
 [[nodiscard]] bool hasOneTree(int file);
-// Finds room for so many bytes in a new file, where the file system can. Fails: false when there is not
-// enough room.
+// Finds room for so many bytes in a new file, where the file system can. Fails:
+// false when there is not enough room.
 [[nodiscard]] bool reserve(int file, off_t size);
 
 // The system's own words for an error number, the same in every language.

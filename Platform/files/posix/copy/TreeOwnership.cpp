@@ -32,8 +32,8 @@ bool isPublic(const struct stat& facts) {
   return (facts.st_mode & S_IROTH) != 0;
 }
 
-// How often each file with several names stands in those folders of the tree that nobody can change
-// meanwhile.
+// How often each file with several names stands in those folders of the tree
+// that nobody can change meanwhile.
 LinkCounts countLinks(int tree) {
   LinkCounts counts;
   const auto count = [&](int folder, const std::string& name) {

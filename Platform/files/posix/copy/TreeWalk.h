@@ -1,6 +1,6 @@
-// Visits everything in a folder, depth first, by descriptor and following no link. However deep the tree,
-// three descriptors are open: the folders above are reached through "..", and what is found there must be
-// what was left.
+// Visits everything in a folder, depth first, by descriptor and following no link. However
+// deep the tree, three descriptors are open: the folders above are reached through "..", and
+// what is found there must be what was left.
 #pragma once
 
 #include <functional>

@@ -1,7 +1,7 @@
 // Watching other programs' interfaces over the accessibility bus.
 //
-// Connects at the first question, which may start the bus. A program that does not take part cannot be
-// watched.
+// Connects at the first question, which may start the bus. A program that does
+// not take part cannot be watched.
 #pragma once
 
 #include <memory>
@@ -17,8 +17,8 @@ class RunningApplications;
 
 class AtSpiAccessibility : public Accessibility {
  public:
-  // The addresses are those of DBUS_SESSION_BUS_ADDRESS and AT_SPI_BUS_ADDRESS, "" where not set; the second
-  // one wins.
+  // The addresses are those of DBUS_SESSION_BUS_ADDRESS and AT_SPI_BUS_ADDRESS, ""
+  // where not set; the second one wins.
   AtSpiAccessibility(RunningApplications& applications, std::string sessionBusAddress,
                      std::string accessibilityBusAddress, RunLoop& loop, MainThread& mainThread);
   ~AtSpiAccessibility() override;

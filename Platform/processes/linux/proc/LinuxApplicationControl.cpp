@@ -19,8 +19,8 @@ class HeldRunningApplication : public RunningApplication {
     if (isTerminated()) return false;
     if (!application_->takeTerminateRequest()) return true;
     windows_.closeWindows(application_->hold);
-    // A program that ended at the closing has followed the request, and one that may not be signalled was
-    // asked.
+    // A program that ended at the closing has followed the request, and one that
+    // may not be signalled was asked.
     application_->hold.sendSignal(SIGTERM);
     return true;
   }

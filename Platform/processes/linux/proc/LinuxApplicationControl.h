@@ -1,5 +1,5 @@
-// Ending applications by signals through held descriptors, and moving their windows by way of the window
-// manager.
+// Ending applications by signals through held descriptors, and moving their
+// windows by way of the window manager.
 #pragma once
 
 #include "Platform/processes/ApplicationControl.h"

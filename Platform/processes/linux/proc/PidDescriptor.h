@@ -1,5 +1,5 @@
-// A hold on one process. The process id may be given to another process later; this stays with the one it was
-// made for.
+// A hold on one process. The process id may be given to another process later; this
+// stays with the one it was made for.
 #pragma once
 
 #include <sys/types.h>

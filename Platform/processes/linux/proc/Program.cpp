@@ -101,9 +101,9 @@ std::optional<Program> ProgramFinder::programAround(const Text& path) const {
 std::optional<Program> ProgramFinder::programOfExecutable(pid_t pid, const std::string& link,
                                                           Walk& walk) const {
   if (link.find(kInBundle) == std::string::npos) return std::nullopt;
-  // A path means something here only if it leads us to the very file that the process runs: the process may
-  // live in a container of its own. The path of a file that is gone means something when both see the same
-  // file systems.
+  // A path means something here only if it leads us to the very file that the process runs: the
+  // process may live in a container of its own. The path of a file that is gone means something
+  // when both see the same file systems.
   const auto running = files_.executable(pid);
   auto known = walk.paths_.find(link);
   if (known == walk.paths_.end() || known->second.file != running) {

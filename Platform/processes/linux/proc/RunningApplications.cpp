@@ -213,8 +213,8 @@ void RunningApplications::findWhatRunsAlready() {
   std::ignore = all();
 }
 
-// A program that has run for long is news when it becomes an application, but not when it was one all the
-// time.
+// A program that has run for long is news when it becomes an application, but
+// not when it was one all the time.
 bool RunningApplications::isNewsLocked(std::uint64_t startTicks) const {
   return knowsWhatRan_ || startTicks >= recordingStartTicks_;
 }

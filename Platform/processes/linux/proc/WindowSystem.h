@@ -15,14 +15,14 @@ namespace halvorn {
 
 class ProcessHold;
 
-// Thread: any but for watch(). Windows of other machines and windows whose owner is not certain belong to
-// nobody here.
+// Thread: any but for watch(). Windows of other machines and windows whose owner is
+// not certain belong to nobody here.
 class WindowSystem {
  public:
   virtual ~WindowSystem() = default;
 
-  // Whether every top-level window of the desktop is told of. Without that the answers below may leave some
-  // out.
+  // Whether every top-level window of the desktop is told of. Without that the
+  // answers below may leave some out.
   [[nodiscard]] virtual bool tellsAllWindows() = 0;
   // The processes that own top-level windows, each once.
   [[nodiscard]] virtual std::vector<pid_t> owners() = 0;

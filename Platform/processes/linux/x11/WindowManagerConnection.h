@@ -37,8 +37,8 @@ class WindowManagerConnection {
   // Whether the server tells the process ids of its clients.
   [[nodiscard]] bool tellsClientPids() const { return tellsClientPids_; }
 
-  // Has the requests carried out, and throws away what came unasked: the errors of those to windows that had
-  // just gone.
+  // Has the requests carried out, and throws away what came unasked: the errors of
+  // those to windows that had just gone.
   void finishRequests();
 
  private:

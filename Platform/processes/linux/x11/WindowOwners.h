@@ -23,9 +23,9 @@ struct OwnerEvidence {
   // Of the connected process: its process ids in the namespaces around it.
   std::vector<pid_t> connectedNamespacePids;
 };
-// The owner when the evidence agrees; nullopt when it contradicts itself or does not suffice. A program of
-// another machine has a process id that means nothing here, and one in a container claims the id it has in
-// there.
+// The owner when the evidence agrees; nullopt when it contradicts itself or does not suffice.
+// A program of another machine has a process id that means nothing here, and one in a
+// container claims the id it has in there.
 [[nodiscard]] std::optional<pid_t> ownerFrom(const OwnerEvidence& evidence, const std::string& thisMachine);
 
 class WindowOwners {

@@ -33,8 +33,8 @@ WindowManagerConnection* XWindowSystem::connection() {
 bool XWindowSystem::tellsAllWindows() {
   WindowManagerConnection* x = connection();
   if (x == nullptr || coverage_ == Coverage::SomeWindows) return false;
-  // A window manager that is gone leaves its list behind; the window that it named for itself is gone with
-  // it.
+  // A window manager that is gone leaves its list behind; the window that it
+  // named for itself is gone with it.
   xcb_window_t manager = XCB_NONE;
   const auto cookie = xcb_ewmh_get_supporting_wm_check(x->ewmh(), x->root());
   if (xcb_ewmh_get_supporting_wm_check_reply(x->ewmh(), cookie, &manager, nullptr) == 0) return false;
@@ -139,8 +139,8 @@ void XWindowSystem::finish() {
   x->finishRequests();
 }
 
-// Straight to the program: a window manager that is asked to close a window kills the programs that cannot be
-// asked.
+// Straight to the program: a window manager that is asked to close a window kills
+// the programs that cannot be asked.
 void XWindowSystem::closeWindows(const ProcessHold& process) {
   for (const xcb_window_t window : windowsOf(process)) {
     const auto& atoms = connection_->atoms();
@@ -191,8 +191,8 @@ void XWindowSystem::sendEmptyMessage(const ProcessHold& process) {
   finish();
 }
 
-// A connection of its own: whoever waits for a reply takes events off the wire too, and the loop would never
-// learn of those.
+// A connection of its own: whoever waits for a reply takes events off the wire too, and
+// the loop would never learn of those.
 class XWindowSystem::Watch : public RunLoop::Source {
  public:
   Watch(std::unique_ptr<WindowManagerConnection> connection, RunLoop& loop, Changes changes)

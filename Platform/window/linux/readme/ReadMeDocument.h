@@ -1,7 +1,7 @@
 // Read-me documents: rich text, HTML, Markdown and plain text, as documents of the toolkit.
 //
-// Other people wrote them: size, depth and pictures are bounded, nothing is loaded from anywhere else,
-// nothing is run.
+// Other people wrote them: size, depth and pictures are bounded, nothing is loaded
+// from anywhere else, nothing is run.
 // Why: docs/decisions/017-nothing-outside-a-document.md
 #pragma once
 

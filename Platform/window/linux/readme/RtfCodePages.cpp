@@ -40,8 +40,8 @@ QByteArray encodingName(int codePage) {
   }
 }
 
-// The signs that documents use symbol fonts for; others stay in the private area where symbol fonts keep
-// them.
+// The signs that documents use symbol fonts for; others stay in the private
+// area where symbol fonts keep them.
 QString decodeSymbols(const QByteArray& bytes) {
   QString text;
   for (const char byte : bytes) {

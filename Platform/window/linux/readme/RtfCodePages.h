@@ -12,8 +12,8 @@ namespace halvorn {
 // A code page of our own for symbol fonts, whose bytes are signs and not letters.
 inline constexpr int kSymbolCodePage = 42;
 
-// Bytes that are not in the code page become replacement marks; an unknown code page is taken for Windows
-// Latin.
+// Bytes that are not in the code page become replacement marks; an unknown code
+// page is taken for Windows Latin.
 [[nodiscard]] QString decodeCodePage(const QByteArray& bytes, int codePage);
 
 }  // namespace halvorn

@@ -61,8 +61,8 @@ class AttackScene {
   std::string folder_;
 };
 
-// Everything at and below the path as text: kinds, owners, modes, bytes. Two pictures are equal when nothing
-// changed.
+// Everything at and below the path as text: kinds, owners, modes, bytes. Two
+// pictures are equal when nothing changed.
 [[nodiscard]] std::string pictureOf(const std::string& path);
 [[nodiscard]] std::optional<struct stat> factsOf(const std::string& path);  // of a link itself
 [[nodiscard]] std::string bytesOf(const std::string& path);
@@ -76,8 +76,8 @@ using Harm = std::optional<std::string>;
 class AttackTest : public testing::Test {
  protected:
   void SetUp() override;
-  // Carries the attack out twice: it must harm the naive tool, or it proves nothing, and must not harm the
-  // real one.
+  // Carries the attack out twice: it must harm the naive tool, or it proves nothing,
+  // and must not harm the real one.
   void expectDefended(const std::function<Harm(AttackScene&)>& attack);
   // For what even the naive tool withstands.
   void expectHarmless(const std::function<Harm(AttackScene&)>& attack);

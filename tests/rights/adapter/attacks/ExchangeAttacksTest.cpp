@@ -1,6 +1,6 @@
-// Attacks by somebody who exchanges what the administrator's tool has just made for something of root's. The
-// tool's calls before or after which that would help are slowed down, so that a few runs do what otherwise
-// takes thousands.
+// Attacks by somebody who exchanges what the administrator's tool has just made for something of
+// root's. The tool's calls before or after which that would help are slowed down, so that a few
+// runs do what otherwise takes thousands.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -29,8 +29,8 @@ void makePrivateFolder(const std::string& path) { ASSERT_EQ(::mkdir(path.c_str()
 struct Exchange {
   Maker item;    // what the wrapper holds, and so what the tool makes
   Maker secret;  // what root keeps for itself
-  // The person puts a link to the secret in the item's place; or the secret itself, when it stands in the
-  // person's folder.
+  // The person puts a link to the secret in the item's place; or the secret itself, when
+  // it stands in the person's folder.
   bool byLink = true;
   std::vector<std::string> delays;  // of the tool's calls, as strace has them
 };

@@ -88,8 +88,8 @@ class RaceAttacks : public AttackTest {
       attack.prepare(scene);
       Operations operations(scene.tool().isNaive);
       const Racer racer({{scene / attack.swapped, scene / attack.swappedWith}});
-      // The naive tool is tried until it is harmed; where the racer gets little of the processor that takes
-      // its time.
+      // The naive tool is tried until it is harmed; where the racer gets little of the
+      // processor that takes its time.
       const double end = testSeconds() + kNaivePatience;
       for (int round = 1; scene.tool().isNaive ? testSeconds() < end : round <= rounds; ++round) {
         operations.begin();
@@ -181,8 +181,8 @@ TEST_F(RaceAttacks, TheNewFolderSwappedForALinkWhileItIsFilled) {
             }});
 }
 
-// The second name of a file is made from the first, which must not be looked up through what was put there
-// meanwhile.
+// The second name of a file is made from the first, which must not be looked up
+// through what was put there meanwhile.
 TEST_F(RaceAttacks, TheNewFolderSwappedForALinkWhileHardLinksAreMade) {
   race(kSomeRounds, {.prepare =
                          [](AttackScene& scene) {

@@ -204,8 +204,8 @@ TEST_F(StartAttacks, InheritedLimitsAndSignalsDoNotStopIt) {
     scene.addProduct(scene / "source/Nas.app");
     scene.addFile(scene / "source/Nas.app/large", std::string(300'000, 'x'), 0644, AttackScene::person);
     scene.addFolder(scene / "target");
-    // Files of 64 kB, eight descriptors, an alarm on its way, and every signal that can be, blocked or
-    // ignored.
+    // Files of 64 kB, eight descriptors, an alarm on its way, and every signal
+    // that can be, blocked or ignored.
     const std::string hostile =
         "ulimit -S -f 128; ulimit -S -n 8; umask 0; trap '' HUP INT TERM USR1 CHLD PIPE; exec \"$@\"";
     const auto run = runCommand(
@@ -216,8 +216,8 @@ TEST_F(StartAttacks, InheritedLimitsAndSignalsDoNotStopIt) {
   });
 }
 
-// Everything that a hostile start can leave behind, reported by a program that secures itself as the tool
-// does.
+// Everything that a hostile start can leave behind, reported by a program that
+// secures itself as the tool does.
 TEST_F(StartAttacks, NothingInheritedIsLeft) {
   const std::string probe = KT_BINARY_DIR "/tests/kt_secured_probe";
   const std::string hostile =

@@ -181,6 +181,8 @@ TEST_P(EveryWayOfClosing, BetweenTrashAndCopyTheCopyIsFinished) {
     if (GetParam() != kCloseWindow) {
       // More of them are no more.
       for (int i = 0; i < 20; ++i) leave(installer, GetParam());
+      // A tracer that goes takes along what it has not passed on yet.
+      EXPECT_TRUE(eventually([&] { return logHas(leaving(GetParam()).front()); }, kPatience));
     }
     EXPECT_TRUE(installer.process().isRunning());
   }

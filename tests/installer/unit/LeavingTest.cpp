@@ -189,7 +189,8 @@ TEST_F(Leaving, ACopyThatFailsIsReportedAsEver) {
     files.take("/Volumes/NAS/Foo.app");
   };
   install();
-  EXPECT_EQ(log.lines(), (Lines{"Install", "ERROR -- Could not copy myself to /Applications/Foo.app"}));
+  EXPECT_EQ(log.lines(), (Lines{"Install", "CAUSE -- No such file or directory: /Volumes/NAS/Foo.app (look)",
+                                "ERROR -- Could not copy myself to /Applications/Foo.app"}));
 }
 
 // "completionQuit" comes due while the person has clicked "Install" again after a failure.

@@ -52,7 +52,7 @@ const std::set<std::string>& namelessFunctions() {
         "abort bcmp clearenv close close_range closedir copy_file_range errno_location exit fallocate fchmod "
         "fchown fcntl fdopendir fgetxattr flistxattr floor fprintf fputc fputs fremovexattr fsetxattr fstat "
         "fstatfs ftruncate futimens fwrite getauxval getegid getenv geteuid getgid getgrouplist getgroups "
-        "getpid getpwuid_r getrlimit getuid gmon_start__ ioctl libc_start_main localtime_r lseek memchr "
+        "getpid getpwnam_r getpwuid_r getrlimit getuid gmon_start__ ioctl libc_start_main localtime_r lseek memchr "
         "memcmp memcpy memmove memset mmap munmap nanosleep posix_fadvise prctl pread preadv2 "
         "pthread_mutex_lock pthread_mutex_unlock pthread_sigmask pwrite read readdir sched_cpucount "
         "sched_getaffinity setenv setfsgid setfsuid setitimer setrlimit setsid shutdown sigaction sigaddset "

@@ -68,8 +68,8 @@ TEST_F(AccessibleWindow, ASheetIsAnAlertThatReadsItsMessage) {
   showInstallPage();
   tell({"sheet AlertStopIcon"});
   EXPECT_TRUE(sees("alert",
-                   "Sample 2.1 cannot be installed on this computer because it requires Linux 99.0 or "
-                   "newer."))
+                   "Sample 2.1 cannot be installed on this computer because it requires Linux kernel 99.0 "
+                   "or newer."))
       << seen();
   EXPECT_TRUE(sees("push button", "Visit Archive")) << seen();
 }

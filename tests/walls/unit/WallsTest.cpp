@@ -50,6 +50,9 @@ std::vector<Include> includesOf(const std::string& file) {
   return result;
 }
 
+// Of a file named from the root of the tree.
+std::string textOf(const std::string& file) { return contentsOf(fs::path(KT_SOURCE_DIR) / file); }
+
 // The headers of the C++20 library that the core may use: no C headers, nothing of an operating system.
 const std::set<std::string>& standardHeaders() {
   static const std::set<std::string> headers = {
@@ -233,12 +236,12 @@ TEST(Walls, EveryInterfaceHasItsNull) {
   const std::regex base(R"(public (?:virtual )?(\w+))");
   std::set<std::string> nulls;
   for (const std::string& file : sourcesIn("Platform")) {
-    if (folderBelowSubject(file) == "null") nulls.merge(firstGroups(contentsOf(file), base));
+    if (folderBelowSubject(file) == "null") nulls.merge(firstGroups(textOf(file), base));
   }
   std::size_t count = 0;
   for (const std::string& file : interfaceHeaders()) {
-    std::set<std::string> interfaces = firstGroups(contentsOf(file), interface);
-    interfaces.merge(firstGroups(contentsOf(file), view));
+    std::set<std::string> interfaces = firstGroups(textOf(file), interface);
+    interfaces.merge(firstGroups(textOf(file), view));
     for (const std::string& name : interfaces) {
       ++count;
       EXPECT_NE(nulls.contains(name), neededByNoNull().contains(name)) << name << " of " << file;
@@ -248,7 +251,7 @@ TEST(Walls, EveryInterfaceHasItsNull) {
 }
 
 TEST(Walls, TheContractListsEveryInterface) {
-  const std::string contract = contentsOf("Platform/README.md");
+  const std::string contract = textOf("Platform/README.md");
   const auto headers = interfaceHeaders();
   EXPECT_GT(headers.size(), 35U);
   for (const std::string& file : headers) {

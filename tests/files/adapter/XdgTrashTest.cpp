@@ -54,6 +54,19 @@ TEST_F(XdgTrash, TheInformationHoldsTheEncodedPathAndTheLocalTime) {
   ::tzset();
 }
 
+// Who names no folder means the one that the program works in, and not the root of everything.
+TEST_F(XdgTrash, AnItemWithoutAFolderIsTheCurrentFoldersOwn) {
+  addFile("apps/Nas.app/file", "old");
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(at("apps"));
+  const std::string why =
+      textOf(halvorn::XdgTrash(clock, owner, LinksInTheWay::Followed).recycle("", {"Nas.app"}));
+  std::filesystem::current_path(before);
+  EXPECT_EQ(why, "");
+  EXPECT_EQ(contents("data/Trash/files/Nas.app/file"), "old");
+  EXPECT_FALSE(exists("apps/Nas.app"));
+}
+
 TEST_F(XdgTrash, NothingInTheTrashIsOverwritten) {
   for (const char* version : {"1", "2", "3"}) {
     addFile("apps/Nas.app/file", version);

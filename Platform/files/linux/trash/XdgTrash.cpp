@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Core/Paths.h"
 #include "Platform/files/posix/copy/NewFolder.h"
 #include "Platform/files/posix/copy/SystemCalls.h"
 #include "Platform/files/posix/copy/TreeOwnership.h"
@@ -78,7 +79,7 @@ std::optional<FileFailure> XdgTrash::recycle(const Text& sourceFolder, const std
     if (!first) first = failure;
   };
   for (const Text& name : names) {
-    const Text path = sourceFolder + "/" + name;
+    const Text path = Paths::appending(sourceFolder, name);
     const auto item = pins_ ? placeOf(path, *pins_) : placeOf(path, links_);
     if (!item) {
       note(item.cause().at(path.bytes()));

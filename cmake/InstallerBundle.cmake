@@ -9,7 +9,11 @@ endif()
 configure_file(${CMAKE_SOURCE_DIR}/Resources/Info.plist.in ${contents}/Info.plist @ONLY)
 
 set(resources InstallerWindow.xml HalvornInstaller.icns AlertStopIcon.png AlertStopIcon@2x.png Checkmark.png
-  Checkmark@2x.png GenericApplication.png GenericApplication@2x.png en.lproj/Localizable.strings de.lproj/Localizable.strings)
+  Checkmark@2x.png GenericApplication.png GenericApplication@2x.png)
+# A language is a folder with its table.
+file(GLOB tables CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR}/Resources
+  ${CMAKE_SOURCE_DIR}/Resources/*.lproj/Localizable.strings)
+list(APPEND resources ${tables})
 set(copies)
 foreach(file ${resources} sounds/Done.aiff sounds/SoundOfSilence.aiff)
   string(REGEX REPLACE "^sounds/" "" place ${file})

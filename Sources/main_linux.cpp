@@ -2,6 +2,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <random>
 #include <string>
@@ -63,6 +65,7 @@
 #include "Platform/window/linux/QtRunLoop.h"
 #include "Platform/window/linux/QtScreenReader.h"
 #include "Platform/window/linux/pictures/QtImages.h"
+#include "Sources/CommandLineAnswer.h"
 #include "Sources/CompletionSound.h"
 #include "Sources/Departure.h"
 #include "Sources/DestinationChoice.h"
@@ -341,6 +344,8 @@ int applicationMain(int argumentCount, char** arguments) {
   const rlimit descriptorLimit = raiseLimit(RLIMIT_NOFILE, kManyDescriptors);
   const std::vector<Text> argumentList(arguments, arguments + argumentCount);
   Ground ground(argumentList, descriptorLimit);
+  if (const auto answer = commandLineAnswer(argumentList, ground.bundles))
+    return std::fputs(answer->bytes().c_str(), stdout) >= 0 ? EXIT_SUCCESS : EXIT_FAILURE;
   QtApplication application(LinuxBundles::pathOfThisProgram());
   DesktopAppearance appearance(styleOf(ground.defaults));
   Colors colors(ground, appearance);

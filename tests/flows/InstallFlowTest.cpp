@@ -27,6 +27,17 @@ class InstallFlow : public FlowFixture {
   [[nodiscard]] Lines wholeLog() { return whole(installerLog()); }
 };
 
+// No display, and nothing of the person's is touched.
+TEST_F(InstallFlow, QuestionsAboutTheProgramAreAnsweredWithoutAWindow) {
+  const ChildOptions nowhere{.environment = {"HOME=/nonexistent", "PATH=/usr/bin:/bin"}};
+  const auto version = runCommand({builtInstaller(), "--version"}, nowhere);
+  EXPECT_EQ(version.status, 0);
+  EXPECT_EQ(version.output, "HalvornInstaller 1.0.0\n");
+  const auto help = runCommand({builtInstaller(), "--help"}, nowhere);
+  EXPECT_EQ(help.status, 0);
+  EXPECT_NE(help.output.find("-sourcePath PATH"), std::string::npos) << help.output;
+}
+
 TEST_F(InstallFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
   const fs::path readMe = makeReadMe(image());
   const fs::path guide = makeGuide(image());

@@ -64,8 +64,8 @@ std::string printedInFull(double value, std::string_view modifiers) {
 }
 
 std::string printedBriefly(double value, int significantDigits) {
-  return (std::signbit(value) ? "-" : "") +
-         digitsOf(std::abs(value), std::chars_format::general, significantDigits);
+  const std::string digits = digitsOf(std::abs(value), std::chars_format::general, significantDigits);
+  return std::signbit(value) ? "-" + digits : digits;
 }
 
 }  // namespace halvorn

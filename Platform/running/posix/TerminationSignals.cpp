@@ -47,7 +47,7 @@ TerminationSignals::TerminationSignals(RunLoop& loop, Cancellation& received,
   struct sigaction action = {};
   action.sa_handler = onSignal;
   action.sa_flags = SA_RESTART;
-  ::sigemptyset(&action.sa_mask);
+  sigemptyset(&action.sa_mask);
   for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
     struct sigaction before = {};
     if (::sigaction(signal, nullptr, &before) != 0 || before.sa_handler == SIG_IGN) continue;

@@ -98,7 +98,7 @@ TEST_F(UnopenedCopy, DevicesArriveWithTheirModesAndNumbers) {
   if (!isRoot()) GTEST_SKIP() << "only the administrator can make one";
   addFolder("from");
   if (::mknod(at("from/null").c_str(), S_IFCHR | 0600, makedev(1, 3)) != 0)
-    GTEST_SKIP() << "not in this container";
+    GTEST_SKIP() << "this container lets nobody make device nodes";
   addNode("from/loop", S_IFBLK | 0660, makedev(7, 200));
   ASSERT_TRUE(copy());
   for (const std::string name : {"null", "loop"}) {

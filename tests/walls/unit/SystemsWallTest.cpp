@@ -5,11 +5,12 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "tests/support/TestFiles.h"
 
 namespace halvorn {
 namespace {
@@ -118,12 +119,7 @@ std::vector<std::string> filesForEverySystem() {
   return result;
 }
 
-std::string textOf(const std::string& file) {
-  std::ifstream stream(fs::path(KT_SOURCE_DIR) / file);
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
-}
+std::string textOf(const std::string& file) { return contentsOf(fs::path(KT_SOURCE_DIR) / file); }
 
 TEST(Walls, WhatTwoSystemsShareNamesNothingThatOnlyOneHas) {
   const auto files = filesForEverySystem();

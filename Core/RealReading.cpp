@@ -189,7 +189,7 @@ Real nearestQuotient(WholeNumber numerator, WholeNumber denominator) {
   }
   // What is left is now a fraction of half of the last bit.
   const auto rest = numerator <=> denominator;
-  if (rest > 0 || (rest == 0 && whole % 2 == 1)) ++whole;
+  if (std::is_gt(rest) || (std::is_eq(rest) && whole % 2 == 1)) ++whole;
   return std::ldexp(static_cast<Real>(whole), static_cast<int>(exponent - bits + 1));
 }
 

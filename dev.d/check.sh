@@ -46,7 +46,7 @@ tidy() {
 # A line for each source in the development build: it, and the headers of this tree that it includes.
 own_dependencies() {
   ninja -C build/dev -t deps | awk -v root="$PWD/" '
-    function own(path) { sub(/^(\.\.\/)+/, "", path); sub("^" root, "", path); return path }
+    function own(path) { return sub(/^(\.\.\/)+/, "", path) || sub("^" root, "", path) ? path : "/generated" }
     /#deps/ { if (line != "") print line; line = ""; valid = /VALID/; next }
     NF == 1 && valid { path = own($1); if (path !~ /^(\/|build\/)/ && path ~ /\.(h|cpp)$/) line = line (line == "" ? "" : " ") path }
     END { if (line != "") print line }' | grep -E '^(Core|KTStuff|Platform|Sources|train|tests)/[^ ]*\.cpp( |$)'

@@ -54,17 +54,20 @@
 #include "Platform/session/linux/WaylandSession.h"
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
+#include "Platform/session/linux/x11/DisplayConnection.h"
 #include "Platform/sound/linux/LoadedSounds.h"
 #include "Platform/text/linux/IcuLocalizedDates.h"
 #include "Platform/text/linux/IcuUnicode.h"
 #include "Platform/text/linux/LoadedDigests.h"
 #include "Platform/window/linux/InstallerWindow.h"
+#include "Platform/window/linux/LoneAlert.h"
 #include "Platform/window/linux/QtAlerts.h"
 #include "Platform/window/linux/QtAppearances.h"
 #include "Platform/window/linux/QtApplication.h"
 #include "Platform/window/linux/QtRunLoop.h"
 #include "Platform/window/linux/QtScreenReader.h"
 #include "Platform/window/linux/pictures/QtImages.h"
+#include "Sources/AdministratorRefusal.h"
 #include "Sources/CommandLineAnswer.h"
 #include "Sources/CompletionSound.h"
 #include "Sources/Departure.h"
@@ -335,6 +338,24 @@ class Installer {
   InstallerWinController controller_;
 };
 
+bool isRefused(const Environment& environment) {
+  const auto exception = environment.value(kAdministratorVariable);
+  return isRefusedForAdministrator(::geteuid() == 0, exception ? OptionalText(*exception) : std::nullopt);
+}
+
+// Says so, to whoever sits before a screen too.
+int refuseAdministrator(Ground& ground, const OptionalText& description) {
+  logAdministratorRefusal(ground.log);
+  const bool isSeen = isWaylandSession(ground.environment) ||
+                      DisplayConnection::open(ground.environment.value("DISPLAY")) != nullptr;
+  if (!isSeen) return kAdministratorRefused;
+  const QtApplication application(LinuxBundles::pathOfThisProgram());
+  const DesktopAppearance appearance(styleOf(ground.defaults));
+  QtImages images(description ? Paths::deletingLastComponent(*description) : Text());
+  showLoneAlert("Halvorn Installer", administratorAlert(ground.strings, images));
+  return kAdministratorRefused;
+}
+
 }  // namespace
 
 int applicationMain(int argumentCount, char** arguments) {
@@ -346,12 +367,13 @@ int applicationMain(int argumentCount, char** arguments) {
   Ground ground(argumentList, descriptorLimit);
   if (const auto answer = commandLineAnswer(argumentList, ground.bundles))
     return std::fputs(answer->bytes().c_str(), stdout) >= 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+  const Text bundle = ground.bundles.mainBundlePath();
+  const OptionalText description = ground.bundles.pathForResource(bundle, "InstallerWindow", "xml");
+  if (isRefused(ground.environment)) return refuseAdministrator(ground, description);
   QtApplication application(LinuxBundles::pathOfThisProgram());
   DesktopAppearance appearance(styleOf(ground.defaults));
   Colors colors(ground, appearance);
 
-  const Text bundle = ground.bundles.mainBundlePath();
-  const OptionalText description = ground.bundles.pathForResource(bundle, "InstallerWindow", "xml");
   QtImages images(description ? Paths::deletingLastComponent(*description) : Text());
   const InstallerWindow::Loaded loaded =
       InstallerWindow::load(description.value_or(Text()), ground.strings, images);

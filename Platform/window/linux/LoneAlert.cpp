@@ -1,0 +1,22 @@
+#include "Platform/window/linux/LoneAlert.h"
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QScreen>
+#include <QWidget>
+
+#include "Platform/window/linux/AlertSheet.h"
+#include "Platform/window/linux/QtText.h"
+
+namespace halvorn {
+
+void showLoneAlert(const Text& title, const AlertDescription& alert) {
+  // A sheet has the title of its window and stands in its middle, also when that is not shown.
+  QWidget window(nullptr, Qt::Window);
+  window.setWindowTitle(forDisplay(title));
+  window.setGeometry(QGuiApplication::primaryScreen()->availableGeometry());
+  const QPointer sheet(new AlertSheet(alert, &window, [](int) {}));
+  sheet->exec();
+}
+
+}  // namespace halvorn

@@ -125,14 +125,16 @@ std::optional<XdgTrash::Refusal> XdgTrash::moveAndHandOver(const Place& place, c
   const auto folder = TrashFolder::open(*place, owner_);
   if (!folder) return Refusal{.failure = folder.cause()};
   // Held fast before it comes to where the person can put something else in its place.
-  const FileDescriptor pinned(retried([&] {
-    return ::openat(item.folder.get(), item.name.c_str(), SystemCalls::openPath | O_NOFOLLOW | O_CLOEXEC);
-  }));
+  const FileDescriptor pinned = SystemCalls::holdItem(item.folder.get(), item.name.c_str());
   const auto moved = folder->move(item, path, clock_.now());
   if (moved.outcome != TrashFolder::Outcome::Moved)
     return Refusal{.failure = moved.failure, .isOfATrash = moved.outcome == TrashFolder::Outcome::Failed};
   // It is in the Trash now; a file that cannot be handed over does not bring it back.
-  if (owner_.user != ::geteuid() && pinned) (void)giveTree(item.folder.get(), pinned.get(), owner_);
+  if (owner_.user == ::geteuid() || !pinned) return std::nullopt;
+  // Something else may have had its name by the time it was moved.
+  const FileDescriptor there = SystemCalls::holdItem(folder->files(), moved.name.c_str());
+  if (there && SystemCalls::isSameItem(there.get(), pinned.get()))
+    (void)giveTree(item.folder.get(), pinned.get(), owner_);
   return std::nullopt;
 }
 

@@ -9,7 +9,9 @@
 #include <cstddef>
 #include <ctime>
 #include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Platform/running/posix/FileDescriptor.h"
@@ -46,6 +48,11 @@ enum class Resolution {
 [[nodiscard]] bool isSameItem(int a, int b);
 [[nodiscard]] bool isSameFileSystem(int a, int b);
 [[nodiscard]] bool isSameMount(int a, int b);
+
+// What the mounts of the item's file system begin with, by device and number: below such an item, what is in
+// the one mount is in the other, too. nullopt: the system does not tell, or one of them cannot be looked at.
+using ItemNumbers = std::set<std::pair<dev_t, ino_t>>;
+[[nodiscard]] std::optional<ItemNumbers> topsOfMounts(int item);
 
 // The absolute path of an open folder, without links; nullopt when it has none any more.
 [[nodiscard]] std::optional<std::string> pathOf(int folder);

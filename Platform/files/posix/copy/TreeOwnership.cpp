@@ -32,52 +32,83 @@ bool isPublic(const struct stat& facts) {
   return (facts.st_mode & S_IROTH) != 0;
 }
 
-// How often each file with several names stands in those folders of the tree
-// that nobody can change meanwhile.
-LinkCounts countLinks(int tree) {
-  LinkCounts counts;
-  const auto count = [&](int folder, const std::string& name) {
-    struct stat facts {};
-    if (!isOursAlone(folder)) return Cause();
-    if (::fstatat(folder, name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0)
-      return Cause::ofSystem(Cause::Operation::Look);
-    if (isSharedFile(facts)) ++counts[{facts.st_dev, facts.st_ino}];
-    return Cause();
-  };
-  (void)walkTree(tree, ".",
-                 {.visitItem = count, .visitFolder = [](int, const std::string&) { return Cause(); }});
-  return counts;
-}
+Cause causeOfKeeping() { return Cause::ofOurs(Cause::Operation::Metadata, "it keeps its owner"); }
 
-// `item` is open to name it, so that what is looked at is what is given.
-bool giveItem(int item, const Person& person, const LinkCounts& counts) {
-  struct stat facts {};
-  if (::fstat(item, &facts) != 0 || facts.st_uid != ::geteuid() || !isPublic(facts)) return false;
-  if (isSharedFile(facts)) {
-    const auto found = counts.find({facts.st_dev, facts.st_ino});
-    if (found == counts.end() || found->second < facts.st_nlink) return false;
+// One tree on its way to a person.
+class Gift {
+ public:
+  Gift(const Person& person, SystemCalls::ItemNumbers topsOfMounts)
+      : person_(person), topsOfMounts_(std::move(topsOfMounts)) {}
+
+  bool giveTree(int top) {
+    countLinks(top);
+    const auto visit = [&](int folder, const std::string& name) {
+      // The top comes last and is the one that was pinned.
+      const bool isGiven = name == "." ? giveItem(top) : giveIn(folder, name);
+      return isGiven ? Cause() : causeOfKeeping();
+    };
+    return !walkTree(top, ".", {.visitItem = visit, .visitFolder = visit, .refuse = causeUnlessHereAlone()});
   }
-  return SystemCalls::changeOwner(item, person.user, person.group);
-}
+
+  // `item` is open to name it, so that what is looked at is what is given.
+  bool giveItem(int item) const {
+    struct stat facts {};
+    if (::fstat(item, &facts) != 0 || facts.st_uid != ::geteuid() || !isPublic(facts)) return false;
+    if (topsOfMounts_.contains({facts.st_dev, facts.st_ino})) return false;
+    if (isSharedFile(facts)) {
+      const auto found = counts_.find({facts.st_dev, facts.st_ino});
+      if (found == counts_.end() || found->second < facts.st_nlink) return false;
+    }
+    return SystemCalls::changeOwner(item, person_.user, person_.group);
+  }
+
+ private:
+  // How often each file with several names stands in those folders of the tree that
+  // nobody can change meanwhile, and that can be seen nowhere else.
+  void countLinks(int top) {
+    const auto count = [&](int folder, const std::string& name) {
+      struct stat facts {};
+      if (!isOursAlone(folder)) return Cause();
+      if (::fstatat(folder, name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0)
+        return Cause::ofSystem(Cause::Operation::Look);
+      if (isSharedFile(facts)) ++counts_[{facts.st_dev, facts.st_ino}];
+      return Cause();
+    };
+    (void)walkTree(top, ".",
+                   {.visitItem = count,
+                    .visitFolder = [](int, const std::string&) { return Cause(); },
+                    .refuse = causeUnlessHereAlone()});
+  }
+
+  [[nodiscard]] std::function<Cause(int)> causeUnlessHereAlone() const {
+    return [this](int folder) {
+      struct stat facts {};
+      if (::fstat(folder, &facts) != 0) return Cause::ofSystem(Cause::Operation::Look);
+      return topsOfMounts_.contains({facts.st_dev, facts.st_ino}) ? causeOfKeeping() : Cause();
+    };
+  }
+
+  [[nodiscard]] bool giveIn(int folder, const std::string& name) const {
+    const FileDescriptor pinned = SystemCalls::holdItem(folder, name.c_str());
+    // A file may be mounted there that stands somewhere else.
+    return pinned && isOursAlone(folder) && SystemCalls::isSameMount(folder, pinned.get()) &&
+           giveItem(pinned.get());
+  }
+
+  const Person& person_;
+  const SystemCalls::ItemNumbers topsOfMounts_;
+  LinkCounts counts_;
+};
 
 }  // namespace
 
 bool giveTree(int fromFolder, int item, const Person& person) {
   struct stat facts {};
-  if (::fstat(item, &facts) != 0) return false;
-  if (!S_ISDIR(facts.st_mode)) return isOursAlone(fromFolder) && giveItem(item, person, {});
-  const LinkCounts counts = countLinks(item);
-  const auto give = [&](int folder, const std::string& name) {
-    // The top comes last and is the one that was pinned.
-    if (name == ".") return giveItem(item, person, counts);
-    const FileDescriptor pinned(retried(
-        [&] { return ::openat(folder, name.c_str(), SystemCalls::openPath | O_NOFOLLOW | O_CLOEXEC); }));
-    return pinned && isOursAlone(folder) && giveItem(pinned.get(), person, counts);
-  };
-  const auto visit = [&](int folder, const std::string& name) {
-    return give(folder, name) ? Cause() : Cause::ofOurs(Cause::Operation::Metadata, "it keeps its owner");
-  };
-  return !walkTree(item, ".", {.visitItem = visit, .visitFolder = visit});
+  if (!isOursAlone(fromFolder) || ::fstat(item, &facts) != 0) return false;
+  auto topsOfMounts = SystemCalls::topsOfMounts(item);
+  if (!topsOfMounts) return false;
+  Gift gift(person, std::move(*topsOfMounts));
+  return S_ISDIR(facts.st_mode) ? gift.giveTree(item) : gift.giveItem(item);
 }
 
 }  // namespace halvorn

@@ -8,7 +8,7 @@
 
 namespace halvorn {
 
-// Links are removed, never followed; other file systems mounted inside are left alone.
+// Links are removed, never followed; what is mounted inside is left alone.
 // Fails: answers the first thing that could not be done; everything that could be removed is gone then, too.
 [[nodiscard]] std::optional<FileFailure> removeTree(const ItemPlace& place);
 

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/files/posix/copy/SystemCalls.h"
 #include "Platform/running/posix/FileDescriptor.h"
 
 namespace halvorn {
@@ -68,6 +69,10 @@ class TreeWalk {
     if (::fstat(opened.get(), &facts) != 0) return note(Cause::ofSystem(Operation::Look), name);
     if (facts.st_dev != device_)
       return note(Cause::ofOurs(Operation::Open, "another file system is mounted there"), name);
+    if (!levels_.empty() && !SystemCalls::isSameMount(folder, opened.get()))
+      return note(Cause::ofOurs(Operation::Open, "something else is mounted there"), name);
+    if (const Cause cause = visitor_.refuse ? visitor_.refuse(opened.get()) : Cause())
+      return note(cause, name);
     levels_.push_back({.name = name, .device = facts.st_dev, .number = facts.st_ino});
     current_ = std::move(opened);
     visitItems();

@@ -16,6 +16,8 @@ struct TreeVisitor {
   std::function<Cause(int folder, const std::string& name)> visitItem;
   // A folder, after everything in it. `folder` is the one it is in.
   std::function<Cause(int folder, const std::string& name)> visitFolder;
+  // Of an open folder. One that says no is neither entered nor visited. None: all are entered.
+  std::function<Cause(int folder)> refuse = {};
 };
 
 struct WalkFailure {
@@ -24,7 +26,7 @@ struct WalkFailure {
 };
 
 // Visits what is in the folder `name` of `folder`, then that folder itself; or just the item when it is no
-// folder. Folders on other file systems than the item's are neither entered nor visited. A visitor that
+// folder. Where something is mounted below it, that is neither entered nor visited. A visitor that
 // fails does not stop the walk. Fails: answers the first that a visitor said, or that could not be visited.
 [[nodiscard]] std::optional<WalkFailure> walkTree(int folder, const std::string& name,
                                                   const TreeVisitor& visitor);

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -35,8 +36,12 @@ void endPart(std::unique_ptr<ChildProcess>& part) {
 }  // namespace
 
 std::optional<std::string> Desktop::missing(const DesktopParts& parts) {
-  if (parts.display && !programExists("Xvfb")) return "Xvfb is not installed";
-  if (parts.display && parts.windowManager && !programExists("openbox")) return "openbox is not installed";
+  if (parts.compositor == Compositor::Sway && !programExists("sway")) return "sway is not installed";
+  if (parts.compositor == Compositor::Weston && !programExists("weston")) return "weston is not installed";
+  if (parts.xClients && !programExists("Xwayland")) return "xwayland is not installed";
+  const bool isOnX = parts.display && parts.compositor == Compositor::None;
+  if (isOnX && !programExists("Xvfb")) return "Xvfb is not installed";
+  if (isOnX && parts.windowManager && !programExists("openbox")) return "openbox is not installed";
   if (parts.bus && !programExists("dbus-daemon")) return "dbus-daemon is not installed";
   if (parts.accessibility && !programExists("gdbus")) return "gdbus is not installed";
   if (parts.accessibility && ::access("/usr/share/dbus-1/services/org.a11y.Bus.service", R_OK) != 0) {
@@ -49,8 +54,11 @@ Desktop::Desktop(const DesktopParts& parts) {
   ::mkdir(homeFolder().c_str(), 0700);
   ::mkdir(runtimeFolder().c_str(), 0700);
   // The server first: services that the bus starts get its environment.
-  if (parts.display) startXServer();
-  if (parts.display && parts.windowManager) startWindowManager();
+  const bool isOnX = parts.display && parts.compositor == Compositor::None;
+  if (isOnX) startXServer();
+  if (isOnX && parts.windowManager) startWindowManager();
+  if (parts.compositor == Compositor::Sway) startSway(parts.xClients);
+  if (parts.compositor == Compositor::Weston) startWeston();
   if (parts.bus) startBus(parts.serviceActivation || parts.accessibility);
   if (parts.bus && parts.accessibility) startAccessibility();
 }
@@ -59,6 +67,7 @@ Desktop::~Desktop() {
   endPart(bus_);
   endPart(windowManager_);
   endPart(xServer_);
+  endPart(compositor_);
 }
 
 std::vector<std::string> Desktop::environment() const {
@@ -72,7 +81,11 @@ std::vector<std::string> Desktop::environment() const {
   }
   if (!displayName_.empty()) {
     result.push_back("DISPLAY=" + displayName_);
-    result.push_back("XDG_SESSION_TYPE=x11");
+    if (waylandDisplay_.empty()) result.push_back("XDG_SESSION_TYPE=x11");
+  }
+  if (!waylandDisplay_.empty()) {
+    result.push_back("WAYLAND_DISPLAY=" + waylandDisplay_);
+    result.push_back("XDG_SESSION_TYPE=wayland");
   }
   if (!busAddress_.empty()) result.push_back("DBUS_SESSION_BUS_ADDRESS=" + busAddress_);
   if (!accessibilityAddress_.empty()) result.push_back("QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1");
@@ -100,6 +113,54 @@ void Desktop::startXServer() {
       displayName_ = ":" + *line;
       return;
     }
+  }
+}
+
+std::string Desktop::waylandSocket() const {
+  if (waylandDisplay_.empty()) return "";
+  return std::filesystem::weakly_canonical(runtimeFolder() + "/" + waylandDisplay_).string();
+}
+
+// Without a screen and without devices. It does not run for the superuser, and need not: in a namespace of its
+// own it is somebody else, while its clients stay who they are.
+void Desktop::startSway(bool xClients) {
+  const std::string configuration = folder_ / "sway.conf";
+  std::ofstream(configuration) << "xwayland " << (xClients ? "enable" : "disable") << "\n"
+                               << "output HEADLESS-1 resolution 1280x800\n"
+                               << "for_window [app_id=\".*\"] floating enable\n"
+                               << "for_window [class=\".*\"] floating enable\n"
+                               << "exec echo serves \"$WAYLAND_DISPLAY\" \"$DISPLAY\"\n";
+  std::vector<std::string> command = {"setpriv", "--pdeathsig", "TERM", "sway", "-c", configuration};
+  if (::geteuid() == 0) {
+    const std::vector<std::string> asSomebody = {"unshare", "--user", "--map-user=1000", "--map-group=1000"};
+    command.insert(command.begin(), asSomebody.begin(), asSomebody.end());
+  }
+  compositor_ = std::make_unique<ChildProcess>(
+      command, ChildOptions{.environment = environmentWith({"WLR_BACKENDS=headless", "WLR_RENDERER=pixman",
+                                                            "WLR_LIBINPUT_NO_DEVICES=1"}),
+                            .signalWhenTestDies = SIGTERM});
+  const std::string answer = "serves ";
+  for (;;) {
+    const auto line = compositor_->readLine(kTestPatience);
+    if (!line) throw failed("sway", *compositor_);
+    if (line->rfind(answer, 0) != 0) continue;
+    const std::size_t blank = line->find(' ', answer.size());
+    waylandDisplay_ = line->substr(answer.size(), blank - answer.size());
+    if (xClients) displayName_ = line->substr(blank + 1);
+    return;
+  }
+}
+
+// A desktop that tells nothing of windows.
+void Desktop::startWeston() {
+  waylandDisplay_ = "wayland-1";
+  compositor_ = std::make_unique<ChildProcess>(
+      std::vector<std::string>{"weston", "--debug", "--backend=headless-backend.so", "--use-pixman",
+                               "--width=1280", "--height=800", "--socket=" + waylandDisplay_, "--idle-time=0",
+                               "--no-config"},
+      ChildOptions{.environment = environment(), .signalWhenTestDies = SIGTERM});
+  if (!eventually([&] { return std::filesystem::exists(waylandSocket()); })) {
+    throw failed("weston", *compositor_);
   }
 }
 

@@ -1,4 +1,5 @@
-// A desktop of a test's own: an X server, a window manager, a session bus, a home and a runtime folder.
+// A desktop of a test's own: an X server and a window manager, or a Wayland compositor; a session bus, a home and a
+// runtime folder.
 //
 //   if (const auto missing = Desktop::missing()) GTEST_SKIP() << *missing;
 //   Desktop desktop;
@@ -20,10 +21,15 @@
 
 namespace halvorn {
 
+enum class Compositor { None, Sway, Weston };
+
 struct DesktopParts {
   bool display = true;
   bool windowManager = true;  // needs the display
   bool bus = true;
+  // In place of the X server. Two such desktops have the same name for their display, each in its own folder.
+  Compositor compositor = Compositor::None;
+  bool xClients = false;  // whether the compositor takes X programs too
   // Whether the bus starts the services that the machine has installed (portals, at-spi ...).
   bool serviceActivation = false;
   // Starts the accessibility bus and tells programs to use it; needs the bus, implies serviceActivation.
@@ -50,7 +56,12 @@ class Desktop {
   void setEnvironment(const std::string& entry) { added_.push_back(entry); }
 
   [[nodiscard]] const std::string& displayName() const { return displayName_; }  // ":7"; "" without
-  [[nodiscard]] const std::string& busAddress() const { return busAddress_; }    // "" without
+  [[nodiscard]] const std::string& waylandDisplay() const {
+    return waylandDisplay_;
+  }  // "wayland-1"; "" without
+  // Where the compositor listens, without a link in it; "" without.
+  [[nodiscard]] std::string waylandSocket() const;
+  [[nodiscard]] const std::string& busAddress() const { return busAddress_; }  // "" without
   [[nodiscard]] const std::string& accessibilityAddress() const { return accessibilityAddress_; }
   [[nodiscard]] std::string homeFolder() const { return folder_ / "home"; }
   [[nodiscard]] std::string runtimeFolder() const { return folder_ / "run"; }  // 0700
@@ -58,11 +69,14 @@ class Desktop {
 
   // The parts, for tests that take one away; null when not started.
   [[nodiscard]] ChildProcess* xServer() { return xServer_.get(); }
+  [[nodiscard]] ChildProcess* compositor() { return compositor_.get(); }
   [[nodiscard]] ChildProcess* windowManager() { return windowManager_.get(); }
   [[nodiscard]] ChildProcess* bus() { return bus_.get(); }
 
  private:
   void startXServer();
+  void startSway(bool xClients);
+  void startWeston();
   void startWindowManager();
   void startBus(bool serviceActivation);
   void startAccessibility();
@@ -70,9 +84,11 @@ class Desktop {
   TemporaryFolder folder_;
   std::vector<std::string> added_;
   std::string displayName_;
+  std::string waylandDisplay_;
   std::string busAddress_;
   std::string accessibilityAddress_;
   std::unique_ptr<ChildProcess> xServer_;
+  std::unique_ptr<ChildProcess> compositor_;
   std::unique_ptr<ChildProcess> windowManager_;
   std::unique_ptr<ChildProcess> bus_;
 };

@@ -1,0 +1,89 @@
+// A connection of its own to a Wayland compositor.
+//
+// No wait is without an end: a compositor that does not answer in time has not answered, and from then on it
+// is not waited for again until what it was asked has come. Nothing here ends the program when the compositor
+// goes: the connection is then no longer usable.
+//
+// Thread: one at a time; call-backs of the protocols run inside roundTrip() and readEvents().
+// Why: docs/decisions/030-wayland.md
+#pragma once
+
+#include <wayland-client-core.h>
+#include <wayland-client-protocol.h>
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace halvorn {
+
+class WaylandConnection {
+ public:
+  static constexpr std::chrono::milliseconds kPatience{1000};
+
+  // Null when nobody listens at that path, takes connections or answers in time.
+  [[nodiscard]] static std::unique_ptr<WaylandConnection> open(
+      const std::string& socketPath, std::chrono::milliseconds patience = kPatience);
+  ~WaylandConnection();
+  WaylandConnection(const WaylandConnection&) = delete;
+  WaylandConnection& operator=(const WaylandConnection&) = delete;
+
+  [[nodiscard]] wl_display* get() const { return display_.get(); }
+  [[nodiscard]] int descriptor() const { return wl_display_get_fd(get()); }
+  // False once the compositor has gone, or has ended the conversation; it stays so.
+  [[nodiscard]] bool isUsable() const { return wl_display_get_error(get()) == 0; }
+
+  [[nodiscard]] bool offers(const wl_interface& interface) const { return globals_.contains(interface.name); }
+  // What the compositor offers under that name, in the version that both know; null when it offers none. Of
+  // several the one that came first. The caller destroys it.
+  template <typename Proxy>
+  [[nodiscard]] Proxy* bind(const wl_interface& interface, std::uint32_t knownVersion) {
+    return static_cast<Proxy*>(bindProxy(interface, knownVersion));
+  }
+
+  // Has all that was asked carried out, and what that brought handled. False when it was not answered in time,
+  // or the compositor has gone.
+  [[nodiscard]] bool roundTrip();
+  // Handles what has come already, and sends what was asked as far as that goes.
+  void readEvents();
+
+ private:
+  struct Disconnect {
+    void operator()(wl_display* display) const { wl_display_disconnect(display); }
+  };
+  struct Global {
+    std::uint32_t name = 0;
+    std::uint32_t version = 0;
+  };
+
+  WaylandConnection(wl_display* display, std::chrono::milliseconds patience);
+  [[nodiscard]] bool learnGlobals();
+  [[nodiscard]] void* bindProxy(const wl_interface& interface, std::uint32_t knownVersion);
+  // Handles events until the answer has come; false when that took longer.
+  [[nodiscard]] bool dispatchUntilAnswered(std::chrono::milliseconds longest);
+  void forgetQuestion();
+
+  const std::unique_ptr<wl_display, Disconnect> display_;
+  const std::chrono::milliseconds patience_;
+  wl_registry* registry_ = nullptr;
+  std::map<std::string, Global> globals_;
+  wl_callback* question_ = nullptr;  // that was not answered yet
+};
+
+// Destroys a proxy the way its protocol asks for.
+//
+//   WaylandPointer<wl_seat, wl_seat_destroy> seat(connection.bind<wl_seat>(wl_seat_interface, 2));
+template <auto Function>
+struct WaylandDestroyer {
+  template <typename Proxy>
+  void operator()(Proxy* proxy) const {
+    Function(proxy);
+  }
+};
+template <typename Proxy, auto Function>
+using WaylandPointer = std::unique_ptr<Proxy, WaylandDestroyer<Function>>;
+using WaylandSeat = WaylandPointer<wl_seat, wl_seat_destroy>;
+
+}  // namespace halvorn

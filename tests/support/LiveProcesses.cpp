@@ -5,10 +5,10 @@ namespace halvorn {
 LiveProcesses::LiveProcesses(const LiveOptions& options)
     : procFiles(options.table),
       windows(options.display,
-              options.waylandDisplay.empty() ? XWindowSystem::Coverage::AllWindows
-                                             : XWindowSystem::Coverage::SomeWindows,
+              options.waylandSocket.empty() ? XWindowSystem::Coverage::AllWindows
+                                            : XWindowSystem::Coverage::SomeWindows,
               procFiles),
-      running(procFiles, bundles, windows, DesktopSession{"", options.display, options.waylandDisplay}),
+      running(procFiles, bundles, windows, DesktopSession{"", options.display, options.waylandSocket}),
       source(running, procFiles, windows, workspace),
       control(running, windows),
       events(running, windows, loop, loop),

@@ -102,7 +102,7 @@ TEST_F(RealEvents, ADisplayWithoutAServerIsAsGoodAsNone) {
 }
 
 TEST_F(RealEvents, UnderWaylandTheTableIsLookedAtAndNothingIsGuessed) {
-  watch({.waylandDisplay = "wayland-4711"});
+  watch({.waylandSocket = "/nowhere/wayland-4711"});
   listen();
   ChildProcess& child = startBundle("Editor", "EDIT");
   EXPECT_TRUE(live->settles([&] { return count("started") == 1; }));
@@ -115,7 +115,7 @@ TEST_F(RealEvents, UnderWaylandTheTableIsLookedAtAndNothingIsGuessed) {
 TEST_F(RealEvents, UnderWaylandWithXWindowsOnlyThoseAreTold) {
   startDesktop({.bus = false});
   if (!desktop) return;
-  watch({.display = desktop->displayName(), .waylandDisplay = "wayland-4711"});
+  watch({.display = desktop->displayName(), .waylandSocket = "/nowhere/wayland-4711"});
   EXPECT_FALSE(live->windows.tellsAllWindows());
   listen();
   ChildProcess& withoutWindow = startBundle("Editor", "EDIT");

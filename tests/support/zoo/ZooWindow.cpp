@@ -24,7 +24,8 @@ Windows::Windows(const WindowOptions& options) : connection_(xcb_connect(nullptr
   screen_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
   protocols_ = atom("WM_PROTOCOLS");
   deleteWindow_ = atom("WM_DELETE_WINDOW");
-  for (int i = 0; i < options.count; ++i) windows_.push_back(createWindow(options, i));
+  for (int i = 0; i < options.count; ++i)
+    windows_.push_back(createWindow(options, options.title + " " + std::to_string(i)));
   xcb_flush(connection_);
 }
 
@@ -35,14 +36,23 @@ xcb_atom_t Windows::atom(const char* name) const {
   return reply ? reply->atom : XCB_NONE;
 }
 
-xcb_window_t Windows::createWindow(const WindowOptions& options, int index) {
+void Windows::open(const std::string& title) {
+  windows_.push_back(createWindow({}, title));
+  xcb_flush(connection_);
+}
+
+void Windows::closeAll() {
+  for (const xcb_window_t window : windows_) xcb_destroy_window(connection_, window);
+  xcb_flush(connection_);
+}
+
+xcb_window_t Windows::createWindow(const WindowOptions& options, const std::string& title) {
   const xcb_window_t window = xcb_generate_id(connection_);
   const std::uint32_t values[] = {screen_->white_pixel,
                                   XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
   xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, screen_->root, 0, 0, kSide, kSide, 0,
                     XCB_WINDOW_CLASS_INPUT_OUTPUT, screen_->root_visual,
                     XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
-  const std::string title = options.title + " " + std::to_string(index);
   xcb_icccm_set_wm_name(connection_, window, XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(title.size()),
                         title.c_str());
   char machine[256] = {};

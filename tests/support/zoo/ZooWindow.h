@@ -23,12 +23,15 @@ class Windows {
   // Exits the program when there is no X server.
   explicit Windows(const WindowOptions& options);
   [[nodiscard]] int descriptor() const { return xcb_get_file_descriptor(connection_); }
+  // One more, with that title.
+  void open(const std::string& title);
+  void closeAll();
   // Prints what came: "close", "message", "focus <index>", "iconified", "shown"; calls
   // `closed` for the first of these.
   void readEvents(const std::function<void()>& closed);
 
  private:
-  xcb_window_t createWindow(const WindowOptions& options, int index);
+  xcb_window_t createWindow(const WindowOptions& options, const std::string& title);
   [[nodiscard]] xcb_atom_t atom(const char* name) const;
   [[nodiscard]] std::size_t indexOf(xcb_window_t window) const;
 

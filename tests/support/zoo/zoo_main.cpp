@@ -3,11 +3,16 @@
 //
 //   kt_zoo [HABIT ...]
 //
-//   --windows N        shows N windows            --claim-pid N   says in them that it is that process
+//   --windows N        shows N windows: on Wayland where WAYLAND_DISPLAY is set, but for --x-windows, else on X
+//   --x-windows        see above                  --claim-pid N   says in them that it is that process
+//   --app-id TEXT      on Wayland: in place of the program's name
+//   --socket PATH      on Wayland: that compositor, whatever the environment says
 //   --title TEXT       their title                --claim-machine M
 //   --no-pid           says nothing of the kind   --cannot-close  its windows do not take part in closing
 //   --ignores-term     SIGTERM does nothing       --ignores-close a closed window does nothing
-//   --asks-to-save     asked once it waits; asked again it drops everything and ends with status 9
+//   --asks-to-save     asked once it waits; asked again it drops everything and ends with status 9; when it was a
+//                      window that was closed, it asks with another one
+//   --saves-slowly S   its windows vanish when one is closed, and so long later it says "saved" and ends
 //   --forks            asked to end it leaves a copy of itself behind
 //   --seconds S        so long until it ends, once asked
 //   --rename NAME      the name it gives itself in the process table (bytes as they are)
@@ -34,6 +39,7 @@
 #include <string_view>
 
 #include "tests/support/zoo/ZooBus.h"
+#include "tests/support/zoo/ZooWayland.h"
 #include "tests/support/zoo/ZooWindow.h"
 
 namespace halvorn::zoo {
@@ -52,10 +58,15 @@ struct Habits {
   bool stops = false;
   bool isNotDumpable = false;
   double burns = 0;
+  double savesFor = 0;
+  bool isForX = false;
+  std::string applicationId;
+  std::string socket;
 };
 
 Habits parse(int count, char** arguments) {
   Habits habits;
+  habits.applicationId = std::string(arguments[0]).substr(std::string(arguments[0]).rfind('/') + 1);
   const std::map<std::string_view, bool*> switches = {
       {"--ignores-term", &habits.ignoresTerm},
       {"--ignores-close", &habits.ignoresClose},
@@ -69,15 +80,17 @@ Habits parse(int count, char** arguments) {
       {"--bus-application", &habits.bus.exportsApplication},
       {"--bus-toolkit", &habits.bus.exportsToolkitQuit},
       {"--bus-silent", &habits.bus.isSilent},
+      {"--x-windows", &habits.isForX},
       {"--no-pid", &habits.windows.hidesPid},
       {"--cannot-close", &habits.windows.cannotBeClosed}};
-  const std::map<std::string_view, std::string*> texts = {{"--title", &habits.windows.title},
-                                                          {"--claim-machine", &habits.windows.claimedMachine},
-                                                          {"--rename", &habits.name},
-                                                          {"--bus", &habits.bus.name}};
+  const std::map<std::string_view, std::string*> texts = {
+      {"--title", &habits.windows.title}, {"--claim-machine", &habits.windows.claimedMachine},
+      {"--rename", &habits.name},         {"--app-id", &habits.applicationId},
+      {"--socket", &habits.socket},       {"--bus", &habits.bus.name}};
   const std::map<std::string_view, double*> numbers = {{"--windows", &habits.windows.count},
                                                        {"--claim-pid", &habits.windows.claimedPid},
                                                        {"--seconds", &habits.secondsToQuit},
+                                                       {"--saves-slowly", &habits.savesFor},
                                                        {"--burns", &habits.burns}};
   for (int i = 1; i < count; ++i) {
     const std::string_view habit = arguments[i];
@@ -108,7 +121,7 @@ class Animal {
     ::sigaddset(&signals, SIGCONT);
     ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     signals_ = ::signalfd(-1, &signals, SFD_CLOEXEC);
-    if (habits_.windows.count > 0) windows_ = std::make_unique<Windows>(habits_.windows);
+    if (habits_.windows.count > 0) openWindows();
     if (!habits_.bus.name.empty()) bus_ = std::make_unique<Bus>(habits_.bus);
   }
 
@@ -116,15 +129,26 @@ class Animal {
     for (;;) {
       pollfd entries[] = {{signals_, POLLIN, 0},
                           {windows_ ? windows_->descriptor() : -1, POLLIN, 0},
-                          {bus_ ? bus_->descriptor() : -1, POLLIN, 0}};
-      ::poll(entries, 3, -1);
+                          {bus_ ? bus_->descriptor() : -1, POLLIN, 0},
+                          {waylandWindows_ ? waylandWindows_->descriptor() : -1, POLLIN, 0}};
+      ::poll(entries, 4, -1);
       if (entries[0].revents != 0) readSignal();
       if (windows_) windows_->readEvents([this] { beClosed(); });
+      if (waylandWindows_) waylandWindows_->readEvents([this] { beClosed(); });
       if (bus_) bus_->readCalls([this] { leave(); });
     }
   }
 
  private:
+  void openWindows() {
+    const char* const compositor = std::getenv("WAYLAND_DISPLAY");
+    if (habits_.isForX || compositor == nullptr || *compositor == '\0') {
+      windows_ = std::make_unique<Windows>(habits_.windows);
+    } else {
+      waylandWindows_ = std::make_unique<WaylandWindows>(WaylandOptions{
+          habits_.windows.count, habits_.windows.title, habits_.applicationId, habits_.socket});
+    }
+  }
   void readSignal() {
     signalfd_siginfo information{};
     if (::read(signals_, &information, sizeof information) != sizeof information) return;
@@ -143,9 +167,25 @@ class Animal {
   void beClosed() {
     if (habits_.asksToSave) {
       std::puts("asking");
+      if (windows_) windows_->open("save?");
+      if (waylandWindows_) waylandWindows_->open("save?");
+    } else if (habits_.savesFor > 0) {
+      if (windows_) windows_->closeAll();
+      if (waylandWindows_) waylandWindows_->closeAll();
+      saveLater();
     } else if (!habits_.ignoresClose && !habits_.ignoresTerm) {
       leave();
     }
+  }
+  // Whoever asks it meanwhile asks a program that dies of it.
+  void saveLater() {
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    ::sigaddset(&signals, SIGTERM);
+    ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+    ::usleep(static_cast<useconds_t>(habits_.savesFor * 1e6));
+    std::puts("saved");
+    std::_Exit(0);
   }
   void leave() {
     if (habits_.secondsToQuit > 0) ::usleep(static_cast<useconds_t>(habits_.secondsToQuit * 1e6));
@@ -163,6 +203,7 @@ class Animal {
   int signals_ = -1;
   int terms_ = 0;
   std::unique_ptr<Windows> windows_;
+  std::unique_ptr<WaylandWindows> waylandWindows_;
   std::unique_ptr<Bus> bus_;
 };
 

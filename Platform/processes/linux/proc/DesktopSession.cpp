@@ -4,6 +4,8 @@
 
 #include <string_view>
 
+#include "Platform/session/linux/WaylandSession.h"
+
 namespace halvorn {
 namespace {
 
@@ -22,14 +24,18 @@ bool areTwo(const std::string& a, const std::string& b) { return !a.empty() && !
 
 DesktopSession DesktopSession::from(const std::vector<std::string>& environment) {
   DesktopSession session;
+  std::string waylandDisplay;
+  std::string runtimeFolder;
   const auto valueOf = [](const std::string& entry, std::string_view prefix, std::string& value) {
     if (entry.starts_with(prefix)) value = entry.substr(prefix.size());
   };
   for (const std::string& entry : environment) {
     valueOf(entry, "XDG_SESSION_ID=", session.sessionId);
     valueOf(entry, "DISPLAY=", session.display);
-    valueOf(entry, "WAYLAND_DISPLAY=", session.waylandDisplay);
+    valueOf(entry, "WAYLAND_DISPLAY=", waylandDisplay);
+    valueOf(entry, "XDG_RUNTIME_DIR=", runtimeFolder);
   }
+  session.waylandSocket = waylandSocketPath(waylandDisplay, runtimeFolder);
   session.display = displayWithoutScreen(session.display);
   return session;
 }
@@ -41,12 +47,12 @@ DesktopSession DesktopSession::ofThisProgram() {
 }
 
 bool DesktopSession::isNamed() const {
-  return !sessionId.empty() || !display.empty() || !waylandDisplay.empty();
+  return !sessionId.empty() || !display.empty() || !waylandSocket.empty();
 }
 
 bool DesktopSession::differsFrom(const DesktopSession& other) const {
   return areTwo(sessionId, other.sessionId) || areTwo(display, other.display) ||
-         areTwo(waylandDisplay, other.waylandDisplay);
+         areTwo(waylandSocket, other.waylandSocket);
 }
 
 }  // namespace halvorn

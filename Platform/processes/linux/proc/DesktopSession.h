@@ -8,9 +8,9 @@ namespace halvorn {
 
 // What the environment of a program says of its session; empty where it says nothing.
 struct DesktopSession {
-  std::string sessionId;  // of the login manager
-  std::string display;    // of the X server, without the screen
-  std::string waylandDisplay;
+  std::string sessionId;      // of the login manager
+  std::string display;        // of the X server, without the screen
+  std::string waylandSocket;  // of the compositor, as waylandSocketPath() tells it
 
   // From "NAME=value".
   [[nodiscard]] static DesktopSession from(const std::vector<std::string>& environment);

@@ -188,6 +188,26 @@ bool ProcFiles::sharesMounts(pid_t pid) const {
 
 std::optional<std::string> ProcFiles::workingFolder(pid_t pid) const { return readLink(pid, "cwd"); }
 
+std::vector<ino_t> ProcFiles::sockets(pid_t pid) const {
+  constexpr std::string_view kBefore = "socket:[";
+  std::vector<ino_t> result;
+  const int opened = ::openat(folder_.get(), ProcPath(pid, "fd").get(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (opened < 0) return result;
+  // It closes the descriptor.
+  const std::unique_ptr<DIR, int (*)(DIR*)> folder(::fdopendir(opened), ::closedir);
+  if (!folder) return result;
+  while (const dirent* entry = ::readdir(folder.get())) {
+    char target[64];
+    const ssize_t count = ::readlinkat(::dirfd(folder.get()), entry->d_name, target, sizeof target);
+    if (count <= 0) continue;
+    const std::string_view link(target, static_cast<std::size_t>(count));
+    if (!link.starts_with(kBefore) || !link.ends_with(']')) continue;
+    const auto number = numberFrom<ino_t>(link.substr(kBefore.size(), link.size() - kBefore.size() - 1));
+    if (number) result.push_back(*number);
+  }
+  return result;
+}
+
 std::string ProcFiles::commandLine(pid_t pid) const {
   return read(pid, "cmdline", kArgumentsLimit).value_or("");
 }

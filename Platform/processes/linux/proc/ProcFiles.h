@@ -67,6 +67,8 @@ class ProcFiles {
   // Whether the process sees the same file systems as this one.
   [[nodiscard]] bool sharesMounts(pid_t pid) const;
   [[nodiscard]] std::optional<std::string> workingFolder(pid_t pid) const;
+  // The sockets that the process holds, by their numbers; each as often as it holds it.
+  [[nodiscard]] std::vector<ino_t> sockets(pid_t pid) const;
   // The arguments, each with a zero behind it; "" for none.
   [[nodiscard]] std::string commandLine(pid_t pid) const;
   // The environment the program was started with, "NAME=value".

@@ -30,6 +30,7 @@ RunningApplications::RunningApplications(const ProcFiles& files, const Bundles& 
       programs_(files, bundles),
       windows_(windows),
       session_(std::move(session)),
+      clients_(session_.waylandSocket, files),
       user_(::geteuid()),
       ends_(::epoll_create1(EPOLL_CLOEXEC)) {}
 
@@ -38,7 +39,7 @@ RunningApplications::~RunningApplications() = default;
 std::vector<HeldApplicationPointer> RunningApplications::all() {
   // The kernel tells which of those that are held have ended, so nothing is asked of each.
   lookForEnds();
-  ProgramFinder::Walk walk;
+  Walk walk;
   holdOwners(walk);
   for (const pid_t pid : notHeld(files_.pids())) hold(pid, Wanted::InBundle, walk);
   lookForEnds();
@@ -62,17 +63,17 @@ std::vector<pid_t> RunningApplications::notHeld(std::vector<pid_t> pids) {
 }
 
 void RunningApplications::lookAtWindows() {
-  ProgramFinder::Walk walk;
+  Walk walk;
   holdOwners(walk);
 }
 
-void RunningApplications::holdOwners(ProgramFinder::Walk& walk) {
+void RunningApplications::holdOwners(Walk& walk) {
   for (const pid_t pid : windows_.owners()) hold(pid, Wanted::AnyProgram, walk);
 }
 
 HeldApplicationPointer RunningApplications::withPid(pid_t pid) {
   if (pid == ::getpid()) return thisProgram();
-  ProgramFinder::Walk walk;
+  Walk walk;
   if (auto application = hold(pid, Wanted::InBundle, walk)) return application;
   const std::vector<pid_t> owners = windows_.owners();
   const bool ownsWindows = std::find(owners.begin(), owners.end(), pid) != owners.end();
@@ -85,7 +86,7 @@ HeldApplicationPointer RunningApplications::withNumber(ProcessSerialNumber numbe
 }
 
 HeldApplicationPointer RunningApplications::thisProgram() {
-  ProgramFinder::Walk walk;
+  Walk walk;
   return hold(::getpid(), Wanted::AnyProgram, walk);
 }
 
@@ -102,7 +103,7 @@ HeldApplicationPointer RunningApplications::knownWithPid(pid_t pid) {
   return nullptr;
 }
 
-HeldApplicationPointer RunningApplications::hold(pid_t pid, Wanted wanted, ProgramFinder::Walk& walk) {
+HeldApplicationPointer RunningApplications::hold(pid_t pid, Wanted wanted, Walk& walk) {
   if (pid <= 1) return nullptr;
   if (auto known = knownWithPid(pid)) return known;
   // A first look without a hold: most processes are none of ours, and descriptors are few.
@@ -111,20 +112,28 @@ HeldApplicationPointer RunningApplications::hold(pid_t pid, Wanted wanted, Progr
   const auto stat = files_.stat(pid);
   if (!stat) return nullptr;
   ProcessHold certainty(files_, pid, stat->startTicks, std::move(descriptor));
-  std::optional<Program> program =
-      wanted == Wanted::InBundle ? programs_.programInBundle(pid, walk) : programs_.anyProgram(pid, walk);
-  const bool isOurs = program && belongsHere(pid, wanted);
+  std::optional<Program> program = wanted == Wanted::InBundle ? programs_.programInBundle(pid, walk.programs)
+                                                              : programs_.anyProgram(pid, walk.programs);
+  const bool isOurs = program && belongsHere(pid, wanted, walk);
   // As long as it has not ended, all that was read is about the process that is held.
   if (!isOurs || certainty.hasEnded()) return nullptr;
   return add(std::move(certainty), std::move(*program));
 }
 
-bool RunningApplications::belongsHere(pid_t pid, Wanted wanted) const {
+bool RunningApplications::belongsHere(pid_t pid, Wanted wanted, Walk& walk) const {
   const auto status = files_.status(pid);
   if (!status || status->realUser != user_ || status->effectiveUser != user_) return false;
   // What shows a window on our display is in our session, whatever its environment says.
-  return wanted == Wanted::AnyProgram || !session_.isNamed() || pid == ::getpid() ||
-         !session_.differsFrom(DesktopSession::from(files_.environment(pid)));
+  return wanted == Wanted::AnyProgram || pid == ::getpid() || isOfThisSession(pid, walk);
+}
+
+bool RunningApplications::isOfThisSession(pid_t pid, Walk& walk) const {
+  if (!session_.isNamed()) return true;
+  // Who is connected is proof; what the environment says, of those that are not, is no more than a hint.
+  if (!walk.clients) walk.clients = clients_.look();
+  const Membership membership = walk.clients->of(pid);
+  if (membership != Membership::Untold) return membership == Membership::Here;
+  return !session_.differsFrom(DesktopSession::from(files_.environment(pid)));
 }
 
 HeldApplicationPointer RunningApplications::add(ProcessHold hold, Program program) {

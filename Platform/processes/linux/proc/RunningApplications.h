@@ -23,6 +23,7 @@
 #include "Platform/processes/linux/proc/DesktopSession.h"
 #include "Platform/processes/linux/proc/ProcessHold.h"
 #include "Platform/processes/linux/proc/Program.h"
+#include "Platform/processes/linux/wayland/ClientSockets.h"
 
 namespace halvorn {
 
@@ -86,11 +87,17 @@ class RunningApplications {
 
  private:
   enum class Wanted { InBundle, AnyProgram };
+  // What one walk over the process table has learned, and the next one learns anew.
+  struct Walk {
+    ProgramFinder::Walk programs;
+    std::optional<ClientSockets::Look> clients;
+  };
   [[nodiscard]] HeldApplicationPointer knownWithPid(pid_t pid);
-  HeldApplicationPointer hold(pid_t pid, Wanted wanted, ProgramFinder::Walk& walk);
-  void holdOwners(ProgramFinder::Walk& walk);
+  HeldApplicationPointer hold(pid_t pid, Wanted wanted, Walk& walk);
+  void holdOwners(Walk& walk);
   [[nodiscard]] std::vector<pid_t> notHeld(std::vector<pid_t> pids);
-  [[nodiscard]] bool belongsHere(pid_t pid, Wanted wanted) const;
+  [[nodiscard]] bool belongsHere(pid_t pid, Wanted wanted, Walk& walk) const;
+  [[nodiscard]] bool isOfThisSession(pid_t pid, Walk& walk) const;
   HeldApplicationPointer add(ProcessHold hold, Program program);
   void retire(const HeldApplicationPointer& application);
   void retireLocked(const HeldApplicationPointer& application);
@@ -102,6 +109,7 @@ class RunningApplications {
   const ProgramFinder programs_;
   WindowSystem& windows_;
   const DesktopSession session_;
+  const ClientSockets clients_;
   const uid_t user_;
   FileDescriptor ends_;
 

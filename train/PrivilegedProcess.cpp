@@ -93,6 +93,7 @@ ProcessStart secureProcess() {
   if (RequesterVariables::nameAnybody()) {
     // Whoever asked may be gone by now; the tool finishes what it begins.
     ProcessRights::outliveStarter();
+    ProcessRights::takeUsualShare();
     ::setsid();
     tellThatTheToolRuns();
   }

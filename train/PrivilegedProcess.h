@@ -17,7 +17,7 @@ enum class ProcessStart {
 //   input knows that the tool runs;
 // - signals have their default actions, pipe and file-size signals apart (ignored), none is
 //   blocked, no timer runs; when somebody asked, the process is in a session of its own, out of
-//   reach of the asking program's terminal;
+//   reach of the asking program's terminal, and is scheduled and served like any other;
 // - limits of size and time are lifted, no core is written, the folder is "/", the file mask is 077;
 // - the environment is PATH and what tells for whom the tool works: who asked, else
 //   where this user's folders are;

@@ -11,6 +11,11 @@ namespace halvorn::ProcessRights {
 // process. Fails: false when a right could not be given up.
 [[nodiscard]] bool keepThoseToFiles();
 
+// Sets back what whoever started this process may have chosen of how it is served: its scheduling class and
+// nice value, its priority for disks, the processors it may use, how soon it is ended when memory runs out,
+// how exact its timers are, and which older system is imitated for it. Where a part cannot be had, it stays.
+void takeUsualShare();
+
 // Takes back an arrangement that ends this process together with the one that started it.
 void outliveStarter();
 

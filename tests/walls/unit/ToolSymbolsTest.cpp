@@ -54,8 +54,10 @@ const std::set<std::string>& namelessFunctions() {
         "fstatfs ftruncate futimens fwrite getauxval getegid getenv geteuid getgid getgrouplist getgroups "
         "getpid getpwnam_r getpwuid_r getrlimit getuid gmon_start__ ioctl libc_start_main localtime_r lseek "
         "memchr memcmp memcpy memmove memset mmap munmap nanosleep posix_fadvise prctl pread preadv2 "
-        "pthread_mutex_lock pthread_mutex_unlock pthread_sigmask pwrite read readdir sched_cpucount "
-        "sched_getaffinity setenv setfsgid setfsuid setitimer setrlimit setsid shutdown sigaction sigaddset "
+        "personality pthread_mutex_lock pthread_mutex_unlock pthread_sigmask pwrite read readdir "
+        "sched_cpucount "
+        "sched_getaffinity sched_setaffinity sched_setscheduler setenv setfsgid setfsuid setitimer "
+        "setpriority setrlimit setsid shutdown sigaction sigaddset "
         "sigemptyset sigismember sigpending sigprocmask sigwait snprintf stack_chk_fail strcmp "
         "strerrordesc_np strftime strlen strtol sysconf umask write");
     std::set<std::string> result;

@@ -1,8 +1,11 @@
 // Secures itself as the administrator's tool does and says what is left.
 #include <fcntl.h>
+#include <sched.h>
+#include <sys/personality.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -14,6 +17,24 @@
 #include <vector>
 
 #include "train/PrivilegedProcess.h"
+
+namespace {
+
+void sayHowItIsServed() {
+  cpu_set_t processors;
+  const bool isKnown = ::sched_getaffinity(0, sizeof processors, &processors) == 0;
+  std::string killedFirst;
+  std::getline(std::ifstream("/proc/self/oom_score_adj"), killedFirst);
+  constexpr int ioprioOfProcess = 1;
+  constexpr unsigned long onlyAsk = 0xFFFFFFFF;
+  std::printf(
+      "class: %d\nnice: %d\ndisk: %ld\nprocessors: %d\nkilled first: %s\ntimer slack: %d\nimitated: %x\n",
+      ::sched_getscheduler(0), ::getpriority(PRIO_PROCESS, 0), ::syscall(SYS_ioprio_get, ioprioOfProcess, 0),
+      isKnown ? CPU_COUNT(&processors) : -1, killedFirst.c_str(), ::prctl(PR_GET_TIMERSLACK),
+      static_cast<unsigned>(::personality(onlyAsk)));
+}
+
+}  // namespace
 
 int main() {
   using halvorn::ProcessStart;
@@ -43,4 +64,5 @@ int main() {
   ::getrlimit(RLIMIT_CORE, &core);
   std::printf("dumpable: %d\ncore: %lu\nown session: %s\n", ::prctl(PR_GET_DUMPABLE),
               static_cast<unsigned long>(core.rlim_cur), ::getsid(0) == ::getpid() ? "yes" : "no");
+  sayHowItIsServed();
 }

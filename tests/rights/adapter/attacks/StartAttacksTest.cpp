@@ -3,11 +3,13 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "tests/rights/adapter/attacks/AttackScene.h"
 
@@ -20,6 +22,11 @@ const std::string train = KT_TRAIN;
 
 class StartAttacks : public AttackTest {
  protected:
+  static std::string servedAsUsual() {
+    return "class: 0\nnice: 0\ndisk: 0\nprocessors: " + std::to_string(std::thread::hardware_concurrency()) +
+           "\nkilled first: 0\ntimer slack: 50000\nimitated: 0\n";
+  }
+
   // The whole argument list as given, the program's own name included.
   static int runWithArgv(const std::vector<std::string>& argv) {
     std::vector<std::string> environment = AttackScene::pkexecEnvironment();
@@ -246,7 +253,27 @@ TEST_F(StartAttacks, NothingInheritedIsLeft) {
             "NoNewPrivs: 1\n"
             "dumpable: 0\n"
             "core: 0\n"
-            "own session: yes\n");
+            "own session: yes\n" +
+                servedAsUsual());
+}
+
+// Somebody may want the tool to be slow, or to be ended while it works.
+TEST_F(StartAttacks, HowItIsServedIsNotLeftToWhoeverAsked) {
+  const std::string hostile =
+      "echo 900 >/proc/self/oom_score_adj; exec setarch --uname-2.6 -R chrt --idle 0 nice -n 19 "
+      "taskset -c 0 python3 -c 'import ctypes, os, sys; ctypes.CDLL(None).prctl(29, 400000000, 0, 0, 0); "
+      "ctypes.CDLL(None).syscall(int(sys.argv[1]), 1, 0, 3 << 13); os.execv(sys.argv[2], sys.argv[2:])' "
+      "\"$@\"";
+  const std::vector<std::string> command{
+      "sh", "-c", hostile, "sh", std::to_string(SYS_ioprio_set), KT_BINARY_DIR "/tests/kt_secured_probe"};
+  const auto asked = runCommand(command, {.environment = AttackScene::pkexecEnvironment()});
+  EXPECT_TRUE(asked.output.ends_with("\nown session: yes\n" + servedAsUsual())) << asked.output;
+  // Root's own arrangement is root's own decision; and here it can be seen that the start was hostile.
+  const auto ofItself = runCommand(command, {.environment = {"PATH=/usr/bin:/bin"}});
+  EXPECT_TRUE(
+      ofItself.output.ends_with("\nclass: 5\nnice: 19\ndisk: 24576\nprocessors: 1\nkilled first: 900\n"
+                                "timer slack: 400000000\nimitated: 60000\n"))
+      << ofItself.output;
 }
 
 TEST_F(StartAttacks, OfTheEnvironmentOnlyWhatTellsForWhomTheToolWorksIsLeft) {

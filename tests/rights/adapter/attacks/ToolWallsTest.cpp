@@ -73,10 +73,13 @@ const std::set<std::string>& namelessCalls() {
         "arch_prctl brk capget capset clone clone3 close close_range copy_file_range dup exit exit_group "
         "fadvise64 fallocate fchmod fchown fcntl fgetxattr flistxattr fremovexattr fsetxattr fstat fstatfs "
         "fsync ftruncate futex getdents64 getegid geteuid getgid getgroups getpid getrandom gettid getuid "
-        "getsockopt ioctl lseek madvise mmap mprotect mremap munmap nanosleep clock_nanosleep poll ppoll "
+        "getsockopt ioctl ioprio_set lseek madvise mmap mprotect mremap munmap nanosleep clock_nanosleep "
+        "personality poll ppoll "
         "prctl pread64 preadv2 prlimit64 pwrite64 read recvfrom recvmsg restart_syscall rseq rt_sigaction "
-        "rt_sigpending rt_sigprocmask rt_sigreturn rt_sigtimedwait sched_getaffinity sched_yield sendmsg "
-        "sendto set_robust_list set_tid_address setfsgid setfsuid setgroups setitimer setsid setsockopt "
+        "rt_sigpending rt_sigprocmask rt_sigreturn rt_sigtimedwait sched_getaffinity sched_setaffinity "
+        "sched_setscheduler sched_yield sendmsg "
+        "sendto set_robust_list set_tid_address setfsgid setfsuid setgroups setitimer setpriority setsid "
+        "setsockopt "
         "shutdown sigaltstack socket sysinfo tgkill umask uname write writev");
     std::set<std::string> result;
     for (std::string word; words >> word;) result.insert(word);

@@ -55,6 +55,7 @@
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
 #include "Platform/session/linux/x11/DisplayConnection.h"
+#include "Platform/session/linux/x11/StartupNotification.h"
 #include "Platform/sound/linux/LoadedSounds.h"
 #include "Platform/text/linux/IcuLocalizedDates.h"
 #include "Platform/text/linux/IcuUnicode.h"
@@ -109,7 +110,12 @@ struct Ground {
   const KTUtilitiesVersions versions{bundles, systemFacts, unicode, dates, log};
   PosixFileManager files;
   SilentFileChangeNotices changes;
-  const Launcher launcher{environment, folders, nullptr, descriptorLimit_};
+  Launcher::ActivationTokens activationTokens;  // set once there is a window a person can click into
+  const Launcher launcher{environment, folders,
+                          [this](const std::string& program) {
+                            return activationTokens ? activationTokens(program) : std::nullopt;
+                          },
+                          descriptorLimit_};
   LinuxWorkspace workspace{bundles, folders, environment, launcher, languages};
 };
 
@@ -200,6 +206,17 @@ struct Colors {
   KTDynamicColorClass colors;
 };
 
+// What lets the launched product come to the front, in the wake of the last click or key.
+OptionalText activationToken(const Environment& environment, const QtApplication& application,
+                             const std::string& program) {
+  if (isWaylandSession(environment)) return std::nullopt;
+  const auto id =
+      announceStartup(environment.value("DISPLAY"), {.launcher = kProgramName,
+                                                     .program = Paths::lastComponent(Text(program)).bytes(),
+                                                     .deedTime = application.timeOfLastDeed()});
+  return id ? OptionalText(*id) : std::nullopt;
+}
+
 // The window, the controller and what they need.
 class Installer {
  public:
@@ -214,7 +231,11 @@ class Installer {
         alerts_(window),
         screenReader_(window),
         destinations_(destinationServices()),
-        controller_(services(images), window.outlets(), std::move(arguments)) {}
+        controller_(services(images), window.outlets(), std::move(arguments)) {
+    ground.activationTokens = [&ground, &application](const std::string& program) {
+      return activationToken(ground.environment, application, program);
+    };
+  }
 
   int run() {
     const TerminationSignals signals(loop_, departure_.sessionEnds, [this](int signal) {

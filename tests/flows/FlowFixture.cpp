@@ -65,6 +65,17 @@ bool FlowFixture::startedVersion(const std::string& version) const {
       20);
 }
 
+std::string FlowFixture::startedWith(const std::string& variable) const {
+  for (const auto& entry : fs::directory_iterator("/proc")) {
+    if (link(entry.path() / "exe") != destination() + "/Contents/Linux/Sample") continue;
+    std::istringstream variables(contentsOf((entry.path() / "environ").string()));
+    for (std::string each; std::getline(variables, each, '\0');) {
+      if (each.starts_with(variable + "=")) return each.substr(variable.size() + 1);
+    }
+  }
+  return {};
+}
+
 std::vector<std::string> FlowFixture::installerLog() const {
   return logLines(contentsOf(desktop_->homeFolder() + "/Library/Logs/HalvornInstaller.log"));
 }

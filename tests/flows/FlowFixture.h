@@ -40,6 +40,8 @@ class FlowFixture : public ::testing::Test {
   [[nodiscard]] std::string reportFile() const { return *image_ / "report"; }
   [[nodiscard]] std::vector<std::string> reportEntry() const { return {"SAMPLE_REPORT=" + reportFile()}; }
   [[nodiscard]] std::string report() const;
+  // A variable the installed product was started with; "" without it, or while the product does not run.
+  [[nodiscard]] std::string startedWith(const std::string& variable) const;
   [[nodiscard]] bool startedVersion(const std::string& version) const;
 
   [[nodiscard]] std::vector<std::string> installerLog() const;

@@ -60,6 +60,19 @@ TEST_F(InstallFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
   EXPECT_EQ(installer.process().waitForEnd(20), 0);
 }
 
+// The clock of an X server counts milliseconds; the first click is the one on "Install".
+TEST_F(InstallFlow, TheProductIsStartedInTheWakeOfTheLastClick) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  ASSERT_TRUE(startedVersion("2.0"));
+  const std::string id = startedWith("DESKTOP_STARTUP_ID");
+  ASSERT_TRUE(id.starts_with("HalvornInstaller/")) << id;
+  const std::string time = id.substr(id.find("_TIME") + 5);
+  EXPECT_TRUE(!time.empty() && time.find_first_not_of("0123456789") == std::string::npos) << id;
+  EXPECT_EQ(startedWith("XDG_ACTIVATION_TOKEN"), id);
+}
+
 TEST_F(InstallFlow, DirectInvocationKeepsTheLogOnStandardError) {
   // Inside the product the installer needs no arguments.
   const fs::path inside = fs::path(product()) / "Contents/Resources/HalvornInstaller.app";

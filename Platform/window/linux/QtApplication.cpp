@@ -26,6 +26,7 @@ constexpr double kLongestToBePainted = 1.0;
 class EventWatch : public QObject {
  public:
   [[nodiscard]] bool optionKey() const { return optionKey_; }
+  [[nodiscard]] std::uint32_t deedTime() const { return deedTime_; }
   [[nodiscard]] bool isShown() const { return isShown_; }
   std::function<void()> shown;
   std::function<void()> askedToQuit;
@@ -47,7 +48,10 @@ class EventWatch : public QObject {
       return true;
     }
     if (isDeed(event->type())) {
-      optionKey_ = static_cast<QInputEvent*>(event)->modifiers().testFlag(Qt::AltModifier);
+      const auto* deed = static_cast<QInputEvent*>(event);
+      optionKey_ = deed->modifiers().testFlag(Qt::AltModifier);
+      // The toolkit hands the server's 32 bits through; what programs make up themselves has none.
+      if (deed->timestamp() != 0) deedTime_ = static_cast<std::uint32_t>(deed->timestamp());
     } else if (event->type() == QEvent::Paint) {
       tellShown();
     }
@@ -56,6 +60,7 @@ class EventWatch : public QObject {
 
  private:
   std::atomic<bool> optionKey_ = false;
+  std::atomic<std::uint32_t> deedTime_ = 0;
   bool isShown_ = false;
 };
 
@@ -131,6 +136,11 @@ void QtApplication::performWhenShown(std::function<void()> task) {
 void QtApplication::beep() { QApplication::beep(); }
 
 bool QtApplication::currentEventHasOptionKey() const { return parts_->watch.optionKey(); }
+
+std::optional<std::uint32_t> QtApplication::timeOfLastDeed() const {
+  const std::uint32_t time = parts_->watch.deedTime();
+  return time != 0 ? std::optional(time) : std::nullopt;
+}
 
 void QtApplication::perform(std::function<void()> task) {
   QMetaObject::invokeMethod(&parts_->tasks, std::move(task), Qt::QueuedConnection);

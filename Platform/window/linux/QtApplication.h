@@ -1,8 +1,10 @@
 // The running program on the toolkit's event loop.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "Platform/running/MainThread.h"
 #include "Platform/window/Application.h"
@@ -26,6 +28,9 @@ class QtApplication : public Application, public MainThread {
   void performWhenShown(std::function<void()> task) override;
   void beep() override;
   [[nodiscard]] bool currentEventHasOptionKey() const override;
+  // When the person last pressed a key or a button, by the clock of an X server; nullopt before that.
+  // Thread: any.
+  [[nodiscard]] std::optional<std::uint32_t> timeOfLastDeed() const;
 
   // Tasks that are still waiting when terminate() is called are dropped, those for a quiet moment too.
   void perform(std::function<void()> task) override;

@@ -126,15 +126,16 @@ TEST_F(LaunchingTest, WithoutAPathVariableThereIsStillAPath) {
 }
 
 TEST_F(LaunchingTest, AnActivationTokenOfTheDesktopGoesToTheProgram) {
-  int asked = 0;
-  ASSERT_TRUE(open(probeBundle("Foo"), [&] {
-    ++asked;
+  std::vector<std::string> asked;
+  const std::string bundle = probeBundle("Foo");
+  ASSERT_TRUE(open(bundle, [&](const std::string& program) {
+    asked.push_back(program);
     return OptionalText("fresh");
   }));
   const LaunchReport started = report();
   EXPECT_TRUE(started.has("variable XDG_ACTIVATION_TOKEN=fresh"));
   EXPECT_TRUE(started.has("variable DESKTOP_STARTUP_ID=fresh"));
-  EXPECT_EQ(asked, 1);
+  EXPECT_EQ(asked, std::vector<std::string>{bundle + "/Contents/Linux/Probe"});
 }
 
 TEST_F(LaunchingTest, WhatThisProgramChangedForItselfDoesNotClingToWhatItStarts) {

@@ -22,7 +22,7 @@ LaunchRequest Launcher::request(const std::string& program, const std::vector<st
 int Launcher::launch(const std::string& program, const std::vector<std::string>& arguments) const {
   LaunchRequest started = request(program, arguments);
   started.mark = LaunchRequest::Mark::Yes;
-  const OptionalText token = tokens_ ? tokens_() : std::nullopt;
+  const OptionalText token = tokens_ ? tokens_(program) : std::nullopt;
   if (token && token->find(u'\0') == Text::npos) {
     // One name for Wayland, one for X.
     started.environment.push_back("XDG_ACTIVATION_TOKEN=" + token->bytes());

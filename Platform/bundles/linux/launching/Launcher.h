@@ -18,9 +18,9 @@ class XdgFolders;
 
 class Launcher {
  public:
-  // Asks the desktop for a token that lets the next program come to the front; nullopt where it gives none.
-  // Called on the thread that launches.
-  using ActivationTokens = std::function<OptionalText()>;
+  // Asks the desktop for a token that lets the program at the path come to the front; nullopt where it gives
+  // none. Called on the thread that launches.
+  using ActivationTokens = std::function<OptionalText(const std::string& program)>;
 
   // The descriptor limit is that of what is launched; nullopt: that of this program.
   Launcher(const Environment& environment, const XdgFolders& folders, ActivationTokens tokens = nullptr,

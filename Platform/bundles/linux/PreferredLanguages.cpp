@@ -27,6 +27,9 @@ constexpr std::array<std::pair<const char*, const char*>, 16> kOldNames = {{{"en
                                                                             {"pl", "Polish"},
                                                                             {"hu", "Hungarian"},
                                                                             {"ko", "Korean"}}};
+// What the same language is called elsewhere, or was called before.
+constexpr std::array<std::pair<const char*, const char*>, 5> kOtherNames = {
+    {{"nb", "no"}, {"he", "iw"}, {"id", "in"}, {"fil", "tl"}, {"sr_Latn", "sh"}}};
 
 void append(std::vector<Text>& names, const Text& name) {
   if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(name);
@@ -58,6 +61,17 @@ Text valueFrom(std::vector<Text>::const_iterator first, std::vector<Text>::const
   return value;
 }
 
+// A locale names its script behind its country, a folder before it: "sr_RS@latin" -> "sr_Latn_RS".
+Text withoutModifier(const Text& locale) {
+  const Text plain = locale.substring(0, locale.units().find_first_of(u".@"));
+  const std::size_t base = plain.units().find_first_of(u"_-");
+  const Text language = plain.substring(0, base);
+  const Text rest = base == Text::npos ? Text() : plain.substring(base);
+  if (locale.hasSuffix("@latin")) return language + Text("_Latn") + rest;
+  if (locale.hasSuffix("@cyrillic")) return language + Text("_Cyrl") + rest;
+  return plain;
+}
+
 bool isUntranslated(const std::string& locale) { return locale == "C" || locale == "POSIX"; }
 
 std::vector<Text> languagesFromEnvironment(const Environment& environment) {
@@ -68,7 +82,7 @@ std::vector<Text> languagesFromEnvironment(const Environment& environment) {
   if (locale && isUntranslated(*locale)) return {};
   std::vector<Text> languages;
   for (const Text& entry : Text(environment.value("LANGUAGE").value_or(locale.value_or(""))).split(u':')) {
-    const Text language = entry.substring(0, entry.units().find_first_of(u".@"));
+    const Text language = withoutModifier(entry);
     if (isPlain(language) && !isUntranslated(language.bytes())) append(languages, language);
   }
   return languages;
@@ -81,6 +95,15 @@ void appendChineseScript(std::vector<Text>& names, const Text& language) {
                              language.hasSuffix("MO") || language.contains("Hant");
   append(names, isTraditional ? "zh-Hant" : "zh-Hans");
   append(names, isTraditional ? "zh_TW" : "zh_CN");
+}
+
+// "sr_Latn_RS" -> "sr_Latn": a folder for the script stands above one for all scripts.
+void appendScript(std::vector<Text>& names, const Text& language) {
+  const Text underscored = language.replacing("-", "_");
+  const std::vector<Text> parts = underscored.split(u'_');
+  if (parts.size() < 3 || parts[1].length() != 4) return;
+  append(names, parts[0] + Text("_") + parts[1]);
+  append(names, parts[0] + Text("-") + parts[1]);
 }
 
 }  // namespace
@@ -96,17 +119,22 @@ std::vector<Text> preferredLanguages(const std::vector<Text>& arguments, const E
 
 std::vector<Text> languageFolderNames(const Text& language) {
   std::vector<Text> names;
-  const Text plain = language.substring(0, language.units().find_first_of(u".@"));
+  const Text plain = withoutModifier(language);
   if (!isPlain(plain)) return names;
   append(names, plain);
   append(names, plain.replacing("-", "_"));
   append(names, plain.replacing("_", "-"));
   appendChineseScript(names, plain);
+  appendScript(names, plain);
   const Text base = plain.substring(0, plain.units().find_first_of(u"_-"));
   append(names, base);
   for (const auto& [code, name] : kOldNames) {
     if (base == Text(code)) append(names, name);
     if (base == Text(name)) append(names, code);
+  }
+  for (const auto& [name, other] : kOtherNames) {
+    if (base == Text(name)) append(names, other);
+    if (base == Text(other)) append(names, name);
   }
   return names;
 }

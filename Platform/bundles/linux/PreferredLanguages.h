@@ -15,7 +15,7 @@ namespace halvorn {
                                                    const Environment& environment);
 
 // The names a bundle may give its folder for the language, best first, without ".lproj":
-// "de_AT.UTF-8" -> "de_AT", "de-AT", "de", "German".
+// "de_AT.UTF-8" -> "de_AT", "de-AT", "de", "German"; "sr_RS@latin" -> "sr_Latn_RS", "sr_Latn", "sr" and the like.
 [[nodiscard]] std::vector<Text> languageFolderNames(const Text& language);
 // The folders of a bundle whose texts suit none of the languages: its own, then English.
 [[nodiscard]] std::vector<Text> fallbackLanguageFolderNames(const OptionalText& developmentRegion);

@@ -36,6 +36,8 @@ TEST(PreferredLanguages, ComeFromTheCommandLineElseFromTheEnvironment) {
       {{"x"}, {{"LANG", "C"}, {"LANGUAGE", "sv"}}, {}, "C wants no translation"},
       {{"x"}, {{"LC_ALL", "POSIX"}, {"LANG", "de"}}, {}, "nor does POSIX"},
       {{"x"}, {{"LANG", "../../etc"}}, {}, "no path"},
+      {{"x"}, {{"LANG", "sr_RS.UTF-8@latin"}}, {"sr_Latn_RS"}, "a script is kept"},
+      {{"x"}, {{"LANG", "ca_ES@valencia"}}, {"ca_ES"}, "what is no script is not"},
       {{"x", "-AppleLanguages", "(de, en)"}, {{"LANG", "fr"}}, {"de", "en"}, "a list"},
       {{"x", "-AppleLanguages", "(\"de-AT\")"}, {{"LANG", "fr"}}, {"de-AT"}, "a quoted one"},
       {{"x", "-AppleLanguages", "de"}, {{"LANG", "fr"}}, {"de"}, "one without parentheses"},
@@ -56,6 +58,13 @@ TEST(PreferredLanguages, BundlesMayNameALanguageInSeveralWays) {
   EXPECT_EQ(languageFolderNames("German"), (Languages{"German", "de"}));
   EXPECT_EQ(languageFolderNames("zh_TW"), (Languages{"zh_TW", "zh-TW", "zh-Hant", "zh"}));
   EXPECT_EQ(languageFolderNames("zh_CN"), (Languages{"zh_CN", "zh-CN", "zh-Hans", "zh"}));
+  EXPECT_EQ(languageFolderNames("zh_HK"), (Languages{"zh_HK", "zh-HK", "zh-Hant", "zh_TW", "zh"}));
+  EXPECT_EQ(languageFolderNames("sr_RS@latin"),
+            (Languages{"sr_Latn_RS", "sr-Latn-RS", "sr_Latn", "sr-Latn", "sr"}));
+  EXPECT_EQ(languageFolderNames("sr_RS"), (Languages{"sr_RS", "sr-RS", "sr"}));
+  EXPECT_EQ(languageFolderNames("no_NO"), (Languages{"no_NO", "no-NO", "no", "nb"}));
+  EXPECT_EQ(languageFolderNames("iw"), (Languages{"iw", "he"}));
+  EXPECT_EQ(languageFolderNames("tl_PH"), (Languages{"tl_PH", "tl-PH", "tl", "fil"}));
   EXPECT_EQ(languageFolderNames("../x"), Languages{});
   EXPECT_EQ(fallbackLanguageFolderNames(Text("fr")), (Languages{"Base", "fr", "French", "en", "English"}));
 }

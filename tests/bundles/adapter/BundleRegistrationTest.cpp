@@ -155,14 +155,33 @@ TEST_F(BundleRegistrationTest, NamesInOtherLanguagesComeAlong) {
   putFile(path + "/Contents/Resources/de.lproj/InfoPlist.strings",
           "CFBundleDisplayName = \"Fu\\nName=Evil\";CFBundleName = \"Fü\";");
   putFile(path + "/Contents/Resources/pt-BR.lproj/InfoPlist.strings", "CFBundleDisplayName = \"Fó\\\\o\";");
+  putFile(path + "/Contents/Resources/pt_PT.lproj/InfoPlist.strings", "CFBundleDisplayName = \"Fô\";");
+  putFile(path + "/Contents/Resources/sr_Latn.lproj/InfoPlist.strings", "CFBundleDisplayName = \"Fuj\";");
+  putFile(path + "/Contents/Resources/zh-Hant.lproj/InfoPlist.strings", "CFBundleDisplayName = \"福\";");
   putFile(path + "/Contents/Resources/b]\nx.lproj/InfoPlist.strings", "CFBundleDisplayName = \"Evil\";");
   ASSERT_EQ(registerBundle(path), 0);
   const auto entry = DesktopEntry::read(entries().front());
   EXPECT_EQ(entry->value("Name"), "Foo");
   EXPECT_EQ(entry->value("Name[de]"), "Fü") << "the one with a line end is no name";
   EXPECT_EQ(entry->value("Name[pt_BR]"), "Fó\\o");
+  EXPECT_EQ(entry->value("Name[pt_PT]"), "Fô") << "named as locales are";
+  EXPECT_EQ(entry->value("Name[sr@latin]"), "Fuj");
+  EXPECT_EQ(entry->value("Name[zh_TW]"), "福");
   EXPECT_EQ(contentsOf(entries().front()).find("Evil"), std::string::npos);
   expectValid(entries().front());
+}
+
+TEST_F(BundleRegistrationTest, AHundredLanguagesAreNotTooMany) {
+  const std::string path = bundle("Foo", plistEntry("CFBundleDisplayName", "Foo"));
+  for (int i = 0; i < 100; ++i) {
+    const std::string language = {'q', static_cast<char>('a' + i / 10), static_cast<char>('a' + i % 10)};
+    putFile(path + "/Contents/Resources/" + language + ".lproj/InfoPlist.strings",
+            "CFBundleDisplayName = \"Fu " + language + "\";");
+  }
+  ASSERT_EQ(registerBundle(path), 0);
+  const auto entry = DesktopEntry::read(entries().front());
+  EXPECT_EQ(entry->value("Name[qaa]"), "Fu qaa");
+  EXPECT_EQ(entry->value("Name[qjj]"), "Fu qjj");
 }
 
 TEST_F(BundleRegistrationTest, ThePicturesOfItsIconGoIntoTheIconTheme) {

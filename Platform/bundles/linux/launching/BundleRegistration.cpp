@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Core/Paths.h"
@@ -26,7 +27,7 @@ constexpr char kPrefix[] = "halvorn-app-";
 constexpr std::size_t kLongestIdentifier =
     50;  // bytes kept as they are or escaped; longer ones end in a number
 constexpr std::size_t kLargestIcon = 16UL * 1024 * 1024;
-constexpr std::size_t kMostLanguages = 64;
+constexpr std::size_t kMostLanguages = 256;
 constexpr double kRefreshSeconds = 10.0;
 // Those for which the hicolor theme has folders.
 constexpr int kIconSizes[] = {16, 22, 24, 32, 36, 48, 64, 72, 96, 128, 192, 256, 512};
@@ -84,6 +85,23 @@ std::string nameForEntry(const Text& name) {
   return isUtf8(cleaned) ? escapedValue(cleaned.bytes()) : std::string();
 }
 
+bool isPlainLanguage(const std::string& name) {
+  return !name.empty() && name.size() <= 16 && std::all_of(name.begin(), name.end(), [](char character) {
+    return character == '_' || isPlainCharacter(character);
+  });
+}
+
+// The locale of an entry for a bundle's folder: "pt-BR" -> "pt_BR", "sr_Latn" -> "sr@latin".
+std::string localeForEntry(const std::string& folder) {
+  constexpr std::pair<const char*, const char*> kScripts[] = {
+      {"_Latn", "@latin"}, {"_Cyrl", "@cyrillic"}, {"_Hans", "_CN"}, {"_Hant", "_TW"}};
+  const Text language = Text(folder).replacing("-", "_");
+  for (const auto& [script, locale] : kScripts) {
+    if (language.hasSuffix(script)) return language.replacing(script, locale).bytes();
+  }
+  return language.bytes();
+}
+
 // Names by language, "" for none.
 std::map<std::string, std::string> namesOf(const Text& bundlePath, const PropertyDictionary& info) {
   const auto bundle = BundleFolder::at(bundlePath);
@@ -93,13 +111,12 @@ std::map<std::string, std::string> namesOf(const Text& bundlePath, const Propert
   if (!resources || !hasOwnFileName(bundlePath, info)) return names;
   for (const std::string& entry : folderEntries(*resources)) {
     const std::string language = entry.substr(0, entry.rfind('.'));
-    const bool isLanguage =
-        entry.ends_with(".lproj") && std::all_of(language.begin(), language.end(), isPlainCharacter);
-    if (!isLanguage || language.empty() || language.size() > 16 || names.size() > kMostLanguages) continue;
+    const bool isLanguage = entry.ends_with(".lproj") && isPlainLanguage(language);
+    if (!isLanguage || names.size() > kMostLanguages) continue;
     const auto table = readStringTableOf(*bundle, Text(language), "InfoPlist");
     const OptionalText name = table ? bundleNameIn(*table) : std::nullopt;
     const std::string written = name ? nameForEntry(*name) : std::string();
-    if (!written.empty()) names[Text(language).replacing("-", "_").bytes()] = written;
+    if (!written.empty()) names[localeForEntry(language)] = written;
   }
   return names;
 }

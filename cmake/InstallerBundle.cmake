@@ -10,9 +10,9 @@ configure_file(${CMAKE_SOURCE_DIR}/Resources/Info.plist.in ${contents}/Info.plis
 
 set(resources InstallerWindow.xml HalvornInstaller.icns AlertStopIcon.png AlertStopIcon@2x.png Checkmark.png
   Checkmark@2x.png GenericApplication.png GenericApplication@2x.png)
-# A language is a folder with its table.
+# A language is a folder with its tables.
 file(GLOB tables CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR}/Resources
-  ${CMAKE_SOURCE_DIR}/Resources/*.lproj/Localizable.strings)
+  ${CMAKE_SOURCE_DIR}/Resources/*.lproj/*.strings)
 list(APPEND resources ${tables})
 set(copies)
 foreach(file ${resources} sounds/Done.aiff sounds/SoundOfSilence.aiff)

@@ -34,7 +34,7 @@ class AdministratorFlow : public FlowFixture {
 TEST_F(AdministratorFlow, AnAlertSaysThatTheInstallerDoesNotRunAsRoot) {
   InstallerDriver installer = started({"LANGUAGE=en"});
   ASSERT_TRUE(
-      installer.waitForText("The installer cannot be used as the administrator \"root\".", kTestPatience))
+      installer.waitForText("The installer cannot be used as the administrator “root”.", kTestPatience))
       << installer.process().output();
   EXPECT_FALSE(installer.showing("Install")) << "there is no window behind it";
   ASSERT_TRUE(installer.click("Quit"));

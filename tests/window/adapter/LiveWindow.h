@@ -26,8 +26,6 @@ class LiveWindow : public testing::Test {
     std::filesystem::create_directories(contents);
     std::filesystem::copy(KT_SOURCE_DIR "/Resources", contents / "Resources",
                           std::filesystem::copy_options::recursive);
-    std::filesystem::copy(KT_SOURCE_DIR "/tests/data/window/he.lproj", contents / "Resources/he.lproj",
-                          std::filesystem::copy_options::recursive);
     return true;
   }
   [[nodiscard]] std::string bundle() const { return desktop_->folder() + "/Test.app"; }

@@ -58,7 +58,6 @@ class WindowPictures : public testing::Test {
     const std::filesystem::path resources = folder_.path() / "Test.app/Contents/Resources";
     std::filesystem::create_directories(resources.parent_path());
     std::filesystem::copy(KT_SOURCE_DIR "/Resources", resources, std::filesystem::copy_options::recursive);
-    std::filesystem::copy(KT_SOURCE_DIR "/tests/data/window/he.lproj", resources / "he.lproj");
     std::filesystem::create_directories(pictures_);
   }
 

@@ -1,109 +1,220 @@
+// What holds for every table of texts, however many there are.
 #include <gtest/gtest.h>
 
+#include <QLocale>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <regex>
 #include <set>
-#include <sstream>
 #include <string>
 
 #include "Platform/bundles/linux/LinuxLocalizedStrings.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestFiles.h"
+#include "tests/window/unit/LanguageTables.h"
 
 namespace halvorn {
 namespace {
 
-// Keys and values as they stand in the file.
-std::map<std::string, std::string> tableOf(const std::string& language) {
-  const std::string text = contentsOf(KT_SOURCE_DIR "/Resources/" + language + ".lproj/Localizable.strings");
-  static const std::regex entry(R"re(^"((?:[^"\\]|\\.)*)" = "((?:[^"\\]|\\.)*)";$)re", std::regex::multiline);
-  std::map<std::string, std::string> table;
-  for (std::sregex_iterator it(text.begin(), text.end(), entry), end; it != end; ++it)
-    table[(*it)[1]] = (*it)[2];
-  return table;
+constexpr char kSystemTooOld[] =
+    "%1$@ %2$@ cannot be installed on this computer because it requires Mac OS X %3$@ or newer.";
+
+// The languages of fewer people come and go; these are what the installer is known to speak.
+TEST(LocalizableStrings, AreThereForAtLeastSixtyLanguages) {
+  std::set<std::string> languages;
+  for (const LanguageTable& table : languageTables()) languages.insert(table.language);
+  EXPECT_GE(languages.size(), 60U);
+  for (const char* language : {"ar", "de", "en", "es", "fa", "fr", "he", "ja", "ru", "ur", "zh_CN"})
+    EXPECT_TRUE(languages.contains(language)) << language;
 }
 
-std::multiset<std::string> placeholdersOf(const std::string& text) {
-  static const std::regex placeholder(R"(%(?:\d\$)?@)");
-  std::multiset<std::string> found;
-  for (std::sregex_iterator it(text.begin(), text.end(), placeholder), end; it != end; ++it)
-    found.insert(it->str());
-  return found;
+TEST(LocalizableStrings, AFolderIsNamedAsLocalesAreInTheEnvironment) {
+  static const std::regex name("[a-z]{2,3}(_[A-Z][a-z]{3})?(_[A-Z]{2})?");
+  for (const LanguageTable& table : languageTables()) {
+    EXPECT_TRUE(std::regex_match(table.language, name)) << table.language;
+    EXPECT_NE(QLocale(QString::fromStdString(table.language)).language(), QLocale::C) << table.language;
+  }
 }
 
-TEST(LocalizableStrings, BothLanguagesHaveTheSameKeys) {
-  const auto english = tableOf("en");
-  const auto german = tableOf("de");
-  ASSERT_GT(english.size(), 30U);
-  for (const auto& [key, value] : english) EXPECT_TRUE(german.contains(key)) << key;
-  EXPECT_EQ(english.size(), german.size());
+TEST(LocalizableStrings, EveryTableHasTheSameKeysOnce) {
+  ASSERT_GT(englishTable().texts.size(), 40U);
+  for (const LanguageTable& table : languageTables()) {
+    for (const auto& [key, text] : englishTable().texts) {
+      EXPECT_TRUE(table.texts.contains(key)) << table.language << " lacks: " << key;
+      EXPECT_FALSE(table.text(key).isEmpty()) << table.language << ": " << key;
+    }
+    for (const auto& [key, text] : table.texts)
+      EXPECT_TRUE(englishTable().texts.contains(key)) << table.language << " has more: " << key;
+    EXPECT_EQ(table.entries, static_cast<int>(table.texts.size())) << table.language;
+  }
 }
 
-TEST(LocalizableStrings, TranslationsKeepThePlaceholders) {
-  for (const char* language : {"en", "de"}) {
-    for (const auto& [key, value] : tableOf(language)) {
-      const auto wanted = placeholdersOf(key);
-      const auto found = placeholdersOf(value);
-      EXPECT_EQ(std::set<std::string>(wanted.begin(), wanted.end()),
-                std::set<std::string>(found.begin(), found.end()))
-          << language << ": " << key;
+// Each line is a comment, an entry or empty, so that nothing can be written past its key.
+TEST(LocalizableStrings, EveryTableIsUtf8InTheFormatOfTables) {
+  for (const LanguageTable& table : languageTables()) {
+    EXPECT_TRUE(Text::fromStrictUtf8(table.bytes).has_value()) << table.language;
+    EXPECT_FALSE(table.bytes.starts_with("\xEF\xBB\xBF")) << table.language;
+    EXPECT_TRUE(table.bytes.ends_with(";\n")) << table.language;
+    static const std::regex others(
+        R"re(/\*[^*]*\*/|^"(?:[^"\\\n]|\\["\\r])*" = "(?:[^"\\\n]|\\["\\r])*";$)re", std::regex::multiline);
+    const std::string rest = std::regex_replace(table.bytes, others, "");
+    EXPECT_EQ(rest.find_first_not_of('\n'), std::string::npos) << table.language << ": " << rest;
+  }
+}
+
+TEST(LocalizableStrings, TranslationsKeepThePlaceholdersInNumberAndPosition) {
+  for (const LanguageTable& table : languageTables()) {
+    for (const auto& [key, text] : table.texts) {
+      std::vector<std::string> wanted = placeholdersOf(QString::fromStdString(key));
+      std::vector<std::string> found = placeholdersOf(text);
+      std::sort(wanted.begin(), wanted.end());
+      std::sort(found.begin(), found.end());
+      EXPECT_EQ(found, wanted) << table.language << ": " << key;
+      EXPECT_EQ(static_cast<std::size_t>(text.count(u'%')), found.size()) << table.language << ": " << key;
+      EXPECT_EQ(text.count(u'\r'), QString::fromStdString(key).count(u'\r')) << table.language << ": " << key;
     }
   }
+}
+
+bool isEnglish(const std::string& language) { return language == "en" || language.starts_with("en_"); }
+
+// Each three words that follow one another, without names and numbers.
+QStringList runsOfWords(const QString& text) {
+  const QStringList words = text.split(u' ');
+  QStringList runs;
+  for (qsizetype i = 0; i + 2 < words.size(); ++i) runs << words.mid(i, 3).join(u' ');
+  runs.removeIf([](const QString& run) { return run.contains(u'%'); });
+  return runs;
+}
+
+// Short words may be the same; a sentence is not.
+TEST(LocalizableStrings, NoEnglishIsLeftOver) {
+  constexpr int kSameWordsAtMost = 6;  // "OK", "?", "Installation" in French
+  for (const LanguageTable& table : languageTables()) {
+    if (isEnglish(table.language)) continue;
+    int same = 0;
+    for (const auto& [key, text] : table.texts) {
+      const bool isSame = text == englishTable().text(key) || text == QString::fromStdString(key);
+      same += isSame ? 1 : 0;
+      EXPECT_FALSE(isSame && text.count(u' ') > 1) << table.language << ": " << key;
+      for (const QString& words : runsOfWords(englishTable().text(key)))
+        EXPECT_FALSE(text.contains(words)) << table.language << ": " << text.toStdString();
+    }
+    EXPECT_LE(same, kSameWordsAtMost) << table.language;
+  }
+}
+
+// What the program looks up, with the literals joined that the compiler joins.
+std::string everythingThatLooksUp() {
+  static const std::regex seam("\"\\s*\n\\s*\"");
+  std::string all;
+  for (const char* folder : {"/Sources", "/Platform/window/linux"}) {
+    for (const auto& file :
+         std::filesystem::recursive_directory_iterator(KT_SOURCE_DIR + std::string(folder))) {
+      if (file.path().extension() == ".cpp")
+        all += std::regex_replace(contentsOf(file.path().string()), seam, "");
+    }
+  }
+  return all;
+}
+
+std::string escaped(const std::string& key) {
+  std::string written;
+  for (const char character : key) {
+    if (character == '"') written += '\\';
+    written += character == '\r' ? std::string("\\r") : std::string(1, character);
+  }
+  return written;
+}
+
+std::set<std::string> textsOfTheDescription() {
+  const std::string description = contentsOf(KT_SOURCE_DIR "/Resources/InstallerWindow.xml");
+  static const std::regex attribute(R"re(\b(?:title|text|name)="([^"]*)")re");
+  std::set<std::string> texts;
+  for (std::sregex_iterator it(description.begin(), description.end(), attribute), end; it != end; ++it)
+    texts.insert((*it)[1]);
+  return texts;
 }
 
 TEST(LocalizableStrings, EveryTextOfTheWindowIsInTheTable) {
-  const auto table = tableOf("en");
-  const std::string description = contentsOf(KT_SOURCE_DIR "/Resources/InstallerWindow.xml");
-  static const std::regex attribute(R"re(\b(?:title|text|name)="([^"]*)")re");
-  int texts = 0;
-  for (std::sregex_iterator it(description.begin(), description.end(), attribute), end; it != end;
-       ++it, ++texts) {
-    EXPECT_TRUE(table.contains((*it)[1])) << (*it)[1];
-  }
-  EXPECT_GT(texts, 10);
+  EXPECT_GT(textsOfTheDescription().size(), 10U);
+  for (const std::string& text : textsOfTheDescription())
+    EXPECT_TRUE(englishTable().texts.contains(text)) << text;
 }
 
 TEST(LocalizableStrings, EveryLocalizedTextOfTheSourcesIsInTheTable) {
-  const auto table = tableOf("en");
-  static const std::regex call(R"re(localized\("((?:[^"\\]|\\.)*)"\))re");
-  for (const auto& file : std::filesystem::directory_iterator(KT_SOURCE_DIR "/Sources")) {
-    const std::string source = contentsOf(file.path().string());
-    for (std::sregex_iterator it(source.begin(), source.end(), call), end; it != end; ++it) {
-      EXPECT_TRUE(table.contains((*it)[1])) << file.path() << ": " << (*it)[1];
-    }
+  static const std::regex call(R"re(strings\.localized\(\s*"((?:[^"\\]|\\.)*)"\s*\))re");
+  const std::string sources = everythingThatLooksUp();
+  int calls = 0;
+  for (std::sregex_iterator it(sources.begin(), sources.end(), call), end; it != end; ++it, ++calls) {
+    const bool known = std::any_of(englishTable().texts.begin(), englishTable().texts.end(),
+                                   [&](const auto& entry) { return escaped(entry.first) == (*it)[1]; });
+    EXPECT_TRUE(known) << (*it)[1];
+  }
+  EXPECT_GE(calls, 10);
+}
+
+// The texts of the toolkit's menus are tried where the menus are: ToolkitTexts.
+TEST(LocalizableStrings, NoKeyIsUnused) {
+  const std::vector<std::string>& toolkit = textsOfTheToolkit();
+  const std::set<std::string> description = textsOfTheDescription();
+  const std::string sources = everythingThatLooksUp();
+  for (const auto& [key, text] : englishTable().texts) {
+    const bool used = description.contains(key) ||
+                      std::find(toolkit.begin(), toolkit.end(), key) != toolkit.end() ||
+                      sources.find("\"" + escaped(key) + "\"") != std::string::npos;
+    EXPECT_TRUE(used) << key;
+  }
+}
+
+TEST(LocalizableStrings, EveryLanguageNamesTheProgram) {
+  const auto nameIn = [](const std::string& language) {
+    const LanguageTable names = languageTable(KT_SOURCE_DIR "/Resources", language, "InfoPlist");
+    EXPECT_EQ(names.entries, 1) << language;
+    return names.text("CFBundleDisplayName");
+  };
+  const QString english = nameIn("en");
+  for (const LanguageTable& table : languageTables()) {
+    const QString name = nameIn(table.language);
+    EXPECT_TRUE(name.contains(QStringLiteral("Halvorn"))) << table.language;
+    EXPECT_FALSE(name.contains(u'/')) << table.language;
+    EXPECT_EQ(name == english, isEnglish(table.language)) << table.language << ": " << name.toStdString();
   }
 }
 
 class RealTable : public testing::Test {
  protected:
-  Text localized(const char* language, const char* key) {
+  LinuxLocalizedStrings strings(const std::string& language) {
     const std::filesystem::path resources = folder_.path() / "Test.app/Contents/Resources";
     if (!std::filesystem::exists(resources)) {
       std::filesystem::create_directories(resources.parent_path());
       std::filesystem::copy(KT_SOURCE_DIR "/Resources", resources, std::filesystem::copy_options::recursive);
     }
-    return LinuxLocalizedStrings(folder_ / "Test.app", {language}).localized(key);
+    return {folder_ / "Test.app", {Text(language)}};
   }
   TemporaryFolder folder_;
 };
 
-TEST_F(RealTable, TheVersionAlertNamesThisSystem) {
-  const char* key =
-      "%1$@ %2$@ cannot be installed on this computer because it requires Mac OS X %3$@ or newer.";
-  EXPECT_EQ(localized("en", key),
-            "%1$@ %2$@ cannot be installed on this computer because it requires Linux kernel %3$@ or newer.");
-  EXPECT_TRUE(localized("de", key).contains("Linux-Kernel %3$@"));
+TEST_F(RealTable, IsReadByTheInstallerAsItStandsInTheFile) {
+  for (const LanguageTable& table : languageTables()) {
+    const LinuxLocalizedStrings read = strings(table.language);
+    for (const auto& [key, text] : table.texts)
+      EXPECT_EQ(read.localized(Text(key)).bytes(), text.toStdString()) << table.language;
+  }
 }
 
-TEST_F(RealTable, EscapesInKeysAndValuesAreTheirCharacters) {
-  EXPECT_EQ(localized("de", "If you wish to read the documentation first, click the \"?\" button."),
-            "Wenn Sie zuerst die Bedienungsanleitung lesen möchten, klicken Sie auf die Schaltfläche „?“.");
-  EXPECT_TRUE(localized("de",
-                        "%1$@ cannot be running during the installation.\rQuit %1$@, then click \"Install\" "
-                        "again.")
-                  .contains("\rBeenden Sie"));
+TEST_F(RealTable, TheVersionAlertNamesThisSystem) {
+  EXPECT_EQ(strings("en").localized(kSystemTooOld),
+            "%1$@ %2$@ cannot be installed on this computer because it requires Linux kernel %3$@ or newer.");
+  for (const LanguageTable& table : languageTables()) {
+    const QString text = table.text(kSystemTooOld);
+    const bool isNamed = text.contains(QStringLiteral("Linux")) || text.contains(QStringLiteral("Linuks")) ||
+                         text.contains(QStringLiteral("Линукс"));
+    EXPECT_TRUE(isNamed) << table.language;
+    EXPECT_FALSE(text.contains(QStringLiteral("Mac"))) << table.language;
+    EXPECT_FALSE(text.contains(QStringLiteral("OS"))) << table.language;
+  }
 }
 
 }  // namespace

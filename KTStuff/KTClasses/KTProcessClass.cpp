@@ -149,6 +149,7 @@ void KTProcessClass::insertAtFront(const KTProcessPointer& process) {
 
 void KTProcessClass::insertAtFrontLocked(const KTProcessPointer& process) {
   if (!cache_) cache_.emplace();
+  ++insertions_;
   cache_->push_front(process);
   placesByHash_.emplace(process->hash(), cache_->begin());
 }
@@ -157,9 +158,13 @@ void KTProcessClass::cleanupCache() {
   const auto cached = cachedProcessesEnumerator();
   if (!cached) return;
   // The system is asked without the lock; what ended in between is found by the next cleanup.
+  std::vector<ProcessSerialNumber> numbers;
+  numbers.reserve(cached->size());
+  for (const KTProcessPointer& process : *cached) numbers.push_back(process->serialNumber());
+  const std::vector<bool> areRunning = services_.source.areRunning(numbers);
   std::unordered_set<KTProcessPointer> ended;
-  for (const KTProcessPointer& process : *cached) {
-    if (!process->isStillRunning()) ended.insert(process);
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    if (!areRunning[i]) ended.insert((*cached)[i]);
   }
   if (ended.empty()) return;
   const std::lock_guard lock(mutex_);
@@ -179,8 +184,17 @@ void KTProcessClass::applicationStarted() {
 }
 
 void KTProcessClass::applicationEnded() {
-  cleanupCache();
+  // Many applications may have ended before the first event about it came; one walk finds them all.
+  std::optional<CacheState> state;
+  bool isClean = false;
+  if (const auto endsSeen = services_.source.endsSeen()) {
+    const std::lock_guard lock(mutex_);
+    state = CacheState{*endsSeen, insertions_};
+    isClean = state == cleanAt_;
+  }
+  if (!isClean) cleanupCache();
   const std::lock_guard lock(mutex_);
+  cleanAt_ = state;
   ++launchEndCount_;
 }
 

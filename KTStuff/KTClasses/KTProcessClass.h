@@ -109,6 +109,12 @@ class KTProcessClass {
  private:
   friend class KTProcess;
   using Cache = std::list<KTProcessPointer>;
+  // No process of the cache can have ended between two equal ones.
+  struct CacheState {
+    std::uint64_t endsSeen;
+    std::uint64_t insertions;
+    friend bool operator==(const CacheState&, const CacheState&) = default;
+  };
 
   void insertAtFront(const KTProcessPointer& process);
   void insertAtFrontLocked(const KTProcessPointer& process);
@@ -128,6 +134,9 @@ class KTProcessClass {
   std::unordered_multimap<std::uint32_t, Cache::iterator> placesByHash_;
   // Whether equal objects may stand in the cache: what the hash leads to need not be the first of them then.
   bool mayHoldEquals_ = false;
+  std::uint64_t insertions_ = 0;
+  // When the cache was last known to hold no ended process; nullopt where the system does not count ends.
+  std::optional<CacheState> cleanAt_;
   std::uint32_t launchEndCount_ = 0;
   KTProcessPointer currentProcess_;
   bool isHandlerInstalled_ = false;

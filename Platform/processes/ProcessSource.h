@@ -58,6 +58,12 @@ class ProcessSource {
 
   // Fails: the process has ended. This is the test whether it runs.
   [[nodiscard]] virtual std::optional<std::int32_t> pid(ProcessSerialNumber number) = 0;
+  // The same test for many at once: an answer for each, in their order. A system that knows what has ended
+  // since the last question need not ask for each.
+  [[nodiscard]] virtual std::vector<bool> areRunning(const std::vector<ProcessSerialNumber>& numbers);
+  // How many ends of processes were seen up to now: while it stays the same, whatever areRunning() said to run
+  // still does. Fails: the system does not count them.
+  [[nodiscard]] virtual std::optional<std::uint64_t> endsSeen() { return std::nullopt; }
   // Never fails for a process that runs.
   [[nodiscard]] virtual std::optional<ProcessInformation> information(ProcessSerialNumber number) = 0;
   // The name people see.
@@ -74,5 +80,12 @@ class ProcessSource {
   // as minutes:seconds.hundredths. Its two arguments are the process id (%1$d) and the file (%2$@).
   [[nodiscard]] virtual Text processorTimeCommand() const = 0;
 };
+
+inline std::vector<bool> ProcessSource::areRunning(const std::vector<ProcessSerialNumber>& numbers) {
+  std::vector<bool> answers;
+  answers.reserve(numbers.size());
+  for (const ProcessSerialNumber number : numbers) answers.push_back(pid(number).has_value());
+  return answers;
+}
 
 }  // namespace halvorn

@@ -113,6 +113,7 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
   std::function<bool(ProcessSerialNumber, ProcessSerialNumber)> isSame;
   std::function<void()> onList;  // called inside runningProcesses()
   std::function<void()> onPid;   // called inside pid(), once the answer is known
+  bool countsEnds = false;       // whether endsSeen() answers
   // The system's order is its own: here that of starting, or the other way round.
   enum class ListOrder { OldestFirst, NewestFirst } listOrder = ListOrder::OldestFirst;
 
@@ -136,6 +137,11 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
   bool sameProcess(ProcessSerialNumber a, ProcessSerialNumber b) override {
     if (isSame) return isSame(a, b);
     return a == b;
+  }
+  std::optional<std::uint64_t> endsSeen() override {
+    if (!countsEnds) return std::nullopt;
+    return std::count_if(applications_.begin(), applications_.end(),
+                         [&](const FakeApplication& application) { return !isRunning(application); });
   }
   std::optional<std::int32_t> pid(ProcessSerialNumber number) override {
     const FakeApplication* found = running(number);

@@ -207,6 +207,26 @@ TEST_P(ProcessContract, AnEndedApplicationIsNeitherListedNorFound) {
   EXPECT_EQ(world->processes().cachedProcessWithSerialNumber(number), nullptr);
 }
 
+TEST_P(ProcessContract, ManyAreAskedAboutAtOnceAsEachAlone) {
+  std::vector<ProcessSerialNumber> numbers;
+  std::vector<std::int32_t> pids;
+  for (const char* const name : {"Editor", "Mail", "Player"}) {
+    pids.push_back(world->start({name}));
+    numbers.push_back(world->source().processForPID(pids.back()).value());
+  }
+  numbers.push_back({1, 999'999'999});
+  numbers.push_back({numbers[0].high + 1, numbers[0].low});
+  EXPECT_EQ(world->source().areRunning(numbers), (std::vector<bool>{true, true, true, false, false}));
+  const auto endsBefore = world->source().endsSeen();
+  world->end(pids[1]);
+  ASSERT_TRUE(world->settles([&] { return !world->source().pid(numbers[1]); }));
+  EXPECT_EQ(world->source().areRunning(numbers), (std::vector<bool>{true, false, true, false, false}));
+  EXPECT_EQ(world->source().areRunning({}), std::vector<bool>{});
+  if (endsBefore) {
+    EXPECT_EQ(world->source().endsSeen(), *endsBefore + 1);
+  }
+}
+
 TEST_P(ProcessContract, NobodyIsFoundUnderAProcessIdThatNobodyHas) {
   for (const std::int32_t pid : {0, 1, -1, 2'000'000'000}) {
     EXPECT_EQ(world->source().processForPID(pid), std::nullopt) << pid;

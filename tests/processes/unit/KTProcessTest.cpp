@@ -399,6 +399,48 @@ TEST_F(KTProcessCache, AnEndIsCountedOnlyAfterTheCleanup) {
   EXPECT_EQ(processes.applicationLaunchEndCount(), 1u);
 }
 
+TEST_F(KTProcessCache, OneWalkFindsAllThatEndedTogether) {
+  applications.countsEnds = true;
+  std::vector<FakeApplication*> all;
+  for (int i = 0; i < 5; ++i) all.push_back(&start("App"));
+  for (const FakeApplication* application : all) object(*application);
+  int questions = 0;
+  applications.onPid = [&] { ++questions; };
+  for (const int i : {0, 2, 4}) applications.end(*all[static_cast<std::size_t>(i)]);
+  for (int i = 0; i < 3; ++i) processes.applicationEnded();
+  EXPECT_EQ(questions, 5);
+  EXPECT_EQ(processes.cachedProcessesEnumerator()->size(), 2u);
+  EXPECT_EQ(processes.applicationLaunchEndCount(), 3u);
+
+  applications.end(*all[1]);
+  processes.applicationEnded();
+  EXPECT_EQ(questions, 7);
+  EXPECT_EQ(processes.cachedProcessesEnumerator()->size(), 1u);
+}
+
+TEST_F(KTProcessCache, AnEndIsFollowedByAWalkWhenAnObjectWasMadeOfAnEndedProcess) {
+  applications.countsEnds = true;
+  FakeApplication& first = start("Editor");
+  FakeApplication& second = start("Mail");
+  object(first);
+  applications.end(first);
+  applications.end(second);
+  processes.applicationEnded();
+  object(second);
+  EXPECT_EQ(processes.cachedProcessesEnumerator()->size(), 1u);
+  processes.applicationEnded();
+  EXPECT_TRUE(processes.cachedProcessesEnumerator()->empty());
+}
+
+TEST_F(KTProcessCache, WhereEndsAreNotCountedEachIsFollowedByAWalk) {
+  object(start("Editor"));
+  int questions = 0;
+  applications.onPid = [&] { ++questions; };
+  processes.applicationEnded();
+  processes.applicationEnded();
+  EXPECT_EQ(questions, 2);
+}
+
 TEST_F(KTProcessCache, TheObserverFindsAnEndedProcessGoneAlready) {
   FakeApplication& editor = start("Editor");
   object(editor);

@@ -51,6 +51,12 @@ std::optional<std::int32_t> LinuxProcessSource::pid(ProcessSerialNumber number) 
   return application ? std::optional<std::int32_t>(application->pid) : std::nullopt;
 }
 
+std::vector<bool> LinuxProcessSource::areRunning(const std::vector<ProcessSerialNumber>& numbers) {
+  return applications_.areHeld(numbers);
+}
+
+std::optional<std::uint64_t> LinuxProcessSource::endsSeen() { return applications_.endsSeen(); }
+
 std::optional<ProcessInformation> LinuxProcessSource::information(ProcessSerialNumber number) {
   const auto application = applications_.withNumber(number);
   if (!application) return std::nullopt;

@@ -22,6 +22,8 @@ class LinuxProcessSource : public ProcessSource {
   std::optional<ProcessSerialNumber> frontProcess() override;
   bool sameProcess(ProcessSerialNumber a, ProcessSerialNumber b) override { return a == b; }
   std::optional<std::int32_t> pid(ProcessSerialNumber number) override;
+  std::vector<bool> areRunning(const std::vector<ProcessSerialNumber>& numbers) override;
+  std::optional<std::uint64_t> endsSeen() override;
   std::optional<ProcessInformation> information(ProcessSerialNumber number) override;
   OptionalText displayName(ProcessSerialNumber number) override;
   std::optional<PropertyDictionary> informationDictionary(ProcessSerialNumber number) override;

@@ -85,6 +85,24 @@ HeldApplicationPointer RunningApplications::withNumber(ProcessSerialNumber numbe
   return application && application->number == number ? application : nullptr;
 }
 
+std::vector<bool> RunningApplications::areHeld(const std::vector<ProcessSerialNumber>& numbers) {
+  lookForEnds();
+  std::vector<bool> answers;
+  answers.reserve(numbers.size());
+  const std::lock_guard lock(mutex_);
+  for (const ProcessSerialNumber number : numbers) {
+    const auto found = held_.find(static_cast<pid_t>(number.low));
+    answers.push_back(found != held_.end() && found->second->number == number);
+  }
+  return answers;
+}
+
+std::uint64_t RunningApplications::endsSeen() {
+  lookForEnds();
+  const std::lock_guard lock(mutex_);
+  return endsSeen_;
+}
+
 HeldApplicationPointer RunningApplications::thisProgram() {
   Walk walk;
   return hold(::getpid(), Wanted::AnyProgram, walk);
@@ -182,6 +200,7 @@ void RunningApplications::retireLocked(const HeldApplicationPointer& application
   ::epoll_ctl(ends_.get(), EPOLL_CTL_DEL, application->hold.descriptor(), nullptr);
   held_.erase(application->pid);
   std::erase(untold_, application->pid);
+  ++endsSeen_;
   noteLocked(Event::Ended);
 }
 

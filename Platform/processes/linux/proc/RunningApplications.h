@@ -65,6 +65,10 @@ class RunningApplications {
   [[nodiscard]] HeldApplicationPointer withPid(pid_t pid);
   // Null once it has ended.
   [[nodiscard]] HeldApplicationPointer withNumber(ProcessSerialNumber number);
+  // For each whether withNumber() would find it. The kernel is asked once for all, not for each.
+  [[nodiscard]] std::vector<bool> areHeld(const std::vector<ProcessSerialNumber>& numbers);
+  // How many ends were seen, those of now among them.
+  [[nodiscard]] std::uint64_t endsSeen();
   // This program, application or not.
   [[nodiscard]] HeldApplicationPointer thisProgram();
 
@@ -116,6 +120,7 @@ class RunningApplications {
   std::mutex mutex_;  // guards what follows
   std::map<pid_t, HeldApplicationPointer> held_;
   std::vector<pid_t> untold_;  // of those held, the ones whose end the system will not tell by itself
+  std::uint64_t endsSeen_ = 0;
   std::set<std::pair<pid_t, std::uint32_t>> given_;  // serial numbers, ever
   bool isRecording_ = false;
   bool knowsWhatRan_ = false;  // when the recording began

@@ -14,7 +14,7 @@ namespace halvorn {
 
 class FakeAccessibilityElement : public AccessibilityElement {
  public:
-  explicit FakeAccessibilityElement(Text name) : name_(std::move(name)) {}
+  explicit FakeAccessibilityElement(const Text& name) : name_(name) {}
   Text reference() const override { return name_; }
 
  private:

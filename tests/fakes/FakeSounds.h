@@ -76,8 +76,8 @@ struct FakeSoundCalls {
 
 class FakeSound : public Sound {
  public:
-  FakeSound(const FakeAudioDevices& devices, FakeSoundCalls& calls, Text path)
-      : devices_(devices), calls_(calls), path_(std::move(path)) {}
+  FakeSound(const FakeAudioDevices& devices, FakeSoundCalls& calls, const Text& path)
+      : devices_(devices), calls_(calls), path_(path) {}
 
   Text description() const override { return path_; }
   void setVolume(float value) override { volume = std::clamp(value, 0.0F, 1.0F); }

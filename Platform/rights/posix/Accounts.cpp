@@ -34,7 +34,7 @@ std::optional<Account> accountFrom(Question ask) {
   passwd* found = nullptr;
   std::vector<char> buffer(1024);
   while (ask(&entry, buffer.data(), buffer.size(), &found) == ERANGE) {
-    if (buffer.size() > 1024 * 1024) return std::nullopt;
+    if (buffer.size() > std::size_t{1024} * 1024) return std::nullopt;
     buffer.resize(buffer.size() * 2);
   }
   if (found == nullptr) return std::nullopt;

@@ -1,7 +1,6 @@
 #include "Platform/sound/linux/LoadedSounds.h"
 
 #include <mutex>
-#include <utility>
 
 #include "Core/Format.h"
 #include "Platform/running/linux/LoadedModule.h"
@@ -40,11 +39,12 @@ struct LoadedSounds::Parts {
   std::unique_ptr<SoundModule> loaded;
 };
 
-LoadedSounds::LoadedSounds(Text modulePath, const Clock& clock, Workers& workers, Text applicationName)
-    : parts_(new Parts{.path = std::move(modulePath),
+LoadedSounds::LoadedSounds(const Text& modulePath, const Clock& clock, Workers& workers,
+                           const Text& applicationName)
+    : parts_(new Parts{.path = modulePath,
                        .clock = clock,
                        .workers = workers,
-                       .name = std::move(applicationName),
+                       .name = applicationName,
                        .mutex = {},
                        .loaded = {}}) {}
 

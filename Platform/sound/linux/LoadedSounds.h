@@ -14,7 +14,7 @@ namespace halvorn {
 class LoadedSounds : public Sounds, public AudioDevices {
  public:
   // Clock and workers live longer than this object, and this object longer than its sounds.
-  LoadedSounds(Text modulePath, const Clock& clock, Workers& workers, Text applicationName);
+  LoadedSounds(const Text& modulePath, const Clock& clock, Workers& workers, const Text& applicationName);
   ~LoadedSounds() override;
 
   Result soundWithData(const Text& path, const std::string& data) override;

@@ -1,13 +1,11 @@
 #include "Platform/sound/linux/PulseServer.h"
 
-#include <utility>
-
 #include "Platform/sound/linux/PulseSession.h"
 
 namespace halvorn {
 
-PulseServer::PulseServer(const Clock& clock, Text applicationName, const PulseLimits& limits)
-    : clock_(clock), applicationName_(std::move(applicationName)), limits_(limits) {}
+PulseServer::PulseServer(const Clock& clock, const Text& applicationName, const PulseLimits& limits)
+    : clock_(clock), applicationName_(applicationName), limits_(limits) {}
 
 void PulseServer::endAll() {
   hasEnded_ = true;

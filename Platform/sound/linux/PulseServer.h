@@ -29,7 +29,7 @@ struct PulseLimits {
 class PulseServer {
  public:
   // The name is how mixers show this program. The clock lives longer than this object.
-  PulseServer(const Clock& clock, Text applicationName, const PulseLimits& limits = {});
+  PulseServer(const Clock& clock, const Text& applicationName, const PulseLimits& limits = {});
   PulseServer(const PulseServer&) = delete;
   PulseServer& operator=(const PulseServer&) = delete;
 

@@ -14,12 +14,12 @@ namespace {
 
 class PulseSound : public Sound {
  public:
-  PulseSound(PulseServer& server, Workers& workers, TaskGate& gate, Text path, SoundBytes bytes,
+  PulseSound(PulseServer& server, Workers& workers, TaskGate& gate, const Text& path, SoundBytes bytes,
              double seconds)
       : server_(server),
         workers_(workers),
         gate_(gate),
-        path_(std::move(path)),
+        path_(path),
         bytes_(std::move(bytes)),
         seconds_(seconds) {}
 

@@ -27,7 +27,7 @@ struct SoundDecoder::Source {
   static Source& of(void* self) { return *static_cast<Source*>(self); }
 
   struct Close {
-    void operator()(SNDFILE* file) const { sf_close(file); }
+    void operator()(SNDFILE* opened) const { sf_close(opened); }
   };
 
   SoundBytes bytes;

@@ -1,13 +1,11 @@
 #include "Platform/text/linux/LoadedDigests.h"
 
-#include <utility>
-
 #include "Platform/running/linux/LoadedModule.h"
 #include "Platform/text/linux/DigestModule.h"
 
 namespace halvorn {
 
-LoadedDigests::LoadedDigests(Text modulePath) : modulePath_(std::move(modulePath)) {}
+LoadedDigests::LoadedDigests(const Text& modulePath) : modulePath_(modulePath) {}
 
 LoadedDigests::~LoadedDigests() = default;
 

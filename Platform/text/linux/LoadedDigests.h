@@ -11,7 +11,7 @@ namespace halvorn {
 
 class LoadedDigests : public Digests {
  public:
-  explicit LoadedDigests(Text modulePath);
+  explicit LoadedDigests(const Text& modulePath);
   ~LoadedDigests() override;
   // nullopt also without the module.
   [[nodiscard]] std::optional<Md5Digest> md5(std::string_view bytes) const override;

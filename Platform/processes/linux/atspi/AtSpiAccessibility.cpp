@@ -211,8 +211,7 @@ std::optional<Place> AtSpiAccessibility::Session::placeOf(const ProcessHold& pro
 }
 
 AtSpiToolkit AtSpiAccessibility::Session::toolkitOf(const Place& root) {
-  const BusMessage message =
-      methodCall({root.name.c_str(), root.path.c_str(), "org.freedesktop.DBus.Properties", "Get"});
+  const BusMessage message = methodCall({root.name, root.path, "org.freedesktop.DBus.Properties", "Get"});
   const char* interface = "org.a11y.atspi.Application";
   const char* property = "ToolkitName";
   dbus_message_append_args(message.get(), DBUS_TYPE_STRING, &interface, DBUS_TYPE_STRING, &property,

@@ -30,6 +30,8 @@ class LinuxApplicationEvents::Watching {
     });
     changes_ = windows_.watch(loop_, {[this] { windowsChanged(); }, [this] { activeChanged(); }});
     chooseLooking();
+    // What came since the last list was made has been told to nobody.
+    applications_.lookAtWindows();
     deliver();
   }
 

@@ -23,6 +23,7 @@
 #include "Platform/processes/linux/proc/RunningApplications.h"
 #include "Platform/processes/linux/x11/XWindowSystem.h"
 #include "Platform/processes/null/NullProcesses.h"
+#include "Platform/running/linux/ThisProgram.h"
 #include "Platform/running/posix/PollRunLoop.h"
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/running/posix/PosixTasks.h"
@@ -60,7 +61,7 @@ class LiveProcesses {
   PollRunLoop loop;
   PosixClock clock;
   RecordingLog log;
-  LinuxBundles bundles{LinuxBundles::pathOfThisProgram(), {}};
+  LinuxBundles bundles{pathOfThisProgram(), {}};
   PosixFileManager files;
   PosixTasks tasks;
   FakeWorkspace workspace;

@@ -1,8 +1,5 @@
 #include "Platform/bundles/linux/LinuxBundles.h"
 
-#include <unistd.h>
-
-#include <climits>
 #include <string>
 #include <utility>
 
@@ -61,12 +58,6 @@ bool isProgramName(const Text& name) {
 LinuxBundles::LinuxBundles(const Text& programPath, std::vector<Text> languages)
     : mainBundlePath_(bundleAround(programPath).value_or(Paths::deletingLastComponent(programPath))),
       languages_(std::move(languages)) {}
-
-Text LinuxBundles::pathOfThisProgram() {
-  char path[PATH_MAX];
-  const ssize_t length = ::readlink("/proc/self/exe", path, sizeof path);
-  return length > 0 ? Text(std::string(path, static_cast<std::size_t>(length))) : Text("/");
-}
 
 std::optional<PropertyDictionary> LinuxBundles::infoDictionary(const Text& bundlePath) const {
   const auto bundle = BundleFolder::at(bundlePath);

@@ -13,8 +13,6 @@ class LinuxBundles : public Bundles {
  public:
   // `programPath` is that of this program, links resolved. The languages come best first.
   LinuxBundles(const Text& programPath, std::vector<Text> languages);
-  // The path of the running program; stays what it was at the start when the file is moved or replaced later.
-  [[nodiscard]] static Text pathOfThisProgram();
 
   Text mainBundlePath() const override { return mainBundlePath_; }
   // "KEY-linux" answers for "KEY". In flat bundles NSExecutable, NSIcon and ApplicationRelease stand in where

@@ -4,29 +4,12 @@
 #include <QEvent>
 #include <QPointer>
 #include <QWidget>
-#include <algorithm>
 
 #include "Platform/color/linux/DesktopAppearance.h"
+#include "Platform/color/linux/PlainAppearance.h"
 #include "Platform/window/linux/QtWidgetView.h"
 
 namespace halvorn {
-namespace {
-
-// One of the two looks. It fits no name but its own.
-class PlainAppearance : public Appearance {
- public:
-  explicit PlainAppearance(AppearanceName name) : name_(name) {}
-  std::optional<AppearanceName> bestMatchFromAppearancesWithNames(
-      const std::vector<AppearanceName>& names) const override {
-    if (std::find(names.begin(), names.end(), name_) == names.end()) return std::nullopt;
-    return name_;
-  }
-
- private:
-  AppearanceName name_;
-};
-
-}  // namespace
 
 // Sees each paint event before its widget does. The end of one is not told; but while a widget paints, the
 // toolkit marks it, so the marks tell which of those seen are still at it.

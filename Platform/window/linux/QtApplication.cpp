@@ -1,6 +1,7 @@
 #include "Platform/window/linux/QtApplication.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QInputEvent>
 #include <QTimer>
 #include <algorithm>
@@ -101,6 +102,19 @@ QtApplication::QtApplication(const Text& programPath) : parts_(std::make_unique<
 QtApplication::~QtApplication() = default;
 
 int QtApplication::run() { return parts_->terminated ? 0 : QApplication::exec(); }
+
+bool QtApplication::runUntil(const std::function<bool()>& condition, double seconds) {
+  const QDeadlineTimer end(std::chrono::nanoseconds(static_cast<long long>(std::min(seconds, 1e9) * 1e9)));
+  while (!condition()) {
+    if (end.hasExpired()) return false;
+    QTimer wakeUp;
+    wakeUp.setSingleShot(true);
+    wakeUp.start(end.remainingTimeAsDuration() < std::chrono::hours(1) ? static_cast<int>(end.remainingTime())
+                                                                       : 3'600'000);
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
+  return true;
+}
 
 void QtApplication::terminate() {
   parts_->terminated = true;

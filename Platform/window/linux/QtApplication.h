@@ -20,6 +20,8 @@ class QtApplication : public Application, public MainThread {
 
   // Works until terminate() is called (before this, too); the program's exit status.
   [[nodiscard]] int run();
+  // Works until the condition holds, asked after each thing done; false when that many seconds were over first.
+  bool runUntil(const std::function<bool()>& condition, double seconds);
 
   void terminate() override;
   // Called when the session manager ends the program, which terminate()s right after.

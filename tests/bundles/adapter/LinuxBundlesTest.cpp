@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "Platform/bundles/linux/BundleFolder.h"
+#include "Platform/running/linux/ThisProgram.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestFiles.h"
 #include "tests/support/TextPrinting.h"
@@ -244,7 +245,7 @@ TEST_F(LinuxBundlesOnDisk, TheMainBundleIsTheInnermostAroundTheProgram) {
 }
 
 TEST(LinuxBundles, ThisProgramsPathIsThatOfTheRunningFile) {
-  EXPECT_EQ(LinuxBundles::pathOfThisProgram().bytes(), fs::read_symlink("/proc/self/exe").string());
+  EXPECT_EQ(pathOfThisProgram().bytes(), fs::read_symlink("/proc/self/exe").string());
 }
 
 // Bundles that nobody here made, as the packages aclock.app and edenmath.app install them.

@@ -16,6 +16,7 @@
 #include "Platform/processes/linux/proc/ProcFiles.h"
 #include "Platform/processes/linux/proc/RunningApplications.h"
 #include "Platform/processes/linux/proc/WindowSystem.h"
+#include "Platform/running/linux/ThisProgram.h"
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
 #include "Sources/DestinationChoice.h"
@@ -32,7 +33,7 @@ void choose(const Text& product, const std::vector<Text>& codes) {
   const Environment environment = Environment::ofThisProcess();
   const XdgFolders folders(environment);
   const std::vector<Text> languages = preferredLanguages({}, environment);
-  const LinuxBundles bundles(LinuxBundles::pathOfThisProgram(), languages);
+  const LinuxBundles bundles(pathOfThisProgram(), languages);
   const Launcher launcher(environment, folders);
   const LinuxWorkspace workspace(bundles, folders, environment, launcher, languages);
   const XdgSearchPaths searchPaths(folders);

@@ -56,22 +56,26 @@ std::string textOf(const std::string& file) { return contentsOf(fs::path(KT_SOUR
 // The headers of the C++20 library that the core may use: no C headers, nothing of an operating system.
 const std::set<std::string>& standardHeaders() {
   static const std::set<std::string> headers = {
-      "algorithm",       "any",         "array",         "atomic",        "bit",
-      "cassert",         "cctype",      "charconv",      "chrono",        "climits",
-      "clocale",         "cmath",       "compare",       "concepts",      "condition_variable",
-      "cstddef",         "cstdint",     "cstdio",        "cstdlib",       "cstring",
-      "deque",           "exception",   "functional",    "future",        "initializer_list",
-      "iterator",        "limits",      "list",          "map",           "memory",
-      "mutex",           "numbers",     "numeric",       "optional",      "queue",
-      "random",          "ranges",      "ratio",         "set",           "shared_mutex",
-      "source_location", "span",        "sstream",       "stack",         "stdexcept",
-      "string",          "string_view", "system_error",  "thread",        "tuple",
-      "type_traits",     "typeinfo",    "unordered_map", "unordered_set", "utility",
-      "variant",         "vector"};
+      "algorithm",       "any",         "array",        "atomic",        "bit",
+      "cassert",         "cctype",      "charconv",     "chrono",        "climits",
+      "clocale",         "cmath",       "compare",      "concepts",      "condition_variable",
+      "cstddef",         "cstdint",     "cstdio",       "cstdlib",       "cstring",
+      "deque",           "exception",   "functional",   "future",        "initializer_list",
+      "iterator",        "limits",      "list",         "map",           "memory",
+      "mutex",           "numbers",     "numeric",      "optional",      "queue",
+      "random",          "ranges",      "ratio",        "set",           "shared_mutex",
+      "source_location", "span",        "sstream",      "stack",         "stdexcept",
+      "string",          "string_view", "system_error", "thread",        "tuple",
+      "type_traits",     "typeindex",   "typeinfo",     "unordered_map", "unordered_set",
+      "utility",         "variant",     "vector"};
   return headers;
 }
 
-bool isCompositionRoot(const std::string& file) { return file.rfind("Sources/main", 0) == 0; }
+// The installer's roots, and the class library's: what its object on a system is made of.
+bool isCompositionRoot(const std::string& file) {
+  static const std::regex root("Sources/main.*|KTStuff/System/[a-z]+/.*");
+  return std::regex_match(file, root);
+}
 
 // "files" of Platform/files/linux/XdgTrash.h; "" for a file that is not in Platform.
 std::string subjectOf(const std::string& file) {

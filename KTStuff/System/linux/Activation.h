@@ -1,0 +1,14 @@
+// What lets launched programs come to the front: told by whoever has a window that a person can click into.
+#pragma once
+
+#include "KTStuff/System/Parts.h"
+#include "Platform/bundles/linux/launching/Launcher.h"
+
+namespace halvorn {
+
+struct Activation {
+  explicit Activation(KTSystem&) {}
+  Launcher::ActivationTokens tokens;  // none: no program comes to the front by itself
+};
+
+}  // namespace halvorn

@@ -1,0 +1,33 @@
+// Where pictures come from: the part of the library that has the toolkit tells it. Without that there are none.
+#pragma once
+
+#include "KTStuff/System/Parts.h"
+#include "Platform/window/Images.h"
+
+namespace halvorn {
+
+// Hands each question on, so that a process model can be made before it is known who answers.
+class Pictures {
+ public:
+  explicit Pictures(KTSystem&) {}
+  Images& images() { return forwarding_; }
+  void use(Images& images) { forwarding_.images = &images; }
+
+ private:
+  struct Forwarding : Images {
+    ImagePointer imageFromFile(const Text& path) override {
+      return images != nullptr ? images->imageFromFile(path) : nullptr;
+    }
+    ImagePointer imageNamed(const Text& name) override {
+      return images != nullptr ? images->imageNamed(name) : nullptr;
+    }
+    ImagePointer iconForFile(const Text& path) override {
+      return images != nullptr ? images->iconForFile(path) : nullptr;
+    }
+    Images* images = nullptr;
+  };
+
+  Forwarding forwarding_;
+};
+
+}  // namespace halvorn

@@ -1,0 +1,19 @@
+// The keyboard of the display.
+#include "KTStuff/System/linux/Ground.h"
+#include "Platform/text/linux/XkbKeyboard.h"
+
+namespace halvorn {
+namespace {
+
+// Connects to the display, so it is made for the first who asks and not before.
+struct Keys {
+  explicit Keys(KTSystem& system)
+      : keyboard(system.parts().of<Ground>().environment.value("DISPLAY").value_or("")) {}
+  const XkbKeyboard keyboard;
+};
+
+}  // namespace
+
+const Keyboard& KTSystem::keyboard() { return parts_->of<Keys>().keyboard; }
+
+}  // namespace halvorn

@@ -1,0 +1,16 @@
+#include "Platform/running/linux/ThisProgram.h"
+
+#include <unistd.h>
+
+#include <climits>
+#include <string>
+
+namespace halvorn {
+
+Text pathOfThisProgram() {
+  char path[PATH_MAX];
+  const ssize_t length = ::readlink("/proc/self/exe", path, sizeof path);
+  return length > 0 ? Text(std::string(path, static_cast<std::size_t>(length))) : Text("/");
+}
+
+}  // namespace halvorn

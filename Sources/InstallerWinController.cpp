@@ -109,6 +109,12 @@ void InstallerWinController::openDocumentation() {
   static_cast<void>(outlets_.window.isMiniaturizeEnabled());
 }
 
+void InstallerWinController::openReadMe() {
+  // An opener that does not start has nothing the person could act on here.
+  if (const OptionalText path = arguments_.text(KTInstallerKeyReadMePath))
+    static_cast<void>(services_.workspace.openFile(*path));
+}
+
 void InstallerWinController::animateProgress(Animate animate) {
   if (animate == Animate::No) return outlets_.progressIndicator.stopAnimation();
   outlets_.progressIndicator.startAnimation();

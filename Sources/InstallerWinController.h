@@ -73,6 +73,7 @@ class InstallerWinController {
   void leave();
   // Logs: "documentation path missing".
   void openDocumentation();
+  void openReadMe();  // with its default application, for who sees only the beginning of it
   void animateProgress(Animate animate);
 
   void installationFinished(const InstallOutcome& outcome);

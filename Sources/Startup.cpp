@@ -133,7 +133,9 @@ void Startup::showReadMeOrInstallPage() {
   if (!path || !services_.files.fileExists(*path)) return controller_.selectTab(kInstallPage);
   KTViewExtensions::useLightAquaAppearance(outlets_.readMeTextView, KTViewExtensions::LightAqua::Yes,
                                            services_.system);
-  outlets_.readMeTextView.setDocumentFromFile(*path);
+  // However long it takes, the window is there.
+  services_.application.performWhenShown(
+      [&view = outlets_.readMeTextView, path = *path] { view.setDocumentFromFile(path); });
   controller_.selectTab(kReadMePage);
 }
 

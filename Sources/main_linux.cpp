@@ -69,7 +69,8 @@ class Installer {
                               if (controller_.applicationShouldTerminateAfterLastWindowClosed())
                                 application_.terminate();
                             },
-                        .openLink = [this](const Text& url) { system_.workspace().openUrl(url); }});
+                        .openLink = [this](const Text& url) { system_.workspace().openUrl(url); },
+                        .openReadMe = [this] { controller_.openReadMe(); }});
     controller_.awakeFromNib();
     window_.showIfVisibleAtLaunch();
     const int status = runLoop();

@@ -66,7 +66,9 @@ class ImageView : public virtual View {
 class TextView : public virtual View {
  public:
   // Replaces the text by the document in the file: rich text, plain text, HTML, Markdown. False (and an empty
-  // view) when the file cannot be read. Loads nothing from anywhere else and runs nothing.
+  // view) when the file cannot be read. Loads nothing from anywhere else and runs nothing, and takes half a second of
+  // processor time at most: a document that costs more is shown as plain text, or its beginning with a link to the
+  // whole.
   virtual bool setDocumentFromFile(const Text& path) = 0;
   // Asked anew whenever the view is drawn; null for that of the appearance.
   virtual void setBackgroundColor(const ColorPointer& color) = 0;

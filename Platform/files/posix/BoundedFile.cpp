@@ -26,16 +26,24 @@ std::optional<std::string> readBytes(const FileDescriptor& file, std::size_t cou
   return bytes;
 }
 
+// None when the path leads to no regular file.
+FileDescriptor openRegularFile(const std::string& path) {
+  if (path.empty() || path.find('\0') != std::string::npos) return FileDescriptor();
+  struct stat status = {};
+  // Looked at before it is opened: being opened means something to a device.
+  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return FileDescriptor();
+  return FileDescriptor(
+      retried([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+}
+
 }  // namespace
 
 std::optional<std::string> readRegularFile(const std::string& path, std::size_t limit) {
-  if (path.empty() || path.find('\0') != std::string::npos) return std::nullopt;
-  struct stat status = {};
-  // Looked at before it is opened: being opened means something to a device.
-  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-  const FileDescriptor file(
-      retried([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
-  return readOpenFile(file, limit);
+  return readOpenFile(openRegularFile(path), limit);
+}
+
+std::optional<std::string> readStartOfRegularFile(const std::string& path, std::size_t count) {
+  return readStartOfOpenFile(openRegularFile(path), count);
 }
 
 std::optional<std::string> readOpenFile(const FileDescriptor& file, std::size_t limit) {

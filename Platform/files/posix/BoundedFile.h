@@ -18,6 +18,8 @@ namespace halvorn {
 [[nodiscard]] std::optional<std::string> readRegularFile(const std::string& path, std::size_t limit);
 // The same of a file that is open for reading, from where it stands.
 [[nodiscard]] std::optional<std::string> readOpenFile(const FileDescriptor& file, std::size_t limit);
+// At most `count` of the first bytes of the file at a path, however long it is. Links are followed.
+[[nodiscard]] std::optional<std::string> readStartOfRegularFile(const std::string& path, std::size_t count);
 // At most that many of its first bytes, however long it is.
 [[nodiscard]] std::optional<std::string> readStartOfOpenFile(const FileDescriptor& file, std::size_t count);
 

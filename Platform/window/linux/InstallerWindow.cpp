@@ -98,6 +98,7 @@ InstallerWindow::InstallerWindow(std::unique_ptr<Parts> parts) : parts_(std::mov
   all->named<DocumentView>("readMeTextView").openLink = [all](const QString& address) {
     if (all->actions.openLink) all->actions.openLink(toText(address));
   };
+  all->named<DocumentView>("readMeTextView").openWhole = [all, call] { call(all->actions.openReadMe); };
 }
 
 InstallerWindow::~InstallerWindow() = default;

@@ -29,6 +29,7 @@ struct InstallerActions {
   std::function<void()> openDocumentation = {};        // openDocumentation:
   std::function<void()> windowClosed = {};             // after the window has been closed
   std::function<void(const Text& url)> openLink = {};  // a link of the read-me, web and mail addresses only
+  std::function<void()> openReadMe = {};               // the whole of it, where only its beginning is shown
 };
 
 class InstallerWindow {

@@ -52,10 +52,10 @@ void QtButton::setEnabled(Enabled enabled) {
 }
 
 bool QtTextView::setDocumentFromFile(const Text& path) {
-  std::unique_ptr<QTextDocument> document = readMeDocument(path);
-  const bool read = document != nullptr;
-  view_.showDocument(std::move(document));
-  return read;
+  ReadMeDocument read = readMeDocument(path);
+  const bool isThere = read.document != nullptr;
+  view_.showDocument(std::move(read));
+  return isThere;
 }
 
 void QtTabView::showWithoutTabsAndBorder() {

@@ -42,6 +42,13 @@ TEST_F(PageFlow, GoBackLeadsToTheEmptyPageAlsoWhenTheReadMeIsMissing) {
   EXPECT_EQ(window.installButton.title_, Text("Continue"));
 }
 
+TEST_F(PageFlow, TheWholeReadMeIsOpenedWithItsDefaultApplication) {
+  startWithReadMe().openReadMe();
+  EXPECT_EQ(workspace.opened, std::vector<Text>{"/Volumes/NAS/ReadMe.rtf"});
+  start({"-sourcePath", product}).openReadMe();
+  EXPECT_EQ(workspace.opened.size(), 1U) << "without one there is nothing to open";
+}
+
 TEST_F(PageFlow, WithoutAReadMeTheCancelButtonKeepsItsTitleAndQuits) {
   window.cancelButton.title_ = "Not now";
   start({"-sourcePath", product});

@@ -131,11 +131,22 @@ TEST_F(Startup, DocumentationShowsTheHelpButtonAndItsSentenceFirst) {
 TEST_F(Startup, AReadMeIsShownInTheLightAppearanceOnTheFirstPage) {
   files.addFile("/Volumes/NAS/ReadMe.rtf");
   start({"-sourcePath", product, "-readMePath", "/Volumes/NAS/ReadMe.rtf"});
+  application.show();
   EXPECT_EQ(window.readMeTextView.document_, Text("/Volumes/NAS/ReadMe.rtf"));
   EXPECT_EQ(window.readMeTextView.appearance_, AppearanceName::Aqua);
   EXPECT_EQ(window.tabView.selected_, 0);
   EXPECT_EQ(window.installButton.title_, Text("Continue"));
   EXPECT_EQ(window.cancelButton.title_, Text("Cancel"));
+}
+
+TEST_F(Startup, TheReadMeIsReadWhenTheWindowHasBeenPainted) {
+  files.addFile("/Volumes/NAS/ReadMe.rtf");
+  start({"-sourcePath", product, "-readMePath", "/Volumes/NAS/ReadMe.rtf"});
+  EXPECT_TRUE(window.window.visible_);
+  EXPECT_EQ(window.tabView.selected_, 0);
+  EXPECT_EQ(window.readMeTextView.document_, std::nullopt);
+  application.show();
+  EXPECT_EQ(window.readMeTextView.document_, Text("/Volumes/NAS/ReadMe.rtf"));
 }
 
 TEST_F(Startup, OnSystemsWithoutAppearancesTheReadMeKeepsItsOwn) {

@@ -41,7 +41,8 @@ class Probe {
                         .cancel = [this] { report("cancel:"); },
                         .openDocumentation = [this] { report("openDocumentation:"); },
                         .windowClosed = [this] { say("closed"), application_.terminate(); },
-                        .openLink = [](const Text& url) { say("link " + url.bytes()); }});
+                        .openLink = [](const Text& url) { say("link " + url.bytes()); },
+                        .openReadMe = [this] { report("openReadMe"); }});
   }
 
   void obey(const std::string& line) {

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QTextBlock>
 #include <fstream>
 #include <string>
 
@@ -166,7 +167,7 @@ class DocumentViewLinks : public testing::Test {
     document->setHtml(
         QStringLiteral("<p>a <a href='https://one.example'>one</a> b <a href='file:///etc'>two</a> c "
                        "<a href='mailto:x@example.com'>three</a></p>"));
-    view_.showDocument(std::move(document));
+    view_.showDocument({std::move(document)});
     view_.openLink = [this](const QString& address) { opened_ += address.toStdString() + " "; };
     view_.show();
     view_.setFocus();
@@ -203,12 +204,31 @@ TEST_F(DocumentViewLinks, AClickOpensTheLinkUnderIt) {
 }
 
 TEST_F(DocumentViewLinks, AnotherDocumentTakesThePlaceOfTheFirst) {
-  view_.showDocument(nullptr);
+  view_.showDocument({});
   EXPECT_TRUE(view_.toPlainText().isEmpty());
   auto next = std::make_unique<QTextDocument>();
   next->setPlainText(QStringLiteral("next"));
-  view_.showDocument(std::move(next));
+  view_.showDocument({std::move(next)});
   EXPECT_EQ(view_.toPlainText(), QStringLiteral("next"));
+}
+
+TEST_F(DocumentViewLinks, BeforeABeginningALineSaysSoAndLeadsToTheWhole) {
+  int opened = 0;
+  view_.openWhole = [&opened] { ++opened; };
+  for (const auto isWhole : {false, true}) {
+    auto document = std::make_unique<QTextDocument>();
+    document->setHtml(QStringLiteral("<ul><li>first</ul><p>second"));
+    view_.showDocument({std::move(document), isWhole, QStringLiteral("Read Me.rtf")});
+    EXPECT_EQ(view_.toPlainText(),
+              QString(isWhole ? "" : "Only the beginning of this document is shown here. Read Me.rtf\n") +
+                  QStringLiteral("first\nsecond"));
+    EXPECT_EQ(view_.document()->firstBlock().textList() != nullptr, isWhole)
+        << "the line is no item of a list";
+    press(Qt::Key_Tab);
+    press(Qt::Key_Return);
+    EXPECT_EQ(opened, 1);
+  }
+  EXPECT_EQ(opened_, "");
 }
 
 }  // namespace

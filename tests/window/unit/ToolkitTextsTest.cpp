@@ -31,7 +31,7 @@ class ToolkitTexts : public testing::Test {
   ToolkitTexts() {
     auto document = std::make_unique<QTextDocument>();
     document->setHtml(QStringLiteral("<p><a href='https://one.example'>one</a></p>"));
-    view_.showDocument(std::move(document));
+    view_.showDocument({std::move(document)});
     view_.resize(300, 200);
     view_.show();
     QApplication::processEvents();

@@ -1,6 +1,7 @@
 #include "Platform/window/linux/readme/DocumentView.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -8,7 +9,7 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
-#include <memory>
+#include <utility>
 #include <vector>
 
 #include "Platform/color/linux/QtGraphicsContext.h"
@@ -17,6 +18,9 @@ namespace halvorn {
 namespace {
 
 constexpr int kMargin = 20;
+const QString kWholeDocument = QStringLiteral("halvorn:whole-document");
+// In the installer's table of texts.
+constexpr char kOnlyTheBeginning[] = "Only the beginning of this document is shown here.";
 
 struct Link {
   int start = 0;
@@ -44,6 +48,24 @@ std::vector<Link> linksOf(const QTextDocument& document) {
   return links;
 }
 
+// A line before the beginning of a document that says what it is, with the file's name as a link to the whole.
+void addNotice(QTextDocument& document, const QString& fileName, const QColor& linkColor) {
+  QTextCursor cursor(&document);
+  cursor.insertBlock();
+  cursor.movePosition(QTextCursor::Start);
+  QTextBlockFormat line;
+  line.setBottomMargin(kMargin);
+  cursor.setBlockFormat(line);
+  QTextCharFormat words;
+  words.setFontItalic(true);
+  cursor.insertText(QCoreApplication::translate("ReadMe", kOnlyTheBeginning) + u' ', words);
+  words.setAnchor(true);
+  words.setAnchorHref(kWholeDocument);
+  words.setFontUnderline(true);
+  words.setForeground(linkColor);
+  cursor.insertText(fileName, words);
+}
+
 }  // namespace
 
 DocumentView::DocumentView(QWidget* parent) : QTextEdit(parent) {
@@ -55,9 +77,10 @@ DocumentView::DocumentView(QWidget* parent) : QTextEdit(parent) {
   document()->setDocumentMargin(kMargin);
 }
 
-void DocumentView::showDocument(std::unique_ptr<QTextDocument> document) {
-  QTextDocument* shown = document ? document.release() : new QTextDocument;
+void DocumentView::showDocument(ReadMeDocument read) {
+  QTextDocument* shown = read.document ? read.document.release() : new QTextDocument;
   shown->setParent(this);
+  if (!read.isWhole) addNotice(*shown, read.fileName, palette().color(QPalette::Link));
   shown->setDocumentMargin(kMargin);
   setDocument(shown);
   delete shown_;  // the one before; the toolkit deletes only the document that the view was made with
@@ -108,6 +131,7 @@ void DocumentView::drawDocument(QPainter& painter, const QRect& part) {
 }
 
 void DocumentView::follow(const QString& address) {
+  if (address == kWholeDocument && openWhole) return openWhole();
   const QString lower = address.toLower();
   const bool outside = lower.startsWith(QStringLiteral("http://")) ||
                        lower.startsWith(QStringLiteral("https://")) ||

@@ -1,4 +1,5 @@
-// Shows a document to be read. Nothing it names is loaded; a link does nothing but call `openLink`.
+// Shows a document to be read. Nothing it names is loaded; a link does nothing but call `openLink`, or `openWhole` where
+// it stands before a document of which only the beginning is there.
 #pragma once
 
 #include <QPointer>
@@ -8,6 +9,7 @@
 #include <memory>
 
 #include "Platform/color/Color.h"
+#include "Platform/window/linux/readme/ReadMeDocument.h"
 
 namespace halvorn {
 
@@ -15,14 +17,16 @@ class DocumentView : public QTextEdit {
  public:
   explicit DocumentView(QWidget* parent);
 
-  // Shows the document, which becomes the view's, or nothing for null.
-  void showDocument(std::unique_ptr<QTextDocument> document);
+  // Shows the document, which becomes the view's, or nothing when there is none. A line before a beginning says that
+  // it is one, and has a link to the whole.
+  void showDocument(ReadMeDocument read);
 
   // Asked at each painting; null for that of the palette.
   void setBackgroundColor(const ColorPointer& color);
   void setTextColor(const ColorPointer& color);
 
   std::function<void(const QString& address)> openLink;  // only web and mail addresses
+  std::function<void()> openWhole;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -6,11 +6,22 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/window/linux/readme/DocumentLimits.h"
+
 namespace halvorn {
 namespace {
 
 constexpr std::size_t kDeepest = 200;
-constexpr int kDeepestTable = 8;
+constexpr int kMostTags = 10'000;
+constexpr std::size_t kMostTagsInTags = 100'000;  // each counted once for each that it is in
+constexpr int kMostImages = 200;
+constexpr int kMostAttributes = 4'000;  // of one tag
+constexpr int kMostSpannedCells = 400'000;
+constexpr int kLargestSpan = 1'000;
+constexpr int kMostRuleUses = 400'000;
+constexpr int kMostMarks = 10'000;
+constexpr int kMostMarksInParagraph = 1'000;
+constexpr int kMostBrackets = 2'000;
 constexpr int kDeepestMarkdown = 32;
 
 using Names = std::array<QStringView, 16>;
@@ -51,19 +62,84 @@ Tag tagAt(const QString& html, qsizetype at) {
   return tag;
 }
 
+// How many rows or columns more the cell takes: the numbers of all spans in the tag, since a tag may say it twice.
+// A span that is written in another way than in digits counts as the largest.
+int spansIn(QStringView tag, QStringView name) {
+  int spans = 0;
+  qsizetype at = tag.indexOf(name, 0, Qt::CaseInsensitive);
+  for (; at >= 0; at = tag.indexOf(name, at, Qt::CaseInsensitive)) {
+    at += name.size();
+    QStringView value = tag.sliced(at).trimmed();
+    if (!value.startsWith(u'=')) continue;
+    value = value.sliced(1).trimmed();
+    if (value.startsWith(u'"') || value.startsWith(u'\'')) value = value.sliced(1);
+    qsizetype digits = 0;
+    while (digits < value.size() && digits < 4 && value.at(digits) >= u'0' && value.at(digits) <= u'9')
+      ++digits;
+    const int number = digits == 0 || digits == 4 ? kLargestSpan : value.first(digits).toInt();
+    spans = std::min(spans + number, kLargestSpan);
+  }
+  return spans;
+}
+
+struct HtmlCounts {
+  int tags = 0;
+  int rows = 0;
+  int columns = 0;
+  int rules = 0;
+  int images = 0;
+  int items = 0;
+  bool hasFewAttributes = true;
+};
+
+void count(QStringView html, const Tag& tag, QStringView inside, HtmlCounts& counts) {
+  ++counts.tags;
+  counts.hasFewAttributes = counts.hasFewAttributes && inside.count(u'=') <= kMostAttributes &&
+                            inside.size() <= 16 * kMostAttributes;
+  if (tag.closes) return;
+  if (tag.name == u"tr") ++counts.rows;
+  if (tag.name == u"img") ++counts.images;
+  if (tag.name == u"li") ++counts.items;
+  if (tag.name == u"td" || tag.name == u"th") {
+    counts.columns = std::min(counts.columns + 1 + spansIn(inside, u"colspan"), kMostSpannedCells);
+    counts.rows = std::min(counts.rows + spansIn(inside, u"rowspan"), kMostSpannedCells);
+  }
+  if (tag.name != u"style") return;
+  const qsizetype close = html.indexOf(u"</style", tag.end, Qt::CaseInsensitive);
+  const QStringView sheet = html.sliced(tag.end, (close < 0 ? html.size() : close) - tag.end);
+  counts.rules += static_cast<int>(sheet.count(u'{') + sheet.count(u','));
+}
+
 }  // namespace
+
+bool isModestHtml(const QString& html) {
+  HtmlCounts counts;
+  // Also what stands in comments and in quotes: the toolkit may take it for a tag where this does not.
+  for (qsizetype at = html.indexOf(u'<'); at >= 0; at = html.indexOf(u'<', at + 1)) {
+    const Tag tag = tagAt(html, at);
+    count(html, tag, QStringView(html).sliced(at, tag.end - at), counts);
+    if (counts.tags > kMostTags || !counts.hasFewAttributes) return false;
+  }
+  const auto product = [](long long one, long long other) { return one * other; };
+  return counts.images <= kMostImages && counts.items <= DocumentLimits::kMostListItems &&
+         product(counts.rows + 1, counts.columns) <= kMostSpannedCells &&
+         product(counts.rules, counts.tags) <= kMostRuleUses;
+}
 
 bool isShallowHtml(const QString& html) {
   std::vector<QString> open;
   int tables = 0;
+  std::size_t inside = 0;
   for (qsizetype at = html.indexOf(u'<'); at >= 0; at = html.indexOf(u'<', at)) {
     const Tag tag = tagAt(html, at);
     at = tag.end;
+    inside += open.size();
+    if (inside > kMostTagsInTags) return false;
     if (tag.name.isEmpty() || contains(kFlat, tag.name)) continue;
     if (!tag.closes) {
       open.push_back(tag.name);
       tables += tag.name == u"table" ? 1 : 0;
-      if (open.size() > kDeepest || tables > kDeepestTable) return false;
+      if (open.size() > kDeepest || tables > DocumentLimits::kDeepestTable) return false;
       continue;
     }
     // Closes the nearest of its name and what was left open inside it.
@@ -118,6 +194,29 @@ bool isShallowMarkdown(const QString& markdown) {
     }
   }
   return true;
+}
+
+bool isModestMarkdown(const QString& markdown) {
+  constexpr QStringView kSigns = u"*_`~<>&![]()|\\:#@";
+  int marks = 0;
+  int inParagraph = 0;
+  int brackets = 0;
+  int items = 0;
+  for (const QStringView line : QStringView(markdown).tokenize(u'\n')) {
+    const QStringView text = line.trimmed();
+    int inLine = 0;
+    for (const QChar unit : text) {
+      inLine += kSigns.contains(unit) ? 1 : 0;
+      brackets += unit == u'[' || unit == u']' || unit == u'<' ? 1 : 0;
+    }
+    marks += inLine;
+    inParagraph = text.isEmpty() ? 0 : inParagraph + inLine;
+    const bool opensItem =
+        !text.isEmpty() && (QStringView(u"*-+").contains(text.front()) || text.front().isDigit());
+    items += opensItem ? 1 : 0;
+    if (text.count(u'|') > DocumentLimits::kMostColumns || inParagraph > kMostMarksInParagraph) return false;
+  }
+  return marks <= kMostMarks && brackets <= kMostBrackets && items <= DocumentLimits::kMostListItems;
 }
 
 }  // namespace halvorn

@@ -13,6 +13,8 @@
 #include <variant>
 #include <vector>
 
+#include "Platform/window/linux/readme/ReadingBudget.h"
+
 namespace halvorn {
 
 struct RtfCharacterFormat {
@@ -83,13 +85,21 @@ struct RtfDocument {
   std::vector<std::optional<QColor>> colors;  // nullopt: the color of the view
   std::vector<RtfPicture> pictures;
   std::vector<std::variant<RtfParagraph, RtfTableRow>> blocks;
+  bool isWhole = true;  // false when reading ended before the document did
 };
 
 // nullopt when the bytes are no rich text. Broken rich text gives what could be read; groups nested deeper
-// than 128 are left out, and a document ends after four million characters or fifty thousand paragraphs.
-[[nodiscard]] std::optional<RtfDocument> readRtf(const QByteArray& bytes);
+// than 128 are left out, and reading ends after a million characters, fifty thousand paragraphs or two hundred
+// thousand runs of text, and when the budget is spent.
+[[nodiscard]] std::optional<RtfDocument> readRtf(const QByteArray& bytes,
+                                                 const ReadingBudget& budget = ReadingBudget());
+
+// Whether it has no more runs and cells than a document may have (DocumentLimits.h).
+[[nodiscard]] bool isModestRtf(const RtfDocument& read);
 
 // Into a document of the toolkit, appended to an empty one.
 void renderRtf(const RtfDocument& read, QTextDocument& document);
+// Its text alone, a line for each paragraph, also of those in tables.
+[[nodiscard]] QString textOfRtf(const RtfDocument& read);
 
 }  // namespace halvorn

@@ -11,12 +11,14 @@ namespace halvorn {
 namespace {
 
 constexpr std::size_t kDeepest = 128;
-constexpr qsizetype kMostCharacters = 4'000'000;
+constexpr qsizetype kMostCharacters = 1'000'000;
 constexpr std::size_t kMostParagraphs = 50'000;
+constexpr std::size_t kMostRuns = 200'000;
 constexpr std::size_t kMostFonts = 4096;
 constexpr std::size_t kMostColors = 4096;
 constexpr std::size_t kMostPictures = 64;
-constexpr qsizetype kMostPictureBytes = 64LL * 1024 * 1024;
+constexpr qsizetype kMostPictureBytes = 8LL * 1024 * 1024;
+constexpr int kTokensBetweenLooks = 512;  // at the budget
 
 // The address in an instruction: HYPERLINK "https://example.com"; empty for any other instruction.
 QString addressOf(const QString& instruction) {
@@ -32,15 +34,18 @@ QString addressOf(const QString& instruction) {
 
 }  // namespace
 
-std::optional<RtfDocument> readRtf(const QByteArray& bytes) {
+std::optional<RtfDocument> readRtf(const QByteArray& bytes, const ReadingBudget& budget) {
   if (!bytes.startsWith("{\\rtf")) return std::nullopt;
-  return RtfReader().read(bytes);
+  return RtfReader().read(bytes, budget);
 }
 
-RtfDocument RtfReader::read(const QByteArray& bytes) {
+RtfDocument RtfReader::read(const QByteArray& bytes, const ReadingBudget& budget) {
   RtfTokens tokens(bytes);
+  int untilLook = kTokensBetweenLooks;
   for (RtfToken token = tokens.next(); token.kind != RtfToken::Kind::End; token = tokens.next()) {
-    if (isFull()) break;
+    if (--untilLook == 0) untilLook = budget.isSpent() ? -1 : kTokensBetweenLooks;
+    document_.isWhole = untilLook >= 0 && !isFull();
+    if (!document_.isWhole) break;
     take(token);
     // What follows the end of the document's group is no part of it.
     if (groups_.size() == 1 && token.kind == RtfToken::Kind::GroupEnd) break;
@@ -49,7 +54,9 @@ RtfDocument RtfReader::read(const QByteArray& bytes) {
   return std::move(document_);
 }
 
-bool RtfReader::isFull() const { return characters_ > kMostCharacters || paragraphs_ > kMostParagraphs; }
+bool RtfReader::isFull() const {
+  return characters_ > kMostCharacters || paragraphs_ > kMostParagraphs || runCount_ > kMostRuns;
+}
 
 void RtfReader::take(const RtfToken& token) {
   if (tooDeep_ > 0) {
@@ -206,6 +213,7 @@ void RtfReader::appendToBody(const QString& text) {
     runs_.back().text += text;
     return;
   }
+  ++runCount_;
   runs_.push_back({group().character, text, group().link, -1});
 }
 

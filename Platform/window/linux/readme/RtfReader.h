@@ -13,7 +13,7 @@ namespace halvorn {
 
 class RtfReader {
  public:
-  [[nodiscard]] RtfDocument read(const QByteArray& bytes);
+  [[nodiscard]] RtfDocument read(const QByteArray& bytes, const ReadingBudget& budget);
 
  private:
   // Where the text of a group goes.
@@ -88,6 +88,7 @@ class RtfReader {
   RtfTableRow row_;
   qsizetype characters_ = 0;
   std::size_t paragraphs_ = 0;
+  std::size_t runCount_ = 0;
   qsizetype pictureBytes_ = 0;
 };
 

@@ -9,8 +9,10 @@
 #include <algorithm>
 #include <map>
 #include <tuple>
+#include <utility>
 
 #include "Platform/window/linux/pictures/ImageFormats.h"
+#include "Platform/window/linux/readme/DocumentLimits.h"
 #include "Platform/window/linux/readme/RtfDocument.h"
 
 namespace halvorn {
@@ -249,11 +251,60 @@ class Renderer {
   QTextCursor cursor_;
   std::map<std::tuple<int, int, int>, QTextList*> lists_;  // by number, level and style
   bool blockIsFresh_ = true;
-  long long pixelsLeft_ = 32'000'000;  // what the pictures of one document may cost to decode
+  long long pixelsLeft_ = 8'000'000;  // what the pictures of one document may cost to decode
 };
+
+// Calls with each paragraph in its order, also those in tables.
+template <typename Action>
+void forEachParagraph(const RtfDocument& read, Action action) {
+  for (const auto& block : read.blocks) {
+    if (const auto* paragraph = std::get_if<RtfParagraph>(&block)) action(*paragraph);
+    const auto* row = std::get_if<RtfTableRow>(&block);
+    if (row == nullptr) continue;
+    for (const auto& cell : row->cells) std::for_each(cell.begin(), cell.end(), action);
+  }
+}
 
 }  // namespace
 
 void renderRtf(const RtfDocument& read, QTextDocument& document) { Renderer(read, document).render(); }
+
+bool isModestRtf(const RtfDocument& read) {
+  std::size_t runs = 0;
+  std::size_t paragraphs = 0;
+  std::size_t items = 0;
+  forEachParagraph(read, [&](const RtfParagraph& paragraph) {
+    ++paragraphs;
+    runs += paragraph.runs.size();
+    items += paragraph.listMarker.isEmpty() ? 0 : 1;
+  });
+  // Rows that follow each other are one table, as wide as the widest of them.
+  std::size_t cells = 0;
+  std::size_t rows = 0;
+  std::size_t columns = 0;
+  for (const auto& block : read.blocks) {
+    if (const auto* row = std::get_if<RtfTableRow>(&block)) {
+      ++rows;
+      columns = std::max(columns, row->cells.size());
+      continue;
+    }
+    cells += std::exchange(rows, 0) * std::exchange(columns, 0);
+  }
+  cells += rows * columns;
+  return runs <= DocumentLimits::kMostRuns && cells <= DocumentLimits::kMostCells &&
+         items <= DocumentLimits::kMostListItems && paragraphs <= DocumentLimits::kMostParagraphs;
+}
+
+QString textOfRtf(const RtfDocument& read) {
+  QString text;
+  const auto add = [&text](const RtfParagraph& paragraph) {
+    if (!paragraph.listMarker.isEmpty()) text += paragraph.listMarker + u' ';
+    for (const RtfRun& run : paragraph.runs) text += run.text;
+    text += u'\n';
+  };
+  forEachParagraph(read, add);
+  text.chop(1);
+  return text.replace(QChar::LineSeparator, u'\n');
+}
 
 }  // namespace halvorn

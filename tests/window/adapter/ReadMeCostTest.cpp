@@ -1,0 +1,98 @@
+// What documents cost that were made to cost a lot.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace halvorn {
+namespace {
+
+constexpr double kMostMilliseconds = 500;  // of the processor, until the beginning has been painted
+constexpr double kMostMegabytes = 64;
+
+std::string times(int count, const std::string& text) {
+  std::string all;
+  all.reserve(static_cast<std::size_t>(count) * text.size());
+  for (int i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+std::string sizes(const std::string& before, const std::string& after) {
+  std::string all;
+  for (int i = 0; i < 50'000; ++i) all += before + std::to_string(6 + i % 200) + after;
+  return all;
+}
+
+struct Document {
+  const char* name;
+  std::string bytes;
+};
+
+class ReadMeCost : public testing::TestWithParam<int> {
+ public:
+  static const std::vector<Document>& documents() {
+    static const std::vector<Document> all = {
+        {"spans.html", "<table>" + times(100, "<tr><td colspan=1000 rowspan=1000>x</td></tr>")},
+        {"line.txt", times(600'000, "word ")},
+        {"letters.txt", times(3'000'000, "x")},
+        {"ends.txt", times(8 << 20, "\n")},
+        {"marks.txt", "a" + times(500'000, "\u0301")},
+        {"turns.txt", times(300'000, "\u202ea\u202d")},
+        {"bold.html", times(1 << 17, "<b>a</b>")},
+        {"items.html", times(150, "<ul>") + times(900, "<li>x")},
+        {"pictures.html", times(3'000, "<img width=1000000000 height=1000000000>")},
+        {"cells.html", "<table>" + times(200, "<tr>" + times(2, "<td>" + times(200, "ab ")))},
+        {"rules.html",
+         "<style>" + times(2'000, "div p b { color: red }") + "</style>" + times(3'000, "<p><b>x</b>")},
+        {"sizes.html", sizes("<p style='font-size:", "pt'>x")},
+        {"brackets.md", times(250'000, "[")},
+        {"bold.md", times(170'000, "**a** ")},
+        {"emphasis.md", times(300, "*a **b** c*\n\n")},
+        {"quotes.md", times(4'000, times(30, "> ") + "x\n\n")},
+        {"runs.rtf", "{\\rtf1 " + times(150'000, "{\\b a}b") + "}"},
+        {"sizes.rtf", "{\\rtf1 " + sizes("\\fs", " a") + "}"},
+        {"words.rtf", "{\\rtf1 " + times(2 << 20, "\\b\\b0\\b") + "}"},
+        {"text.rtf", "{\\rtf1 " + times(30'000, times(20, "Some words of text in it. ") + "\\par\n") + "}"},
+        {"cells.rtf", "{\\rtf1 " +
+                          times(24, "\\trowd" + times(40, "\\cellx100") + times(40, "x\\cell ") + "\\row ") +
+                          "}"}};
+    return all;
+  }
+};
+
+TEST_P(ReadMeCost, StaysWithinTheBudget) {
+  const TemporaryFolder folder;
+  const Document& document = documents().at(static_cast<std::size_t>(GetParam()));
+  std::ofstream(folder / document.name, std::ios::binary) << document.bytes;
+  const CommandResult measured = runCommand(
+      {KT_DOCUMENT_PROBE, folder / document.name},
+      {.environment = {"QT_QPA_PLATFORM=offscreen", "LANG=C.UTF-8", "HOME=" + folder.path().string(),
+                       "XDG_RUNTIME_DIR=" + folder.path().string()}});
+  ASSERT_EQ(measured.status, 0) << measured.output;
+  std::istringstream figures(
+      measured.output.substr(measured.output.rfind('\n', measured.output.size() - 2) + 1));
+  double read = 0;
+  double shown = 0;
+  double rest = 0;
+  double megabytes = 0;
+  ASSERT_TRUE(figures >> read >> shown >> rest >> megabytes) << measured.output;
+  EXPECT_LE(read + shown, kMostMilliseconds) << measured.output;
+  EXPECT_LE(megabytes, kMostMegabytes) << measured.output;
+}
+
+std::string nameOf(const testing::TestParamInfo<int>& info) {
+  std::string name = ReadMeCost::documents().at(static_cast<std::size_t>(info.param)).name;
+  name.replace(name.find('.'), 1, "_");
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Documents, ReadMeCost,
+                         testing::Range(0, static_cast<int>(ReadMeCost::documents().size())), nameOf);
+
+}  // namespace
+}  // namespace halvorn

@@ -23,4 +23,7 @@ constexpr FourCharCode fourCharCode(const char (&code)[5]) {
          static_cast<FourCharCode>(static_cast<unsigned char>(code[3]));
 }
 
+// The signature that a system may give a program which declares none.
+inline constexpr FourCharCode kUndeclaredSignature = fourCharCode("????");
+
 }  // namespace halvorn

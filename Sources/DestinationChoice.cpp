@@ -36,8 +36,9 @@ OptionalText DestinationChoice::autoLaunchPathFor(const Text& name) const {
 OptionalText DestinationChoice::pathToProcessToReplace() {
   const std::vector<Text>* codes = services_.productCodes();
   if (codes == nullptr || codes->empty()) return std::nullopt;
-  const FourCharCode first = fourCharCodeFromText(codes->front());
-  auto process = firstProcessToReplace([first](FourCharCode signature) { return signature == first; });
+  const std::vector<Text> first(codes->begin(), codes->begin() + 1);
+  auto process = firstProcessToReplace(
+      [&first](FourCharCode signature) { return signatureIsInArray(signature, &first); });
   if (!process && codes->size() >= 2) {
     process = firstProcessToReplace(
         [codes](FourCharCode signature) { return signatureIsInArray(signature, codes); });

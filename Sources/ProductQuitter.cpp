@@ -15,7 +15,7 @@ constexpr double kPauseBetweenProcesses = 0.1;
 }  // namespace
 
 bool signatureIsInArray(FourCharCode signature, const std::vector<Text>* codes) {
-  if (codes == nullptr) return false;
+  if (codes == nullptr || signature == kUndeclaredSignature) return false;
   return std::any_of(codes->begin(), codes->end(),
                      [signature](const Text& code) { return fourCharCodeFromText(code) == signature; });
 }

@@ -21,7 +21,8 @@ class KTProcess;
 class KTProcessClass;
 class Log;
 
-// Whether any of the codes, read as a four-character code, is the signature; false without codes (null).
+// Whether any of the codes, read as a four-character code, is the signature; false without codes (null), and for
+// "????", which every program may have that declares none: no list names it, whatever it says.
 // KEEP: what cannot be read as a code counts as 0 and so names a process without a signature. No process that
 // runs has that signature.
 [[nodiscard]] bool signatureIsInArray(FourCharCode signature, const std::vector<Text>* codes);

@@ -35,9 +35,8 @@ struct MacRomanName {
 struct ProcessInformation {
   // ... or as text; which of the two is the system's own affair.
   std::variant<MacRomanName, Text> name;
-  // The creator signature. Only a program that declares a code in its bundle has one that can be
-  // written as text; every other program gets a code with a control character in it, so that no
-  // list of codes names it by accident.
+  // The creator signature. A program that declares no code in its bundle has kUndeclaredSignature or, where the
+  // system makes one up, a code with a control character in it, which no text can name.
   FourCharCode signature = 0;
 };
 

@@ -43,6 +43,12 @@ TEST(SignatureIsInArray, SaysNoWithoutAListAndForAnEmptyOne) {
   EXPECT_FALSE(signatureIsInArray(0, &none));
 }
 
+TEST(SignatureIsInArray, NoListNamesWhatEveryProgramHasThatDeclaresNoCode) {
+  const std::vector<Text> codes = {"????", "EDIT"};
+  EXPECT_FALSE(signatureIsInArray(kUndeclaredSignature, &codes));
+  EXPECT_TRUE(signatureIsInArray(fourCharCode("EDIT"), &codes));
+}
+
 TEST(SignatureIsInArray, AnEntryThatIsNoCodeMatchesSignatureZero) {
   for (const Text& entry : {Text(""), Text("ABC"), Text("ABCDE"), Text("日本語版"), Text("AB\nD")}) {
     const std::vector<Text> codes = {entry};

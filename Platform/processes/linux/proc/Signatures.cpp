@@ -5,7 +5,6 @@
 namespace halvorn {
 namespace {
 
-constexpr FourCharCode kUndeclared = fourCharCode("????");
 constexpr FourCharCode kControlCharacters = 0x1F;  // 0x01 to 0x1F; 0 stays out
 
 }  // namespace
@@ -13,7 +12,7 @@ constexpr FourCharCode kControlCharacters = 0x1F;  // 0x01 to 0x1F; 0 stays out
 FourCharCode signatureFrom(const PropertyDictionary& information, const Text& identity) {
   const OptionalText declared = textForKey(information, "CFBundleSignature");
   const FourCharCode code = declared ? fourCharCodeFromText(*declared) : 0;
-  return code != 0 && code != kUndeclared ? code : derivedSignature(identity);
+  return code != 0 && code != kUndeclaredSignature ? code : derivedSignature(identity);
 }
 
 FourCharCode derivedSignature(const Text& identity) {

@@ -65,6 +65,7 @@ check_ports() {
   mapfile -t sources < <(portable_sources)
   [ "${#sources[@]}" -gt 80 ] || die "only ${#sources[@]} sources found that are meant for every system"
   install_zig "$folder"
+  library_headers "$folder/include"
   portable_build "$target" "$(zig_in "$folder")" "${sources[@]}" >"$folder/build.ninja"
   # Its own caches lie beside the objects, so that nothing is written outside the tree.
   export ZIG_GLOBAL_CACHE_DIR="$PWD/$folder/cache" ZIG_LOCAL_CACHE_DIR="$PWD/$folder/cache"
@@ -76,6 +77,17 @@ check_ports() {
   grep -E '(error|fatal error): ' "$folder/last.log" >&2 || true
   printf 'does not compile: %s\n' "${failed[@]}" >&2
   return 1
+}
+
+# What two systems share stands on libraries that both have, whose headers are the same: alone in a folder, so that
+# nothing else of this system is seen. And the one file that the build makes.
+library_headers() {
+  mkdir -p "$1/Platform/text/posix"
+  ln -sfn /usr/include/libxml2/libxml "$1/libxml"
+  ln -sfn /usr/include/unicode "$1/unicode"
+  sed -nE 's/^([A-Za-z0-9]+) (.+)$/{"\1", false, {0x\2}},/p; s/^([A-Za-z0-9]+)[*] (.+)$/{"\1", true, {0x\2}},/p' \
+    Platform/text/posix/HtmlReferences.txt | sed -E 's/([0-9A-F]) ([0-9A-F]+)\}/\1, 0x\2}/' \
+    >"$1/Platform/text/posix/HtmlReferences.inc"
 }
 
 # The core without its roots, and the part of the adapters that more than one system uses.
@@ -104,7 +116,7 @@ portable_build() {
   cat <<RULES
 builddir = build/ports
 rule compile
-  command = $compiler c++ -target $target -std=c++20 -Wall -Wextra -Werror -I. -MD -MF \$out.d -c \$in -o \$out
+  command = $compiler c++ -target $target -std=c++20 -Wall -Wextra -Werror -I. -isystem build/ports/include -MD -MF \$out.d -c \$in -o \$out
   depfile = \$out.d
   deps = gcc
   description = \$in

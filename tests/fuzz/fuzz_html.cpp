@@ -1,6 +1,6 @@
 // Markup, through the real parser.
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
-#include "Platform/text/linux/XmlHtmlText.h"
+#include "Platform/text/posix/XmlHtmlText.h"
 #include "tests/fuzz/FuzzInput.h"
 
 using namespace halvorn;

@@ -1,6 +1,6 @@
 // Markup.
 #include "KTStuff/System/Parts.h"
-#include "Platform/text/linux/XmlHtmlText.h"
+#include "Platform/text/posix/XmlHtmlText.h"
 
 namespace halvorn {
 namespace {

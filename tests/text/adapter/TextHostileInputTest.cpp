@@ -9,7 +9,7 @@
 #include "Platform/text/linux/IcuRegex.h"
 #include "Platform/text/linux/IcuTextCodecs.h"
 #include "Platform/text/linux/IcuUnicode.h"
-#include "Platform/text/linux/XmlHtmlText.h"
+#include "Platform/text/posix/XmlHtmlText.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/support/TextPrinting.h"
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
-#include "Platform/text/linux/XmlHtmlText.h"
+#include "Platform/text/posix/XmlHtmlText.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestFiles.h"

@@ -1,16 +1,8 @@
-// The same cases against the fakes that know Latin-1 and the libraries that know everything.
+// The same cases against the fakes that know Latin-1 and what a system knows everything by.
 #include <gtest/gtest.h>
 
-#include "Platform/text/linux/CryptoDigests.h"
-#include "Platform/text/linux/IcuRegex.h"
-#include "Platform/text/linux/IcuTextCodecs.h"
-#include "Platform/text/linux/IcuUnicode.h"
-#include "Platform/text/linux/XmlHtmlText.h"
+#include "TextImplementations.h"
 #include "tests/fakes/FakeDigests.h"
-#include "tests/fakes/FakeHtmlText.h"
-#include "tests/fakes/FakeRegex.h"
-#include "tests/fakes/FakeTextCodecs.h"
-#include "tests/fakes/FakeUnicode.h"
 #include "tests/support/TextPrinting.h"
 
 namespace halvorn {
@@ -22,7 +14,6 @@ template <typename Subject>
 struct UnicodeContract : testing::Test {
   Subject subject;
 };
-using Unicodes = testing::Types<FakeUnicode, IcuUnicode>;
 TYPED_TEST_SUITE(UnicodeContract, Unicodes);
 
 // The classes of U+0000 to U+00FF: letter, number, control or format, white
@@ -66,7 +57,6 @@ template <typename Subject>
 struct TextCodecsContract : testing::Test {
   Subject subject;
 };
-using Codecs = testing::Types<FakeTextCodecs, IcuTextCodecs>;
 TYPED_TEST_SUITE(TextCodecsContract, Codecs);
 
 TYPED_TEST(TextCodecsContract, TextsComeBackFromEveryEncodingThatHasThem) {
@@ -192,7 +182,6 @@ template <typename Subject>
 struct RegexContract : testing::Test {
   Subject subject;
 };
-using Regexes = testing::Types<FakeRegex, IcuRegex>;
 TYPED_TEST_SUITE(RegexContract, Regexes);
 
 TYPED_TEST(RegexContract, MatchesAreFoundFromLeftToRightWithTheirGroups) {
@@ -273,7 +262,6 @@ struct HtmlTextContract : testing::Test {
   }
   Subject subject;
 };
-using Htmls = testing::Types<FakeHtmlText, XmlHtmlText>;
 TYPED_TEST_SUITE(HtmlTextContract, Htmls);
 
 TYPED_TEST(HtmlTextContract, TextAndElementsComeInOrder) {
@@ -297,7 +285,6 @@ template <typename Subject>
 struct DigestsContract : testing::Test {
   Subject subject;
 };
-using AllDigests = testing::Types<FakeDigests, CryptoDigests>;
 TYPED_TEST_SUITE(DigestsContract, AllDigests);
 
 TYPED_TEST(DigestsContract, Md5OfWhatEverybodyKnows) {

@@ -1,4 +1,4 @@
-#include "Platform/text/linux/HtmlReferences.h"
+#include "Platform/text/posix/HtmlReferences.h"
 
 #include <algorithm>
 #include <array>
@@ -19,7 +19,7 @@ struct Entry {
 };
 
 constexpr Entry kEntries[] = {
-#include "Platform/text/linux/HtmlReferences.inc"
+#include "Platform/text/posix/HtmlReferences.inc"
 };
 constexpr auto kByName = [](const Entry& a, const Entry& b) { return a.nameView() < b.nameView(); };
 static_assert(std::size(kEntries) == 2125 &&

@@ -1,4 +1,4 @@
-#include "Platform/text/linux/XmlHtmlText.h"
+#include "Platform/text/posix/XmlHtmlText.h"
 
 #include <libxml/HTMLparser.h>
 
@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Platform/text/linux/HtmlReferences.h"
+#include "Platform/text/posix/HtmlReferences.h"
 
 namespace halvorn {
 namespace {

@@ -1,4 +1,4 @@
-// Open files and keyboards: the same cases against what a test makes up and against the real ones.
+// Open files: the same cases against what a test makes up and against the real ones.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -8,10 +8,7 @@
 #include <memory>
 
 #include "Platform/files/posix/PosixFileHandles.h"
-#include "Platform/text/linux/XkbKeyboard.h"
 #include "tests/fakes/FakeFileHandles.h"
-#include "tests/fakes/FakeKeyboard.h"
-#include "tests/support/Desktop.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TextPrinting.h"
 
@@ -85,47 +82,6 @@ TYPED_TEST(FileHandlesContract, OpensNothingThatIsNoFile) {
     EXPECT_EQ(this->files.handles().openForWriting(this->files.path(name)), nullptr) << name;
   }
   EXPECT_EQ(this->files.handles().openForWriting(""), nullptr);
-}
-
-class FakeKeys {
- public:
-  FakeKeys() {
-    keyboard_.keys = {{{0x00, 0}, "a"}, {{0x00, KeyModifier::shift}, "A"}, {{0x7E, 0}, ""}, {{0x31, 0}, " "}};
-  }
-  static std::optional<std::string> missing() { return std::nullopt; }
-  Keyboard& keyboard() { return keyboard_; }
-
- private:
-  FakeKeyboard keyboard_;
-};
-
-class RealKeys {
- public:
-  static std::optional<std::string> missing() { return Desktop::missing(kParts); }
-  Keyboard& keyboard() { return keyboard_; }
-
- private:
-  static constexpr DesktopParts kParts{.windowManager = false, .bus = false};
-  Desktop desktop_{kParts};
-  XkbKeyboard keyboard_{desktop_.displayName()};
-};
-
-template <typename Keys>
-struct KeyboardContract : testing::Test {};
-using AllKeys = testing::Types<FakeKeys, RealKeys>;
-TYPED_TEST_SUITE(KeyboardContract, AllKeys);
-
-TYPED_TEST(KeyboardContract, AnswersWhatAKeyTypesNothingForKeysThatTypeNothingAndNoAnswerForOthers) {
-  if (const auto missing = TypeParam::missing()) GTEST_SKIP() << *missing;
-  TypeParam keys;
-  const Keyboard& keyboard = keys.keyboard();
-  const auto type = static_cast<std::uint8_t>(keyboard.type());
-  EXPECT_EQ(keyboard.translate(0x00, 0, type), Text("a"));
-  EXPECT_EQ(keyboard.translate(0x00, KeyModifier::shift, type), Text("A"));
-  EXPECT_EQ(keyboard.translate(0x31, 0, type), Text(" "));
-  EXPECT_EQ(keyboard.translate(0x7E, 0, type), Text(""));
-  EXPECT_EQ(keyboard.translate(0x34, 0, type), std::nullopt);
-  EXPECT_EQ(keyboard.translate(0xFFFF, 0, type), std::nullopt);
 }
 
 }  // namespace

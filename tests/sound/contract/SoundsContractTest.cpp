@@ -1,82 +1,21 @@
-// What every sound system must do, asked of the fake one and of real servers.
+// What every sound system must do.
 #include <gtest/gtest.h>
 
 #include <memory>
 
-#include "Platform/running/posix/PosixClock.h"
-#include "Platform/sound/linux/PulseAudioDevices.h"
-#include "Platform/sound/linux/PulseServer.h"
-#include "Platform/sound/linux/PulseSounds.h"
-#include "tests/fakes/FakeSounds.h"
-#include "tests/support/SoundServer.h"
+#include "tests/sound/contract/SoundSystems.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/TextPrinting.h"
 #include "tests/support/ToneFile.h"
-#include "tests/support/WaitingWorkers.h"
 
 namespace halvorn {
 namespace {
 
-class SoundSystem {
- public:
-  virtual ~SoundSystem() = default;
-  virtual Sounds& sounds() = 0;
-  virtual AudioDevices& devices() = 0;
-  virtual void loseServer() = 0;
-  // Lets what plays come to its end; false when it does not.
-  virtual bool waitForEnd(Sound& sound) = 0;
-};
-
-class FakeSystem : public SoundSystem {
- public:
-  Sounds& sounds() override { return sounds_; }
-  AudioDevices& devices() override { return devices_; }
-  void loseServer() override { devices_.hasServer = false; }
-  bool waitForEnd(Sound& sound) override {
-    static_cast<FakeSound&>(sound).playing = false;
-    return true;
-  }
-
- private:
-  FakeAudioDevices devices_;
-  FakeSounds sounds_{devices_};
-};
-
-template <SoundServer::Kind kind>
-class RealSystem : public SoundSystem {
- public:
-  Sounds& sounds() override { return sounds_; }
-  AudioDevices& devices() override { return devices_; }
-  void loseServer() override { soundServer_.process().end(); }
-  bool waitForEnd(Sound& sound) override {
-    return eventually([&] { return !sound.isPlaying(); });
-  }
-
- private:
-  SoundServer soundServer_{kind};
-  SoundRecording listener_{soundServer_,
-                           "lab_a"};  // makes the sink work in small pieces, so that sounds end soon
-  PosixClock clock_;
-  WaitingWorkers workers_;
-  PulseServer server_{clock_, "Sounds contract"};
-  PulseSounds sounds_{server_, workers_};
-  PulseAudioDevices devices_{server_};
-};
-
-enum class System { Fake, PulseAudio, PipeWire };
-
-class SoundsContract : public testing::TestWithParam<System> {
+class SoundsContract : public testing::TestWithParam<NamedSoundSystem> {
  protected:
   void SetUp() override {
-    if (GetParam() == System::Fake) {
-      system = std::make_unique<FakeSystem>();
-      return;
-    }
-    const bool isPulseAudio = GetParam() == System::PulseAudio;
-    const auto kind = isPulseAudio ? SoundServer::Kind::PulseAudio : SoundServer::Kind::PipeWire;
-    if (const auto missing = SoundServer::missing(kind)) GTEST_SKIP() << *missing;
-    if (isPulseAudio)
-      system = std::make_unique<RealSystem<SoundServer::Kind::PulseAudio>>();
-    else
-      system = std::make_unique<RealSystem<SoundServer::Kind::PipeWire>>();
+    if (const auto missing = GetParam().missing()) GTEST_SKIP() << *missing;
+    system = GetParam().make();
   }
   SoundPointer tone(double seconds = 0.25) {
     const Sounds::Result result =
@@ -177,20 +116,8 @@ TEST_P(SoundsContract, AfterEndAllNothingPlaysAndNoDeviceIsKnown) {
   system->sounds().endAll();
 }
 
-std::string systemName(const testing::TestParamInfo<System>& parameter) {
-  switch (parameter.param) {
-    case System::Fake:
-      return "Fake";
-    case System::PulseAudio:
-      return "PulseAudio";
-    case System::PipeWire:
-      return "PipeWire";
-  }
-  return "";
-}
-
-INSTANTIATE_TEST_SUITE_P(Systems, SoundsContract,
-                         testing::Values(System::Fake, System::PulseAudio, System::PipeWire), systemName);
+INSTANTIATE_TEST_SUITE_P(Systems, SoundsContract, testing::ValuesIn(soundSystems()),
+                         [](const auto& system) { return system.param.name; });
 
 }  // namespace
 }  // namespace halvorn

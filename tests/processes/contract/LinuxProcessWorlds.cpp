@@ -1,0 +1,121 @@
+// Made-up applications, and real ones on a real desktop.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+
+#include "tests/fakes/FakeProcesses.h"
+#include "tests/processes/contract/ProcessWorlds.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/LiveProcesses.h"
+#include "tests/support/OwnProcesses.h"
+#include "tests/support/ZooBundle.h"
+
+namespace halvorn {
+namespace {
+
+class FakeWorld : public ProcessWorld {
+ public:
+  FakeWorld() { fake_.processes.installNotifications(); }
+  std::int32_t start(const Animal& animal) override {
+    const FourCharCode code = animal.code.empty() ? 0x01020304 : fourCharCodeFromText(animal.code);
+    FakeApplication& started = fake_.applications.launch(
+        {.name = animal.name,
+         .signature = code,
+         .path = Text(pathOf(animal.name)),
+         .identifier = Text("org.example." + animal.name),
+         .quitting = animal.ignoresRequests ? FakeApplication::Quitting::OnlyByForce
+                                            : FakeApplication::Quitting::WhenAsked});
+    alive_.push_back(&started);
+    return started.pid;
+  }
+  void end(std::int32_t pid) override {
+    for (FakeApplication* application : alive_) {
+      if (application->pid == pid) fake_.applications.end(*application);
+    }
+  }
+  bool settles(const std::function<bool()>& condition) override {
+    std::erase_if(alive_, [&](const FakeApplication* application) {
+      const bool hasEnded = !fake_.applications.isRunning(*application);
+      if (hasEnded) fake_.applications.deliver(kApplicationTerminatedEvent);
+      return hasEnded;
+    });
+    if (fake_.applications.front != front_) fake_.applications.deliver(kFrontApplicationSwitchedEvent);
+    front_ = fake_.applications.front;
+    fake_.mainThread.becomeIdle();
+    return condition();
+  }
+  KTProcessClass& processes() override { return fake_.processes; }
+  ProcessSource& source() override { return fake_.applications; }
+  ApplicationControl& control() override { return fake_.applications; }
+  Strings logLines() override { return fake_.log.lines(); }
+  std::string pathOf(const std::string& name) override { return "/Applications/" + name + ".app"; }
+
+ private:
+  FakeProcesses fake_;
+  std::vector<FakeApplication*> alive_;
+  std::optional<ProcessSerialNumber> front_;
+  std::unique_ptr<Notifications::Observation> observation_ = fake_.notifications.addObserver(
+      KTProcessChangeNotification, nullptr,
+      [this](const Notification& notification) { changes.push_back(notification.text("change")->bytes()); });
+};
+
+class LiveWorld : public ProcessWorld {
+ public:
+  LiveWorld() {
+    live_.processes.installNotifications();
+    live_.loop.runFor(0.01);
+  }
+  std::int32_t start(const Animal& animal) override {
+    std::map<std::string, std::string> info = {{"CFBundleIdentifier", "org.example." + animal.name}};
+    if (!animal.code.empty()) info["CFBundleSignature"] = animal.code;
+    const std::string program = makeBundle(folder_.path(), {.name = animal.name, .info = info});
+    Strings arguments = {program, "--windows", "1"};
+    if (animal.ignoresRequests) arguments.emplace_back("--ignores-term");
+    children_.emplace_back(arguments, ChildOptions{.environment = desktop_.environment()});
+    ChildProcess& child = children_.back();
+    own_.add(child.pid());
+    EXPECT_EQ(child.readLine(kTestPatience), "ready");
+    // The window manager lists a new window first and then gives it the focus.
+    EXPECT_TRUE(live_.settles([&] { return live_.windows.activeOwner() == child.pid(); }));
+    return child.pid();
+  }
+  void end(std::int32_t pid) override {
+    for (ChildProcess& child : children_) {
+      if (child.pid() == pid) child.end(SIGKILL);
+    }
+  }
+  bool settles(const std::function<bool()>& condition) override { return live_.settles(condition); }
+  KTProcessClass& processes() override { return live_.processes; }
+  ProcessSource& source() override { return live_.source; }
+  ApplicationControl& control() override { return live_.control; }
+  Strings logLines() override { return live_.log.lines(); }
+  std::string pathOf(const std::string& name) override { return folder_ / (name + ".app"); }
+
+ private:
+  TemporaryFolder folder_;
+  Desktop desktop_{{.bus = false}};
+  OwnProcesses own_;
+  LiveProcesses live_{{.display = desktop_.displayName(), .table = own_.path()}};
+  std::deque<ChildProcess> children_;
+  std::unique_ptr<Notifications::Observation> observation_ = live_.notifications.addObserver(
+      KTProcessChangeNotification, nullptr,
+      [this](const Notification& notification) { changes.push_back(notification.text("change")->bytes()); });
+};
+
+template <typename World>
+std::unique_ptr<ProcessWorld> make() {
+  return std::make_unique<World>();
+}
+std::optional<std::string> nothing() { return std::nullopt; }
+std::optional<std::string> noDesktop() { return Desktop::missing({.bus = false}); }
+
+}  // namespace
+
+const std::vector<NamedProcessWorld>& processWorlds() {
+  static const std::vector<NamedProcessWorld> worlds = {{"Fake", nothing, make<FakeWorld>},
+                                                        {"Live", noDesktop, make<LiveWorld>}};
+  return worlds;
+}
+
+}  // namespace halvorn

@@ -1,0 +1,48 @@
+// What the cases of the contract are asked of: a session with applications that a test starts and ends.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "KTStuff/KTClasses/KTProcess.h"
+#include "Platform/processes/ApplicationControl.h"
+#include "Platform/processes/ProcessSource.h"
+
+namespace halvorn {
+
+using Strings = std::vector<std::string>;
+
+struct Animal {
+  std::string name;
+  std::string code = "";  // "" declares none
+  bool ignoresRequests = false;
+};
+
+class ProcessWorld {
+ public:
+  virtual ~ProcessWorld() = default;
+  // Starts it, with a window, and returns its process id once it is there.
+  virtual std::int32_t start(const Animal& animal) = 0;
+  virtual void end(std::int32_t pid) = 0;
+  virtual bool settles(const std::function<bool()>& condition) = 0;
+  virtual KTProcessClass& processes() = 0;
+  virtual ProcessSource& source() = 0;
+  virtual ApplicationControl& control() = 0;
+  virtual Strings logLines() = 0;
+  virtual std::string pathOf(const std::string& name) = 0;
+  Strings changes;
+};
+
+// One of those that this program was built with.
+struct NamedProcessWorld {
+  const char* name;
+  std::optional<std::string> (*missing)();  // what the machine lacks for it
+  std::unique_ptr<ProcessWorld> (*make)();
+};
+[[nodiscard]] const std::vector<NamedProcessWorld>& processWorlds();
+
+}  // namespace halvorn

@@ -25,11 +25,12 @@ function(kt_module name)
     LIBRARY_OUTPUT_DIRECTORY ${KT_BUNDLE_DIR}/Contents/${KT_PROGRAM_FOLDER})
 endfunction()
 
-# kt_test(NAME KIND unit|contract|adapter|flow SUBJECT words SOURCES ... [USES ...] [TIMEOUT s] [SERIAL]):
+# kt_test(NAME KIND unit|contract|adapter|flow SUBJECT words SOURCES ... [USES ...] [TIMEOUT s] [PREFIX p] [FAILS_ON regex] [SERIAL]):
 # one program of GoogleTest cases; every case becomes a test of its own that carries the label
-# KIND-SUBJECT, so `ctest -L processes` runs one subject, and `ctest -L unit` one kind.
+# KIND-SUBJECT, so `ctest -L processes` runs one subject, and `ctest -L unit` one kind. PREFIX stands before each name. A case that
+# prints what FAILS_ON matches has failed.
 function(kt_test name)
-  cmake_parse_arguments(ARG "SERIAL" "KIND;SUBJECT;TIMEOUT" "SOURCES;USES;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(ARG "SERIAL" "KIND;SUBJECT;TIMEOUT;PREFIX;FAILS_ON" "SOURCES;USES;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
@@ -51,7 +52,10 @@ function(kt_test name)
   if(ARG_ENVIRONMENT)
     list(APPEND properties ENVIRONMENT "${ARG_ENVIRONMENT}")
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES ${properties})
+  if(ARG_FAILS_ON)
+    list(APPEND properties FAIL_REGULAR_EXPRESSION "${ARG_FAILS_ON}")
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${ARG_PREFIX}" PROPERTIES ${properties})
 endfunction()
 
 # kt_every_test_is_built(FOLDER): fails when a file of tests below the folder is in no program made there.

@@ -25,7 +25,9 @@ struct Include {
   bool isSystem;
 };
 
-bool isSource(const fs::path& path) { return path.extension() == ".h" || path.extension() == ".cpp"; }
+bool isSource(const fs::path& path) {
+  return path.extension() == ".h" || path.extension() == ".cpp" || path.extension() == ".mm";
+}
 
 std::vector<std::string> sourcesIn(const std::string& folder) {
   std::vector<std::string> result;
@@ -176,6 +178,24 @@ TEST(Walls, ASystemsFolderIncludesInterfacesAndWhatItMayStandOn) {
     }
   }
   EXPECT_GT(count, 300U);
+}
+
+// What only Objective-C can read stands in its sources, and in headers that say so.
+TEST(Walls, NoTypeOfObjectiveCLeavesItsSources) {
+  const std::regex objectiveC(
+      R"((^|\n)\s*(#\s*import|@(class|interface|protocol))\b|\bNS[A-Z]\w*\s*\*|\bid\b\s+\w)");
+  const std::string mark = "For sources in Objective-C++ alone.";
+  std::size_t count = 0;
+  for (const std::string& file : sourcesIn("Platform")) {
+    if (!file.ends_with(".h") || folderBelowSubject(file) != "mac") continue;
+    ++count;
+    const std::string text = textOf(file);
+    if (text.find(mark) != std::string::npos) continue;
+    EXPECT_FALSE(std::regex_search(text, objectiveC)) << file;
+    for (const Include& include : includesOf(file))
+      EXPECT_EQ(textOf(include.isSystem ? file : include.target).find(mark), std::string::npos) << file;
+  }
+  EXPECT_GT(count, 5U);
 }
 
 // From the ground up. What lies on one floor does not know what else lies there.

@@ -1,0 +1,122 @@
+// A made-up macOS behind the frameworks' own functions: what tests put into it, and what was asked of it.
+//
+//   fakemac::reset();
+//   fakemac::start({.name = "Editor", .signature = 'EDIT', .path = "/Applications/Editor.app"});
+//   EXPECT_EQ(fakemac::liveObjects(), 0);
+//
+// Thread: main. Plain C++, so that tests are compiled by either compiler.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace fakemac {
+
+struct Number {
+  std::uint32_t high = 0;
+  std::uint32_t low = 0;
+  friend bool operator==(const Number&, const Number&) = default;
+};
+
+struct Application {
+  enum class Quitting { WhenAsked, OnlyByForce };
+
+  std::string name;                      // bytes of Mac OS Roman
+  std::uint32_t signature = 0x3F3F3F3F;  // what a program has that declares none
+  std::string path = {};                 // of its bundle; "": no location is known
+  std::map<std::string, std::string> information = {};
+  std::string displayName = {};  // "": CopyProcessName fails
+  Quitting quitting = Quitting::WhenAsked;
+  std::int32_t pid = 0;  // 0: the next free one
+  double startSeconds = 1'600'000'000.25;
+  bool isAccessible = true;
+  Number launcher = {};
+
+  Number number = {};
+  bool hasEnded = false;
+  // In order: "terminate", "forceTerminate", "front", "front window", "hide", "show", "wake".
+  std::vector<std::string> requests = {};
+};
+
+struct SentEvent {
+  std::uint32_t eventClass = 0;
+  std::uint32_t eventID = 0;
+  Number target;
+  std::int32_t mode = 0;
+  std::int16_t priority = 0;
+  std::int32_t timeoutTicks = 0;
+};
+
+struct AudioDevice {
+  std::uint32_t id = 0;
+  std::string name;
+  std::string maker;
+  std::string uid;
+};
+
+struct State {
+  std::deque<Application> applications;  // references stay valid
+  std::optional<Number> front;
+  std::deque<std::uint32_t> happened;  // kinds of application events that no handler was told yet
+  std::int32_t eventStatus = 0;        // what sending answers
+  std::int32_t descriptorStatus = 0;
+  std::int32_t creationStatus = 0;
+  std::vector<SentEvent> sentEvents;
+  bool refusesObservers = false;
+  bool refusesNotifications = false;
+  bool raisesExceptions = false;  // in what is asked of objects
+  bool isDebugged = false;
+
+  std::int32_t authorizationCreation = 0;
+  std::int32_t authorizationAnswer = 0;
+  std::vector<std::pair<std::string, std::uint32_t>> rightsAsked;  // with the flags
+  std::function<void()> onRightsAsked;                             // while the dialog is shown
+
+  std::vector<AudioDevice> audioDevices = {{41, "Speakers", "Acme", "speakers"},
+                                           {42, "Headphones", "Bolt", "headphones"}};
+  std::uint32_t alertDevice = 41;
+  bool hasAudio = true;
+  bool deviceVanishes = false;  // between the question for the size and that for the list
+  std::vector<std::uint32_t> scopesAsked;
+  int liveSounds = 0;
+  std::vector<std::string> playLog;  // "play at 1.00 on speakers", "cut off"
+
+  bool hasKeyboardLayout = true;
+  bool layoutHasData = true;
+  std::uint32_t keyboardType = 40;
+  std::map<std::pair<std::uint16_t, std::uint32_t>, std::u16string> keys;  // by key code and modifiers
+  std::vector<std::uint32_t> keyboardTypesAsked;
+};
+
+[[nodiscard]] State& state();
+// A new system with this program running in it as "Installer", pid 100.
+void reset();
+
+// Starts and ends an application. Handlers are told when the test serves.
+Application& start(Application application);
+void end(Application& application);
+// Brings what happened to the handlers, as the run loop does.
+void serve();
+[[nodiscard]] Application* withPid(std::int32_t pid);
+
+// Has the handlers that are installed for it called with an event of that class and kind; the last status.
+std::int32_t deliver(std::uint32_t eventClass, std::uint32_t kind);
+// Has the observers told that watch the application's element for the notification and stand in the run loop.
+// Without an element the call-back is given none.
+void notify(std::int32_t pid, const std::string& notification, bool withElement = true);
+
+// Lets what plays come to its end.
+void finishSounds();
+
+// Handlers installed and not removed.
+[[nodiscard]] std::size_t installedHandlers();
+// Of what functions named Create, Copy or New gave: what is not released yet.
+[[nodiscard]] int liveObjects();
+
+}  // namespace fakemac

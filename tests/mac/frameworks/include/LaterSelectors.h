@@ -1,0 +1,15 @@
+// What classes of today's system answer beyond those of GNUstep's headers. Included before every source in Objective-C++
+// that is compiled with these headers.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+@interface NSString (KTLaterSelectors)
++ (NSStringEncoding)stringEncodingForData:(NSData*)data
+                          encodingOptions:(NSDictionary*)options
+                          convertedString:(NSString**)string
+                      usedLossyConversion:(BOOL*)usedLossyConversion;
+@end
+
+@protocol NSSoundDelegate <NSObject>
+@end

@@ -1,0 +1,20 @@
+// What the cases of the contract are asked of on macOS.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "Platform/text/mac/MacDigests.h"
+#include "Platform/text/mac/MacRegex.h"
+#include "Platform/text/mac/MacTextCodecs.h"
+#include "Platform/text/mac/MacUnicode.h"
+#include "Platform/text/posix/XmlHtmlText.h"
+
+namespace halvorn {
+
+using Unicodes = testing::Types<MacUnicode>;
+using Codecs = testing::Types<MacTextCodecs>;
+using Regexes = testing::Types<MacRegex>;
+using Htmls = testing::Types<XmlHtmlText>;
+using AllDigests = testing::Types<MacDigests>;
+
+}  // namespace halvorn

@@ -17,8 +17,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstring>
-#include <system_error>
 #include <thread>
 
 #include "Platform/files/linux/HeldItemPath.h"
@@ -196,15 +194,6 @@ bool hasOneTree(int file) {
 bool reserve(int file, off_t size) {
   if (retried([&] { return ::fallocate(file, 0, 0, size); }) == 0) return true;
   return errno != ENOSPC && errno != EDQUOT && errno != EFBIG && errno != EIO;
-}
-
-std::string wordsFor(int error) {
-#ifdef __GLIBC__
-  const char* const words = ::strerrordesc_np(error);
-  return words != nullptr ? words : "Error " + std::to_string(error);
-#else
-  return std::generic_category().message(error);
-#endif
 }
 
 unsigned usableProcessors() {

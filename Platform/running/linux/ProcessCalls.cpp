@@ -5,8 +5,20 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstring>
+#include <string>
+#include <system_error>
 
 namespace halvorn::ProcessCalls {
+
+std::string wordsFor(int error) {
+#ifdef __GLIBC__
+  const char* const words = ::strerrordesc_np(error);
+  return words != nullptr ? words : "Error " + std::to_string(error);
+#else
+  return std::generic_category().message(error);
+#endif
+}
 
 bool clearEnvironment() { return ::clearenv() == 0; }
 

@@ -13,13 +13,12 @@
 #include "Core/Format.h"
 #include "Platform/running/posix/CleanStart.h"
 #include "Platform/running/posix/FileDescriptor.h"
+#include "Platform/running/posix/ProcessCalls.h"
 #include "Platform/running/posix/SpawnCalls.h"
 
 namespace halvorn {
 
 namespace {
-
-Text reasonOf(int error) { return Text(std::generic_category().message(error)); }
 
 // True when the child has ended; its status is then collected and its process id free for others.
 bool collect(pid_t pid) {
@@ -122,8 +121,8 @@ TaskLaunch PosixTasks::launch(const Text& executable, const std::vector<Text>& a
   pid_t pid = -1;
   const int error = startTask(child, executable, arguments, pid);
   if (error == 0) return {std::make_unique<PosixTask>(pid, orphanage_), Text()};
-  if (::access(folder.c_str(), X_OK) == 0) return {nullptr, reasonOf(error)};
-  return {nullptr, format("%@: %@", workingFolder, reasonOf(errno))};
+  if (::access(folder.c_str(), X_OK) == 0) return {nullptr, Text(ProcessCalls::wordsFor(error))};
+  return {nullptr, format("%@: %@", workingFolder, ProcessCalls::wordsFor(errno))};
 }
 
 void PosixTasks::launchAndForget(const Text& executable, const std::vector<Text>& arguments) {

@@ -6,7 +6,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
+#include <clocale>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -21,7 +25,9 @@
 #include "tests/fakes/FakeSearchPaths.h"
 #include "tests/fakes/RecordingLog.h"
 #include "tests/support/ChildProcess.h"
+#include "tests/support/MadeLocale.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestFiles.h"
 
 namespace halvorn {
 namespace {
@@ -361,9 +367,50 @@ TEST_F(ShellCommandResultForReal, DoesNotWaitForACommandThatClosedItsOutput) {
   endLeftOver(output->intValue());
 }
 
-TEST_F(ShellCommandResultForReal, ForgottenProgramsLeaveNoZombies) {
-  for (int i = 0; i < 5; ++i) tasks.launchAndForget("/bin/true", {});
+TEST_F(ShellCommandResultForReal, ForgottenProgramsAreNoZombiesAnyMoreWhenAnotherHasRun) {
+  const auto mark = [&](int i) { return folder / ("mark" + std::to_string(i)); };
+  for (int i = 0; i < 5; ++i) tasks.launchAndForget("/usr/bin/touch", {Text(mark(i))});
   tasks.launchAndForget("/no/such/program", {"x"});
+  for (int i = 0; i < 5; ++i) EXPECT_TRUE(eventually([&] { return std::filesystem::exists(mark(i)); })) << i;
+  const auto isChildOfOurs = [](const std::filesystem::path& process) {
+    if (std::isdigit(static_cast<unsigned char>(process.filename().string().front())) == 0) return false;
+    const std::string status = contentsOf(process / "stat");
+    return status.find("(touch)") != std::string::npos &&
+           status.find(") Z " + std::to_string(::getpid()) + " ") != std::string::npos;
+  };
+  const auto areCollected = [&] {
+    const std::filesystem::directory_iterator processes("/proc");
+    return std::none_of(begin(processes), end(processes), isChildOfOurs);
+  };
+  EXPECT_TRUE(eventually([&] {
+    static_cast<void>(tasks.standardOutputOf("/bin/true", {}));
+    return areCollected();
+  }));
+}
+
+// Reasons stand in the log, which is the same in every language.
+TEST_F(ShellCommandResultForReal, WhyAProgramCannotBeStartedIsSaidInOneLanguage) {
+  if (const auto missing = MadeLocale::missing("de_DE")) GTEST_SKIP() << *missing;
+  const MadeLocale locale("de_DE");
+  const auto inGerman = [&] {
+    for (const std::string& entry : locale.environment()) {
+      const std::size_t place = entry.find('=');
+      ::setenv(entry.substr(0, place).c_str(), entry.substr(place + 1).c_str(), 1);
+    }
+    ::setenv("LANGUAGE", "de", 1);
+    return std::setlocale(LC_ALL, "") != nullptr &&
+           std::strerror(ENOENT) != std::string("No such file or directory");
+  };
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (!inGerman()) ::_exit(2);
+    const TaskLaunch launch = tasks.launch("/no/such/program", {}, searchPaths.home, folder / "output");
+    ::_exit(launch.failure == Text("No such file or directory") ? 0 : 1);
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  if (WEXITSTATUS(status) == 2) GTEST_SKIP() << "the C library speaks no German here (locales)";
+  EXPECT_EQ(status, 0);
 }
 
 }  // namespace

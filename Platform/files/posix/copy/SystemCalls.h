@@ -104,9 +104,6 @@ void fetchAhead(int file, off_t start, off_t count);
 // false when there is not enough room.
 [[nodiscard]] bool reserve(int file, off_t size);
 
-// The system's own words for an error number, the same in every language.
-[[nodiscard]] std::string wordsFor(int error);
-
 // How many processors this process may use; at least 1.
 [[nodiscard]] unsigned usableProcessors();
 

@@ -10,7 +10,9 @@ Lines operator+(Lines first, const Lines& second) {
 }
 
 Lines withoutPlaces(const Lines& lines, const Places& places) {
-  // Which of the two it was, the program or the whole process that was seen gone first, is chance.
+  // A program that answers no request at all was gone before. Of one that has answered, chance says whether its end
+  // is seen by looking or by the next request.
+  static const std::regex gone(R"(process stopped after \d+\.\d+s \(1 attempts\))");
   static const std::regex measured(R"((terminated|process stopped) after \d+\.\d+s \(\d+ attempts?\))");
   static const std::regex givenUp(R"(given up after \d+\.\d+s \(\d+ attempts?\))");
   Lines result;
@@ -19,6 +21,7 @@ Lines withoutPlaces(const Lines& lines, const Places& places) {
       for (auto at = line.find(place); at != std::string::npos; at = line.find(place, at + name.size()))
         line.replace(at, place.size(), name);
     }
+    line = std::regex_replace(line, gone, "gone before the first request");
     line = std::regex_replace(line, measured, "gone after #s (# attempts)");
     result.push_back(std::regex_replace(line, givenUp, "given up after #s (# attempts)"));
   }

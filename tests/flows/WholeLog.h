@@ -16,8 +16,8 @@ using Lines = std::vector<std::string>;
 // Where things are in one run, and what stands for it.
 using Places = std::vector<std::pair<std::string, std::string>>;
 
-// The lines with the places replaced, and how, when and at which attempt each
-// quitting ended by "gone after #s".
+// The lines with the places replaced, and when and at which attempt each quitting ended by "gone after #s". A
+// program that was gone before it could be asked is told apart: "gone before the first request".
 [[nodiscard]] Lines withoutPlaces(const Lines& lines, const Places& places);
 
 // From the arguments up to the last line of start-up. `updated` holds what differs from an installation of

@@ -48,6 +48,7 @@ class FakeWorld {
   void pressSheetButton(int index) { alerts_.press(kAlertFirstButtonReturn + index); }
   void dismissSheet() { alerts_.dismiss(); }
   bool sheetIsUp() { return alerts_.isUp(); }
+  bool iconIsDrawn() { return window_.iconField.image_ != nullptr; }
   void makeReadable(const Text&) { window_.readMeTextView.readable_ = true; }
   void runMainThread() {
     mainThread_.runAll();
@@ -95,6 +96,13 @@ class RealWorld {
   void pressSheetButton(int index) { sheet()->findChildren<QAbstractButton*>().at(index)->click(); }
   void dismissSheet() { sheet()->reject(); }
   bool sheetIsUp() { return sheet() != nullptr; }
+  bool iconIsDrawn() {
+    const QImage seen = window_->widget().find<QWidget>(QStringLiteral("iconField"))->grab().toImage();
+    QImage empty(seen.size(), seen.format());
+    empty.fill(seen.pixelColor(0, 0));
+    empty.setDevicePixelRatio(seen.devicePixelRatio());
+    return seen != empty;
+  }
   void makeReadable(const Text& path) { std::ofstream(path.bytes()) << "text"; }
   void runMainThread() {
     for (int i = 0; i < 20; ++i) {
@@ -249,10 +257,19 @@ TYPED_TEST(WindowContract, ProgressMayBeStartedAndStoppedAnyNumberOfTimes) {
 
 TYPED_TEST(WindowContract, NoImageIsAnImageToo) {
   this->outlets.iconField.setImage(nullptr);
+  EXPECT_FALSE(this->world.iconIsDrawn());
   this->outlets.iconField.setImage(this->world.images().imageNamed("AlertStopIcon"));
+  EXPECT_TRUE(this->world.iconIsDrawn());
   this->outlets.iconField.setImage(nullptr);
+  EXPECT_FALSE(this->world.iconIsDrawn()) << "the last one is gone";
+}
+
+TYPED_TEST(WindowContract, TheApplicationMayHaveNoIcon) {
   this->world.application().setApplicationIcon(nullptr);
+  bool isReached = false;
+  this->world.mainThread().perform([&] { isReached = true; });
   this->world.runMainThread();
+  EXPECT_TRUE(isReached);
 }
 
 TYPED_TEST(WindowContract, TheWindowComesForwardAndCanBeMinimised) {

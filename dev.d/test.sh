@@ -14,10 +14,13 @@ dev_test() {
   return "$status"
 }
 
-# What this machine could not run; the reasons are in the log.
+# What this machine could not run, in one line: how many of each reason, and the reasons say what they would take.
 report_skipped() {
-  local skipped
-  skipped=$(grep -E '\*\*\*Skipped' "$1" | sed -E 's/^.*Test *#[0-9]+: ([^ ]+).*$/  \1/' || true)
-  [ -z "$skipped" ] || say "skipped, see $1:
-$skipped"
+  local skipped total reasons
+  skipped=$(grep -cE '\*\*\*Skipped' "$1" || true)
+  [ "$skipped" != 0 ] || return 0
+  total=$(sed -nE 's/^.*tests passed.* out of ([0-9]+)$/\1/p' "$1")
+  reasons=$(awk '/: Skipped$/ { getline; count[$0]++ } END { for (reason in count) print count[reason] " x " reason }' \
+    "$(dirname "$1")/Testing/Temporary/LastTest.log" | sort -rn | awk '{ printf "%s%s", separator, $0; separator = "; " }')
+  say "skipped $skipped of $total tests: $reasons (their names: grep Skipped $1)"
 }

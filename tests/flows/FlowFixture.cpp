@@ -23,7 +23,11 @@ std::string link(const fs::path& path) {
 }  // namespace
 
 void FlowFixture::SetUp() {
-  if (const auto problem = hideSharedApplications()) GTEST_SKIP() << *problem;
+  if (const auto problem = stayOutOfSharedApplications(KT_BINARY_DIR)) GTEST_SKIP() << *problem;
+  bringDesktop();
+}
+
+void FlowFixture::bringDesktop() {
   const DesktopParts parts{.accessibility = true};
   if (const auto missing = Desktop::missing(parts)) GTEST_SKIP() << *missing;
   for (const char* program : {"xdotool", "import"}) {

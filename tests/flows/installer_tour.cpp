@@ -29,7 +29,11 @@ void must(bool isTrue, const std::string& what) {
 
 class Tour {
  public:
-  explicit Tour(fs::path folder) : folder_(std::move(folder)) { fs::create_directories(image()); }
+  // With the destination given, nothing looks for it in the folder of all users' applications.
+  enum class Destination { Found, Given };
+  Tour(fs::path folder, Destination destination) : folder_(std::move(folder)), destination_(destination) {
+    fs::create_directories(image());
+  }
 
   void install() {
     std::puts("A product is installed over an older copy that runs:");
@@ -39,8 +43,12 @@ class Tour {
     must(windowAppears("Sample 1.0"), "version 1.0 runs and shows its window");
 
     const fs::path product = makeSampleProduct(image());
-    InstallerDriver installer(desktop_, {"-sourcePath", product, "-readMePath", makeReadMe(image()),
-                                         "-documentationPath", makeGuide(image())});
+    std::vector<std::string> arguments = {
+        "-sourcePath", product, "-readMePath", makeReadMe(image()), "-documentationPath", makeGuide(image())};
+    if (destination_ == Destination::Given) {
+      arguments.insert(arguments.end(), {"-destinationPath", applications() / "Sample.app"});
+    }
+    InstallerDriver installer(desktop_, arguments);
     must(installer.waitForButton("Continue", 60), "the read-me page comes up");
     picture(installer, "1-read-me");
     must(installer.click("Continue"), "Continue is clicked");
@@ -131,6 +139,7 @@ class Tour {
   }
 
   fs::path folder_;
+  Destination destination_;
   Desktop desktop_{DesktopParts{.accessibility = true}};
 };
 
@@ -144,10 +153,11 @@ int main(int argc, char** argv) {
     return 64;
   }
   try {
-    if (const auto problem = hideSharedApplications()) throw std::runtime_error(*problem);
+    // Before anything is started.
+    const auto destination = hideSharedApplications() ? Tour::Destination::Given : Tour::Destination::Found;
     if (const auto missing = Desktop::missing(DesktopParts{.accessibility = true}))
       throw std::runtime_error(*missing);
-    Tour tour(std::filesystem::absolute(argv[1]));
+    Tour tour(std::filesystem::absolute(argv[1]), destination);
     tour.install();
     tour.tidyUp();
     tour.refuseForNewerSystem();

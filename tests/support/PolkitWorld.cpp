@@ -1,7 +1,6 @@
 #include "tests/support/PolkitWorld.h"
 
 #include <pwd.h>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,6 +11,8 @@
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+
+#include "tests/support/OwnMounts.h"
 
 namespace halvorn {
 namespace {
@@ -54,9 +55,7 @@ std::optional<std::string> PolkitWorld::missing() {
     if (!programExists(program)) return std::string("no ") + program;
   }
   if (!userNamed("polkitd") || !userNamed("messagebus")) return "no policy daemon";
-  const auto attempt = runCommand({"unshare", "-m", "true"});
-  if (attempt.status != 0) return "no private mount namespaces here";
-  return std::nullopt;
+  return whyNoOwnMounts();
 }
 
 std::string PolkitWorld::ruleAnswering(const std::string& answer) {
@@ -88,8 +87,7 @@ PolkitWorld::~PolkitWorld() {
 }
 
 void PolkitWorld::enterOwnNamespace() {
-  if (::unshare(CLONE_NEWNS) != 0) fail("unshare");
-  if (::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) fail("private mounts");
+  if (const auto reason = enterOwnMounts()) throw std::runtime_error(*reason);
 }
 
 void PolkitWorld::mount(const std::string& source, const std::string& target, const std::string& type,

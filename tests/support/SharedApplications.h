@@ -11,4 +11,7 @@ namespace halvorn {
 // needs to be done. nullopt, or why it cannot be had. Call it before any thread is started.
 [[nodiscard]] std::optional<std::string> hideSharedApplications();
 
+// The same; where it cannot be had, this process becomes an ordinary user, who must be able to read the folder.
+[[nodiscard]] std::optional<std::string> stayOutOfSharedApplications(const std::string& neededFolder);
+
 }  // namespace halvorn

@@ -1,22 +1,20 @@
 #include "tests/files/adapter/MountedScene.h"
 
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 
 #include "tests/support/ChildProcess.h"
+#include "tests/support/OwnMounts.h"
 
 namespace halvorn {
 
 void MountedScene::SetUp() {
-  if (!isRoot()) GTEST_SKIP() << "only the administrator mounts";
-  if (::unshare(CLONE_NEWNS) != 0) GTEST_SKIP() << "no mount namespaces here";
+  if (const auto reason = enterOwnMounts()) GTEST_SKIP() << *reason;
   // The comparison of trees keeps two descriptors for every level.
   rlimit open{};
   ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &open), 0);
   open.rlim_cur = open.rlim_max;
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &open), 0);
-  ASSERT_EQ(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0);
 }
 
 void MountedScene::TearDown() {

@@ -12,6 +12,7 @@
 #include <functional>
 
 #include "tests/files/adapter/CopyScene.h"
+#include "tests/support/OwnMounts.h"
 
 namespace halvorn {
 namespace {
@@ -160,12 +161,11 @@ TEST_F(UnopenedCopy, ModesArriveOnAKernelThatCannotChangeThemByDescriptor) {
 
 // Where nothing leads to the pipe for certain, its mode is not changed by name.
 TEST_F(UnopenedCopy, WithNoWayToTheItemItselfTheCopyFails) {
-  if (!isRoot()) GTEST_SKIP() << "only the administrator can hide the process table";
+  if (const auto reason = whyNoOwnMounts()) GTEST_SKIP() << *reason;
   addNode("from", S_IFIFO | 0664);
   EXPECT_EQ(statusOf([&] {
-              if (::unshare(CLONE_NEWNS) != 0 ||
-                  ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-                  ::mount("tmpfs", "/proc", "tmpfs", 0, nullptr) != 0 || !forgetChangeOfModeByDescriptor()) {
+              if (enterOwnMounts() || ::mount("tmpfs", "/proc", "tmpfs", 0, nullptr) != 0 ||
+                  !forgetChangeOfModeByDescriptor()) {
                 return 2;
               }
               return copy() ? 1 : 0;

@@ -34,6 +34,8 @@ struct OtherReason {
 constexpr OtherReason kOtherReasons[] = {
     {"newfstatat", "File exists",
      "asking whether something is there answers yes or no; what was not seen is then in the way"},
+    {"renameat2", "its file system cannot move it, for it lies in a layer that is only read",
+     "within one mount, nothing else answers that it would be a move to elsewhere"},
 };
 
 class FaultSweep : public SweepScene {

@@ -13,6 +13,8 @@ namespace halvorn {
 namespace {
 
 constexpr int kMostAttempts = 10'000;
+// An overlay of file systems, above all: a folder below its topmost layer can be copied and not moved.
+constexpr const char* kUnmovable = "its file system cannot move it, for it lies in a layer that is only read";
 
 using Operation = Cause::Operation;
 
@@ -109,6 +111,8 @@ TrashFolder::Moved TrashFolder::move(const ItemPlace& item, const std::string& p
       return Naming::Taken;
     });
     const auto failure = Cause::ofSystem(Operation::Move, Cause::Side::Original, error).at(item.path);
+    if (error == EXDEV && SystemCalls::isSameMount(item.folder.get(), files_.get()))
+      return {.failure = Cause::ofOurs(Operation::Move, kUnmovable, Cause::Side::Original).at(item.path)};
     if (error == EXDEV) return {.outcome = Outcome::Elsewhere, .failure = failure};
     if (error != EEXIST && error != ENOTEMPTY) return {.failure = failure};
   }

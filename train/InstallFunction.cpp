@@ -83,12 +83,16 @@ Step trashExisting(const InstallServices& services, const Text& destination) {
 
 }  // namespace
 
+InstallResult refuseToInstall(const Log& log, const FileFailure& failure, const Text& destination) {
+  logCause(log, failure);
+  log("ERROR -- Could not copy myself to %@", destination);
+  return InstallResult::CopyFailed;
+}
+
 InstallResult InstallApplication(const InstallServices& services, const Text& source, const Text& destination,
                                  const OptionalText& wrapper) {
   const auto notCopied = [&](const FileFailure& failure) {
-    logCause(services.log, failure);
-    services.log("ERROR -- Could not copy myself to %@", destination);
-    return InstallResult::CopyFailed;
+    return refuseToInstall(services.log, failure, destination);
   };
   if (areEntangled(services.files, source, destination)) return notCopied(entanglement(destination));
   // The wrapper goes first, so an item of it that bears the destination's own name is trashed below.

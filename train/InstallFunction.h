@@ -47,4 +47,9 @@ enum class InstallResult : std::int32_t {
                                                const Text& destination,
                                                const OptionalText& wrapper = std::nullopt);
 
+// For whoever sees beforehand that InstallApplication would fail: says why in the same words, and answers the
+// same.
+[[nodiscard]] InstallResult refuseToInstall(const Log& log, const FileFailure& failure,
+                                            const Text& destination);
+
 }  // namespace halvorn

@@ -9,6 +9,7 @@
 #include "Platform/files/posix/SilentFileChangeNotices.h"
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/running/posix/StandardErrorLog.h"
+#include "train/InstallConfinement.h"
 #include "train/InstallFunction.h"
 #include "train/InstallRights.h"
 #include "train/PrivilegedProcess.h"
@@ -40,6 +41,11 @@ int main(int argumentCount, char** arguments) {
   XdgTrash trash(clock, rights->trashOwner, rights->files.links, rights->files.pins);
   SilentFileChangeNotices notices;
   const auto wrapper = argumentCount == 4 ? OptionalText(arguments[3]) : std::nullopt;
+  const InstallPaths paths{.source = arguments[1], .destination = arguments[2], .wrapper = wrapper};
+  if (start == ProcessStart::Privileged) {
+    const auto failure = confineTo(paths, *rights, [&](int folder) { return trash.reach(folder); });
+    if (failure) return static_cast<int>(refuseToInstall(log, *failure, paths.destination));
+  }
   const InstallServices services{.files = files, .trash = trash, .notices = notices, .log = log};
-  return static_cast<int>(InstallApplication(services, arguments[1], arguments[2], wrapper));
+  return static_cast<int>(InstallApplication(services, paths.source, paths.destination, paths.wrapper));
 }

@@ -108,7 +108,7 @@ TEST_F(Disks, AMediumThatIsPulledOutMidwayEndsTheInstallationAndTheOldCopyIsInTh
   addProducts(1'000'000);
   SampleTrees::makeMixed(at("medium/Nas.app"), 60'000'000);
   ChildProcess tool(command(at("medium/Nas.app")));
-  while (tool.isRunning() && !exists("disk/apps/Nas.app/Contents")) std::this_thread::yield();
+  while (tool.isRunning() && trashed().empty()) std::this_thread::yield();
   // Out of the tree of folders; whoever has a file of it open may go on, so the tool
   // may be done with what it holds.
   ASSERT_EQ(::umount2(at("medium").c_str(), MNT_DETACH), 0);

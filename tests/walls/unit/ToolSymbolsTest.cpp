@@ -59,7 +59,7 @@ const std::set<std::string>& namelessFunctions() {
         "sched_getaffinity sched_setaffinity sched_setscheduler setenv setfsgid setfsuid setitimer "
         "setpriority setrlimit setsid shutdown sigaction sigaddset "
         "sigemptyset sigismember sigpending sigprocmask sigwait snprintf stack_chk_fail strcmp "
-        "strerrordesc_np strftime strlen strtol sysconf umask write");
+        "strerrordesc_np strftime strlen strtol sysconf tzset umask write");
     std::set<std::string> result;
     for (std::string word; words >> word;) result.insert(word);
     return result;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "Core/Paths.h"
+#include "Platform/files/linux/trash/TrashPlaces.h"
 #include "Platform/files/posix/copy/NewFolder.h"
 #include "Platform/files/posix/copy/SystemCalls.h"
 #include "Platform/files/posix/copy/TreeOwnership.h"
@@ -20,38 +21,19 @@ using Operation = Cause::Operation;
 
 constexpr int kOpenFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-// The folder where the file system that holds `folder` begins.
-FileDescriptor topOf(int folder) {
-  FileDescriptor top(
-      retried([&] { return ::openat(folder, ".", SystemCalls::openPath | kOpenFolderFlags); }));
-  while (top) {
-    FileDescriptor above(
-        retried([&] { return ::openat(top.get(), "..", SystemCalls::openPath | kOpenFolderFlags); }));
-    if (!above || !SystemCalls::isSameMount(top.get(), above.get())) break;
-    if (SystemCalls::isSameItem(top.get(), above.get())) break;  // the root
-    top = std::move(above);
-  }
-  return top;
-}
-
-// Makes the folders of the path that are missing, each for its owner alone, and opens the last.
+// Makes the folders of the path that are missing, each for its owner alone, and opens the last. Fails: errno
+// says why the first could not be made.
 FileDescriptor makeFolders(const std::string& path) {
-  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
-    ::mkdir(path.substr(0, slash).c_str(), S_IRWXU);
-  }
-  ::mkdir(path.c_str(), S_IRWXU);
-  return FileDescriptor(retried([&] { return ::open(path.c_str(), kOpenFolderFlags); }));
-}
-
-// The nearest folder of the path that exists.
-FileDescriptor nearestFolder(std::string path) {
-  while (true) {
-    FileDescriptor folder(
-        retried([&] { return ::open(path.c_str(), SystemCalls::openPath | kOpenFolderFlags); }));
-    const std::size_t slash = path.rfind('/');
-    if (folder || slash == std::string::npos || path == "/") return folder;
-    path.resize(slash == 0 ? 1 : slash);
-  }
+  int error = 0;
+  const auto make = [&](const std::string& folder) {
+    if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST && error == 0) error = errno;
+  };
+  for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
+    make(path.substr(0, slash));
+  make(path);
+  FileDescriptor folder(retried([&] { return ::open(path.c_str(), kOpenFolderFlags); }));
+  if (!folder && error != 0) errno = error;
+  return folder;
 }
 
 Cause causeOfOtherOwner() { return Cause::ofOurs(Operation::Open, "it belongs to somebody else"); }
@@ -61,11 +43,6 @@ OrCause<std::string> pathOf(int folder) {
   errno = 0;
   if (auto path = SystemCalls::pathOf(folder)) return std::move(*path);
   return Cause::ofSystemOrOurs(Operation::Reach, "its folder was moved or removed meanwhile");
-}
-
-bool isOwnedBy(int folder, const Person& person) {
-  struct stat facts {};
-  return ::fstat(folder, &facts) == 0 && facts.st_uid == person.user;
 }
 
 }  // namespace
@@ -100,7 +77,7 @@ std::optional<FileFailure> XdgTrash::recycleItem(const ItemPlace& item) const {
     return Cause::ofSystem(Operation::Look).at(item.path);
   const auto folderPath = pathOf(item.folder.get());
   if (!folderPath) return folderPath.cause().at(item.path);
-  const FileDescriptor top = topOf(item.folder.get());
+  const FileDescriptor top = TrashPlaces::topOf(item.folder.get());
   if (!top) return Cause::ofSystem(Operation::Reach).at(item.path);
   const std::string path = (*folderPath == "/" ? "" : *folderPath) + "/" + item.name;
   const auto home = moveAndHandOver(homeTrash(item), item, path);
@@ -121,9 +98,9 @@ std::optional<FileFailure> XdgTrash::recycleItem(const ItemPlace& item) const {
 
 std::optional<XdgTrash::Refusal> XdgTrash::moveAndHandOver(const Place& place, const ItemPlace& item,
                                                            const std::string& path) const {
-  if (!place) return Refusal{.failure = place.cause()};
+  if (!place) return place.cause();
   const auto folder = TrashFolder::open(*place, owner_);
-  if (!folder) return Refusal{.failure = folder.cause()};
+  if (!folder) return Refusal{.failure = folder.cause(), .isOfATrash = true};
   // Held fast before it comes to where the person can put something else in its place.
   const FileDescriptor pinned = SystemCalls::holdItem(item.folder.get(), item.name.c_str());
   const auto moved = folder->move(item, path, clock_.now());
@@ -140,42 +117,49 @@ std::optional<XdgTrash::Refusal> XdgTrash::moveAndHandOver(const Place& place, c
 
 XdgTrash::Place XdgTrash::homeTrash(const ItemPlace& item) const {
   const RightsOf rights(&owner_);
-  if (!rights.holds()) return causeOfMissingRights().at(item.path);
+  if (!rights.holds()) return Refusal{.failure = causeOfMissingRights().at(item.path)};
   if (owner_.dataFolder.empty())
-    return Cause::ofOurs(Operation::Reach, "the person's home folder is not known").at(item.path);
+    return Refusal{
+        .failure = Cause::ofOurs(Operation::Reach, "the person's home folder is not known").at(item.path)};
   const std::string path = owner_.dataFolder + "/Trash";
   // Asked before anything is made, so that no Trash appears where nothing can go.
-  const FileDescriptor nearest = nearestFolder(path);
-  if (!nearest) return Cause::ofSystem(Operation::Reach).at(path);
-  if (!SystemCalls::isSameFileSystem(nearest.get(), item.folder.get()))
-    return Cause::ofOurs(Operation::Move, "the Trash is on another file system").at(path);
+  const FileDescriptor nearest = TrashPlaces::nearestFolder(path);
+  if (!nearest) return Refusal{.failure = Cause::ofSystem(Operation::Reach).at(path), .isOfATrash = true};
+  errno = 0;
+  if (!SystemCalls::isSameFileSystem(nearest.get(), item.folder.get())) {
+    const Cause cause = Cause::ofSystemOrOurs(Operation::Move, "the Trash is on another file system");
+    return Refusal{.failure = cause.at(path), .isOfATrash = cause.error() != 0};
+  }
   FileDescriptor folder = makeFolders(path);
-  if (!folder) return Cause::ofSystem(Operation::Make).at(path);
+  if (!folder) return Refusal{.failure = Cause::ofSystem(Operation::Make).at(path), .isOfATrash = true};
   return TrashFolder::Place{.folder = std::move(folder), .path = path};
 }
 
 XdgTrash::Place XdgTrash::sharedTrash(int top, const std::string& topPath) const {
   const std::string sharedPath = topPath + "/.Trash";
   const RightsOf rights(&owner_);
-  if (!rights.holds()) return causeOfMissingRights().at(sharedPath);
+  if (!rights.holds()) return Refusal{.failure = causeOfMissingRights().at(sharedPath)};
   const FileDescriptor shared(retried(
       [&] { return ::openat(top, ".Trash", SystemCalls::openPath | kOpenFolderFlags | O_NOFOLLOW); }));
   struct stat facts {};
-  if (!shared || ::fstat(shared.get(), &facts) != 0) return Cause::ofSystem(Operation::Open).at(sharedPath);
+  if (!shared || ::fstat(shared.get(), &facts) != 0)
+    return Refusal{.failure = Cause::ofSystem(Operation::Open).at(sharedPath)};
   if ((facts.st_mode & S_ISVTX) == 0)
-    return Cause::ofOurs(Operation::Open, "everybody can remove everybody's things there").at(sharedPath);
+    return Refusal{
+        .failure =
+            Cause::ofOurs(Operation::Open, "everybody can remove everybody's things there").at(sharedPath)};
   const std::string name = std::to_string(owner_.user);
   const std::string path = sharedPath + "/" + name;
   (void)::mkdirat(shared.get(), name.c_str(), S_IRWXU);
   FileDescriptor folder(
       retried([&] { return ::openat(shared.get(), name.c_str(), kOpenFolderFlags | O_NOFOLLOW); }));
-  if (!folder) return Cause::ofSystem(Operation::Make).at(path);
-  if (!isOwnedBy(folder.get(), owner_)) return causeOfOtherOwner().at(path);
+  if (!folder) return Refusal{.failure = Cause::ofSystem(Operation::Make).at(path)};
+  if (!TrashPlaces::isOwnedBy(folder.get(), owner_)) return Refusal{.failure = causeOfOtherOwner().at(path)};
   return TrashFolder::Place{.folder = std::move(folder), .path = path};
 }
 
 XdgTrash::Place XdgTrash::ownTrash(int top, const std::string& topPath) const {
-  const std::string name = ".Trash-" + std::to_string(owner_.user);
+  const std::string name = TrashPlaces::nameOfOwn(owner_);
   const std::string path = topPath + "/" + name;
   const auto openOwn = [&] {
     return FileDescriptor(
@@ -184,24 +168,27 @@ XdgTrash::Place XdgTrash::ownTrash(int top, const std::string& topPath) const {
   int error = 0;
   {
     const RightsOf rights(&owner_);
-    if (!rights.holds()) return causeOfMissingRights().at(path);
+    if (!rights.holds()) return Refusal{.failure = causeOfMissingRights().at(path)};
     const bool isMade = ::mkdirat(top, name.c_str(), S_IRWXU) == 0 || errno == EEXIST;
     error = errno;
     FileDescriptor folder = openOwn();
-    if (folder && !isOwnedBy(folder.get(), owner_)) return causeOfOtherOwner().at(path);
+    if (folder && !TrashPlaces::isOwnedBy(folder.get(), owner_))
+      return Refusal{.failure = causeOfOtherOwner().at(path)};
     if (folder) return TrashFolder::Place{.folder = std::move(folder), .path = path};
     // A folder that could be made and not opened says why; a missing one was not made.
     if (isMade) error = errno;
   }
   // The person may not make it, so the administrator does.
-  if (owner_.user == ::geteuid()) return Cause::ofSystem(Operation::Make, Cause::Side::Copy, error).at(path);
-  if (::mkdirat(top, name.c_str(), S_IRWXU) != 0) return Cause::ofSystem(Operation::Make).at(path);
+  if (owner_.user == ::geteuid())
+    return Refusal{.failure = Cause::ofSystem(Operation::Make, Cause::Side::Copy, error).at(path)};
+  if (::mkdirat(top, name.c_str(), S_IRWXU) != 0)
+    return Refusal{.failure = Cause::ofSystem(Operation::Make).at(path)};
   FileDescriptor folder = openOwn();
   // Where others may write, what stands there need not be what was made.
-  if (!folder) return Cause::ofSystem(Operation::Open).at(path);
-  if (!isNewFolder(folder.get(), S_IRWXU)) return causeOfExchange().at(path);
+  if (!folder) return Refusal{.failure = Cause::ofSystem(Operation::Open).at(path)};
+  if (!isNewFolder(folder.get(), S_IRWXU)) return Refusal{.failure = causeOfExchange().at(path)};
   if (::fchown(folder.get(), owner_.user, owner_.group) != 0)
-    return Cause::ofSystem(Operation::Metadata).at(path);
+    return Refusal{.failure = Cause::ofSystem(Operation::Metadata).at(path)};
   return TrashFolder::Place{.folder = std::move(folder), .path = path};
 }
 

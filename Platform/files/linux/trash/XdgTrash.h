@@ -28,17 +28,23 @@ class XdgTrash : public Trash {
 
   std::optional<FileFailure> recycle(const Text& sourceFolder, const std::vector<Text>& names) override;
 
+  // Folders, held to name them, at and below which recycle() makes and moves things that come from that
+  // folder: a Trash that is there, the nearest folder in which one will be made, or, where that is the folder
+  // where the mount begins, that one.
+  [[nodiscard]] std::vector<FileDescriptor> reach(int folder) const;
+
  private:
-  using Place = OrCause<TrashFolder::Place, FileFailure>;
   // Why one of the places did not take the item.
   struct Refusal {
-    FileFailure failure;
-    bool isOfATrash = false;  // there is one, and it should have
+    FileFailure failure = {};
+    bool isOfATrash = false;  // there is one, or its place, and it should have
   };
+  using Place = OrCause<TrashFolder::Place, Refusal>;
 
   [[nodiscard]] std::optional<FileFailure> recycleItem(const ItemPlace& item) const;
   [[nodiscard]] std::optional<Refusal> moveAndHandOver(const Place& place, const ItemPlace& item,
                                                        const std::string& path) const;
+  [[nodiscard]] FileDescriptor reachAtHome(int folder) const;  // none: it cannot be used
   [[nodiscard]] Place homeTrash(const ItemPlace& item) const;
   [[nodiscard]] Place sharedTrash(int top, const std::string& topPath) const;
   [[nodiscard]] Place ownTrash(int top, const std::string& topPath) const;

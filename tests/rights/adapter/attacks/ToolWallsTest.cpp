@@ -1,20 +1,13 @@
 // What the privileged tool tells the system by name while it installs. Each call is held against a table: no
 // name is followed through links with the administrator's rights, unless the table has a reason.
-#include <unistd.h>
-
 #include <algorithm>
-#include <filesystem>
-#include <map>
 #include <regex>
 #include <set>
-#include <sstream>
 
-#include "tests/rights/adapter/attacks/AttackScene.h"
+#include "tests/rights/adapter/attacks/TracedInstall.h"
 
 namespace halvorn {
 namespace {
-
-namespace fs = std::filesystem;
 
 struct Rule {
   const char* call;
@@ -66,66 +59,7 @@ constexpr Rule kRulesOfThePerson[] = {
     {"unlinkat", ".*", "the person's Trash"}, {"llistxattr|lgetxattr", ".*", "only reads"},
 };
 
-// Those that take no name. What is in neither table is looked at before it is allowed.
-const std::set<std::string>& namelessCalls() {
-  static const std::set<std::string> calls = [] {
-    std::istringstream words(
-        "arch_prctl brk capget capset clone clone3 close close_range copy_file_range dup exit exit_group "
-        "fadvise64 fallocate fchmod fchown fcntl fgetxattr flistxattr fremovexattr fsetxattr fstat fstatfs "
-        "fsync ftruncate futex getdents64 getegid geteuid getgid getgroups getpid getrandom gettid getuid "
-        "getsockopt ioctl ioprio_set lseek madvise mmap mprotect mremap munmap nanosleep clock_nanosleep "
-        "personality poll ppoll "
-        "prctl pread64 preadv2 prlimit64 pwrite64 read recvfrom recvmsg restart_syscall rseq rt_sigaction "
-        "rt_sigpending rt_sigprocmask rt_sigreturn rt_sigtimedwait sched_getaffinity sched_setaffinity "
-        "sched_setscheduler sched_yield sendmsg "
-        "sendto set_robust_list set_tid_address setfsgid setfsuid setgroups setitimer setpriority setsid "
-        "setsockopt "
-        "shutdown sigaltstack socket sysinfo tgkill umask uname write writev");
-    std::set<std::string> result;
-    for (std::string word; words >> word;) result.insert(word);
-    return result;
-  }();
-  return calls;
-}
-
-struct Call {
-  std::string name;
-  std::string arguments;
-  bool isThePersons = false;
-};
-
-// The calls in the tracer's record, those that another thread interrupted put together again.
-std::vector<Call> callsIn(const std::string& record) {
-  static const std::regex whole(R"(^(\d+)\s+(\w+)\((.*)\)\s+= .*$)");
-  static const std::regex begun(R"(^(\d+)\s+(\w+\(.*?)\s*<unfinished \.\.\.>$)");
-  static const std::regex resumed(R"(^(\d+)\s+<\.\.\. \w+ resumed>(.*)$)");
-  std::map<std::string, std::string> halves;
-  std::map<std::string, bool> isThePersons;
-  std::vector<Call> calls;
-  std::istringstream lines(record);
-  for (std::string line; std::getline(lines, line);) {
-    std::smatch parts;
-    if (std::regex_match(line, parts, begun)) {
-      halves[parts[1]] = parts[2];
-      continue;
-    }
-    if (std::regex_match(line, parts, resumed))
-      line = parts[1].str() + " " + halves[parts[1]] + parts[2].str();
-    const std::string joined = line;
-    if (!std::regex_match(joined, parts, whole)) {
-      // What cannot be read is no proof. Signals and ends are no calls.
-      static const std::regex event(R"(^\d+\s+(---|\+\+\+) .*$)");
-      if (!std::regex_match(joined, event)) calls.push_back({.name = "unreadable", .arguments = joined});
-      continue;
-    }
-    const std::string thread = parts[1];
-    if (parts[2] == "setfsuid" && parts[3] != "-1" && parts[3] != "4294967295")
-      isThePersons[thread] = parts[3] != "0";
-    calls.push_back({.name = parts[2], .arguments = parts[3], .isThePersons = isThePersons[thread]});
-  }
-  return calls;
-}
-
+// What takes a name and is in no table is looked at before it is allowed.
 bool isAllowed(const Call& call) {
   if (namelessCalls().contains(call.name)) return true;
   const auto fits = [&](const Rule& rule) {
@@ -137,50 +71,8 @@ bool isAllowed(const Call& call) {
   return std::any_of(std::begin(kRules), std::end(kRules), fits);
 }
 
-class ToolWalls : public AttackTest {
+class ToolWalls : public TracedInstall {
  protected:
-  void SetUp() override {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "a sanitized tool makes calls of its own";
-#endif
-    if (::access("/usr/bin/strace", X_OK) != 0) GTEST_SKIP() << "strace is not installed";
-    AttackTest::SetUp();
-  }
-
-  // Something of every kind, and something in the way of each.
-  static void fill(AttackScene& scene, const std::string& target) {
-    scene.addProduct(scene / "source/Nas.app");
-    const std::string inner = scene / "source/Nas.app/Contents/";
-    scene.addLink(inner + "link", "Info.plist", AttackScene::person);
-    scene.addLink(inner + "link2", "nowhere", AttackScene::person);
-    fs::create_hard_link(inner + "Info.plist", inner + "hard");
-    scene.addFile(inner + "big", std::string(3'000'000, 'b'), 0644, AttackScene::person);
-    ASSERT_EQ(::mkfifo((inner + "pipe").c_str(), 0664), 0);
-    scene.addFile(scene / "wrapper/folder/file", "new", 0644, AttackScene::person);
-    scene.addLink(scene / "wrapper/link", "nowhere", AttackScene::person);
-    ASSERT_EQ(::mkfifo((scene / "wrapper/pipe").c_str(), 0664), 0);
-    ASSERT_EQ(::mknod((scene / "wrapper/socket").c_str(), S_IFSOCK | 0664, 0), 0);
-    scene.addFile(scene / (target + "/folder/old"), "old");
-    scene.addLink(scene / (target + "/link"), "Nas.app");
-    scene.addProduct(scene / (target + "/Nas.app"), AttackScene::root);
-  }
-
-  struct Traced {
-    int status = 0;
-    std::vector<Call> calls;
-  };
-  static Traced install(AttackScene& scene, const std::string& target,
-                        const std::vector<std::string>& options = {}) {
-    std::vector<std::string> words{"/usr/bin/strace", "-f", "-qq", "-s", "4096", "-o", scene / "record"};
-    words.insert(words.end(), options.begin(), options.end());
-    for (const std::string& entry : AttackScene::pkexecEnvironment())
-      words.insert(words.end(), {"-E", entry});
-    words.insert(words.end(),
-                 {KT_TRAIN, scene / "source/Nas.app", scene / (target + "/Nas.app"), scene / "wrapper"});
-    const CommandResult result = runCommand(words, {.environment = {"PATH=/usr/bin:/bin"}}, 20);
-    return {.status = result.status, .calls = callsIn(bytesOf(scene / "record"))};
-  }
-
   static void expectAllowed(const Traced& traced) {
     EXPECT_GT(traced.calls.size(), 500U);
     std::set<std::string> complaints;
@@ -229,6 +121,32 @@ TEST_F(ToolWalls, NorDoesOneWithOneCallAfterTheOtherFailing) {
       return std::nullopt;
     });
   }
+}
+
+TEST_F(ToolWalls, TheToolConfinesItselfBeforeItReads) {
+  expectHarmless([](AttackScene& scene) -> Harm {
+    fill(scene, "target");
+    const Traced traced = install(scene, "target");
+    const auto first = [&](const std::string& name, const std::string& arguments) {
+      return std::find_if(traced.calls.begin(), traced.calls.end(), [&](const Call& call) {
+        return call.name == name && call.arguments.find(arguments) != std::string::npos;
+      });
+    };
+    const auto filtered = first("seccomp", "SECCOMP_SET_MODE_FILTER");
+    if (filtered == traced.calls.end()) return "no filter of system calls";
+    // Where the kernel has none, it is asked all the same.
+    const auto asked = first("landlock_create_ruleset", "LANDLOCK_CREATE_RULESET_VERSION");
+    if (asked == traced.calls.end() || asked > filtered) return "no fence is asked for";
+    const bool hasFences = first("landlock_create_ruleset", "handled_access_fs") != traced.calls.end();
+    if (hasFences && first("landlock_restrict_self", "") > filtered) return "no fence before the filter";
+    const bool reads = std::any_of(traced.calls.begin(), filtered, [](const Call& call) {
+      const bool isOpening = call.name == "openat" || call.name == "openat2";
+      const bool onlyNames = call.arguments.find("O_PATH") != std::string::npos;
+      const bool isOfTheScene = std::regex_search(call.arguments, std::regex("/opt/|Nas.app|wrapper"));
+      return isOpening && !onlyNames && isOfTheScene;
+    });
+    return reads ? Harm("reads before") : std::nullopt;
+  });
 }
 
 // The table is worth nothing unless it refuses what must not be.

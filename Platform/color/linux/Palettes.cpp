@@ -9,11 +9,11 @@ struct Tones {
   QRgb window, base, alternate, text, secondary, disabled, button, highlight, mid, link, shadow;
 };
 
-// Text on window and base has a contrast of at least 4.5 : 1, secondary text included.
+// Text on window and base has a contrast of at least 4.5 : 1, secondary text and what stands on the highlight included.
 constexpr Tones kLight = {0xF2F2F4, 0xFFFFFF, 0xF7F7F9, 0x1D1D1F, 0x5C5C63, 0x9A9AA0,
                           0xFBFBFC, 0x2563C9, 0xC9C9CF, 0x1A5FB4, 0x8C8C92};
 constexpr Tones kDark = {0x2B2B2E, 0x1E1E20, 0x252528, 0xF0F0F2, 0xB0B0B8, 0x77777E,
-                         0x3C3C41, 0x3574DB, 0x47474D, 0x7AB0FF, 0x0C0C0D};
+                         0x3C3C41, 0x2E6BD2, 0x47474D, 0x7AB0FF, 0x0C0C0D};
 
 }  // namespace
 

@@ -55,6 +55,7 @@ void Completion::scheduleQuit() {
 void Completion::showFinalMessage(const Text& message) {
   outlets_.cancelButton.setHidden(Hidden::Yes);
   outlets_.installButton.setTitle(services_.strings.localized("OK"));
+  outlets_.installButton.setDescription(services_.strings.localized("Ends the installer"));
   outlets_.pathField.setHidden(Hidden::Yes);
   outlets_.explanationField.setHidden(Hidden::Yes);
   outlets_.messageField.setHidden(Hidden::Yes);

@@ -73,11 +73,29 @@ void InstallerWinController::selectTab(int index) {
   if (arguments_.has(KTInstallerKeyReadMePath)) {
     outlets_.cancelButton.setTitle(strings.localized(index == kReadMePage ? "Cancel" : "Go Back"));
   }
+  describeButtons(index);
+}
+
+// What the buttons will do, for those who hear the window.
+void InstallerWinController::describeButtons(int index) {
+  const LocalizedStrings& strings = services_.strings;
+  const bool goesBack = index != kReadMePage && arguments_.has(KTInstallerKeyReadMePath);
+  outlets_.cancelButton.setDescription(goesBack ? strings.localized("Shows the read-me again")
+                                                : strings.localized("Ends without installing anything"));
+  outlets_.helpButton.setDescription(strings.localized("Opens the documentation"));
+  if (index == kReadMePage)
+    return outlets_.installButton.setDescription(strings.localized("Shows the install page"));
+  const Text name = arguments_.text(KTInstallerKeyProductName).value_or(Text());
+  const Text place = outlets_.pathField.stringValue();
+  outlets_.installButton.setDescription(format(strings.localized("Installs %1$@ to %2$@"), name, place));
 }
 
 void InstallerWinController::install() {
   if (finished()) return services_.application.terminate();
-  if (outlets_.tabView.selectedItem() == kReadMePage) return selectTab(kInstallPage);
+  if (outlets_.tabView.selectedItem() == kReadMePage) {
+    selectTab(kInstallPage);
+    return services_.screenReader.announce(outlets_.introField.stringValue());
+  }
   outlets_.installButton.setEnabled(Enabled::No);
   outlets_.cancelButton.setEnabled(Enabled::No);
   services_.workers.detach([this] { worker_.installThread(); });

@@ -84,6 +84,7 @@ class InstallerWinController {
   [[nodiscard]] bool finished() const { return completion_.finished(); }
 
  private:
+  void describeButtons(int index);
   InstallerServices services_;
   InstallerOutlets outlets_;
   std::vector<Text> argumentList_;

@@ -53,6 +53,8 @@ class Button : public virtual View {
  public:
   [[nodiscard]] virtual Text title() const = 0;
   virtual void setTitle(const Text& title) = 0;
+  // What it will do, in a sentence for those who hear the window; "" for nothing more than its title.
+  virtual void setDescription(const Text& description) = 0;
   [[nodiscard]] virtual Enabled isEnabled() const = 0;
   virtual void setEnabled(Enabled enabled) = 0;
 };

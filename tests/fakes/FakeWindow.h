@@ -104,6 +104,7 @@ class FakeButton : public FakeView, public Button {
     title_ = title;
     record("setTitle", title.bytes());
   }
+  void setDescription(const Text& description) override { description_ = description; }
   Enabled isEnabled() const override { return enabled_; }
   void setEnabled(Enabled enabled) override {
     enabled_ = enabled;
@@ -114,6 +115,7 @@ class FakeButton : public FakeView, public Button {
     if (enabled_ == Enabled::Yes && visible() && onClick) onClick();
   }
   Text title_;
+  Text description_;
   Enabled enabled_ = Enabled::Yes;
   std::function<void()> onClick;
 };

@@ -45,6 +45,10 @@ void QtButton::setTitle(const Text& title) {
   button_.setTitle(forDisplay(title));
 }
 
+void QtButton::setDescription(const Text& description) {
+  button_.setAccessibleDescription(forDisplay(description));
+}
+
 void QtButton::setEnabled(Enabled enabled) {
   if (enabled == Enabled::No) button_.clearFocus();  // or the toolkit hands the keyboard to the next control
   button_.setEnabled(enabled == Enabled::Yes);

@@ -47,6 +47,7 @@ class QtButton : public QtView, public Button {
   QtButton(WindowWidget& window, ActionButton& button);
   Text title() const override { return title_; }
   void setTitle(const Text& title) override;
+  void setDescription(const Text& description) override;
   Enabled isEnabled() const override { return button_.isEnabled() ? Enabled::Yes : Enabled::No; }
   void setEnabled(Enabled enabled) override;
 

@@ -77,6 +77,7 @@ class NullButton : public Button, public NullView {
  public:
   Text title() const override { return {}; }
   void setTitle(const Text&) override {}
+  void setDescription(const Text&) override {}
   Enabled isEnabled() const override { return Enabled::No; }
   void setEnabled(Enabled) override {}
 };

@@ -22,6 +22,29 @@ TEST_F(PageFlow, ContinueLeadsFromTheReadMeToTheInstallPage) {
   EXPECT_TRUE(workers.tasks.empty());
 }
 
+TEST_F(PageFlow, EachButtonSaysWhatItWillDo) {
+  startWithReadMe();
+  EXPECT_EQ(window.installButton.description_, Text("Shows the install page"));
+  EXPECT_EQ(window.cancelButton.description_, Text("Ends without installing anything"));
+  EXPECT_EQ(window.helpButton.description_, Text("Opens the documentation"));
+  window.installButton.click();
+  EXPECT_EQ(window.installButton.description_, Text("Installs Foo to ") + window.pathField.text_);
+  EXPECT_EQ(window.cancelButton.description_, Text("Shows the read-me again"));
+}
+
+TEST_F(PageFlow, ATurnedPageIsAnnouncedWithWhatItSays) {
+  startWithReadMe();
+  EXPECT_TRUE(screenReader.announced.empty());
+  window.installButton.click();
+  EXPECT_EQ(screenReader.announced, std::vector<Text>{window.introField.text_});
+}
+
+TEST_F(PageFlow, WithoutAReadMeTheInstallButtonSaysWhereItInstalls) {
+  start({"-sourcePath", product});
+  EXPECT_EQ(window.installButton.description_, Text("Installs Foo to ") + window.pathField.text_);
+  EXPECT_EQ(window.cancelButton.description_, Text("Ends without installing anything"));
+}
+
 TEST_F(PageFlow, GoBackLeadsToTheReadMeAndCancelThenQuits) {
   startWithReadMe();
   window.installButton.click();

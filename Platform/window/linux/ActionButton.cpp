@@ -1,6 +1,7 @@
 #include "Platform/window/linux/ActionButton.h"
 
 #include <QFocusEvent>
+#include <QGuiApplication>
 #include <QPainter>
 #include <algorithm>
 
@@ -22,13 +23,20 @@ ActionButton::ActionButton(Shape shape, QWidget* parent) : QPushButton(parent), 
 
 void ActionButton::setTitle(const QString& title) {
   title_ = title;
-  setText(QString(title).replace(u'&', QStringLiteral("&&")));
+  setMnemonic({});
   updateGeometry();
 }
 
+void ActionButton::setMnemonic(QChar letter) {
+  const qsizetype at = letter.isNull() ? -1 : title_.indexOf(letter);
+  const auto escaped = [](QString part) { return part.replace(u'&', QStringLiteral("&&")); };
+  setText(at < 0 ? escaped(title_) : escaped(title_.left(at)) + u'&' + escaped(title_.mid(at)));
+}
+
 QSize ActionButton::sizeHint() const {
-  if (shape_ == Shape::Round) return {kRoundSide, kRoundSide};
   const QFontMetrics metrics(font());
+  const int side = std::max(kRoundSide, metrics.height() + 14);
+  if (shape_ == Shape::Round) return {side, side};
   return {std::max(kLeastWidth, metrics.horizontalAdvance(title_) + 42),
           std::max(kLeastHeight, metrics.height() + 18)};
 }
@@ -50,7 +58,8 @@ ActionButton::Colors ActionButton::colors() const {
   if (isDown()) {
     found.face = found.face.darker(dark ? 125 : 112);
   } else if (underMouse() && isEnabled()) {
-    found.face = dark ? found.face.lighter(115) : found.face.darker(stands ? 108 : 104);
+    // White text stands out the less, the lighter the highlight is.
+    found.face = dark && !stands ? found.face.lighter(115) : found.face.darker(stands ? 108 : 104);
   }
   if (!isEnabled()) found.face.setAlphaF(0.5F);
   return found;
@@ -67,7 +76,8 @@ void ActionButton::paintEvent(QPaintEvent*) {
   }
   const qreal radius = shape_ == Shape::Round ? frame.height() / 2.0 : kRadius;
   if (showsFocus_ && hasFocus()) {
-    painter.setPen(QPen(palette().color(QPalette::Highlight), 2.0));
+    // The color of links: the highlight does not stand out enough from a dark window.
+    painter.setPen(QPen(palette().color(QPalette::Link), 2.0));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(frame.adjusted(1, 1, -1, -1), radius, radius);
   }
@@ -76,7 +86,8 @@ void ActionButton::paintEvent(QPaintEvent*) {
   painter.setBrush(tones.face);
   painter.drawRoundedRect(face, std::max(radius - 2.5, 0.0), std::max(radius - 2.5, 0.0));
   painter.setPen(tones.text);
-  painter.drawText(face, Qt::AlignCenter | Qt::TextHideMnemonic, text());
+  const bool isAltHeld = QGuiApplication::keyboardModifiers().testFlag(Qt::AltModifier);
+  painter.drawText(face, Qt::AlignCenter | (isAltHeld ? Qt::TextShowMnemonic : Qt::TextHideMnemonic), text());
 }
 
 }  // namespace halvorn

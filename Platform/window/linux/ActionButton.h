@@ -14,6 +14,8 @@ class ActionButton : public QPushButton {
   // Shows the title as it stands: an ampersand is an ampersand.
   void setTitle(const QString& title);
   [[nodiscard]] const QString& title() const { return title_; }
+  // A letter of the title that presses it together with Alt; null for none. Underlined while Alt is held.
+  void setMnemonic(QChar letter);
 
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }

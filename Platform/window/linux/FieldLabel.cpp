@@ -4,10 +4,28 @@
 #include <QResizeEvent>
 #include <QStyle>
 #include <algorithm>
+#include <utility>
 
 #include "Platform/color/linux/QtGraphicsContext.h"
 
 namespace halvorn {
+namespace {
+
+constexpr int kWidestLine = 90;  // average characters; longer lines are hard to follow to the next one
+constexpr qsizetype kLongestLaidOut = 4096;
+
+bool continuesCharacter(QChar unit) { return unit.isLowSurrogate() || unit.isMark(); }
+
+// The text with that many units kept, half of them from each end; no character is cut in two.
+QString withMiddleElided(const QString& text, qsizetype kept) {
+  qsizetype head = kept / 2;
+  qsizetype tail = text.size() - (kept - head);
+  while (head > 0 && continuesCharacter(text.at(head))) --head;
+  while (tail < text.size() && continuesCharacter(text.at(tail))) ++tail;
+  return text.left(head) + u'\u2026' + text.mid(tail);
+}
+
+}  // namespace
 
 FieldLabel::FieldLabel(QWidget* parent) : QLabel(parent) {
   setTextFormat(Qt::PlainText);
@@ -22,6 +40,11 @@ void FieldLabel::setMaximumLines(int lines) {
   lines_.clear();
 }
 
+void FieldLabel::setLoses(Loses part) {
+  loses_ = part;
+  lines_.clear();
+}
+
 void FieldLabel::setLeftToRightText(bool leftToRight) {
   leftToRightText_ = leftToRight;
   lines_.clear();
@@ -31,6 +54,7 @@ void FieldLabel::setFieldText(const QString& text) {
   lines_.clear();
   setText(text);
   setToolTip({});
+  if (isVisible()) tellWhatIsLost();
   updateGeometry();
   update();
 }
@@ -40,21 +64,39 @@ void FieldLabel::setTextColor(const ColorPointer& color) {
   update();
 }
 
-const FieldLabel::Lines& FieldLabel::linesFor(int width) const {
+const FieldLabel::Lines& FieldLabel::linesFor(int given) const {
   constexpr qsizetype kWidthsKept = 8;
+  const int width = std::min(given, fontMetrics().averageCharWidth() * kWidestLine);
   const auto known = lines_.constFind(width);
   if (known != lines_.constEnd()) return *known;
   if (lines_.size() == kWidthsKept) lines_.clear();
-  return *lines_.insert(width, brokenFor(width));
+  Lines lines = brokenFor(text(), width);
+  if (lines.cut && loses_ == Loses::Middle) lines = withoutMiddle(width);
+  return *lines_.insert(width, std::move(lines));
 }
 
-FieldLabel::Lines FieldLabel::brokenFor(int width) const {
+// With as much of both ends as the lines hold.
+FieldLabel::Lines FieldLabel::withoutMiddle(int width) const {
+  const QString whole = text().size() <= kLongestLaidOut
+                            ? text()
+                            : text().left(kLongestLaidOut / 2) + text().right(kLongestLaidOut / 2);
+  qsizetype fits = 0;
+  for (qsizetype step = kLongestLaidOut; step > 0; step /= 2) {
+    const qsizetype kept = fits + step;
+    if (kept < whole.size() && !brokenFor(withMiddleElided(whole, kept), width).cut) fits = kept;
+  }
+  Lines lines = brokenFor(withMiddleElided(whole, fits), width);
+  lines.cut = true;
+  return lines;
+}
+
+FieldLabel::Lines FieldLabel::brokenFor(const QString& text, int width) const {
   Lines lines;
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   option.setTextDirection(leftToRightText_ ? Qt::LeftToRight : layoutDirection());
   const QFontMetrics metrics(font());
-  const QStringList paragraphs = text().split(u'\n');
+  const QStringList paragraphs = text.split(u'\n');
   for (qsizetype i = 0; i < paragraphs.size(); ++i) {
     const QString& paragraph = paragraphs.at(i);
     QTextLayout layout(paragraph, font());
@@ -70,7 +112,7 @@ FieldLabel::Lines FieldLabel::brokenFor(int width) const {
         line.setLineWidth(width);
         lines.cut = line.textLength() < rest.size() || i + 1 < paragraphs.size();
         const QString last = lines.cut && line.textLength() == rest.size() ? rest + u'\u2026' : rest;
-        lines.texts << metrics.elidedText(last.left(4096), Qt::ElideRight, width);
+        lines.texts << metrics.elidedText(last.left(kLongestLaidOut), Qt::ElideRight, width);
         return lines;
       }
       line.setLineWidth(width);
@@ -91,7 +133,7 @@ int FieldLabel::heightForWidth(int width) const {
 QSize FieldLabel::sizeHint() const {
   const QFontMetrics metrics(font());
   int widest = 0;
-  for (const QString& paragraph : text().left(4096).split(u'\n')) {
+  for (const QString& paragraph : text().left(kLongestLaidOut).split(u'\n')) {
     widest = std::max(widest, metrics.horizontalAdvance(paragraph));
   }
   const int width = std::min(widest + 2, metrics.averageCharWidth() * 56);
@@ -105,7 +147,11 @@ QSize FieldLabel::minimumSizeHint() const {
 
 void FieldLabel::resizeEvent(QResizeEvent* event) {
   QLabel::resizeEvent(event);
-  setToolTip(linesFor(std::max(event->size().width(), 1)).cut ? text().left(4096) : QString());
+  tellWhatIsLost();
+}
+
+void FieldLabel::tellWhatIsLost() {
+  setToolTip(linesFor(std::max(width(), 1)).cut ? text().left(kLongestLaidOut) : QString());
 }
 
 void FieldLabel::changeEvent(QEvent* event) {

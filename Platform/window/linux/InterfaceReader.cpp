@@ -1,6 +1,8 @@
 #include "Platform/window/linux/InterfaceReader.h"
 
 #include <QBoxLayout>
+#include <QDialogButtonBox>
+#include <QStyle>
 #include <QTabWidget>
 #include <QXmlStreamReader>
 #include <initializer_list>
@@ -8,7 +10,9 @@
 #include "Core/Format.h"
 #include "Platform/window/linux/ActionButton.h"
 #include "Platform/window/linux/FieldLabel.h"
+#include "Platform/window/linux/PageScroller.h"
 #include "Platform/window/linux/QtText.h"
+#include "Platform/window/linux/RowOrColumn.h"
 #include "Platform/window/linux/Spinner.h"
 #include "Platform/window/linux/pictures/PictureLabel.h"
 #include "Platform/window/linux/readme/DocumentView.h"
@@ -17,6 +21,21 @@ namespace halvorn {
 namespace {
 
 constexpr int kDeepest = 16;
+
+// Where "Cancel" stands at the edge of a window, and what it cancels before it.
+bool actionStandsFirst(const QWidget& window) {
+  return window.style()->styleHint(QStyle::SH_DialogButtonLayout) == QDialogButtonBox::KdeLayout;
+}
+
+// In the other order, for the eye and for the Tab key.
+void turnAround(QBoxLayout& box) {
+  for (int last = box.count() - 1, at = 0; at < last; ++at) box.insertItem(last - at, box.takeAt(0));
+  for (int at = 0; at + 1 < box.count(); ++at) {
+    QWidget* one = box.itemAt(at)->widget();
+    QWidget* next = box.itemAt(at + 1)->widget();
+    if (one != nullptr && next != nullptr) QWidget::setTabOrder(one, next);
+  }
+}
 
 class Reader {
  public:
@@ -92,8 +111,10 @@ void Reader::place(QBoxLayout* into, QWidget* widget, Qt::Alignment alignment) {
 }
 
 void Reader::readBox(QBoxLayout* into, QBoxLayout::Direction direction) {
-  if (!known({"spacing", "margins", "stretch"})) return;
-  auto* box = new QBoxLayout(direction);
+  if (!known({"spacing", "margins", "stretch", "stacksBelow", "order"})) return;
+  const bool asTheDesktop = value("order") == u"desktop";
+  const bool stacks = !value("stacksBelow").isEmpty();
+  QBoxLayout* box = stacks ? new RowOrColumn(number("stacksBelow", 0)) : new QBoxLayout(direction);
   box->setSpacing(number("spacing", 8));
   box->setContentsMargins(0, 0, 0, 0);
   const QStringList margins = value("margins").split(u' ', Qt::SkipEmptyParts);
@@ -102,6 +123,7 @@ void Reader::readBox(QBoxLayout* into, QBoxLayout::Direction direction) {
   }
   into->addLayout(box, number("stretch", 0));
   readChildren(box);
+  if (asTheDesktop && actionStandsFirst(*window_)) turnAround(*box);
 }
 
 void Reader::readSpace(QBoxLayout* into) {
@@ -126,15 +148,20 @@ void Reader::readTabView(QBoxLayout* into) {
 }
 
 void Reader::readPage(QTabWidget* tabs) {
-  if (!known({"title", "focus"})) return;
+  if (!known({"title", "focus", "scrolls"})) return;
   auto* page = new QWidget;
   page->setBackgroundRole(QPalette::Base);
   page->setAutoFillBackground(true);
   auto* layout = new QVBoxLayout(page);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
-  tabs->addTab(page, localized("title"));
+  const QString title = localized("title");
   window_->addPage(page, value("focus"));
+  if (value("scrolls") == u"yes") {
+    tabs->addTab(new PageScroller(page), title);
+  } else {
+    tabs->addTab(page, title);
+  }
   readChildren(layout);
 }
 
@@ -146,6 +173,7 @@ void Reader::readTextField(QBoxLayout* into) {
   if (style == u"title") {
     font.setPointSizeF(font.pointSizeF() * 1.8);
     font.setWeight(QFont::DemiBold);
+    field->setLoses(FieldLabel::Loses::Middle);
   } else if (style == u"lead") {
     font.setPointSizeF(font.pointSizeF() * 1.15);
   } else if (style == u"caption") {
@@ -155,6 +183,7 @@ void Reader::readTextField(QBoxLayout* into) {
     field->setForegroundRole(QPalette::PlaceholderText);
   } else if (style == u"path") {
     field->setLeftToRightText(true);
+    field->setLoses(FieldLabel::Loses::Middle);
   } else if (style == u"emphasized") {
     font.setWeight(QFont::DemiBold);
   } else if (!style.isEmpty()) {
@@ -176,7 +205,7 @@ void Reader::readImageView(QBoxLayout* into) {
   if (const Text name = toText(value("image")); !name.isEmpty()) {
     view->setImageSource([find = imageNamed_, name] { return find(name); });
   }
-  place(into, view, Qt::AlignTop);
+  place(into, view, Qt::AlignTop | Qt::AlignLeading);
   if (value("hidden") == u"yes") view->hide();
   xml_.skipCurrentElement();
 }
@@ -255,7 +284,7 @@ ReadInterface Reader::read() {
     if (known({"id", "title", "width", "height", "visibleAtLaunch"})) {
       window_->setWindowTitle(localized("title"));
       window_->visibleAtLaunch = value("visibleAtLaunch") == u"yes";
-      window_->resize(number("width", 640), number("height", 420));
+      window_->setWantedSize({number("width", 640), number("height", 420)});
       auto* layout = new QVBoxLayout(window_.get());
       layout->setContentsMargins(0, 0, 0, 0);
       layout->setSpacing(0);

@@ -42,15 +42,19 @@ class EventWatch : public QObject {
     return type == QEvent::KeyPress || type == QEvent::MouseButtonPress ||
            type == QEvent::MouseButtonRelease || type == QEvent::TouchBegin || type == QEvent::TouchEnd;
   }
+  static bool isAltItself(const QEvent& event) {
+    return event.type() == QEvent::KeyPress && static_cast<const QKeyEvent&>(event).key() == Qt::Key_Alt;
+  }
   bool eventFilter(QObject*, QEvent* event) override {
     // The session manager's word. The toolkit would ask the windows first, and stay when one refuses.
     if (event->type() == QEvent::Quit) {
       if (askedToQuit) askedToQuit();
       return true;
     }
+    if (event->type() == QEvent::Shortcut) optionKey_ = false;  // Alt belongs to the letter of the button
     if (isDeed(event->type())) {
       const auto* deed = static_cast<QInputEvent*>(event);
-      optionKey_ = deed->modifiers().testFlag(Qt::AltModifier);
+      optionKey_ = deed->modifiers().testFlag(Qt::AltModifier) && !isAltItself(*event);
       // The toolkit hands the server's 32 bits through; what programs make up themselves has none.
       if (deed->timestamp() != 0) deedTime_ = static_cast<std::uint32_t>(deed->timestamp());
     } else if (event->type() == QEvent::Paint) {

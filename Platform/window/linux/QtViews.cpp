@@ -23,6 +23,7 @@ void QtView::setHidden(Hidden hidden) {
   if (!visible) widget_.clearFocus();  // or the toolkit hands the keyboard to the next control
   widget_.setVisible(visible);
   for (QWidget* caption : window_.followersOf(&widget_)) caption->setVisible(visible);
+  window_.assignMnemonics();
   if (!window_.isVisible()) return;
   window_.restoreFocus();
   window_.fitTexts();
@@ -43,6 +44,7 @@ QtButton::QtButton(WindowWidget& window, ActionButton& button)
 void QtButton::setTitle(const Text& title) {
   title_ = title;
   button_.setTitle(forDisplay(title));
+  window_.assignMnemonics();
 }
 
 void QtButton::setDescription(const Text& description) {
@@ -91,8 +93,9 @@ void QtWindow::center() {
   if (screen == nullptr) return;
   widget_.fitTexts();
   const QRect space = screen->availableGeometry();
-  const QRect frame = widget_.frameGeometry();
-  widget_.move(space.center() - QPoint(frame.width() / 2, frame.height() / 2));
+  const QSize whole = widget_.size().grownBy(widget_.frameAround());
+  const QSize left = (space.size() - whole).expandedTo({0, 0});
+  widget_.move(space.topLeft() + QPoint(left.width() / 2, left.height() / 2));
 }
 
 void QtWindow::makeKeyAndOrderFront() {

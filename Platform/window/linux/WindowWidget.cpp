@@ -4,9 +4,22 @@
 #include <QKeyEvent>
 #include <QLayout>
 #include <QScreen>
+#include <QTabWidget>
 #include <algorithm>
+#include <vector>
+
+#include "Platform/window/linux/ActionButton.h"
+#include "Platform/window/linux/Mnemonics.h"
+#include "Platform/window/linux/PageScroller.h"
 
 namespace halvorn {
+namespace {
+
+constexpr QMargins kUsualFrame{6, 40, 6, 6};
+constexpr qreal kWantedFontSize = 10.0;
+constexpr qreal kWidest = 2.0;  // times what is wanted; lines would be hard to follow
+
+}  // namespace
 
 WindowWidget::WindowWidget() : QWidget(nullptr, Qt::Window) {}
 
@@ -41,8 +54,27 @@ void WindowWidget::restoreFocus() {
   focusPage(page_);
 }
 
+QMargins WindowWidget::frameAround() const {
+  const QRect inside = geometry();
+  const QRect whole = frameGeometry();
+  if (inside == whole) return kUsualFrame;
+  return {inside.left() - whole.left(), inside.top() - whole.top(), whole.right() - inside.right(),
+          whole.bottom() - inside.bottom()};
+}
+
+QSize WindowWidget::room() const { return screen()->availableGeometry().size().shrunkBy(frameAround()); }
+
+void WindowWidget::takeWantedSize() {
+  if (wanted_.isEmpty()) return;
+  const QSize most = room();
+  const qreal larger = std::clamp(font().pointSizeF() / kWantedFontSize, 1.0, kWidest);
+  resize(std::min(qRound(wanted_.width() * larger), most.width()), std::min(wanted_.height(), most.height()));
+  wanted_ = {};
+}
+
 void WindowWidget::fitTexts() {
   if (layout() == nullptr || pages_.isEmpty()) return;
+  takeWantedSize();
   layout()->activate();
   // All pages, so that the window does not jump when another one is chosen.
   int missing = 0;
@@ -51,27 +83,76 @@ void WindowWidget::fitTexts() {
     page->layout()->activate();
     missing = std::max(missing, page->layout()->totalHeightForWidth(width()) - tabs->height());
   }
-  const int most = screen()->availableGeometry().height();
-  if (missing > 0) resize(width(), std::min(height() + missing, most));
+  if (missing > 0) resize(width(), std::min(height() + missing, room().height()));
+  if (isVisible()) keepInWorkArea();
 }
 
-void WindowWidget::keyPressEvent(QKeyEvent* event) {
-  QAbstractButton* button = nullptr;
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) button = returnButton_;
-  if (event->key() == Qt::Key_Escape) button = escapeButton_;
-  if (button == nullptr) {
-    QWidget::keyPressEvent(event);
-    return;
+// Where it grew past the lower edge.
+void WindowWidget::keepInWorkArea() {
+  const QRect space = screen()->availableGeometry();
+  const QRect whole = frameGeometry();
+  if (whole.bottom() <= space.bottom()) return;
+  move(whole.x(), std::max(space.top(), space.bottom() + 1 - whole.height()));
+}
+
+void WindowWidget::assignMnemonics() {
+  QList<ActionButton*> shown;
+  QStringList titles;
+  for (ActionButton* button : findChildren<ActionButton*>()) {
+    if (button->isHidden()) continue;
+    shown << button;
+    titles << button->title();
   }
+  const std::vector<QChar> letters = mnemonicsFor(titles);
+  for (qsizetype i = 0; i < shown.size(); ++i) shown[i]->setMnemonic(letters[static_cast<std::size_t>(i)]);
+}
+
+bool WindowWidget::pressKeyButton(int key) {
+  QAbstractButton* button = nullptr;
+  if (key == Qt::Key_Return || key == Qt::Key_Enter) button = returnButton_;
+  if (key == Qt::Key_Escape) button = escapeButton_;
+  if (button == nullptr) return false;
   // A button that has the keyboard is the one that Return presses.
   auto* focused = dynamic_cast<QAbstractButton*>(focusWidget());
   if (button == returnButton_ && focused != nullptr && focused->isVisible()) button = focused;
   if (button->isVisible() && button->isEnabled()) button->click();
+  return true;
+}
+
+// What people try in any window.
+bool WindowWidget::performShortcut(const QKeyEvent& event) {
+  const bool withControl = event.modifiers() == Qt::ControlModifier;
+  if (withControl && (event.key() == Qt::Key_Q || event.key() == Qt::Key_W)) return close(), true;
+  if (event.key() == Qt::Key_F1) {
+    auto* help = find<QAbstractButton>(QStringLiteral("helpButton"));
+    if (help != nullptr && help->isVisible() && help->isEnabled()) help->click();
+    return true;
+  }
+  const auto* tabs = find<QTabWidget>(QStringLiteral("tabView"));
+  auto* page = tabs != nullptr ? dynamic_cast<PageScroller*>(tabs->currentWidget()) : nullptr;
+  return page != nullptr && page->scrollBy(event.key());
+}
+
+void WindowWidget::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Alt) update();  // the letters under the titles
+  if (!pressKeyButton(event->key()) && !performShortcut(*event)) QWidget::keyPressEvent(event);
+}
+
+void WindowWidget::keyReleaseEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Alt) update();
+  QWidget::keyReleaseEvent(event);
 }
 
 void WindowWidget::closeEvent(QCloseEvent* event) {
   event->accept();
   if (closed) closed();
+}
+
+// What is narrower is higher: everything can still be reached.
+void WindowWidget::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (layout() != nullptr)
+    setMinimumHeight(std::min(layout()->totalMinimumHeightForWidth(width()), room().height()));
 }
 
 void WindowWidget::showEvent(QShowEvent* event) {

@@ -29,12 +29,18 @@ class WindowWidget : public QWidget {
   // The next page of the tab view, and the id of what has the keyboard when it is chosen.
   void addPage(QWidget* page, const QString& focusId);
   void focusPage(int page);
+  // Gives the buttons that are shown letters of their own; to be called when one changes.
+  void assignMnemonics();
   // The caption is shown when the view of that id is.
   void addFollower(const QString& id, QWidget* caption) { followers_.insert(id, caption); }
   [[nodiscard]] QList<QWidget*> followersOf(const QWidget* widget) const;
 
-  // Makes the window higher where its texts need that, as far as the screen goes.
+  // In points of a font of ten points; a larger font makes the window wider.
+  void setWantedSize(const QSize& size) { wanted_ = size; }
+  // Makes the window higher where its texts need that, as far as the work area goes, frame and all.
   void fitTexts();
+  // What stands around the window, or will as windows go, as long as that is not known.
+  [[nodiscard]] QMargins frameAround() const;
   // Gives the keyboard back to the page's first control when nothing has it (its
   // control was disabled or hidden).
   void restoreFocus();
@@ -45,10 +51,19 @@ class WindowWidget : public QWidget {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
+  bool pressKeyButton(int key);
+  bool performShortcut(const QKeyEvent& event);
+  [[nodiscard]] QSize room() const;
+  void takeWantedSize();
+  void keepInWorkArea();
+
+  QSize wanted_;  // empty once it has been taken
   QHash<QString, QWidget*> widgets_;
   QMultiHash<QString, QWidget*> followers_;
   QList<QWidget*> pages_;

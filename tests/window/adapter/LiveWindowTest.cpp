@@ -50,6 +50,27 @@ TEST_F(WindowOnADesktop, TheOptionKeyIsSeenWithTheEventThatItWasHeldFor) {
   EXPECT_TRUE(eventually([&] { return ask("option") == "no option"; }));
 }
 
+TEST_F(WindowOnADesktop, AltAndItsLetterPressAButtonAndAreNoOptionKey) {
+  key("alt+c");
+  EXPECT_TRUE(said("action cancel:"));
+  key("alt+i");
+  EXPECT_TRUE(said("action install:"));
+  EXPECT_EQ(times(": option"), 0) << probe_->output();
+}
+
+TEST_F(WindowOnADesktop, ControlAndQCloseIt) {
+  key("ctrl+q");
+  EXPECT_TRUE(said("closed"));
+}
+
+TEST_F(WindowOnADesktop, WithItsFrameItStaysWithinTheWorkArea) {
+  tell({"state names", "set explanationField " + std::string(3000, 'w'), "window center"});
+  EXPECT_TRUE(eventually([&] { return ask("judge") == "no finding"; })) << ask("judge");
+  // Where it stood low, and then had more to say.
+  tell({"state install", "window center", "set explanationField " + std::string(3000, 'w')});
+  EXPECT_TRUE(eventually([&] { return ask("judge") == "no finding"; })) << ask("judge");
+}
+
 TEST_F(WindowOnADesktop, TabWalksThroughTheControls) {
   EXPECT_EQ(ask("focus"), "focus installButton");
   for (const char* next : {"helpButton", "cancelButton", "installButton"}) {

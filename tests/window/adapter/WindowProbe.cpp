@@ -5,7 +5,7 @@
 //
 //   set FIELD TEXT | title BUTTON TEXT | enable BUTTON | disable BUTTON | hide VIEW | show VIEW | image VIEW
 //   PATH aqua VIEW | inherit VIEW | document PATH | select INDEX | spin | stop | window CALL | windowTitle
-//   TEXT icon PATH | sheet ICON | announce TEXT | screenshot PATH | option | terminate
+//   TEXT icon PATH | sheet ICON | announce TEXT | screenshot PATH | option | state NAME | judge | places | terminate
 //
 // "\n" in a text is a line end. Each command is answered by "done".
 
@@ -27,6 +27,8 @@
 #include "Platform/window/linux/QtScreenReader.h"
 #include "Platform/window/linux/WindowWidget.h"
 #include "Platform/window/linux/pictures/QtImages.h"
+#include "tests/window/adapter/ProbeStates.h"
+#include "tests/window/adapter/WindowJudge.h"
 
 namespace halvorn {
 namespace {
@@ -35,8 +37,12 @@ void say(const std::string& line) { std::cout << line << std::endl; }
 
 class Probe {
  public:
-  Probe(QtApplication& application, Images& images, InstallerWindow& window)
-      : application_(application), images_(images), window_(window), outlets_(window.outlets()) {
+  Probe(QtApplication& application, Images& images, InstallerWindow& window, const LocalizedStrings& strings)
+      : application_(application),
+        images_(images),
+        window_(window),
+        outlets_(window.outlets()),
+        states_(outlets_, strings, images, alerts_, KT_SOURCE_DIR "/tests/data/window") {
     window_.setActions({.install = [this] { report("install:"); },
                         .cancel = [this] { report("cancel:"); },
                         .openDocumentation = [this] { report("openDocumentation:"); },
@@ -109,6 +115,9 @@ class Probe {
     if (verb == "where") where(rest);
     if (verb == "focus") say("focus " + focus());
     if (verb == "option") say(application_.currentEventHasOptionKey() ? "option" : "no option");
+    if (verb == "state") state(rest);
+    if (verb == "judge") judge();
+    if (verb == "places") places();
     if (verb == "terminate") application_.terminate();
     if (verb != "window") return;
     if (rest == "show") outlets_.tabView.showWithoutTabsAndBorder();
@@ -128,6 +137,44 @@ class Probe {
     alert.buttonTitles = {"Quit", "Visit Archive"};
     alert.icon = images_.imageNamed(Text(icon));
     alerts_.beginSheet(alert, [](int code) { say("sheet ended " + std::to_string(code)); });
+  }
+
+  void state(const std::string& name) {
+    (void)states_.show(name);
+    const bool focuses = name.rfind("focus-", 0) == 0;
+    if (focuses) {
+      const std::string id = name.substr(6) + "Button";
+      window_.widget().find<QWidget>(QString::fromStdString(id))->setFocus(Qt::TabFocusReason);
+    }
+  }
+
+  // With the frame that window managers have around windows, where there is no window manager.
+  void judge() {
+    constexpr QMargins kFrame(1, 30, 1, 1);
+    QCoreApplication::processEvents();
+    std::string all;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (!window->isVisible() || window->windowType() == Qt::ToolTip) continue;
+      for (const std::string& finding : findingsIn(*window, kFrame))
+        all += (all.empty() ? "" : " | ") + finding;
+    }
+    say(all.empty() ? "no finding" : all);
+  }
+
+  // Where what is shown stands: "id leading-edge top width height", the leading edge being where reading begins.
+  void places() {
+    const QWidget& window = window_.widget();
+    std::string all;
+    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+      if (widget->objectName().isEmpty() || !widget->isVisible()) continue;
+      const QRect place(widget->mapTo(&window, QPoint(0, 0)), widget->size());
+      const int leading = window.isRightToLeft() ? window.width() - 1 - place.right() : place.left();
+      all += widget->objectName().toStdString();
+      for (const int number : {leading, place.top(), place.width(), place.height()})
+        all += " " + std::to_string(number);
+      all += "; ";
+    }
+    say(all);
   }
 
   // The middle of a control on the screen.
@@ -155,6 +202,7 @@ class Probe {
   InstallerOutlets outlets_;
   QtAlerts alerts_{window_};
   QtScreenReader reader_{window_};
+  ProbeStates states_;
 };
 
 std::optional<InterfaceStyle> styleNamed(const std::string& name) {
@@ -166,6 +214,11 @@ std::optional<InterfaceStyle> styleNamed(const std::string& name) {
 int run(const std::string& program, const std::string& bundle, const std::string& language,
         const std::string& style) {
   QtApplication application{Text(program)};
+  if (const int points = qEnvironmentVariableIntValue("KT_PROBE_POINTS"); points > 0) {
+    QFont font = QApplication::font();
+    font.setPointSize(points);
+    QApplication::setFont(font);
+  }
   DesktopAppearance appearance(styleNamed(style));
   appearance.changed = [&] { say(appearance.style() == InterfaceStyle::Dark ? "dark" : "light"); };
   const LinuxLocalizedStrings strings(Text(bundle), {Text(language)});
@@ -174,7 +227,7 @@ int run(const std::string& program, const std::string& bundle, const std::string
   const auto loaded =
       InstallerWindow::load(Paths::appending(resources, "InstallerWindow.xml"), strings, images);
   if (!loaded.window) return say(loaded.problem.bytes()), 1;
-  Probe probe(application, images, *loaded.window);
+  Probe probe(application, images, *loaded.window, strings);
   std::binary_semaphore obeyed(0);  // a command may turn the event loop; the next one waits until it is done
   std::thread reader([&] {
     for (std::string line; std::getline(std::cin, line); obeyed.acquire()) {

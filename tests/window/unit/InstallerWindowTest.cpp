@@ -3,13 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QProxyStyle>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <fstream>
 #include <string>
 
-#include "Platform/window/linux/FieldLabel.h"
+#include "Platform/window/linux/ActionButton.h"
 #include "Platform/window/linux/QtText.h"
 #include "Platform/window/linux/WindowWidget.h"
 #include "Platform/window/linux/pictures/QtImages.h"
@@ -119,6 +123,102 @@ TEST_F(InstallerWindowDescription, TheWindowGrowsWithItsTexts) {
   EXPECT_GT(loaded.window->widget().height(), before);
 }
 
+TEST_F(InstallerWindowDescription, ThePageKeysScrollAPageThatIsTooHigh) {
+  const auto loaded = loadReal();
+  const InstallerOutlets outlets = loaded.window->outlets();
+  outlets.explanationField.setStringValue(Text(std::string(9000, 'w')));
+  loaded.window->showIfVisibleAtLaunch();
+  outlets.tabView.selectItem(1);
+  QApplication::processEvents();
+  auto* page = loaded.window->widget().findChild<QScrollArea*>();
+  ASSERT_NE(page, nullptr);
+  const auto press = [&](Qt::Key key) {
+    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(loaded.window->widget().find<QWidget>(QStringLiteral("installButton")), &event);
+    return page->verticalScrollBar()->value();
+  };
+  const int end = page->verticalScrollBar()->maximum();
+  ASSERT_GT(end, 100);
+  EXPECT_GT(press(Qt::Key_PageDown), 50);
+  EXPECT_EQ(press(Qt::Key_PageUp), 0);
+  EXPECT_EQ(press(Qt::Key_End), end);
+  EXPECT_EQ(press(Qt::Key_Home), 0);
+}
+
+TEST_F(InstallerWindowDescription, TheKeysOfAnyWindowWorkHereToo) {
+  const auto loaded = loadReal();
+  std::string done;
+  loaded.window->setActions({.install = [] {},
+                             .cancel = [] {},
+                             .openDocumentation = [&] { done += "help "; },
+                             .windowClosed = [&] { done += "closed "; },
+                             .openLink = [](const Text&) {},
+                             .openReadMe = [] {}});
+  loaded.window->showIfVisibleAtLaunch();
+  const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QKeyEvent event(QEvent::KeyPress, key, modifiers);
+    QApplication::sendEvent(loaded.window->widget().find<QWidget>(QStringLiteral("readMeTextView")), &event);
+  };
+  press(Qt::Key_F1, Qt::NoModifier);
+  EXPECT_EQ(done, "help ");
+  loaded.window->outlets().helpButton.setHidden(Hidden::Yes);
+  press(Qt::Key_F1, Qt::NoModifier);
+  EXPECT_EQ(done, "help ") << "there is none";
+  press(Qt::Key_Q, Qt::NoModifier);
+  EXPECT_EQ(done, "help ");
+  press(Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_EQ(done, "help closed ");
+  loaded.window->widget().show();
+  press(Qt::Key_W, Qt::ControlModifier);
+  EXPECT_EQ(done, "help closed closed ");
+}
+
+TEST_F(InstallerWindowDescription, ButtonsHaveLettersOfTheirOwnThatPressThem) {
+  const auto loaded = loadReal();
+  const InstallerOutlets outlets = loaded.window->outlets();
+  auto* install = loaded.window->widget().find<ActionButton>(QStringLiteral("installButton"));
+  auto* cancel = loaded.window->widget().find<ActionButton>(QStringLiteral("cancelButton"));
+  outlets.cancelButton.setTitle("Stop");
+  outlets.installButton.setTitle("Start & go");
+  EXPECT_EQ(cancel->text(), QStringLiteral("&Stop"));
+  EXPECT_EQ(install->text(), QStringLiteral("Start && &go")) << "the first letter of a word";
+  EXPECT_EQ(install->shortcut(), QKeySequence(Qt::ALT | Qt::Key_G));
+  outlets.cancelButton.setHidden(Hidden::Yes);
+  EXPECT_EQ(install->text(), QStringLiteral("&Start && go")) << "the other one does not need it any more";
+  EXPECT_EQ(outlets.installButton.title(), Text("Start & go"));
+}
+
+// A desktop that has its own order of buttons.
+class ActionFirstStyle : public QProxyStyle {
+ public:
+  ActionFirstStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    if (hint == SH_DialogButtonLayout) return QDialogButtonBox::KdeLayout;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
+
+TEST_F(InstallerWindowDescription, ButtonsStandInTheOrderOfTheDesktop) {
+  const auto cancelIsFirst = [this] {
+    const auto loaded = loadReal();
+    loaded.window->showIfVisibleAtLaunch();
+    QApplication::processEvents();
+    const auto x = [&](const char* id) {
+      return loaded.window->widget()
+          .find<QWidget>(QLatin1String(id))
+          ->mapTo(&loaded.window->widget(), QPoint(0, 0))
+          .x();
+    };
+    EXPECT_NE(x("cancelButton"), x("installButton"));
+    return x("cancelButton") < x("installButton");
+  };
+  EXPECT_TRUE(cancelIsFirst());
+  QApplication::setStyle(new ActionFirstStyle);
+  EXPECT_FALSE(cancelIsFirst());
+  QApplication::setStyle(QStringLiteral("fusion"));
+}
+
 TEST_F(InstallerWindowDescription, RightToLeftComesFromTheTable) {
   strings_.translations = {{"LayoutDirection", "RTL"}};
   const auto loaded = loadReal();
@@ -133,25 +233,6 @@ TEST_F(InstallerWindowDescription, TheMenuOfTheReadMeIsTranslated) {
   EXPECT_EQ(QCoreApplication::translate("QWidgetTextControl", "Select All"),
             QStringLiteral("Alles auswählen"));
   EXPECT_EQ(QCoreApplication::translate("QWidgetTextControl", "Cu&t"), QStringLiteral("Cu&t"));
-}
-
-TEST(FieldLabel, AWordLongerThanALineIsBroken) {
-  FieldLabel label;
-  label.setFieldText(QString(200, u'W'));
-  EXPECT_GT(label.heightForWidth(300), label.heightForWidth(3000));
-  EXPECT_LT(label.minimumSizeHint().width(), 300);
-}
-
-TEST(FieldLabel, TooManyLinesEndInAnEllipsisAndATip) {
-  FieldLabel label;
-  label.setMaximumLines(2);
-  label.setFieldText(QStringLiteral("one\ntwo\nthree"));
-  label.resize(300, label.heightForWidth(300));
-  label.grab();
-  EXPECT_EQ(label.toolTip(), QStringLiteral("one\ntwo\nthree"));
-  label.setFieldText(QStringLiteral("one"));
-  label.resize(301, label.heightForWidth(301));
-  EXPECT_TRUE(label.toolTip().isEmpty());
 }
 
 TEST(QtText, ReturnsAreLineEndsAndBrokenBytesAreMarks) {

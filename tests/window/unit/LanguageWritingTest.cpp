@@ -4,7 +4,10 @@
 #include <QRegularExpression>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "Platform/window/linux/Mnemonics.h"
 #include "tests/window/unit/LanguageTables.h"
 
 namespace halvorn {
@@ -160,6 +163,35 @@ TEST(LanguageWriting, TheLettersOfAMenuDoNotClash) {
     EXPECT_NE(letters.left(1), letters.mid(1)) << table.language;
     EXPECT_EQ(table.text("Select All").count(u'&'), 0) << table.language;
   }
+}
+
+// Where each key types a letter; elsewhere the letters are put together.
+bool isTypedLetterByLetter(const QString& title) {
+  for (const auto& [script, count] : scriptsOf(title)) {
+    const std::set<int> composed = {QChar::Script_Han, QChar::Script_Hiragana, QChar::Script_Katakana,
+                                    QChar::Script_Hangul, QChar::Script_Thai};
+    if (composed.contains(script) ||
+        (script >= QChar::Script_Devanagari && script <= QChar::Script_Malayalam))
+      return false;
+  }
+  return true;
+}
+
+TEST(LanguageWriting, ButtonsThatStandTogetherHaveLettersOfTheirOwn) {
+  int languages = 0;
+  for (const LanguageTable& table : languageTables()) {
+    for (const auto& titles : {std::pair("Cancel", "Install"), std::pair("Cancel", "Continue"),
+                               std::pair("Go Back", "Install"), std::pair("Visit Archive", "Quit")}) {
+      const QStringList shown = {table.text("?"), table.text(titles.first), table.text(titles.second)};
+      const std::vector<QChar> letters = mnemonicsFor(shown);
+      const bool typed = isTypedLetterByLetter(shown.join(QString()));
+      EXPECT_TRUE(letters[0].isNull()) << table.language;
+      EXPECT_EQ(!letters[1].isNull() && !letters[2].isNull(), typed) << table.language;
+      EXPECT_TRUE(!typed || letters[1].toCaseFolded() != letters[2].toCaseFolded()) << table.language;
+      languages += typed ? 1 : 0;
+    }
+  }
+  EXPECT_GT(languages, 200) << "of four times the languages";
 }
 
 // A person who knows nothing of it can tell the buttons apart.

@@ -1,6 +1,7 @@
 # Format, lint, walls, every header alone; with --ports the compiler of another system.
 dev_check() {
   if [ "${1:-}" = --ports ]; then check_ports; return; fi
+  if [ "${1:-}" = --pictures ]; then check_pictures; return; fi
   need build check test
   if [ "${1:-}" = --fuzz ]; then check_fuzz; return; fi
   check_format
@@ -50,6 +51,18 @@ own_dependencies() {
     /#deps/ { if (line != "") print line; line = ""; valid = /VALID/; next }
     NF == 1 && valid { path = own($1); if (path !~ /^(\/|build\/)/ && path ~ /\.(h|cpp)$/) line = line (line == "" ? "" : " ") path }
     END { if (line != "") print line }' | grep -E '^(Core|KTStuff|Platform|Sources|train|tests)/[^ ]*\.cpp( |$)'
+}
+
+# Every picture of the window; fails with what the judge finds.
+check_pictures() {
+  need build run test
+  configure_and_build dev picture_matrix
+  rm -rf build/pictures; mkdir -p build/pictures
+  local status=0
+  build/dev/tests/picture_matrix "$PWD/Resources" "$PWD/build/pictures" >build/pictures/log 2>&1 || status=$?
+  [ "$status" = 0 ] || grep -A3 ': Failure' build/pictures/log >&2 || true
+  say "$(tail -n 1 build/pictures/log): build/pictures/index.html"
+  return "$status"
 }
 
 check_fuzz() {

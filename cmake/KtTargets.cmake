@@ -25,10 +25,10 @@ function(kt_module name)
     LIBRARY_OUTPUT_DIRECTORY ${KT_BUNDLE_DIR}/Contents/${KT_PROGRAM_FOLDER})
 endfunction()
 
-# kt_test(NAME KIND unit|contract|adapter|flow SUBJECT words SOURCES ... [USES ...] [TIMEOUT s] [PREFIX p] [FAILS_ON regex] [SERIAL]):
-# one program of GoogleTest cases; every case becomes a test of its own that carries the label
-# KIND-SUBJECT, so `ctest -L processes` runs one subject, and `ctest -L unit` one kind. PREFIX stands before each name. A case that
-# prints what FAILS_ON matches has failed.
+# kt_test(NAME KIND unit|contract|adapter|flow SUBJECT words SOURCES ... [USES ...] [TIMEOUT s] [PREFIX p] [FAILS_ON regex]
+#   [SERIAL]): one program of GoogleTest cases; every case becomes a test of its own that carries the label KIND-SUBJECT, so
+# `ctest -L processes` runs one subject, and `ctest -L unit` one kind. PREFIX stands before each name. A case that prints
+# what FAILS_ON matches has failed.
 function(kt_test name)
   cmake_parse_arguments(ARG "SERIAL" "KIND;SUBJECT;TIMEOUT;PREFIX;FAILS_ON" "SOURCES;USES;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)

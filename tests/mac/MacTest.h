@@ -12,6 +12,7 @@ class MacTest : public testing::Test {
   MacTest() { fakemac::reset(); }
   void TearDown() override {
     EXPECT_EQ(fakemac::liveObjects(), 0);
+    EXPECT_EQ(fakemac::state().liveAppearances, 0);
     EXPECT_EQ(fakemac::installedHandlers(), 0U);
   }
 };

@@ -45,11 +45,8 @@ class MacAuthorization : public Authorization {
     std::vector<char*> arguments;
     for (std::string& argument : arguments_) arguments.push_back(argument.data());
     arguments.push_back(nullptr);
-#pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wdeprecated-declarations"
     const OSStatus status = AuthorizationExecuteWithPrivileges(
         reference_.get(), toolPath_.c_str(), kAuthorizationFlagDefaults, arguments.data(), nullptr);
-#pragma clang diagnostic pop
     if (status != errAuthorizationSuccess) return ToolNotStarted{static_cast<int>(status)};
     // The call does not tell which child the tool is.
     int end = 0;

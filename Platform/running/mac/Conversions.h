@@ -35,8 +35,7 @@ Answer answered(Answer fallback, Action action) {
   Answer answer = fallback;
   @try {
     answer = action();
-  } @catch (NSException*) {
-    answer = fallback;
+  } @catch (NSException*) {  // the fallback stands
   }
   [pool release];
   return answer;

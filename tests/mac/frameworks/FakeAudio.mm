@@ -105,8 +105,8 @@ OSStatus AudioObjectGetPropertyData(AudioObjectID object, const AudioObjectPrope
   const auto allocate = [](id, SEL) -> id {
     return NSAllocateObject([KTFakeSound class], 0, NSDefaultMallocZone());
   };
-  class_addMethod(object_getClass(objc_getClass("NSSound")), @selector(alloc),
-                  (IMP) static_cast<id (*)(id, SEL)>(allocate), "@@:");
+  fakemac::answerInstead(object_getClass(objc_getClass("NSSound")), @selector(alloc),
+                         (IMP) static_cast<id (*)(id, SEL)>(allocate), "@@:");
 }
 - (id)initWithData:(NSData*)data {
   const auto* const bytes = static_cast<const unsigned char*>([data bytes]);

@@ -64,6 +64,10 @@ EventTargetRef GetApplicationEventTarget(void) {
   static int target;
   return reinterpret_cast<EventTargetRef>(&target);
 }
+EventTargetRef GetEventDispatcherTarget(void) {
+  static int target;
+  return reinterpret_cast<EventTargetRef>(&target);
+}
 EventHandlerUPP NewEventHandlerUPP(EventHandlerProcPtr routine) {
   fakemac::countGiven();
   return routine;
@@ -72,7 +76,10 @@ void DisposeEventHandlerUPP(EventHandlerUPP) { fakemac::countTaken(); }
 
 OSStatus InstallEventHandler(EventTargetRef target, EventHandlerUPP handler, ItemCount count,
                              const EventTypeSpec* types, void* context, EventHandlerRef* installed) {
-  if (target != GetApplicationEventTarget() || handler == nullptr) return -50;
+  if (state().refusesHandlers) return -9860;  // eventAlreadyPostedErr, or whatever the reason is
+  const bool isMenu = types[0].eventClass == kEventClassMenu;
+  if (handler == nullptr || target != (isMenu ? GetEventDispatcherTarget() : GetApplicationEventTarget()))
+    return -50;
   handlers().push_back({handler, {types, types + count}, context});
   if (installed != nullptr) *installed = &handlers().back();
   return noErr;

@@ -60,6 +60,13 @@ struct AudioDevice {
   std::string uid;
 };
 
+struct Color {
+  double red = 0;
+  double green = 0;
+  double blue = 0;
+  double alpha = 0;
+};
+
 struct State {
   std::deque<Application> applications;  // references stay valid
   std::optional<Number> front;
@@ -87,6 +94,25 @@ struct State {
   int liveSounds = 0;
   std::vector<std::string> playLog;  // "play at 1.00 on speakers", "cut off"
 
+  bool refusesHandlers = false;
+  bool registryFails = false;
+  bool hasInputService = true;
+  bool propertiesFail = false;
+  std::optional<std::int64_t> idleNanoseconds = 1'500'000'000;
+  bool idleIsText = false;
+  std::int64_t pasteboardChanges = 7;
+  int controlTint = 1;
+  std::map<std::uint32_t, std::int32_t> gestalt = {
+      {0x73797331, 10}, {0x73797332, 13}, {0x73797333, 6}, {0x73797376, 0x1096}};  // sys1, sys2, sys3, sysv
+  std::map<std::string, std::string> settings;  // of the person, in all domains
+
+  std::string currentAppearance = {};  // "Aqua", "DarkAqua"; "": nothing is drawn
+  std::string applicationAppearance = "Aqua";
+  int liveAppearances = 0;
+  int liveRunningApplications = 0;
+  Color strokeColor;
+  Color fillColor;
+
   bool hasKeyboardLayout = true;
   bool layoutHasData = true;
   std::uint32_t keyboardType = 40;
@@ -110,6 +136,9 @@ std::int32_t deliver(std::uint32_t eventClass, std::uint32_t kind);
 // Has the observers told that watch the application's element for the notification and stand in the run loop.
 // Without an element the call-back is given none.
 void notify(std::int32_t pid, const std::string& notification, bool withElement = true);
+
+// Posts a notification of the desktop.
+void postDistributed(const std::string& name);
 
 // Lets what plays come to its end.
 void finishSounds();

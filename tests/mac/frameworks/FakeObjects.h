@@ -14,5 +14,7 @@ void countGiven();
 void countTaken();
 // Ends the program: what was released had not been given.
 void releasedTooOften(const char* what);
+// Has the class, or the objects of it, answer by this function; what it inherits the method from goes on as before.
+void answerInstead(Class owner, SEL selector, IMP function, const char* types);
 
 }  // namespace fakemac

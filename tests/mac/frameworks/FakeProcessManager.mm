@@ -198,13 +198,19 @@ static id applicationWithPid(id, SEL, pid_t pid) {
 @implementation KTFakeRunningApplication
 // The class is there on this system and knows nobody: its question is answered here instead.
 + (void)load {
-  class_replaceMethod(object_getClass(objc_getClass("NSRunningApplication")),
-                      @selector(runningApplicationWithProcessIdentifier:), (IMP)applicationWithPid, "@@:i");
+  fakemac::answerInstead(object_getClass(objc_getClass("NSRunningApplication")),
+                         @selector(runningApplicationWithProcessIdentifier:), (IMP)applicationWithPid,
+                         "@@:i");
 }
 - (id)initWithApplication:(Application*)application {
   self = [super init];
   if (self != nil) application_ = application;
+  ++state().liveRunningApplications;
   return self;
+}
+- (void)dealloc {
+  --state().liveRunningApplications;
+  [super dealloc];
 }
 - (BOOL)ask:(const char*)request endsIt:(BOOL)endsIt {
   if (state().raisesExceptions) [NSException raise:NSGenericException format:@"%s", request];

@@ -51,8 +51,8 @@ static id letters(id, SEL) {
 @end
 @implementation KTFakeCharacterSets
 + (void)load {
-  class_replaceMethod(object_getClass(objc_getClass("NSCharacterSet")), @selector(letterCharacterSet),
-                      (IMP)letters, "@@:");
+  fakemac::answerInstead(object_getClass(objc_getClass("NSCharacterSet")), @selector(letterCharacterSet),
+                         (IMP)letters, "@@:");
 }
 @end
 

@@ -138,6 +138,13 @@ TEST_F(MacProcesses, ARunningApplicationIsAskedAndForced) {
   EXPECT_EQ(editor.requests, (std::vector<std::string>{"terminate", "terminate", "forceTerminate"}));
 }
 
+TEST_F(MacProcesses, ARunningApplicationIsHeldAsLongAsItsObject) {
+  auto running = control.runningApplication(numberOf(fakemac::start({.name = "E"})));
+  EXPECT_EQ(fakemac::state().liveRunningApplications, 1);
+  running.reset();
+  EXPECT_EQ(fakemac::state().liveRunningApplications, 0);
+}
+
 TEST_F(MacProcesses, AnExceptionOfTheSystemIsAnAnswer) {
   const auto& editor = fakemac::start({.name = "E"});
   const auto running = control.runningApplication(numberOf(editor));

@@ -11,5 +11,10 @@
                       usedLossyConversion:(BOOL*)usedLossyConversion;
 @end
 
+@class NSAppearance;
+@interface NSObject (KTLaterSelectorsOfTheApplication)
+- (NSAppearance*)effectiveAppearance;
+@end
+
 @protocol NSSoundDelegate <NSObject>
 @end

@@ -21,6 +21,7 @@ enum { kEventAppLaunched = 5, kEventAppTerminated = 6, kEventAppFrontSwitched = 
 enum { kEventMenuBarShown = 2000, kEventMenuBarHidden = 2001 };
 enum { eventNotHandledErr = -9874 };
 EventTargetRef GetApplicationEventTarget(void);
+EventTargetRef GetEventDispatcherTarget(void);
 EventHandlerUPP NewEventHandlerUPP(EventHandlerProcPtr routine);
 void DisposeEventHandlerUPP(EventHandlerUPP routine);
 OSStatus InstallEventHandler(EventTargetRef target, EventHandlerUPP handler, ItemCount count,

@@ -14,6 +14,14 @@ struct FSRef {
 };
 OSStatus FSRefMakePath(const FSRef* location, UInt8* path, UInt32 capacity);
 
+enum : OSType {
+  gestaltSystemVersion = 0x73797376,
+  gestaltSystemVersionMajor = 0x73797331,
+  gestaltSystemVersionMinor = 0x73797332,
+  gestaltSystemVersionBugFix = 0x73797333
+};
+OSErr Gestalt(OSType selector, SInt32* answer);
+
 typedef OSType DescType;
 typedef OSType AEEventClass;
 typedef OSType AEEventID;

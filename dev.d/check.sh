@@ -11,11 +11,11 @@ dev_check() {
   ctest --preset dev -R '^Walls\.' --output-on-failure
 }
 
-sources() { git ls-files '*.cpp' '*.h'; }
+sources() { git ls-files '*.cpp' '*.h' '*.mm'; }
 
 check_format() {
   local wrong
-  wrong=$(sources | xargs -P "$(nproc)" -n 40 clang-format --dry-run 2>&1 | grep -oE '^[^:]+\.(cpp|h)' | sort -u || true)
+  wrong=$(sources | xargs -P "$(nproc)" -n 40 clang-format --dry-run 2>&1 | grep -oE '^[^:]+\.(cpp|h|mm)' | sort -u || true)
   [ -z "$wrong" ] || die "not as clang-format has it: $wrong"
 }
 

@@ -91,7 +91,9 @@ TEST(DevelopmentStage, IsThePlaceInTheTable) {
 }
 
 TEST(DevelopmentStage, OfAnyOtherCharacterIsZero) {
-  for (const char16_t character : std::u16string(u"PDABFcexyz019.-\0\xE9\x431", 18)) {
+  const std::u16string table = u"pdabf ";
+  for (char16_t character = 0; character < 0x500; ++character) {
+    if (table.find(character) != std::u16string::npos) continue;
     EXPECT_EQ(developmentStage(character), 0) << static_cast<int>(character);
   }
 }
@@ -121,6 +123,21 @@ TEST_F(CompareVersion, UnknownLetterIsAsP) {
 
 TEST_F(CompareVersion, EmptyStageNumberIsOlderThanZero) {
   EXPECT_EQ(utilities.compareVersion("2.0b", "2.0b0"), Ordering::Ascending);
+}
+
+TEST_F(CompareVersion, HalfACharacterDoesNotHideTheLetterBehindIt) {
+  const auto version = [](char16_t stage) { return Text(std::u16string{u'1', 0xD801, stage, u'1'}); };
+  EXPECT_EQ(utilities.compareVersion(version(u'd'), version(u'a')), Ordering::Ascending);
+}
+
+TEST_F(CompareVersion, ALetterOfTwoUnitsIsOneLetter) {
+  struct : FakeUnicode {
+    bool isLetter(char32_t scalar) const override { return scalar == 0x1D400 || scalar == 0x1D401; }
+  } mathematics;
+  const KTUtilitiesVersions versions(bundles, systemFacts, mathematics, dates, log);
+  EXPECT_EQ(versions.compareVersion(Text(std::u16string{u'1', 0xD835, 0xDC01, u'2'}),
+                                    Text(std::u16string{u'1', 0xD835, 0xDC00, u'1', u'0'})),
+            Ordering::Ascending);
 }
 
 TEST_F(CompareVersion, StagesFollowOneAnother) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
 #include <limits>
 #include <string>
 #include <vector>
@@ -79,6 +80,13 @@ TEST(PlainColor, InksCoverWhatBlackLeaves) {
   EXPECT_EQ(PlainColor::deviceWhite(0.0)->getCyan(), (CyanMagentaYellowBlackAlpha{0, 0, 0, 1, 1}));
   expectComponents(PlainColor::deviceCMYK(0.75, 0.5, 0.0, 0.2)->colorUsingColorSpaceName("DeviceRGB"),
                    {0.2, 0.4, 0.8, 1.0});
+}
+
+TEST(PlainColor, EachInkTakesItsOwnLight) {
+  expectComponents(PlainColor::deviceCMYK(0.1, 0.2, 0.7, 0.0)->colorUsingColorSpaceName("DeviceRGB"),
+                   {0.9, 0.8, 0.3, 1.0});
+  expectComponents(PlainColor::deviceCMYK(0.7, 0.1, 0.2, 0.5)->colorUsingColorSpaceName("DeviceRGB"),
+                   {0.15, 0.45, 0.4, 1.0});
 }
 
 TEST(PlainColor, AskedForAnotherModelItAnswersAsIfConverted) {
@@ -165,9 +173,9 @@ TEST(PlainColor, SystemEffectsAreSeen) {
   const double pressed = color->colorWithSystemEffect(ColorSystemEffect::Pressed)->redComponent();
   const double deep = color->colorWithSystemEffect(ColorSystemEffect::DeepPressed)->redComponent();
   const double rollover = color->colorWithSystemEffect(ColorSystemEffect::Rollover)->redComponent();
-  EXPECT_LT(deep, pressed);
-  EXPECT_LT(pressed, 0.4);
-  EXPECT_GT(rollover, 0.4);
+  EXPECT_NEAR(pressed, 0.4 * 0.85, 1e-9) << "15 % black";
+  EXPECT_NEAR(deep, 0.4 * 0.70, 1e-9) << "30 % black";
+  EXPECT_NEAR(rollover, 0.4 * 0.90 + 0.10, 1e-9) << "10 % white";
 }
 
 TEST(PlainColor, DrawingTakesItAsTheDisplayHasIt) {
@@ -206,6 +214,22 @@ TEST(ColorCatalog, AColorKnowsItsNamesAndTheirTranslations) {
   expectComponents(tomato, {1.0, 99.0 / 255, 71.0 / 255, 1.0});
   EXPECT_EQ(web.colorNamed("potato"), nullptr);
   EXPECT_EQ(web.colorNamed(""), nullptr);
+}
+
+TEST(ColorCatalog, TheWebsNamesAreThoseOfTheStandard) {
+  const ColorCatalog web = ColorCatalog::web(FakeLocalizedStrings());
+  std::ifstream standard(KT_SOURCE_DIR "/tests/data/color/web-names");
+  std::vector<Text> names;
+  std::uint32_t bytes = 0;
+  for (std::string name; standard >> name >> std::hex >> bytes; names.emplace_back(name)) {
+    const auto color = web.colorNamed(Text(name));
+    ASSERT_NE(color, nullptr) << name;
+    SCOPED_TRACE(name);
+    expectComponents(color,
+                     {(bytes >> 16) / 255.0, (bytes >> 8 & 0xFF) / 255.0, (bytes & 0xFF) / 255.0, 1.0});
+  }
+  EXPECT_EQ(names.size(), 147U);
+  EXPECT_EQ(web.colorNames(), names) << "in the order of the alphabet, and no others";
 }
 
 TEST(ColorCatalog, WhatIsMadeOfANamedColorHasNoName) {

@@ -78,6 +78,18 @@ TEST(Format, AHostileFormatStandsAsItIsWritten) {
   for (const auto& [text, result] : cases) EXPECT_EQ(format(text, "Foo"), Text(result)) << text;
 }
 
+TEST(Format, NumbersHaveThreeDigitsOfWidthAndPrecisionAtMostAndTheirOwnKinds) {
+  EXPECT_EQ(format("%999d", 1).length(), 999U);
+  EXPECT_EQ(format("%1000d", 1), "%1000d");
+  EXPECT_EQ(format("%.1000d", 1), "%.1000d");
+  EXPECT_EQ(format("%1.1000d", 1), "%1.1000d");
+  EXPECT_EQ(format("%1000.1d", 1), "%1000.1d");
+  EXPECT_EQ(format("%x", std::int64_t{1} << 40), "10000000000");
+  EXPECT_EQ(format("%@", 42), "42");
+  EXPECT_EQ(format("%@", -1), "-1");
+  for (const char* unknown : {"%c", "%o", "%p", "%q", "%e"}) EXPECT_EQ(format(unknown, 65), Text(unknown));
+}
+
 TEST(Format, AFilledInTextIsNotReadAsAFormat) { EXPECT_EQ(format("%@!", "%d%@"), Text("%d%@!")); }
 
 TEST(Format, WithoutPlaceholdersReturnsTheTextItself) {

@@ -96,6 +96,7 @@ TEST(Paths, TheHomeFolderIsAbbreviatedByATilde) {
   EXPECT_EQ(Paths::abbreviatingWithTilde("/home/anna", "/home/anna"), Text("~"));
   EXPECT_EQ(Paths::abbreviatingWithTilde("/home/annabel", "/home/anna"), Text("/home/annabel"));
   EXPECT_EQ(Paths::abbreviatingWithTilde("/opt", "/"), Text("/opt"));
+  EXPECT_EQ(Paths::abbreviatingWithTilde("/h/x", "/h"), Text("~/x")) << "the shortest folder that is one";
 }
 
 }  // namespace

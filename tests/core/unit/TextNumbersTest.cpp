@@ -8,6 +8,7 @@
 #include <random>
 #include <string>
 
+#include "Core/RealReading.h"
 #include "Core/Text.h"
 
 namespace halvorn {
@@ -137,6 +138,22 @@ TEST(TextNumbers, ReadingEndsWhereTheNumberEnds) {
                {"-.", 0},     {".e1", 0},   {"-.5", -.5},  {"infinity", 0}, {"-inf", 0}, {"NAN", 0},
                {"\n\t 3", 3}, {"+7e1", 70}, {"1E2x", 100}, {"1e0002", 100}, {"--1", 0},  {"+", 0}};
   for (const auto& [text, value] : cases) EXPECT_EQ(Text(text).doubleValue(), value) << text;
+}
+
+TEST(TextNumbers, TheLengthThatWasReadIsThatOfTheNumberAlone) {
+  const struct {
+    const char* text;
+    std::size_t length;
+  } cases[] = {{"12", 2},    {"-1.5e3", 6}, {"1e", 1}, {"1e+", 1}, {"1e-x", 1}, {"2.5.7", 3},
+               {"7e10 ", 4}, {".", 0},      {"-.", 0}, {"", 0},    {"x1", 0},   {".5", 2}};
+  for (const auto& [text, length] : cases) EXPECT_EQ(realAtStart<double>(text).length, length) << text;
+}
+
+// 2 to the 53 and a half: what stands far behind decides.
+TEST(TextNumbers, OneDigitBehindAllThatAreKeptIsEnoughToRoundUp) {
+  const std::string halfWay = "9007199254740993." + std::string(784, '0');
+  EXPECT_EQ(Text(halfWay + "0").doubleValue(), 9007199254740992.0);
+  EXPECT_EQ(Text(halfWay + "1").doubleValue(), 9007199254740994.0);
 }
 
 }  // namespace

@@ -122,9 +122,25 @@ TEST(Text, ReadsRealsAtTheStartAndNoWords) {
   for (const auto& [text, value] : cases) EXPECT_EQ(Text(text).floatValue(), value) << text;
 }
 
+TEST(Text, AHighSurrogateTakesOnlyALowOneWithIt) {
+  EXPECT_EQ(Text(std::u16string{0xD83D, 0xDE00}).bytes(), "\xF0\x9F\x98\x80");
+  EXPECT_EQ(Text(std::u16string{0xD83D, 0xDFFF}).bytes(), "\xF0\x9F\x9F\xBF");
+  EXPECT_EQ(Text(std::u16string{0xD83D, 0xE000}).bytes(), "\xED\xA0\xBD\xEE\x80\x80");
+  EXPECT_EQ(Text(std::u16string{0xD83D, u'x'}).bytes(), "\xED\xA0\xBDx");
+}
+
 TEST(Text, TrimsBlanksOfAllKindsAtBothEnds) {
   EXPECT_EQ(Text("\xC2\xA0\t Foo Bar\r\n").trimmed(), Text("Foo Bar"));
   EXPECT_TRUE(Text(" \n\xE3\x80\x80").trimmed().isEmpty());
+  const std::u16string blanks =
+      u"\t\n\v\f\r "
+      u"\u0085\u00A0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008\u2009\u200A\u200B\u2028"
+      u"\u2029\u202F\u205F\u3000";
+  for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
+    const Text text(std::u16string(1, static_cast<char16_t>(unit)));
+    EXPECT_EQ(text.trimmed().isEmpty(), blanks.find(static_cast<char16_t>(unit)) != std::u16string::npos)
+        << unit;
+  }
 }
 
 }  // namespace

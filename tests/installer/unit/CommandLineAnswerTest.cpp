@@ -29,6 +29,29 @@ TEST_F(CommandLineAnswer, HelpNamesEveryKey) {
   }
 }
 
+TEST_F(CommandLineAnswer, HelpIsATableThatFitsIntoATerminal) {
+  EXPECT_EQ(
+      answer({"/installer", "--help"}),
+      Text("usage: HalvornInstaller [-KEY VALUE]...\n"
+           "Installs an application bundle through a window.\n"
+           "\n"
+           "  -sourcePath PATH              the bundle to install; without it, the one around the installer\n"
+           "  -destinationPath PATH         where to, bundle name included\n"
+           "  -productName NAME             shown in the window\n"
+           "  -version VERSION              shown after the name\n"
+           "  -minSystemVersion VERSION     lowest system version the product runs on\n"
+           "  -readMePath FILE              rich text, plain text, HTML or Markdown shown first\n"
+           "  -documentationPath FILE       what the \"?\" button opens\n"
+           "  -iconPath FILE                image for the window\n"
+           "  -wrapperPath FOLDER           folder around the bundle whose other items come along\n"
+           "  -productCode CODE...          four-character signatures of the product\n"
+           "  -quitCode CODE...             signatures of programs that must not run meanwhile\n"
+           "  -completionSound YES          play a sound at the end\n"
+           "  -completionQuit SECONDS       quit by itself after so many seconds\n"
+           "\n"
+           "Alone: --help, --version\n"));
+}
+
 TEST_F(CommandLineAnswer, TheVersionIsTheInstallersOwn) {
   EXPECT_EQ(answer({"/installer", "--version"}), Text("HalvornInstaller\n")) << "none is known";
   bundles.setInfo(bundles.mainBundle, {{"CFBundleShortVersionString", "1.0"}});

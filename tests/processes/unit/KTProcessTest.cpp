@@ -213,6 +213,10 @@ TEST_F(KTProcessCache, EveryWayToAProcessInstallsTheHandlerAndOnlyOnce) {
       [](FakeProcesses& p) { p.processes.installNotifications(); },
       [&](FakeProcesses& p) { std::ignore = KTProcess::create(p.processes, editor.number); },
       [](FakeProcesses& p) { std::ignore = p.processes.currentProcess(); },
+      [](FakeProcesses& p) {
+        p.applications.current = std::nullopt;
+        std::ignore = p.processes.currentProcess();
+      },
       [](FakeProcesses& p) { std::ignore = p.processes.allProcesses(); },
       [](FakeProcesses& p) { std::ignore = p.processes.processWithSignature(1); },
       [](FakeProcesses& p) { std::ignore = p.processes.processWithIdentifier("x"); },

@@ -242,6 +242,13 @@ TEST_F(SoundNamed, IsNothingAndSilentAboutItWhenThereIsNoneThatPlays) {
   EXPECT_TRUE(world.log.lines().empty());
 }
 
+TEST_F(SoundNamed, IsNothingInAFileOfMoreThan64Mebibytes) {
+  world.addApplicationSound("Long.aiff", "FORM" + std::string((64U << 20) - 4, ' '));
+  world.addApplicationSound("TooLong.aiff", "FORM" + std::string((64U << 20) - 3, ' '));
+  EXPECT_NE(sounds.soundNamed("Long"), nullptr);
+  EXPECT_EQ(sounds.soundNamed("TooLong"), nullptr);
+}
+
 TEST_F(SoundNamed, SaysWhyNotWhenSoundLogIsOn) {
   world.setSoundLog();
   world.addApplicationSound("Empty.wav", "");

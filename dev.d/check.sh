@@ -1,10 +1,11 @@
-# Format, lint, walls, every header alone; with --ports the compiler of another system.
+# Format, lint, walls, every header alone; with --mutation the tests themselves; with --ports the compiler of another system.
 dev_check() {
   if [ "${1:-}" = --ports ]; then check_ports; return; fi
   if [ "${1:-}" = --pictures ]; then check_pictures; return; fi
   if [ "${1:-}" = --mac ]; then check_mac; return; fi
   need build check test
   if [ "${1:-}" = --fuzz ]; then check_fuzz; return; fi
+  if [ "${1:-}" = --mutation ]; then shift; check_mutation "$@"; return; fi
   check_format
   configure_and_build dev
   check_tidy "$@"
@@ -64,6 +65,13 @@ check_pictures() {
   [ "$status" = 0 ] || grep -A3 ': Failure' build/pictures/log >&2 || true
   say "$(tail -n 1 build/pictures/log): build/pictures/index.html"
   return "$status"
+}
+
+# check_mutation [COUNT [SEED]]: whether the unit suites notice when a line of the core is another.
+check_mutation() {
+  configure_and_build dev kt_core
+  say "mutating ${1:-500} lines, for about half an hour; the report grows in build/dev/mutation/report"
+  tests/mutation/mutation.py build/dev "$@"
 }
 
 check_fuzz() {

@@ -1,5 +1,5 @@
-# kt_wayland_protocols(TARGET XML ...): adds to the target what wayland-scanner makes of the descriptions, and lets it
-# include "NAME-client-protocol.h" for each NAME.xml.
+# kt_wayland_protocols(TARGET XML ...): a library of what wayland-scanner makes of the descriptions, linked by the target,
+# which includes "NAME-client-protocol.h" for each NAME.xml.
 find_program(KT_WAYLAND_SCANNER wayland-scanner REQUIRED)
 pkg_get_variable(folder wayland-protocols pkgdatadir)
 set(KT_WAYLAND_PROTOCOLS ${folder} CACHE INTERNAL "Where the descriptions of the common protocols lie")
@@ -7,6 +7,7 @@ set(KT_WAYLAND_PROTOCOLS ${folder} CACHE INTERNAL "Where the descriptions of the
 function(kt_wayland_protocols target)
   set(folder ${CMAKE_BINARY_DIR}/wayland/${target})
   file(MAKE_DIRECTORY ${folder})
+  set(made)
   foreach(description ${ARGN})
     get_filename_component(description ${description} ABSOLUTE)
     get_filename_component(name ${description} NAME_WE)
@@ -16,8 +17,10 @@ function(kt_wayland_protocols target)
       DEPENDS ${description} VERBATIM)
     add_custom_command(OUTPUT ${code} COMMAND ${KT_WAYLAND_SCANNER} private-code ${description} ${code}
       DEPENDS ${description} VERBATIM)
-    target_sources(${target} PRIVATE ${header} ${code})
-    set_source_files_properties(${header} ${code} PROPERTIES SKIP_AUTOGEN ON)
+    list(APPEND made ${header} ${code})
   endforeach()
-  target_include_directories(${target} SYSTEM PRIVATE ${folder})
+  add_library(${target}_protocols STATIC ${made})
+  target_include_directories(${target}_protocols SYSTEM PUBLIC ${folder})
+  target_link_libraries(${target}_protocols PUBLIC PkgConfig::KT_WAYLAND)
+  target_link_libraries(${target} PRIVATE ${target}_protocols)
 endfunction()

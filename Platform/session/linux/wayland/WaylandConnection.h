@@ -72,9 +72,10 @@ class WaylandConnection {
   wl_callback* question_ = nullptr;  // that was not answered yet
 };
 
-// Destroys a proxy the way its protocol asks for.
+// Destroys a proxy the way its protocol asks for; the function may be one that each source file has for itself, so
+// this stays inside of those.
 //
-//   WaylandPointer<wl_seat, wl_seat_destroy> seat(connection.bind<wl_seat>(wl_seat_interface, 2));
+//   WaylandPointer<wl_output, wl_output_destroy> output(connection.bind<wl_output>(wl_output_interface, 1));
 template <auto Function>
 struct WaylandDestroyer {
   template <typename Proxy>
@@ -84,6 +85,10 @@ struct WaylandDestroyer {
 };
 template <typename Proxy, auto Function>
 using WaylandPointer = std::unique_ptr<Proxy, WaylandDestroyer<Function>>;
-using WaylandSeat = WaylandPointer<wl_seat, wl_seat_destroy>;
+
+struct SeatDestroyer {
+  void operator()(wl_seat* seat) const { wl_seat_destroy(seat); }
+};
+using WaylandSeat = std::unique_ptr<wl_seat, SeatDestroyer>;
 
 }  // namespace halvorn

@@ -4,10 +4,10 @@ namespace halvorn {
 
 LiveProcesses::LiveProcesses(const LiveOptions& options)
     : procFiles(options.table),
-      windows(options.display,
-              options.waylandSocket.empty() ? XWindowSystem::Coverage::AllWindows
-                                            : XWindowSystem::Coverage::SomeWindows,
-              procFiles),
+      desktop({.display = options.display,
+               .isWayland = !options.waylandSocket.empty(),
+               .waylandSocket = options.waylandSocket},
+              procFiles, bundles),
       running(procFiles, bundles, windows, DesktopSession{"", options.display, options.waylandSocket}),
       source(running, procFiles, windows, workspace),
       control(running, windows),

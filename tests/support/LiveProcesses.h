@@ -15,13 +15,13 @@
 #include "Platform/bundles/linux/LinuxBundles.h"
 #include "Platform/bundles/linux/LinuxItemFacts.h"
 #include "Platform/files/posix/PosixFileManager.h"
+#include "Platform/processes/linux/DesktopWindows.h"
 #include "Platform/processes/linux/proc/DesktopSession.h"
 #include "Platform/processes/linux/proc/LinuxApplicationControl.h"
 #include "Platform/processes/linux/proc/LinuxApplicationEvents.h"
 #include "Platform/processes/linux/proc/LinuxProcessSource.h"
 #include "Platform/processes/linux/proc/ProcFiles.h"
 #include "Platform/processes/linux/proc/RunningApplications.h"
-#include "Platform/processes/linux/x11/XWindowSystem.h"
 #include "Platform/processes/null/NullProcesses.h"
 #include "Platform/running/linux/ThisProgram.h"
 #include "Platform/running/posix/PollRunLoop.h"
@@ -71,7 +71,8 @@ class LiveProcesses {
   NullAppleEvents noAppleEvents;
   NullAccessibility noAccessibility;
   ProcFiles procFiles;
-  XWindowSystem windows;
+  DesktopWindows desktop;
+  WindowSystem& windows = desktop.windows();
   RunningApplications running;
   LinuxProcessSource source;
   LinuxApplicationControl control;

@@ -4,6 +4,7 @@
 #include "KTStuff/System/linux/MainLoop.h"
 #include "KTStuff/System/linux/Pictures.h"
 #include "KTStuff/System/linux/Places.h"
+#include "Platform/processes/linux/DesktopWindows.h"
 #include "Platform/processes/linux/atspi/AtSpiAccessibility.h"
 #include "Platform/processes/linux/dbus/BusAppleEvents.h"
 #include "Platform/processes/linux/proc/DesktopSession.h"
@@ -13,15 +14,15 @@
 #include "Platform/processes/linux/proc/ProcFiles.h"
 #include "Platform/processes/linux/proc/RunningApplications.h"
 #include "Platform/processes/linux/proc/SessionLaunchContext.h"
-#include "Platform/processes/linux/x11/XWindowSystem.h"
 #include "Platform/session/linux/WaylandSession.h"
 
 namespace halvorn {
 namespace {
 
-XWindowSystem::Coverage coverageIn(const Environment& environment) {
-  return isWaylandSession(environment) ? XWindowSystem::Coverage::SomeWindows
-                                       : XWindowSystem::Coverage::AllWindows;
+DesktopWindows::Places placesIn(const Environment& environment) {
+  return {.display = environment.value("DISPLAY").value_or(""),
+          .isWayland = isWaylandSession(environment),
+          .waylandSocket = waylandSocketPath(environment)};
 }
 
 // What is known of the programs of this session, and how they are reached. A new adapter of processes is added here.
@@ -29,7 +30,7 @@ struct Session {
   explicit Session(KTSystem& system)
       : places(system.parts().of<Places>()),
         loop(system.parts().of<MainLoop>()),
-        windows(environment.value("DISPLAY").value_or(""), coverageIn(environment), procFiles),
+        desktop(placesIn(environment), procFiles, places.bundles),
         running(procFiles, places.bundles, windows, DesktopSession::ofThisProgram()),
         events(running, windows, loop.runLoop(), loop.mainThread()),
         source(running, procFiles, windows, system.workspace()),
@@ -42,7 +43,8 @@ struct Session {
   const Environment& environment = places.ground.environment;
   const std::string bus = environment.value("DBUS_SESSION_BUS_ADDRESS").value_or("");
   const ProcFiles procFiles;
-  XWindowSystem windows;
+  DesktopWindows desktop;
+  WindowSystem& windows = desktop.windows();
   RunningApplications running;
   LinuxApplicationEvents events;
   LinuxProcessSource source;

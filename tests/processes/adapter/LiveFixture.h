@@ -33,7 +33,7 @@ class LiveFixture : public testing::Test {
   }
   void startDesktopAndWatch(const DesktopParts& parts = {.bus = false}) {
     startDesktop(parts);
-    if (desktop) watch({.display = desktop->displayName()});
+    if (desktop) watch({.display = desktop->displayName(), .waylandSocket = desktop->waylandSocket()});
   }
 
   // As it is, without waiting for it.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <utility>
 
 #include "tests/fakes/FakeProcesses.h"
 #include "tests/processes/contract/ProcessWorlds.h"
@@ -62,7 +63,7 @@ class FakeWorld : public ProcessWorld {
 
 class LiveWorld : public ProcessWorld {
  public:
-  LiveWorld() {
+  LiveWorld(const DesktopParts& parts, Strings habits) : desktop_(parts), habits_(std::move(habits)) {
     live_.processes.installNotifications();
     live_.loop.runFor(0.01);
   }
@@ -71,6 +72,7 @@ class LiveWorld : public ProcessWorld {
     if (!animal.code.empty()) info["CFBundleSignature"] = animal.code;
     const std::string program = makeBundle(folder_.path(), {.name = animal.name, .info = info});
     Strings arguments = {program, "--windows", "1"};
+    arguments.insert(arguments.end(), habits_.begin(), habits_.end());
     if (animal.ignoresRequests) arguments.emplace_back("--ignores-term");
     children_.emplace_back(arguments, ChildOptions{.environment = desktop_.environment()});
     ChildProcess& child = children_.back();
@@ -94,27 +96,39 @@ class LiveWorld : public ProcessWorld {
 
  private:
   TemporaryFolder folder_;
-  Desktop desktop_{{.bus = false}};
+  Desktop desktop_;
+  const Strings habits_;
   OwnProcesses own_;
-  LiveProcesses live_{{.display = desktop_.displayName(), .table = own_.path()}};
+  LiveProcesses live_{
+      {.display = desktop_.displayName(), .waylandSocket = desktop_.waylandSocket(), .table = own_.path()}};
   std::deque<ChildProcess> children_;
   std::unique_ptr<Notifications::Observation> observation_ = live_.notifications.addObserver(
       KTProcessChangeNotification, nullptr,
       [this](const Notification& notification) { changes.push_back(notification.text("change")->bytes()); });
 };
 
-template <typename World>
-std::unique_ptr<ProcessWorld> make() {
-  return std::make_unique<World>();
+constexpr DesktopParts kX11{.bus = false};
+constexpr DesktopParts kWayland{.bus = false, .compositor = Compositor::Sway};
+constexpr DesktopParts kXWayland{.bus = false, .compositor = Compositor::Sway, .xClients = true};
+
+std::unique_ptr<ProcessWorld> makeFake() { return std::make_unique<FakeWorld>(); }
+std::unique_ptr<ProcessWorld> makeX11() { return std::make_unique<LiveWorld>(kX11, Strings{}); }
+std::unique_ptr<ProcessWorld> makeWayland() { return std::make_unique<LiveWorld>(kWayland, Strings{}); }
+std::unique_ptr<ProcessWorld> makeXWayland() {
+  return std::make_unique<LiveWorld>(kXWayland, Strings{"--x-windows"});
 }
 std::optional<std::string> nothing() { return std::nullopt; }
-std::optional<std::string> noDesktop() { return Desktop::missing({.bus = false}); }
+std::optional<std::string> noX11() { return Desktop::missing(kX11); }
+std::optional<std::string> noWayland() { return Desktop::missing(kWayland); }
+std::optional<std::string> noXWayland() { return Desktop::missing(kXWayland); }
 
 }  // namespace
 
 const std::vector<NamedProcessWorld>& processWorlds() {
-  static const std::vector<NamedProcessWorld> worlds = {{"Fake", nothing, make<FakeWorld>},
-                                                        {"Live", noDesktop, make<LiveWorld>}};
+  static const std::vector<NamedProcessWorld> worlds = {{"Fake", nothing, makeFake},
+                                                        {"X11", noX11, makeX11},
+                                                        {"Wayland", noWayland, makeWayland},
+                                                        {"XWayland", noXWayland, makeXWayland}};
   return worlds;
 }
 

@@ -55,6 +55,10 @@ xcb_window_t Windows::createWindow(const WindowOptions& options, const std::stri
                     XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
   xcb_icccm_set_wm_name(connection_, window, XCB_ATOM_STRING, 8, static_cast<std::uint32_t>(title.size()),
                         title.c_str());
+  if (!options.windowClass.empty()) {
+    const std::string both = options.windowClass + '\0' + options.windowClass + '\0';
+    xcb_icccm_set_wm_class(connection_, window, static_cast<std::uint32_t>(both.size()), both.data());
+  }
   char machine[256] = {};
   ::gethostname(machine, sizeof machine - 1);
   const std::string machineName = options.claimedMachine.empty() ? machine : options.claimedMachine;

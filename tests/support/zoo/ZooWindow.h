@@ -12,6 +12,7 @@ namespace halvorn::zoo {
 struct WindowOptions {
   double count = 0;
   std::string title = "zoo";
+  std::string windowClass;
   bool hidesPid = false;
   double claimedPid = 0;        // in place of its own
   std::string claimedMachine;   // in place of this one's name

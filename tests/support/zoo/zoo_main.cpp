@@ -5,7 +5,7 @@
 //
 //   --windows N        shows N windows: on Wayland where WAYLAND_DISPLAY is set, but for --x-windows, else on X
 //   --x-windows        see above                  --claim-pid N   says in them that it is that process
-//   --app-id TEXT      on Wayland: in place of the program's name
+//   --app-id TEXT      the application of its windows, in place of the program's name
 //   --socket PATH      on Wayland: that compositor, whatever the environment says
 //   --title TEXT       their title                --claim-machine M
 //   --no-pid           says nothing of the kind   --cannot-close  its windows do not take part in closing
@@ -14,6 +14,7 @@
 //                      window that was closed, it asks with another one
 //   --saves-slowly S   its windows vanish when one is closed, and so long later it says "saved" and ends
 //   --forks            asked to end it leaves a copy of itself behind
+//   --copy-stays       has a copy of itself from the start, which does nothing
 //   --seconds S        so long until it ends, once asked
 //   --rename NAME      the name it gives itself in the process table (bytes as they are)
 //   --leader-leaves    its first thread ends at a line of input, another one carries on
@@ -52,6 +53,7 @@ struct Habits {
   bool ignoresClose = false;
   bool asksToSave = false;
   bool forks = false;
+  bool copyStays = false;
   double secondsToQuit = 0;
   std::string name;
   bool leaderLeaves = false;
@@ -72,6 +74,7 @@ Habits parse(int count, char** arguments) {
       {"--ignores-close", &habits.ignoresClose},
       {"--asks-to-save", &habits.asksToSave},
       {"--forks", &habits.forks},
+      {"--copy-stays", &habits.copyStays},
       {"--leader-leaves", &habits.leaderLeaves},
       {"--stops", &habits.stops},
       {"--not-dumpable", &habits.isNotDumpable},
@@ -99,6 +102,7 @@ Habits parse(int count, char** arguments) {
     if (const auto found = texts.find(habit); found != texts.end()) *found->second = value;
     if (const auto found = numbers.find(habit); found != numbers.end()) *found->second = std::atof(value);
   }
+  habits.windows.windowClass = habits.applicationId;
   return habits;
 }
 
@@ -126,6 +130,7 @@ class Animal {
   }
 
   [[noreturn]] void live() {
+    if (habits_.copyStays && ::fork() == 0) beCopy();
     for (;;) {
       pollfd entries[] = {{signals_, POLLIN, 0},
                           {windows_ ? windows_->descriptor() : -1, POLLIN, 0},
@@ -189,14 +194,15 @@ class Animal {
   }
   void leave() {
     if (habits_.secondsToQuit > 0) ::usleep(static_cast<useconds_t>(habits_.secondsToQuit * 1e6));
-    if (habits_.forks && ::fork() == 0) {
-      // The copy is deaf to what the parent was asked.
-      ::close(signals_);
-      ::alarm(60);  // nobody watches it any more
-      std::printf("forked %d\n", static_cast<int>(::getpid()));
-      for (;;) ::pause();
-    }
+    if (habits_.forks && ::fork() == 0) beCopy();
     std::_Exit(0);
+  }
+  [[noreturn]] void beCopy() {
+    // Deaf to what the parent was asked.
+    ::close(signals_);
+    ::alarm(60);  // nobody watches it any more
+    std::printf("forked %d\n", static_cast<int>(::getpid()));
+    for (;;) ::pause();
   }
 
   const Habits habits_;

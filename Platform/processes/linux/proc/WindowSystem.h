@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -26,12 +27,18 @@ class WindowSystem {
   [[nodiscard]] virtual bool tellsAllWindows() = 0;
   // The processes that own top-level windows, each once.
   [[nodiscard]] virtual std::vector<pid_t> owners() = 0;
+  // Whether the desktop tells which of all its windows is active.
+  [[nodiscard]] virtual bool tellsActiveWindow() = 0;
   // The owner of the active window; nullopt when there is none or it is not known.
   [[nodiscard]] virtual std::optional<pid_t> activeOwner() = 0;
 
-  // For the windows of one process; nothing is done once it has ended, whoever has its id then. A window that
-  // cannot be asked to close is left alone.
-  virtual void closeWindows(const ProcessHold& process) = 0;
+  // Of no other window while this one exists.
+  using WindowNumber = std::uint64_t;
+
+  // For the windows of one process; nothing is told or done once it has ended, whoever has its id then.
+  [[nodiscard]] virtual std::vector<WindowNumber> windowsOf(const ProcessHold& process) = 0;
+  // How many were asked. A window that cannot be asked to close is left alone.
+  virtual int closeWindows(const ProcessHold& process) = 0;
   virtual void activate(const ProcessHold& process, BringForward windows) = 0;
   virtual void setVisible(const ProcessHold& process, Visible visible) = 0;
   // Something to read that means nothing.
@@ -50,8 +57,10 @@ class NoWindows : public WindowSystem {
  public:
   bool tellsAllWindows() override { return false; }
   std::vector<pid_t> owners() override { return {}; }
+  bool tellsActiveWindow() override { return false; }
   std::optional<pid_t> activeOwner() override { return std::nullopt; }
-  void closeWindows(const ProcessHold&) override {}
+  std::vector<WindowNumber> windowsOf(const ProcessHold&) override { return {}; }
+  int closeWindows(const ProcessHold&) override { return 0; }
   void activate(const ProcessHold&, BringForward) override {}
   void setVisible(const ProcessHold&, Visible) override {}
   void sendEmptyMessage(const ProcessHold&) override {}

@@ -69,7 +69,29 @@ std::vector<pid_t> XWindowSystem::owners() {
   return result;
 }
 
-std::vector<xcb_window_t> XWindowSystem::windowsOf(const ProcessHold& process) {
+std::vector<XWindowSystem::ClassedOwner> XWindowSystem::classedOwners() {
+  const auto all = windows();
+  std::vector<ClassedOwner> result;
+  if (all.empty()) return result;
+  const auto owners = owners_->of(all);
+  xcb_connection_t* const x = connection_->get();
+  std::vector<xcb_get_property_cookie_t> cookies;
+  for (const xcb_window_t window : all) cookies.push_back(xcb_icccm_get_wm_class(x, window));
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    xcb_icccm_get_wm_class_reply_t named{};
+    if (xcb_icccm_get_wm_class_reply(x, cookies[i], &named, nullptr) == 0) continue;
+    if (owners[i] && named.class_name != nullptr) result.push_back({*owners[i], named.class_name});
+    xcb_icccm_get_wm_class_reply_wipe(&named);
+  }
+  return result;
+}
+
+std::vector<WindowSystem::WindowNumber> XWindowSystem::windowsOf(const ProcessHold& process) {
+  const auto own = ownWindows(process);
+  return {own.begin(), own.end()};
+}
+
+std::vector<xcb_window_t> XWindowSystem::ownWindows(const ProcessHold& process) {
   const auto all = windows();
   std::vector<xcb_window_t> result;
   if (all.empty()) return result;
@@ -141,17 +163,20 @@ void XWindowSystem::finish() {
 
 // Straight to the program: a window manager that is asked to close a window kills
 // the programs that cannot be asked.
-void XWindowSystem::closeWindows(const ProcessHold& process) {
-  for (const xcb_window_t window : windowsOf(process)) {
+int XWindowSystem::closeWindows(const ProcessHold& process) {
+  int asked = 0;
+  for (const xcb_window_t window : ownWindows(process)) {
     const auto& atoms = connection_->atoms();
     if (!supports(atoms.wmDeleteWindow, window)) continue;
     send(window, window, atoms.wmProtocols, atoms.wmDeleteWindow, XCB_EVENT_MASK_NO_EVENT);
+    ++asked;
   }
   finish();
+  return asked;
 }
 
 void XWindowSystem::activate(const ProcessHold& process, BringForward which) {
-  auto own = windowsOf(process);
+  auto own = ownWindows(process);
   if (own.empty()) return;
   // The topmost one that can be seen; when all are iconified, the topmost.
   const auto shown =
@@ -172,7 +197,7 @@ void XWindowSystem::activate(const ProcessHold& process, BringForward which) {
 }
 
 void XWindowSystem::setVisible(const ProcessHold& process, Visible visible) {
-  for (const xcb_window_t window : windowsOf(process)) {
+  for (const xcb_window_t window : ownWindows(process)) {
     WindowManagerConnection* x = connection();
     if (x == nullptr) return;
     if (visible == Visible::Yes) {
@@ -185,7 +210,7 @@ void XWindowSystem::setVisible(const ProcessHold& process, Visible visible) {
 }
 
 void XWindowSystem::sendEmptyMessage(const ProcessHold& process) {
-  for (const xcb_window_t window : windowsOf(process)) {
+  for (const xcb_window_t window : ownWindows(process)) {
     send(window, window, connection_->atoms().wakeUp, 0, XCB_EVENT_MASK_NO_EVENT);
   }
   finish();

@@ -21,10 +21,19 @@ class XWindowSystem : public WindowSystem {
   XWindowSystem(std::string displayName, Coverage coverage, const ProcFiles& files);
   ~XWindowSystem() override;
 
+  // The owners of windows with the class (WM_CLASS) that each of those names; nothing of windows that name none.
+  struct ClassedOwner {
+    pid_t owner = 0;
+    std::string windowClass;
+  };
+  [[nodiscard]] std::vector<ClassedOwner> classedOwners();
+
   bool tellsAllWindows() override;
   std::vector<pid_t> owners() override;
+  bool tellsActiveWindow() override { return tellsAllWindows(); }
   std::optional<pid_t> activeOwner() override;
-  void closeWindows(const ProcessHold& process) override;
+  std::vector<WindowNumber> windowsOf(const ProcessHold& process) override;
+  int closeWindows(const ProcessHold& process) override;
   void activate(const ProcessHold& process, BringForward windows) override;
   void setVisible(const ProcessHold& process, Visible visible) override;
   void sendEmptyMessage(const ProcessHold& process) override;
@@ -37,7 +46,7 @@ class XWindowSystem : public WindowSystem {
   [[nodiscard]] WindowManagerConnection* connection();
   // Top-level windows from the bottom of the stack to its top.
   [[nodiscard]] std::vector<xcb_window_t> windows();
-  [[nodiscard]] std::vector<xcb_window_t> windowsOf(const ProcessHold& process);
+  [[nodiscard]] std::vector<xcb_window_t> ownWindows(const ProcessHold& process);
   [[nodiscard]] std::vector<xcb_window_t> windowList(xcb_atom_t property);
   [[nodiscard]] bool isIconified(xcb_window_t window);
   [[nodiscard]] bool supports(xcb_atom_t protocol, xcb_window_t window);

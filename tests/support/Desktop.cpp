@@ -1,6 +1,8 @@
 #include "tests/support/Desktop.h"
 
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -31,6 +33,17 @@ std::runtime_error failed(const std::string& part, const ChildProcess& process) 
 void endPart(std::unique_ptr<ChildProcess>& part) {
   if (part) part->end(SIGTERM);
   part.reset();
+}
+
+// The file is there a moment before anybody listens.
+bool takesClients(const std::string& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.copy(address.sun_path, sizeof address.sun_path - 1);
+  const int client = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const bool result = ::connect(client, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+  ::close(client);
+  return result;
 }
 
 }  // namespace
@@ -159,7 +172,7 @@ void Desktop::startWeston() {
                                "--width=1280", "--height=800", "--socket=" + waylandDisplay_, "--idle-time=0",
                                "--no-config"},
       ChildOptions{.environment = environment(), .signalWhenTestDies = SIGTERM});
-  if (!eventually([&] { return std::filesystem::exists(waylandSocket()); })) {
+  if (!eventually([&] { return takesClients(waylandSocket()); })) {
     throw failed("weston", *compositor_);
   }
 }

@@ -10,7 +10,7 @@ LiveProcesses::LiveProcesses(const LiveOptions& options)
               procFiles, bundles),
       running(procFiles, bundles, windows, DesktopSession{"", options.display, options.waylandSocket}),
       source(running, procFiles, windows, workspace),
-      control(running, windows),
+      control(running, windows, clock),
       events(running, windows, loop, loop),
       processes({.source = source,
                  .events = events,

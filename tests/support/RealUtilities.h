@@ -84,7 +84,7 @@ struct RealUtilities {
   RunningApplications running;
   LinuxApplicationEvents events{running, windows, loop, loop};
   LinuxProcessSource source{running, procFiles, windows, workspace};
-  LinuxApplicationControl control{running, windows};
+  LinuxApplicationControl control{running, windows, clock};
   const LinuxItemFacts items{bundles};
   NullAppleEvents appleEvents;
   NullAccessibility accessibility;

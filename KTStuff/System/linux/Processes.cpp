@@ -48,7 +48,7 @@ struct Session {
   RunningApplications running;
   LinuxApplicationEvents events;
   LinuxProcessSource source;
-  LinuxApplicationControl control{running, windows};
+  LinuxApplicationControl control{running, windows, places.ground.clock};
   BusAppleEvents appleEvents;
   AtSpiAccessibility accessibility;
   const SessionLaunchContext launchContext{source, environment};

@@ -6,22 +6,19 @@
 
 #include "Platform/processes/linux/proc/RunningApplications.h"
 #include "Platform/processes/linux/proc/WindowSystem.h"
+#include "Platform/running/Clock.h"
 
 namespace halvorn {
 namespace {
 
 class HeldRunningApplication : public RunningApplication {
  public:
-  HeldRunningApplication(HeldApplicationPointer application, WindowSystem& windows)
-      : application_(std::move(application)), windows_(windows) {}
+  HeldRunningApplication(HeldApplicationPointer application, WindowSystem& windows, const Clock& clock)
+      : application_(std::move(application)), windows_(windows), clock_(clock) {}
 
   bool terminate() override {
     if (isTerminated()) return false;
-    if (!application_->takeTerminateRequest()) return true;
-    windows_.closeWindows(application_->hold);
-    // A program that ended at the closing has followed the request, and one that
-    // may not be signalled was asked.
-    application_->hold.sendSignal(SIGTERM);
+    application_->terminateRequest().carryOn(application_->hold, windows_, clock_.monotonicSeconds());
     return true;
   }
   bool forceTerminate() override { return application_->hold.sendSignal(SIGKILL) || !isTerminated(); }
@@ -30,17 +27,19 @@ class HeldRunningApplication : public RunningApplication {
  private:
   const HeldApplicationPointer application_;
   WindowSystem& windows_;
+  const Clock& clock_;
 };
 
 }  // namespace
 
-LinuxApplicationControl::LinuxApplicationControl(RunningApplications& applications, WindowSystem& windows)
-    : applications_(applications), windows_(windows) {}
+LinuxApplicationControl::LinuxApplicationControl(RunningApplications& applications, WindowSystem& windows,
+                                                 const Clock& clock)
+    : applications_(applications), windows_(windows), clock_(clock) {}
 
 std::unique_ptr<RunningApplication> LinuxApplicationControl::runningApplication(ProcessSerialNumber number) {
   auto application = applications_.withNumber(number);
   if (!application) return nullptr;
-  return std::make_unique<HeldRunningApplication>(std::move(application), windows_);
+  return std::make_unique<HeldRunningApplication>(std::move(application), windows_, clock_);
 }
 
 void LinuxApplicationControl::setFront(ProcessSerialNumber number, BringForward windows) {

@@ -6,16 +6,17 @@
 
 namespace halvorn {
 
+class Clock;
 class RunningApplications;
 class WindowSystem;
 
 class LinuxApplicationControl : public ApplicationControl {
  public:
-  LinuxApplicationControl(RunningApplications& applications, WindowSystem& windows);
+  LinuxApplicationControl(RunningApplications& applications, WindowSystem& windows, const Clock& clock);
 
   bool hasRunningApplications() const override { return true; }
-  // Asked to end, an application gets its windows closed and SIGTERM, once in its life: a second signal makes
-  // some programs drop what they were about to save.
+  // Asked to end, an application gets its windows closed, and SIGTERM when it does not answer that; each once in
+  // its life: a second signal makes some programs drop what they were about to save.
   std::unique_ptr<RunningApplication> runningApplication(ProcessSerialNumber number) override;
   void setFront(ProcessSerialNumber number, BringForward windows) override;
   void setVisible(ProcessSerialNumber number, Visible visible) override;
@@ -24,6 +25,7 @@ class LinuxApplicationControl : public ApplicationControl {
  private:
   RunningApplications& applications_;
   WindowSystem& windows_;
+  const Clock& clock_;
 };
 
 }  // namespace halvorn

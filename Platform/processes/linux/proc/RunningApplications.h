@@ -9,7 +9,6 @@
 
 #include <sys/types.h>
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -23,6 +22,7 @@
 #include "Platform/processes/linux/proc/DesktopSession.h"
 #include "Platform/processes/linux/proc/ProcessHold.h"
 #include "Platform/processes/linux/proc/Program.h"
+#include "Platform/processes/linux/proc/TerminateRequest.h"
 #include "Platform/processes/linux/wayland/ClientSockets.h"
 
 namespace halvorn {
@@ -38,8 +38,7 @@ class HeldApplication {
         hold(std::move(certainty)),
         program(std::move(whatItRuns)) {}
 
-  // True for the first caller.
-  [[nodiscard]] bool takeTerminateRequest() { return !isAskedToTerminate_.exchange(true); }
+  [[nodiscard]] TerminateRequest& terminateRequest() { return terminateRequest_; }
 
   const ProcessSerialNumber number;
   const pid_t pid;
@@ -47,7 +46,7 @@ class HeldApplication {
   const Program program;  // as it was found; bundles may be replaced under a running program
 
  private:
-  std::atomic<bool> isAskedToTerminate_{false};
+  TerminateRequest terminateRequest_;
 };
 using HeldApplicationPointer = std::shared_ptr<HeldApplication>;
 

@@ -55,8 +55,17 @@ std::vector<xcb_window_t> XWindowSystem::windowList(xcb_atom_t property) {
 std::vector<xcb_window_t> XWindowSystem::windows() {
   WindowManagerConnection* x = connection();
   if (x == nullptr) return {};
+  const auto all = windowList(x->ewmh()->_NET_CLIENT_LIST);
+  // Not every window manager keeps the order up to date when windows go: what there is, the other list says.
   auto stacked = windowList(x->ewmh()->_NET_CLIENT_LIST_STACKING);
-  return !stacked.empty() ? stacked : windowList(x->ewmh()->_NET_CLIENT_LIST);
+  const auto isIn = [](const std::vector<xcb_window_t>& list, xcb_window_t window) {
+    return std::find(list.begin(), list.end(), window) != list.end();
+  };
+  std::erase_if(stacked, [&](xcb_window_t window) { return !isIn(all, window); });
+  for (const xcb_window_t window : all) {
+    if (!isIn(stacked, window)) stacked.push_back(window);
+  }
+  return stacked;
 }
 
 std::vector<pid_t> XWindowSystem::owners() {

@@ -88,6 +88,7 @@ TEST_F(BundleRegistrationTest, ABundleGetsAnEntryThatDesktopsAcceptAndStart) {
   ASSERT_TRUE(entry);
   EXPECT_EQ(entry->value("Name"), "Foo");
   EXPECT_EQ(entry->value("TryExec"), folder_ / "Foo.app/Contents/Linux/Probe");
+  EXPECT_EQ(entry->value("StartupWMClass"), "Probe") << "what its windows say";
   EXPECT_EQ(entry->value("Icon"), std::nullopt);
   expectValid(entries().front());
   if (!programExists("gio")) GTEST_SKIP() << "libglib2.0-bin is not installed";

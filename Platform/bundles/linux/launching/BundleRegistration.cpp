@@ -138,6 +138,8 @@ std::string entryFor(const std::map<std::string, std::string>& names, const std:
   // Desktops show the entry only as long as the program is there.
   entry += "TryExec=" + escapedValue(program) + "\n";
   if (!iconName.empty()) entry += "Icon=" + iconName + "\n";
+  // By that desktops know whose a window is: toolkits call the application like its program.
+  entry += "StartupWMClass=" + escapedValue(program.substr(program.rfind('/') + 1)) + "\n";
   return entry + "Terminal=false\n";
 }
 

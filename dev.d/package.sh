@@ -9,7 +9,12 @@ dev_package() {
   cp -a build/HalvornInstaller.app build/package/
   local libraries="$bundle/Contents/Frameworks" into="$bundle/Contents/PlugIns"
   mkdir -p "$libraries" "$into/platforms" "$into/imageformats"
-  cp "$plugins/platforms/libqxcb.so" "$into/platforms/"
+  cp "$plugins/platforms/libqxcb.so" "$plugins/platforms/libqwayland-generic.so" "$into/platforms/"
+  # Without the first there is no window on Wayland, without the second none has a title where the desktop draws none.
+  local part
+  for part in wayland-shell-integration/libxdg-shell.so wayland-decoration-client/libbradient.so; do
+    mkdir -p "$into/${part%/*}"; cp "$plugins/$part" "$into/$part"
+  done
   local format
   for format in libqicns libqsvg libqjpeg; do
     if [ -e "$plugins/imageformats/$format.so" ]; then cp "$plugins/imageformats/$format.so" "$into/imageformats/"; fi

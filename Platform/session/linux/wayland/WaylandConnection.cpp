@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <tuple>
 #include <utility>
 
 #include "Platform/running/posix/FileDescriptor.h"
@@ -39,16 +40,30 @@ std::unique_ptr<WaylandConnection> WaylandConnection::open(const std::string& so
   // It owns the descriptor, also where it fails.
   wl_display* const display = wl_display_connect_to_fd(connection.release());
   if (display == nullptr) return nullptr;
-  std::unique_ptr<WaylandConnection> result(new WaylandConnection(display, patience));
+  std::unique_ptr<WaylandConnection> result(new WaylandConnection(display, Whose::Own, patience));
   return result->learnGlobals() ? std::move(result) : nullptr;
 }
 
-WaylandConnection::WaylandConnection(wl_display* display, std::chrono::milliseconds patience)
-    : display_(display), patience_(patience) {}
+std::unique_ptr<WaylandConnection> WaylandConnection::over(wl_display* display,
+                                                           std::chrono::milliseconds patience) {
+  std::unique_ptr<WaylandConnection> result(new WaylandConnection(display, Whose::Foreign, patience));
+  return result->learnGlobals() ? std::move(result) : nullptr;
+}
+
+WaylandConnection::WaylandConnection(wl_display* display, Whose whose, std::chrono::milliseconds patience)
+    : own_(whose == Whose::Own ? display : nullptr),
+      display_(display),
+      queue_(wl_display_create_queue(display)),
+      speaker_(static_cast<wl_display*>(wl_proxy_create_wrapper(display))),
+      patience_(patience) {
+  wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(speaker_), queue_);
+}
 
 WaylandConnection::~WaylandConnection() {
   forgetQuestion();
   if (registry_ != nullptr) wl_registry_destroy(registry_);
+  wl_proxy_wrapper_destroy(speaker_);
+  wl_event_queue_destroy(queue_);
 }
 
 bool WaylandConnection::learnGlobals() {
@@ -62,7 +77,7 @@ bool WaylandConnection::learnGlobals() {
             std::erase_if(static_cast<WaylandConnection*>(data)->globals_,
                           [&](const auto& entry) { return entry.second.name == name; });
           }};
-  registry_ = wl_display_get_registry(get());
+  registry_ = wl_display_get_registry(speaker_);
   if (registry_ == nullptr) return false;
   wl_registry_add_listener(registry_, &listener, this);
   return roundTrip();
@@ -86,7 +101,7 @@ bool WaylandConnection::roundTrip() {
   if (!isUsable()) return false;
   // Whoever let one question wait too long is not waited for with the next one.
   if (question_ != nullptr && !dispatchUntilAnswered({})) return false;
-  question_ = wl_display_sync(get());
+  question_ = wl_display_sync(speaker_);
   if (question_ == nullptr) return false;
   wl_callback_add_listener(question_, &listener, this);
   return dispatchUntilAnswered(patience_);
@@ -95,8 +110,8 @@ bool WaylandConnection::roundTrip() {
 bool WaylandConnection::dispatchUntilAnswered(std::chrono::milliseconds longest) {
   const auto end = Clock::now() + longest;
   for (;;) {
-    while (wl_display_prepare_read(get()) != 0) {
-      if (wl_display_dispatch_pending(get()) < 0) return false;
+    while (wl_display_prepare_read_queue(get(), queue_) != 0) {
+      if (dispatchPending() < 0) return false;
     }
     if (question_ == nullptr) {
       wl_display_cancel_read(get());
@@ -116,13 +131,13 @@ bool WaylandConnection::dispatchUntilAnswered(std::chrono::milliseconds longest)
     } else if (wl_display_read_events(get()) < 0) {
       return false;
     }
-    if (wl_display_dispatch_pending(get()) < 0) return false;
+    if (dispatchPending() < 0) return false;
   }
 }
 
 void WaylandConnection::readEvents() {
-  while (wl_display_prepare_read(get()) != 0) {
-    if (wl_display_dispatch_pending(get()) < 0) return;
+  while (wl_display_prepare_read_queue(get(), queue_) != 0) {
+    if (dispatchPending() < 0) return;
   }
   wl_display_flush(get());
   pollfd entry = {descriptor(), POLLIN, 0};
@@ -131,7 +146,7 @@ void WaylandConnection::readEvents() {
   } else {
     wl_display_cancel_read(get());
   }
-  wl_display_dispatch_pending(get());
+  std::ignore = dispatchPending();
 }
 
 }  // namespace halvorn

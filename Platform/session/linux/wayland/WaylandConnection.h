@@ -1,4 +1,4 @@
-// A connection of its own to a Wayland compositor.
+// A connection of its own to a Wayland compositor, or a conversation of its own over somebody else's.
 //
 // No wait is without an end: a compositor that does not answer in time has not answered, and from then on it
 // is not waited for again until what it was asked has come. Nothing here ends the program when the compositor
@@ -26,11 +26,15 @@ class WaylandConnection {
   // Null when nobody listens at that path, takes connections or answers in time.
   [[nodiscard]] static std::unique_ptr<WaylandConnection> open(
       const std::string& socketPath, std::chrono::milliseconds patience = kPatience);
+  // Over a connection that outlives this object and that others use at the same time, from any thread: events of
+  // theirs stay theirs. Null when the compositor does not answer in time.
+  [[nodiscard]] static std::unique_ptr<WaylandConnection> over(
+      wl_display* display, std::chrono::milliseconds patience = kPatience);
   ~WaylandConnection();
   WaylandConnection(const WaylandConnection&) = delete;
   WaylandConnection& operator=(const WaylandConnection&) = delete;
 
-  [[nodiscard]] wl_display* get() const { return display_.get(); }
+  [[nodiscard]] wl_display* get() const { return display_; }
   [[nodiscard]] int descriptor() const { return wl_display_get_fd(get()); }
   // False once the compositor has gone, or has ended the conversation; it stays so.
   [[nodiscard]] bool isUsable() const { return wl_display_get_error(get()) == 0; }
@@ -58,14 +62,19 @@ class WaylandConnection {
     std::uint32_t version = 0;
   };
 
-  WaylandConnection(wl_display* display, std::chrono::milliseconds patience);
+  enum class Whose { Own, Foreign };
+  WaylandConnection(wl_display* display, Whose whose, std::chrono::milliseconds patience);
   [[nodiscard]] bool learnGlobals();
   [[nodiscard]] void* bindProxy(const wl_interface& interface, std::uint32_t knownVersion);
   // Handles events until the answer has come; false when that took longer.
   [[nodiscard]] bool dispatchUntilAnswered(std::chrono::milliseconds longest);
   void forgetQuestion();
+  [[nodiscard]] int dispatchPending() { return wl_display_dispatch_queue_pending(get(), queue_); }
 
-  const std::unique_ptr<wl_display, Disconnect> display_;
+  const std::unique_ptr<wl_display, Disconnect> own_;
+  wl_display* const display_;
+  wl_event_queue* const queue_;
+  wl_display* const speaker_;  // what is asked of it is answered in the queue
   const std::chrono::milliseconds patience_;
   wl_registry* registry_ = nullptr;
   std::map<std::string, Global> globals_;

@@ -1,6 +1,10 @@
 #include "Platform/window/linux/AlertSheet.h"
 
+#include <QAbstractButton>
 #include <QBoxLayout>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QPainter>
 #include <QShowEvent>
 #include <QStyle>
 #include <QWindow>
@@ -17,6 +21,8 @@ namespace {
 
 constexpr int kIconSide = 64;
 constexpr int kWidth = 500;
+constexpr int kMargin = 24;  // to the edges of the window inside which it stands
+constexpr qreal kCorner = 8;
 
 QStyle::StandardPixmap standardIcon(AlertDescription::Style style) {
   switch (style) {
@@ -39,11 +45,25 @@ FieldLabel* label(const Text& text, QWidget* parent) {
 
 }  // namespace
 
-AlertSheet::AlertSheet(const AlertDescription& alert, QWidget* window, std::function<void(int)> ended)
+// On Wayland only the compositor places windows, and most put a sheet beside its window.
+SheetPlace usualSheetPlace() {
+  return QGuiApplication::platformName().startsWith(QLatin1String("wayland")) ? SheetPlace::InsideWindow
+                                                                              : SheetPlace::OwnWindow;
+}
+
+AlertSheet::AlertSheet(const AlertDescription& alert, QWidget* window, std::function<void(int)> ended,
+                       SheetPlace place)
     : QDialog(window, Qt::Sheet | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
+      place_(place),
       ended_(std::move(ended)) {
   setAttribute(Qt::WA_DeleteOnClose);
-  setWindowModality(Qt::WindowModal);
+  if (place_ == SheetPlace::InsideWindow) {
+    setWindowFlags(Qt::Widget);
+    window->installEventFilter(this);
+    focusBefore_ = window->focusWidget();  // the first button takes it as soon as it is made
+  } else {
+    setWindowModality(Qt::WindowModal);
+  }
   setWindowTitle(window->windowTitle());
   setAccessibleName(forDisplay(alert.messageText));
   setAccessibleDescription(forDisplay(alert.informativeText));
@@ -105,21 +125,97 @@ void AlertSheet::letWindowHaveKeyboard(bool may) {
   }
 }
 
-void AlertSheet::showEvent(QShowEvent* event) {
-  // As high as its texts need; in the middle of its window, as far as the screen goes.
+// As high as its texts need.
+QSize AlertSheet::neededSize() const {
   layout()->activate();
   const int width = std::max(kWidth, layout()->totalMinimumSize().width());
-  resize(width, layout()->totalHeightForWidth(width));
+  return {width, layout()->totalHeightForWidth(width)};
+}
+
+void AlertSheet::showEvent(QShowEvent* event) {
+  if (place_ == SheetPlace::InsideWindow) {
+    standInside();
+    letWindowBeUsed(false);
+    QDialog::showEvent(event);
+    return;
+  }
+  // In the middle of its window, as far as the screen goes.
+  resize(neededSize());
   const QRect owner = parentWidget()->window()->frameGeometry();
-  move(owner.center().x() - width / 2, owner.top() + std::max(24, (owner.height() - height()) / 3));
+  move(owner.center().x() - width() / 2, owner.top() + std::max(kMargin, (owner.height() - height()) / 3));
   QDialog::showEvent(event);
   letWindowHaveKeyboard(false);
+}
+
+void AlertSheet::standInside() {
+  QWidget* window = parentWidget();
+  resize(neededSize());
+  const QSize least = size() + QSize(2 * kMargin, 2 * kMargin);
+  if (window->width() < least.width() || window->height() < least.height())
+    window->resize(window->size().expandedTo(least));
+  move((window->width() - width()) / 2, std::max(kMargin, (window->height() - height()) / 3));
+  raise();
+}
+
+// Nothing but the sheet can be pressed, by mouse, key or assistive program.
+void AlertSheet::letWindowBeUsed(bool may) {
+  if (may) {
+    for (const auto& widget : std::exchange(blocked_, {})) {
+      if (widget) widget->setEnabled(true);
+    }
+    if (focusBefore_) focusBefore_->setFocus(Qt::OtherFocusReason);
+    return;
+  }
+  for (auto* widget : parentWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (widget == this || widget->isWindow() || !widget->isEnabled()) continue;
+    widget->setEnabled(false);
+    blocked_ << widget;
+  }
+  if (auto* first = findChild<QAbstractButton*>()) first->setFocus(Qt::OtherFocusReason);
+}
+
+void AlertSheet::paintEvent(QPaintEvent* event) {
+  if (place_ == SheetPlace::OwnWindow) return QDialog::paintEvent(event);
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(palette().color(QPalette::Mid));
+  painter.setBrush(palette().color(QPalette::Window));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
+}
+
+// The Tab key stays inside: a window of its own it would not leave either.
+bool AlertSheet::focusNextPrevChild(bool next) {
+  if (place_ == SheetPlace::OwnWindow) return QDialog::focusNextPrevChild(next);
+  const auto buttons = findChildren<QAbstractButton*>();
+  const auto count = buttons.size();
+  if (count == 0) return false;
+  const auto current = buttons.indexOf(qobject_cast<QAbstractButton*>(parentWidget()->focusWidget()));
+  const auto target = (current + (next ? 1 : count - 1)) % count;
+  buttons[target]->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  return true;
+}
+
+bool AlertSheet::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == parentWidget() && isVisible()) {
+    if (event->type() == QEvent::Resize) standInside();
+    if (event->type() == QEvent::Close) {
+      event->ignore();
+      end(kAlertFirstButtonReturn);
+      return true;
+    }
+  }
+  return QDialog::eventFilter(watched, event);
 }
 
 void AlertSheet::end(int returnCode) {
   const auto ended = std::exchange(ended_, nullptr);
   if (!ended) return;
-  letWindowHaveKeyboard(true);
+  if (place_ == SheetPlace::InsideWindow) {
+    parentWidget()->removeEventFilter(this);
+    letWindowBeUsed(true);
+  } else {
+    letWindowHaveKeyboard(true);
+  }
   close();
   parentWidget()->window()->activateWindow();
   ended(returnCode);

@@ -15,7 +15,8 @@ void showLoneAlert(const Text& title, const AlertDescription& alert) {
   QWidget window(nullptr, Qt::Window);
   window.setWindowTitle(forDisplay(title));
   window.setGeometry(QGuiApplication::primaryScreen()->availableGeometry());
-  const QPointer sheet(new AlertSheet(alert, &window, [](int) {}));
+  const QPointer sheet(new AlertSheet(
+      alert, &window, [](int) {}, SheetPlace::OwnWindow));
   sheet->exec();
 }
 

@@ -10,7 +10,7 @@ namespace halvorn {
 
 void QtAlerts::beginSheet(const AlertDescription& alert, std::function<void(int returnCode)> ended) {
   // The sheet belongs to its window and deletes itself when it is closed.
-  (new AlertSheet(alert, &window_.widget(), std::move(ended)))->open();
+  (new AlertSheet(alert, &window_.widget(), std::move(ended), place_))->open();
 }
 
 }  // namespace halvorn

@@ -72,13 +72,13 @@ class FakeWorld {
 
 class RealWorld {
  public:
-  RealWorld() {
+  explicit RealWorld(SheetPlace sheets = SheetPlace::OwnWindow) {
     auto loaded = InstallerWindow::load(KT_SOURCE_DIR "/Resources/InstallerWindow.xml", strings_, images_);
     if (!loaded.window) throw std::runtime_error(loaded.problem.bytes());
     window_ = std::move(loaded.window);
     window_->setActions({.install = [this] { ++installs; }});
     window_->showIfVisibleAtLaunch();
-    alerts_ = std::make_unique<QtAlerts>(*window_);
+    alerts_ = std::make_unique<QtAlerts>(*window_, sheets);
     screenReader_ = std::make_unique<QtScreenReader>(*window_);
   }
 
@@ -133,6 +133,12 @@ class RealWorld {
   std::unique_ptr<QtScreenReader> screenReader_;
 };
 
+// As on a desktop that places windows as it likes.
+class RealWorldWithSheetsInside : public RealWorld {
+ public:
+  RealWorldWithSheetsInside() : RealWorld(SheetPlace::InsideWindow) {}
+};
+
 template <typename World>
 class WindowContract : public testing::Test {
  protected:
@@ -148,7 +154,7 @@ class WindowContract : public testing::Test {
             &outlets.progressIndicator};
   }
 };
-using Worlds = testing::Types<FakeWorld, RealWorld>;
+using Worlds = testing::Types<FakeWorld, RealWorld, RealWorldWithSheetsInside>;
 TYPED_TEST_SUITE(WindowContract, Worlds);
 
 TYPED_TEST(WindowContract, AFreshWindowHasTheTextsOfItsDescription) {

@@ -206,7 +206,11 @@ int applicationMain(int argumentCount, char** arguments) {
   if (const auto answer = commandLineAnswer(system.parts().arguments, system.bundles()))
     return std::fputs(answer->bytes().c_str(), stdout) >= 0 ? EXIT_SUCCESS : EXIT_FAILURE;
   if (isRefused(system.parts().of<Ground>().environment)) return refuseAdministrator(system);
-  (void)system.application();
+  {
+    const BeforeExit withoutDisplay(
+        [&] { system.log()("ERROR -- There is no display that the window can be shown on"); });
+    (void)system.application();
+  }
   (void)system.colors();
 
   const Text bundle = system.bundles().mainBundlePath();

@@ -11,6 +11,7 @@
 #include "Platform/session/linux/PortalInterfaceStyle.h"
 #include "Platform/session/linux/WaylandSession.h"
 #include "Platform/session/linux/x11/StartupNotification.h"
+#include "Platform/window/linux/ToolkitsWayland.h"
 
 namespace halvorn {
 namespace {
@@ -24,11 +25,14 @@ std::optional<InterfaceStyle> styleOf(const Defaults& defaults) {
 // What lets a launched program come to the front, in the wake of the last click or key.
 OptionalText activationToken(const Ground& ground, const QtApplication& application,
                              const std::string& program) {
-  if (isWaylandSession(ground.environment)) return std::nullopt;
-  const auto id = announceStartup(ground.environment.value("DISPLAY"),
-                                  {.launcher = ground.programName.bytes(),
-                                   .program = Paths::lastComponent(Text(program)).bytes(),
-                                   .deedTime = application.timeOfLastDeed()});
+  const std::string name = Paths::lastComponent(Text(program)).bytes();
+  if (isWaylandSession(ground.environment)) {
+    const auto token = waylandActivationToken(name);
+    return token ? OptionalText(*token) : std::nullopt;
+  }
+  const auto id = announceStartup(
+      ground.environment.value("DISPLAY"),
+      {.launcher = ground.programName.bytes(), .program = name, .deedTime = application.timeOfLastDeed()});
   return id ? OptionalText(*id) : std::nullopt;
 }
 

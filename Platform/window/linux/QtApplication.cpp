@@ -1,13 +1,17 @@
 #include "Platform/window/linux/QtApplication.h"
 
+#include <unistd.h>
+
 #include <QApplication>
 #include <QDeadlineTimer>
 #include <QInputEvent>
+#include <QThread>
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <string>
 #include <utility>
@@ -15,6 +19,7 @@
 
 #include "Platform/color/linux/Palettes.h"
 #include "Platform/window/linux/IdleTasks.h"
+#include "Platform/window/linux/ToolkitsWayland.h"
 #include "Platform/window/linux/pictures/QtImage.h"
 
 namespace halvorn {
@@ -69,9 +74,23 @@ class EventWatch : public QObject {
   bool isShown_ = false;
 };
 
-// The toolkit's remarks are no lines of the log; what ends the program is.
+// On the main thread, where all that waits is done. Another thread never comes back to the toolkit, which would end
+// the program there and then.
+[[noreturn]] void endByExit() {
+  const bool isMain = qApp == nullptr || QThread::currentThread() == qApp->thread();
+  if (isMain) std::exit(EXIT_FAILURE);
+  QMetaObject::invokeMethod(
+      qApp, [] { std::exit(EXIT_FAILURE); }, Qt::QueuedConnection);
+  for (;;) ::pause();
+}
+
+// The toolkit's remarks are no lines of the log; what ends the program is. The toolkit would do that in ways that
+// leave everything undone, by a signal or, when the compositor has gone, with a warning and at once; what waits for
+// the end (BeforeExit) shall be done.
 void keepQuiet(QtMsgType type, const QMessageLogContext&, const QString& message) {
-  if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "%s\n", qUtf8Printable(message));
+  const bool isLast = type == QtFatalMsg || (type == QtWarningMsg && hasLostCompositor());
+  if (type == QtCriticalMsg || isLast) std::fprintf(stderr, "%s\n", qUtf8Printable(message));
+  if (isLast) endByExit();
 }
 
 }  // namespace

@@ -1,7 +1,12 @@
-# Installs a sample product through the real window.
+# Installs a sample product through the real window; with --wayland on a Wayland desktop of its own.
 dev_run() {
+  if [ "${1:-}" = --wayland ]; then
+    need build run wayland
+    run_without_display --wayland
+    return
+  fi
   need build run
-  if [ -n "${DISPLAY:-}" ]; then run_with_display; else run_without_display; fi
+  if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then run_with_display; else run_without_display; fi
 }
 
 # Everything happens below build/run, the home folder too: nothing of the person's own is touched.
@@ -26,6 +31,6 @@ run_with_display() {
 run_without_display() {
   configure_and_build release HalvornInstaller installer_tour
   rm -rf build/run
-  build/release/tests/installer_tour build/run
+  build/release/tests/installer_tour "$@" build/run
   say "pictures: build/run/*.png"
 }

@@ -2,7 +2,7 @@
 dev_test() {
   local preset=dev
   if [ "${1:-}" = --sanitize ]; then preset=asan; shift; fi
-  need build run test mac
+  need build run test wayland mac
   configure_and_build "$preset"
   export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=0}" UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1}"
   local log="build/$preset/last-test.log" status=0

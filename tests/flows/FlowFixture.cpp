@@ -28,12 +28,14 @@ void FlowFixture::SetUp() {
 }
 
 void FlowFixture::bringDesktop() {
-  const DesktopParts parts{.accessibility = true};
-  if (const auto missing = Desktop::missing(parts)) GTEST_SKIP() << *missing;
-  for (const char* program : {"xdotool", "import"}) {
+  if (const auto missing = Desktop::missing(parts())) GTEST_SKIP() << *missing;
+  const bool isOnX = parts().compositor == Compositor::None;
+  const std::vector<const char*> hands =
+      isOnX ? std::vector{"xdotool", "import"} : std::vector{"swaymsg", "wtype", "grim"};
+  for (const char* program : hands) {
     if (!programExists(program)) GTEST_SKIP() << program << " is not installed";
   }
-  desktop_ = std::make_unique<Desktop>(parts);
+  desktop_ = std::make_unique<Desktop>(parts());
   image_ = std::make_unique<TemporaryFolder>();
   fs::create_directories(applications());
   makeSampleProduct(image());

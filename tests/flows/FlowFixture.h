@@ -23,6 +23,8 @@ class FlowFixture : public ::testing::Test {
   void TearDown() override;
   // All of SetUp() but that tests run as the administrator are kept out of all users' applications.
   void bringDesktop();
+  // The desktop that the test gets.
+  [[nodiscard]] virtual DesktopParts parts() const { return {.accessibility = true}; }
 
   // Everything that is started from now on runs in the locale ("de_DE") and speaks English. Skips the test
   // when the locale cannot be made here. Every flow does it when KT_FLOW_LOCALE names a locale.

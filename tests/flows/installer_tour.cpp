@@ -1,8 +1,8 @@
 // Shows the installer at work where nobody sits in front of it: brings a desktop of its own, installs a
 // sample product over an older, running copy with real mouse clicks, and leaves a picture of every state.
 //
-// usage: installer_tour FOLDER    Pictures go to FOLDER. Exit status 1 when anything differs from what must
-// happen.
+// usage: installer_tour [--wayland] FOLDER    On an X desktop, or a Wayland one. Pictures go to FOLDER. Exit
+// status 1 when anything differs from what must happen.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -31,7 +31,8 @@ class Tour {
  public:
   // With the destination given, nothing looks for it in the folder of all users' applications.
   enum class Destination { Found, Given };
-  Tour(fs::path folder, Destination destination) : folder_(std::move(folder)), destination_(destination) {
+  Tour(fs::path folder, Destination destination, const DesktopParts& parts)
+      : folder_(std::move(folder)), destination_(destination), desktop_(parts) {
     fs::create_directories(image());
   }
 
@@ -108,11 +109,19 @@ class Tour {
   [[nodiscard]] bool windowAppears(const std::string& title) const {
     return eventually(
         [&] {
+          if (!desktop_.swaySocket().empty()) return windowIsInTree(title);
           return runCommand({"xdotool", "search", "--onlyvisible", "--name", "^" + title + "$"},
                             {.environment = desktop_.environment()})
                      .status == 0;
         },
         30);
+  }
+
+  // Of a compositor that describes what it shows.
+  [[nodiscard]] bool windowIsInTree(const std::string& title) const {
+    const CommandResult tree = runCommand({"swaymsg", "-s", desktop_.swaySocket(), "-r", "-t", "get_tree"},
+                                          {.environment = desktop_.environment()});
+    return tree.output.find("\"name\": \"" + title + "\"") != std::string::npos;
   }
 
   void picture(const InstallerDriver& installer, const std::string& name) const {
@@ -140,7 +149,7 @@ class Tour {
 
   fs::path folder_;
   Destination destination_;
-  Desktop desktop_{DesktopParts{.accessibility = true}};
+  Desktop desktop_;
 };
 
 }  // namespace
@@ -148,16 +157,18 @@ class Tour {
 
 int main(int argc, char** argv) {
   using namespace halvorn;
-  if (argc != 2) {
-    std::fputs("usage: installer_tour FOLDER\n", stderr);
+  const bool isOnWayland = argc == 3 && std::string(argv[1]) == "--wayland";
+  if (argc != 2 && !isOnWayland) {
+    std::fputs("usage: installer_tour [--wayland] FOLDER\n", stderr);
     return 64;
   }
+  const DesktopParts parts{.compositor = isOnWayland ? Compositor::Sway : Compositor::None,
+                           .accessibility = true};
   try {
     // Before anything is started.
     const auto destination = hideSharedApplications() ? Tour::Destination::Given : Tour::Destination::Found;
-    if (const auto missing = Desktop::missing(DesktopParts{.accessibility = true}))
-      throw std::runtime_error(*missing);
-    Tour tour(std::filesystem::absolute(argv[1]), destination);
+    if (const auto missing = Desktop::missing(parts)) throw std::runtime_error(*missing);
+    Tour tour(std::filesystem::absolute(argv[argc - 1]), destination, parts);
     tour.install();
     tour.tidyUp();
     tour.refuseForNewerSystem();

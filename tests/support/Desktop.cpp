@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 namespace halvorn {
@@ -142,7 +143,8 @@ void Desktop::startSway(bool xClients) {
                                << "output HEADLESS-1 resolution 1280x800\n"
                                << "for_window [app_id=\".*\"] floating enable\n"
                                << "for_window [class=\".*\"] floating enable\n"
-                               << "exec echo serves \"$WAYLAND_DISPLAY\" \"$DISPLAY\"\n";
+                               << "default_floating_border none\n"
+                               << "exec echo serves \"$SWAYSOCK\" \"$WAYLAND_DISPLAY\" \"$DISPLAY\"\n";
   std::vector<std::string> command = {"setpriv", "--pdeathsig", "TERM", "sway", "-c", configuration};
   if (::geteuid() == 0) {
     const std::vector<std::string> asSomebody = {"unshare", "--user", "--map-user=1000", "--map-group=1000"};
@@ -157,9 +159,9 @@ void Desktop::startSway(bool xClients) {
     const auto line = compositor_->readLine(kTestPatience);
     if (!line) throw failed("sway", *compositor_);
     if (line->rfind(answer, 0) != 0) continue;
-    const std::size_t blank = line->find(' ', answer.size());
-    waylandDisplay_ = line->substr(answer.size(), blank - answer.size());
-    if (xClients) displayName_ = line->substr(blank + 1);
+    std::istringstream parts(line->substr(answer.size()));
+    parts >> swaySocket_ >> waylandDisplay_;
+    if (xClients) parts >> displayName_;
     return;
   }
 }

@@ -61,6 +61,7 @@ class Desktop {
   }  // "wayland-1"; "" without
   // Where the compositor listens, without a link in it; "" without.
   [[nodiscard]] std::string waylandSocket() const;
+  [[nodiscard]] const std::string& swaySocket() const { return swaySocket_; }  // where it takes commands
   [[nodiscard]] const std::string& busAddress() const { return busAddress_; }  // "" without
   [[nodiscard]] const std::string& accessibilityAddress() const { return accessibilityAddress_; }
   [[nodiscard]] std::string homeFolder() const { return folder_ / "home"; }
@@ -85,6 +86,7 @@ class Desktop {
   std::vector<std::string> added_;
   std::string displayName_;
   std::string waylandDisplay_;
+  std::string swaySocket_;
   std::string busAddress_;
   std::string accessibilityAddress_;
   std::unique_ptr<ChildProcess> xServer_;

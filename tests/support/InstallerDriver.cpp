@@ -1,5 +1,7 @@
 #include "tests/support/InstallerDriver.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <regex>
 #include <sstream>
@@ -32,6 +34,23 @@ std::optional<Control> parsed(const std::string& line) {
   return control;
 }
 
+// Before the program, so that its seat has a pointer from the start.
+std::unique_ptr<ChildProcess> startedPointer(const Desktop& desktop) {
+  if (desktop.waylandDisplay().empty()) return nullptr;
+  auto pointer = std::make_unique<ChildProcess>(
+      std::vector<std::string>{KT_BINARY_DIR "/tests/kt_wayland_pointer", "1280", "800"},
+      ChildOptions{.environment = desktop.environment()});
+  if (pointer->readLine(kTestPatience) != "ready")
+    throw std::runtime_error("no pointer: " + pointer->output());
+  return pointer;
+}
+
+// Behind `"name": `, from there on.
+int numberBehind(const std::string& text, const std::string& name, std::size_t from) {
+  const std::size_t found = text.find("\"" + name + "\":", from);
+  return found == std::string::npos ? 0 : std::atoi(text.c_str() + found + name.size() + 3);
+}
+
 }  // namespace
 
 std::string builtInstaller() { return KT_BUNDLE_DIR "/Contents/Linux/HalvornInstaller"; }
@@ -44,6 +63,7 @@ bool Control::has(const std::string& state) const {
 InstallerDriver::InstallerDriver(Desktop& desktop, std::vector<std::string> arguments,
                                  const DriverOptions& options)
     : desktop_(desktop),
+      pointer_(startedPointer(desktop)),
       accessibleProbe_(options.accessibleProbe.empty() ? KT_BINARY_DIR "/tests/accessible_probe"
                                                        : options.accessibleProbe),
       process_(commandLine(options.program, std::move(arguments)),
@@ -104,22 +124,45 @@ bool InstallerDriver::click(const std::string& name, double seconds) {
       },
       seconds);
   if (!isThere) return false;
-  const std::string x = std::to_string(target->x + target->width / 2);
-  const std::string y = std::to_string(target->y + target->height / 2);
-  return runCommand({"xdotool", "mousemove", x, y, "click", "1"}, {.environment = desktop_.environment()})
-             .status == 0;
+  return clickAt(target->x + target->width / 2, target->y + target->height / 2);
+}
+
+bool InstallerDriver::clickAt(int x, int y) {
+  if (!pointer_) {
+    return runCommand({"xdotool", "mousemove", std::to_string(x), std::to_string(y), "click", "1"},
+                      {.environment = desktop_.environment()})
+               .status == 0;
+  }
+  const auto window = windowPlace();
+  if (!window) return false;
+  pointer_->writeInput("click " + std::to_string(window->x + x) + " " + std::to_string(window->y + y) + "\n");
+  return pointer_->readLine(kTestPatience) == "done";
+}
+
+// Out of the compositor's own description of what it shows.
+std::optional<InstallerDriver::Place> InstallerDriver::windowPlace() const {
+  const CommandResult tree = runCommand({"swaymsg", "-s", desktop_.swaySocket(), "-r", "-t", "get_tree"},
+                                        {.environment = desktop_.environment()});
+  const std::size_t window = tree.output.find("\"pid\": " + std::to_string(process_.pid()) + ",");
+  const std::size_t place = window == std::string::npos ? window : tree.output.rfind("\"rect\":", window);
+  if (place == std::string::npos) return std::nullopt;
+  return Place{numberBehind(tree.output, "x", place), numberBehind(tree.output, "y", place)};
 }
 
 void InstallerDriver::key(const std::string& keys) {
-  const CommandResult result = runCommand({"xdotool", "key", keys}, {.environment = desktop_.environment()});
-  if (result.status != 0) throw std::runtime_error("xdotool: " + result.output);
+  // The keyboard comes with the tool and goes with it; the program needs a moment to see that there is one.
+  const auto command = pointer_ ? std::vector<std::string>{"wtype", "-s", "400", "-k", keys}
+                                : std::vector<std::string>{"xdotool", "key", keys};
+  const CommandResult result = runCommand(command, {.environment = desktop_.environment()});
+  if (result.status != 0) throw std::runtime_error(command.front() + ": " + result.output);
 }
 
 void InstallerDriver::screenshot(const std::string& file) const {
   std::filesystem::create_directories(std::filesystem::path(file).parent_path());
-  const CommandResult result =
-      runCommand({"import", "-window", "root", file}, {.environment = desktop_.environment()});
-  if (result.status != 0) throw std::runtime_error("import: " + result.output);
+  const auto command = pointer_ ? std::vector<std::string>{"grim", file}
+                                : std::vector<std::string>{"import", "-window", "root", file};
+  const CommandResult result = runCommand(command, {.environment = desktop_.environment()});
+  if (result.status != 0) throw std::runtime_error(command.front() + ": " + result.output);
 }
 
 std::vector<std::string> logLines(const std::string& text) {

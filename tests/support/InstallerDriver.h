@@ -7,6 +7,7 @@
 //   EXPECT_TRUE(installer.waitForText("Sample was successfully installed.", 30));
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -47,7 +48,7 @@ class InstallerDriver {
 
   // Waits for the button and clicks into its middle with the mouse. False when it does not come.
   [[nodiscard]] bool click(const std::string& button, double seconds = kTestPatience);
-  void key(const std::string& keys);  // as xdotool names them
+  void key(const std::string& keys);  // as xdotool names them, on Wayland as wtype does
   // A picture of the whole screen; the folder is made.
   void screenshot(const std::string& file) const;
 
@@ -55,8 +56,16 @@ class InstallerDriver {
 
  private:
   [[nodiscard]] std::optional<Control> button(const std::string& name) const;
+  [[nodiscard]] bool clickAt(int x, int y);
+  // On Wayland a window does not know where it is.
+  struct Place {
+    int x = 0;
+    int y = 0;
+  };
+  [[nodiscard]] std::optional<Place> windowPlace() const;
 
   Desktop& desktop_;
+  std::unique_ptr<ChildProcess> pointer_;  // on Wayland
   std::string accessibleProbe_;
   ChildProcess process_;
 };

@@ -1,0 +1,132 @@
+// Whole installations on a Wayland desktop, clicked with its own pointer and keys.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "tests/flows/FlowFixture.h"
+#include "tests/flows/WholeLog.h"
+
+namespace halvorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+const Lines kPlain = startLog({"-sourcePath", "<image>/Sample.app"});
+const Lines kInstall = {"Install"};
+const Lines kQuitting = {"Quitting 'SMPL': Sample", "quit Sample: gone after #s (# attempts)"};
+
+class WaylandFlow : public FlowFixture {
+ protected:
+  [[nodiscard]] DesktopParts parts() const override {
+    return {.compositor = Compositor::Sway, .accessibility = true};
+  }
+  [[nodiscard]] Lines wholeLog() {
+    return withoutPlaces(
+        installerLog(),
+        {{builtInstaller(), "<installer>"}, {image(), "<image>"}, {desktop().homeFolder(), "<home>"}});
+  }
+  // Of the window that has the focus: its program's id, as the compositor knows it.
+  [[nodiscard]] std::string focusedApplication() {
+    const auto tree = runCommand({"swaymsg", "-s", desktop().swaySocket(), "-r", "-t", "get_tree"}).output;
+    const std::size_t focused = tree.find("\"focused\": true");
+    const std::size_t id = tree.find("\"app_id\": \"", focused);
+    if (focused == std::string::npos || id == std::string::npos) return "";
+    const std::size_t start = id + std::string("\"app_id\": \"").size();
+    return tree.substr(start, tree.find('"', start) - start);
+  }
+};
+
+TEST_F(WaylandFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
+  const fs::path readMe = makeReadMe(image());
+  const fs::path guide = makeGuide(image());
+  InstallerDriver installer(desktop(),
+                            {"-sourcePath", product(), "-readMePath", readMe, "-documentationPath", guide});
+  ASSERT_TRUE(installer.click("Continue"));
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(startedVersion("2.0")) << report();
+  EXPECT_EQ(versionOfBundle(destination()), "2.0");
+  EXPECT_EQ(wholeLog(), startLog({"-sourcePath", "<image>/Sample.app", "-readMePath", "<image>/Read Me.rtf",
+                                  "-documentationPath", "<image>/Guide.html"},
+                                 {{"readMePath", "\"<image>/Read Me.rtf\""},
+                                  {"documentationPath", "\"<image>/Guide.html\""}}) +
+                            kInstall + installLog());
+  EXPECT_TRUE(eventually([&] { return focusedApplication() == "Sample"; })) << focusedApplication();
+  EXPECT_NE(startedWith("XDG_ACTIVATION_TOKEN"), "") << "the compositor's leave to come to the front";
+}
+
+TEST_F(WaylandFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {
+  const fs::path old = makeSampleProduct(applications(), {.version = "1.0"});
+  ChildProcess running({old / "Contents/Linux/Sample"},
+                       {.environment = desktop().environmentWith(reportEntry())});
+  ASSERT_TRUE(startedVersion("1.0"));
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kTestPatience));
+  ASSERT_TRUE(eventually([&] { return focusedApplication() == "HalvornInstaller"; })) << focusedApplication();
+  installer.key("Return");
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(startedVersion("2.0"));
+  EXPECT_FALSE(running.isRunning());
+  EXPECT_EQ(wholeLog(), kPlain + kInstall + kQuitting + installLog());
+}
+
+// The same name for its display, in another folder; no number of a session to tell them apart.
+TEST_F(WaylandFlow, ACopyOnTheOtherDesktopIsLeftAlone) {
+  Desktop neighbour({.bus = false, .compositor = Compositor::Sway});
+  ASSERT_EQ(neighbour.waylandDisplay(), desktop().waylandDisplay());
+  const fs::path old = makeSampleProduct(applications(), {.version = "1.0"});
+  ChildProcess there({old / "Contents/Linux/Sample"},
+                     {.environment = neighbour.environmentWith(reportEntry())});
+  ASSERT_TRUE(startedVersion("1.0"));
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_EQ(wholeLog(), kPlain + kInstall + installLog());
+  EXPECT_TRUE(there.isRunning());
+}
+
+TEST_F(WaylandFlow, WhenTheCompositorGoesAwayTheWorkerFinishesAndTheLogSaysWhy) {
+  makeSampleProduct(applications(), {.version = "1.0"});
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kTestPatience));
+  // The copy takes its time.
+  ChildProcess tracer({"strace", "-f", "-o", "/dev/null", "-e", "trace=utimensat", "-e",
+                       "inject=utimensat:delay_enter=700000", "-p",
+                       std::to_string(installer.process().pid())});
+  ASSERT_TRUE(tracer.waitForOutput("attached", kTestPatience)) << tracer.output();
+  ASSERT_TRUE(installer.click("Install"));
+  const fs::path trashed = desktop().homeFolder() + "/.local/share/Trash/files/Sample.app";
+  ASSERT_TRUE(eventually([&] { return fs::exists(trashed) && fs::exists(destination()); }));
+  desktop().compositor()->sendSignal(SIGKILL);
+  ASSERT_TRUE(eventually([&] { return logHas("The session ends: the display has gone"); }))
+      << testing::PrintToString(installerLog()) << installer.process().output();
+  tracer.end(SIGTERM);
+  EXPECT_EQ(installer.process().waitForEnd(kTestPatience), 1) << "the toolkit's own status";
+  EXPECT_EQ(versionOfBundle(destination()), "2.0");
+  EXPECT_TRUE(sameTree(product(), destination()));
+  EXPECT_EQ(versionOfBundle(trashed), "1.0");
+}
+
+// Neither a compositor nor an X server; and one of each that has gone.
+TEST_F(WaylandFlow, WithoutADisplayTheLogSaysSoAndTheStatusToo) {
+  const std::string home = desktop().homeFolder();
+  const std::vector<std::string> common = {"HOME=" + home, "PATH=/usr/bin:/bin", "LANG=C.UTF-8",
+                                           "HALVORN_AS_ROOT=container"};
+  for (const std::vector<std::string>& gone :
+       {std::vector<std::string>{},
+        std::vector<std::string>{"WAYLAND_DISPLAY=wayland-4711", "XDG_RUNTIME_DIR=" + home},
+        std::vector<std::string>{"DISPLAY=:4711"}}) {
+    std::vector<std::string> environment = common;
+    environment.insert(environment.end(), gone.begin(), gone.end());
+    const auto result =
+        runCommand({builtInstaller(), "-sourcePath", product()}, {.environment = environment});
+    EXPECT_EQ(result.status, 1) << result.output;
+    const Lines said = logLines(result.output);
+    ASSERT_FALSE(said.empty()) << result.output;
+    EXPECT_EQ(said.back(), "ERROR -- There is no display that the window can be shown on");
+  }
+}
+
+}  // namespace
+}  // namespace halvorn

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "Platform/session/linux/WaylandSession.h"
+
 namespace halvorn {
 
 LinuxDesktopFacts::LinuxDesktopFacts(const Environment& environment,
@@ -9,7 +11,9 @@ LinuxDesktopFacts::LinuxDesktopFacts(const Environment& environment,
                                      const Clock& clock)
     : displayIdleTime_(displayThatSeesAllInput(environment)),
       sessionIdleTime_(systemBus, clock),
+      compositorsClipboard_(waylandSocketPath(environment)),
       clipboard_(environment.value("DISPLAY")),
+      compositorsMenuBar_(waylandSocketPath(environment), loop),
       menuBar_(environment.value("DISPLAY"), loop) {}
 
 std::optional<std::int64_t> LinuxDesktopFacts::nanosecondsSinceLastInput() {
@@ -17,8 +21,13 @@ std::optional<std::int64_t> LinuxDesktopFacts::nanosecondsSinceLastInput() {
   return ofDisplay ? ofDisplay : sessionIdleTime_.nanosecondsSinceLastInput();
 }
 
+std::optional<std::int64_t> LinuxDesktopFacts::clipboardChangeCount() {
+  const auto ofCompositor = compositorsClipboard_.changeCount();
+  return ofCompositor ? ofCompositor : clipboard_.changeCount();
+}
+
 bool LinuxDesktopFacts::installMenuBarHandler(MenuBarHandler handler) {
-  return menuBar_.installHandler(std::move(handler));
+  return compositorsMenuBar_.installHandler(handler) || menuBar_.installHandler(std::move(handler));
 }
 
 }  // namespace halvorn

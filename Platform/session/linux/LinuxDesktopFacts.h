@@ -1,4 +1,4 @@
-// The desktop of a Linux session: its X server, where it has one, and the session manager.
+// The desktop of a Linux session: its compositor or X server, whichever it has, and the session manager.
 #pragma once
 
 #include <optional>
@@ -6,6 +6,8 @@
 
 #include "Platform/session/DesktopFacts.h"
 #include "Platform/session/linux/LogindIdleTime.h"
+#include "Platform/session/linux/wayland/WaylandMenuBar.h"
+#include "Platform/session/linux/wayland/WaylandPasteboard.h"
 #include "Platform/session/linux/x11/X11IdleTime.h"
 #include "Platform/session/linux/x11/X11MenuBar.h"
 #include "Platform/session/linux/x11/X11Pasteboard.h"
@@ -21,7 +23,9 @@ class LinuxDesktopFacts : public DesktopFacts {
 
   // As the display server counts, else the session manager, else unknown.
   std::optional<std::int64_t> nanosecondsSinceLastInput() override;
-  std::optional<std::int64_t> clipboardChangeCount() override { return clipboard_.changeCount(); }
+  // As the compositor counts; where that does not tell, as the X server does, which on some desktops sees every
+  // change and on others those of its own programs.
+  std::optional<std::int64_t> clipboardChangeCount() override;
   bool installMenuBarHandler(MenuBarHandler handler) override;
   // No desktop here colors its controls by such a tint.
   std::optional<int> controlTint() override { return std::nullopt; }
@@ -29,7 +33,9 @@ class LinuxDesktopFacts : public DesktopFacts {
  private:
   X11IdleTime displayIdleTime_;
   LogindIdleTime sessionIdleTime_;
+  WaylandPasteboard compositorsClipboard_;
   X11Pasteboard clipboard_;
+  WaylandMenuBar compositorsMenuBar_;
   X11MenuBar menuBar_;
 };
 

@@ -120,6 +120,10 @@ bool ToplevelList::isUsable() const { return connection_->isUsable() && !manager
 
 std::optional<std::vector<Toplevel>> ToplevelList::windows() {
   if (!connection_->roundTrip() || !isUsable()) return std::nullopt;
+  return knownWindows();
+}
+
+std::vector<Toplevel> ToplevelList::knownWindows() const {
   std::vector<Toplevel> result;
   for (const auto& window : manager_->windows) {
     if (window->told()) result.push_back(*window->told());

@@ -34,6 +34,8 @@ class ToplevelList {
   // As they are now, the one that was active last behind the others. nullopt when the compositor did not answer in
   // time, or has gone.
   [[nodiscard]] std::optional<std::vector<Toplevel>> windows();
+  // The same as far as they were told until now; asks nothing.
+  [[nodiscard]] std::vector<Toplevel> knownWindows() const;
 
   // What the desktop does about it comes later, or never. Nothing happens to a window that has gone.
   void close(std::uint64_t number);

@@ -2,7 +2,7 @@
 function(kt_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;USES;PRIVATE_USES" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
-  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${ARG_USES} PRIVATE ${ARG_PRIVATE_USES})
 endfunction()
 
@@ -35,10 +35,10 @@ function(kt_test name)
     set(ARG_TIMEOUT 120)
   endif()
   add_executable(${name} ${ARG_SOURCES})
-  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${name} PRIVATE ${ARG_USES} GTest::gtest GTest::gtest_main)
   target_compile_definitions(${name} PRIVATE
-    KT_SOURCE_DIR="${CMAKE_SOURCE_DIR}" KT_BINARY_DIR="${CMAKE_BINARY_DIR}")
+    KT_SOURCE_DIR="${PROJECT_SOURCE_DIR}" KT_BINARY_DIR="${PROJECT_BINARY_DIR}")
   # GCC 12 takes parts of <regex> for uninitialised when it compiles them for the sanitizers.
   if(KT_SANITIZE)
     target_compile_options(${name} PRIVATE -Wno-maybe-uninitialized)

@@ -5,7 +5,7 @@ pkg_get_variable(folder wayland-protocols pkgdatadir)
 set(KT_WAYLAND_PROTOCOLS ${folder} CACHE INTERNAL "Where the descriptions of the common protocols lie")
 
 function(kt_wayland_protocols target)
-  set(folder ${CMAKE_BINARY_DIR}/wayland/${target})
+  set(folder ${PROJECT_BINARY_DIR}/wayland/${target})
   file(MAKE_DIRECTORY ${folder})
   set(made)
   foreach(description ${ARGN})

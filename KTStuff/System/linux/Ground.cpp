@@ -18,11 +18,18 @@ Ground::Ground(KTSystem& system)
       log(clock, programName, environment),
       modulesFolder_(system.parts().settings.modulesFolder) {}
 
-// What lies beside the program comes with it and fits it; the library's own are of the system.
+// What lies beside the program comes with it and fits it. The library's own lie below it, wherever it was put; a
+// program that it is a part of finds them where it was installed.
 Text Ground::modulePath(const char* name) const {
+  static constexpr char kHere = 0;
   if (!modulesFolder_.isEmpty()) return Paths::appending(modulesFolder_, name);
-  const Text beside = Paths::appending(Paths::deletingLastComponent(programPath), name);
-  return files.fileExists(beside) ? beside : Paths::appending(KT_MODULES_FOLDER, name);
+  const Text library = Paths::deletingLastComponent(pathOfCodeAt(&kHere));
+  for (const Text& folder :
+       {Paths::deletingLastComponent(programPath), Paths::appending(library, "ktstuff-1")}) {
+    const Text path = Paths::appending(folder, name);
+    if (files.fileExists(path)) return path;
+  }
+  return Paths::appending(KT_MODULES_FOLDER, name);
 }
 
 KTSystem::KTSystem(std::vector<Text> arguments, KTSystemSettings settings)

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <deque>
 #include <filesystem>
 #include <map>
@@ -95,15 +96,26 @@ std::vector<Adapter> adapters() {
   return result;
 }
 
+// Whether the text holds the name as a whole word.
+bool names(const std::string& text, const std::string& name) {
+  const auto isPartOfWord = [&](std::size_t place) {
+    return place < text.size() &&
+           (std::isalnum(static_cast<unsigned char>(text[place])) != 0 || text[place] == '_');
+  };
+  for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name, at + 1)) {
+    if (!isPartOfWord(at - 1) && !isPartOfWord(at + name.size())) return true;
+  }
+  return false;
+}
+
 // By the source beside its header only where that also makes another adapter, which is named elsewhere: it then
 // hands this one out.
 std::vector<std::string> adaptersThatNobodyNames(const std::map<std::string, std::string>& reached) {
   std::set<std::string> usedHeaders;
   std::vector<Adapter> left;
   for (const auto& [name, header] : adapters()) {
-    const std::regex word("\\b" + name + "\\b");
     const bool isNamed = std::any_of(reached.begin(), reached.end(), [&](const auto& file) {
-      return file.first != header && file.first != sourceOf(header) && std::regex_search(file.second, word);
+      return file.first != header && file.first != sourceOf(header) && names(file.second, name);
     });
     if (isNamed) usedHeaders.insert(header);
     if (!isNamed) left.push_back({name, header});
@@ -111,8 +123,8 @@ std::vector<std::string> adaptersThatNobodyNames(const std::map<std::string, std
   std::vector<std::string> result;
   for (const auto& [name, header] : left) {
     const auto source = reached.find(sourceOf(header));
-    const bool isHandedOut = usedHeaders.contains(header) && source != reached.end() &&
-                             std::regex_search(source->second, std::regex("\\b" + name + "\\b"));
+    const bool isHandedOut =
+        usedHeaders.contains(header) && source != reached.end() && names(source->second, name);
     if (!isHandedOut) result.push_back(name);
   }
   return result;

@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Installs the library into a folder of its own, builds every example against it alone, and compares what they print.
+# usage: installed_library.sh SOURCE BUILD FOLDER shared|static [COMPILER LAUNCHER]     exit status 1 when anything is wrong.
+set -u
+source=$1 build=$2 folder=$3 kind=$4 launcher=${5:-}
+fail() { echo "$1"; exit 1; }
+rm -rf "$folder"; mkdir -p "$folder/home"
+cmake --install "$build" --component KTStuff --prefix "$folder/prefix" >"$folder/install.log" 2>&1 ||
+  { tail -20 "$folder/install.log"; fail "It cannot be installed."; }
+static=OFF; [ "$kind" = shared ] || static=ON
+for example in "$source"/examples/*/; do
+  name=$(basename "$example")
+  # Nothing of the tree can be found from here.
+  cp -r "$example" "$folder/$name"
+  { cmake -S "$folder/$name" -B "$folder/$name/build" -G Ninja -DCMAKE_BUILD_TYPE=Debug "-DCMAKE_PREFIX_PATH=$folder/prefix" \
+      -DKTSTUFF_USE_STATIC_LIBS=$static "-DCMAKE_CXX_COMPILER_LAUNCHER=$launcher" &&
+    cmake --build "$folder/$name/build"; } >"$folder/$name.log" 2>&1 || { tail -30 "$folder/$name.log"; fail "$name does not build."; }
+  # A program that the library is a part of carries what is loaded late beside it.
+  [ "$kind" = shared ] || cp "$folder"/prefix/lib*/ktstuff-1/*.so "$folder/$name/build/"
+  env -i PATH=/usr/bin:/bin "HOME=$folder/home" LANG=C.UTF-8 timeout 60 "$folder/$name/build/$name" \
+    >"$folder/$name.out" 2>"$folder/$name.err" || { cat "$folder/$name.err"; fail "$name ended with a failure."; }
+  # What it prints of this machine stands before what is expected.
+  [ "$(tail -n "$(wc -l <"$example/expected")" "$folder/$name.out")" = "$(cat "$example/expected")" ] ||
+    { diff "$example/expected" "$folder/$name.out"; fail "$name prints something else."; }
+  lines=$(wc -l <"$example/main.cpp"); [ "$lines" -le 30 ] || fail "$name has $lines lines."
+done
+# What a program loads: of the toolkit nothing, unless it is about how things look.
+for name in texts programs quit alert; do
+  toolkit=$(ldd "$folder/$name/build/$name" | grep -E 'libQt|libpulse|libcrypto')
+  [ -z "$toolkit" ] || fail "$name loads $toolkit"
+done
+[ -z "$(ldd "$folder/texts/build/texts" | grep -E 'dbus|expat')" ] || fail "texts loads what texts do not need"
+[ "$kind" = shared ] || exit 0
+# Every visible symbol has a version, and every one is of this library.
+for library in "$folder"/prefix/lib*/libKTStuff*.so; do
+  others=$(nm -D --defined-only "$library" | awk '$3 !~ /^_Z.*7halvorn.*@@KTSTUFF_1(_PRIVATE)?$/ && $3 !~ /^KTSTUFF_1/' | head -5)
+  [ -z "$others" ] || fail "$library shows $others"
+  objdump -p "$library" | grep -qE 'SONAME +libKTStuff[A-Za-z]*\.so\.1$' || fail "$library has no version in its name"
+done
+# pkg-config tells the same.
+flags=$(PKG_CONFIG_PATH=$(dirname "$(find "$folder/prefix" -name ktstuff-text.pc)") pkg-config --cflags --libs ktstuff-text) ||
+  fail "pkg-config does not know the library"
+# shellcheck disable=SC2086 # a list of options
+$launcher c++ "$source/examples/texts/main.cpp" -o "$folder/texts_pc" $flags "-Wl,-rpath,$(dirname "$(find "$folder/prefix" -name libKTStuffText.so)")" ||
+  fail "pkg-config's flags do not build"
+[ "$("$folder/texts_pc")" = "$(cat "$source/examples/texts/expected")" ] || fail "with pkg-config's flags it prints something else"

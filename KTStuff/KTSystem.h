@@ -76,11 +76,12 @@ enum class HoldManyProcesses { No, Yes };
 
 // What a program may say of itself; each has a good answer where nothing is said.
 struct KTSystemSettings {
-  Text programName = {};  // in the log and in lists of sounds; else the program's file name
-  Text identifier =
-      {};  // under which its settings are kept; else that of the bundle, else the program's name
-  Text
-      modulesFolder;  // with what is loaded when needed; else the program's folder, or where the library is installed
+  // In the log and in lists of sounds; else the program's file name.
+  Text programName = {};
+  // Under which its settings are kept; else that of the bundle, else the program's name.
+  Text identifier = {};
+  // With what is loaded when it is needed; else the program's folder, or that of the library.
+  Text modulesFolder = {};
   HoldManyProcesses holdManyProcesses = HoldManyProcesses::No;
 };
 

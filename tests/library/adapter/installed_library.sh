@@ -29,8 +29,17 @@ for name in texts programs quit alert; do
   toolkit=$(ldd "$folder/$name/build/$name" | grep -E 'libQt|libpulse|libcrypto')
   [ -z "$toolkit" ] || fail "$name loads $toolkit"
 done
-[ -z "$(ldd "$folder/texts/build/texts" | grep -E 'dbus|expat')" ] || fail "texts loads what texts do not need"
+! ldd "$folder/texts/build/texts" | grep -qE 'dbus|expat' || fail "texts loads what texts do not need"
 [ "$kind" = shared ] || exit 0
+# The command, as it was installed.
+kt=$folder/prefix/bin/kt
+[ "$(env -i PATH=/usr/bin:/bin "HOME=$folder/home" LANG=C.UTF-8 "$kt" version 2.1b3 2.1)" = older ] || fail "kt does not compare versions"
+[ "$("$kt" text md5 abc)" = 900150983cd24fb0d6963f7d28e17f72 ] || fail "kt finds no digests"
+env -i PATH=/usr/bin:/bin "HOME=$folder/home" LANG=C.UTF-8 "$kt" micro 2>&1 | grep -q "no such resource" && fail "kt has no Micro"
+[ -z "$(groff -man -ww -z "$folder"/prefix/share/man/man1/kt.1 2>&1)" ] || fail "kt's manual has mistakes"
+for word in $("$kt" --help | awk 'NR > 2 {print $1}' | sort -u); do
+  grep -qw -- "$word" "$source/tools/kt/kt.1" || fail "kt's manual does not tell of $word"
+done
 # Every visible symbol has a version, and every one is of this library.
 for library in "$folder"/prefix/lib*/libKTStuff*.so; do
   others=$(nm -D --defined-only "$library" | awk '$3 !~ /^_Z.*7halvorn.*@@KTSTUFF_1(_PRIVATE)?$/ && $3 !~ /^KTSTUFF_1/' | head -5)

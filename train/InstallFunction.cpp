@@ -95,6 +95,9 @@ InstallResult InstallApplication(const InstallServices& services, const Text& so
     return refuseToInstall(services.log, failure, destination);
   };
   if (areEntangled(services.files, source, destination)) return notCopied(entanglement(destination));
+  // What can be known beforehand is known before the old copy is moved.
+  if (const auto obstacle = services.files.obstacleToCopying(source, destination))
+    return notCopied(*obstacle);
   // The wrapper goes first, so an item of it that bears the destination's own name is trashed below.
   if (wrapper) {
     const Text targetFolder = Paths::deletingLastComponent(destination);

@@ -36,6 +36,9 @@ enum class InstallResult : std::int32_t {
 // Where what is to be copied and what is to be replaced lie one in the other, the copy counts as failed
 // before anything is touched: trashing or removing the one would take the other along.
 //
+// Where it can be known before that the application cannot be copied, the copy counts as failed, too, before
+// anything is touched.
+//
 // There is no rollback: what was copied or trashed before a failure stays as it is.
 // Thread: any; the caller sees to it that one installation runs at a time.
 // Logs: "ERROR -- Could not delete %@", "ERROR -- Could not copy auxiliary item to %@",

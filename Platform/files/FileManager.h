@@ -41,6 +41,11 @@ class FileManager {
   //
   //   if (const auto failure = files.copyItem(from, to)) ...
   [[nodiscard]] virtual std::optional<FileFailure> copyItem(const Text& from, const Text& to) = 0;
+  // What is in the way of copyItem() and can be known before anything is touched: the original cannot be
+  // reached, nothing can be opened any more, a file would be larger than this process may write. nullopt:
+  // nothing that is known; it may fail all the same. `to` need not be there yet, nor the folder it is in.
+  [[nodiscard]] virtual std::optional<FileFailure> obstacleToCopying(const Text& from,
+                                                                     const Text& to) const = 0;
   // Removes the item and everything in it for good; links are removed, never followed. Fails: when anything
   // is left, and answers the first thing that went wrong.
   [[nodiscard]] virtual std::optional<FileFailure> removeItem(const Text& path) = 0;

@@ -110,6 +110,10 @@ class FakeFileManager : public FileManager {
     nodes.merge(copies);
     return std::nullopt;
   }
+  // Nothing is ever known beforehand.
+  std::optional<FileFailure> obstacleToCopying(const Text&, const Text&) const override {
+    return std::nullopt;
+  }
   std::optional<FileFailure> removeItem(const Text& path) override {
     const std::string target = bytes(path);
     calls.push_back("remove " + target);

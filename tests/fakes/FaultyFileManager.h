@@ -12,10 +12,11 @@ class FaultyFileManager : public FileManager {
  public:
   explicit FaultyFileManager(FileManager& real) : real_(real) {}
 
-  std::set<std::string> copiesThatFail;     // by the path copied to: something in there finds no room
-  std::set<std::string> removalsThatFail;   // by the path to remove: something in there is kept
-  std::set<std::string> listingsThatFail;   // by the folder's path
-  std::set<std::string> creationsThatFail;  // by the path to create
+  std::set<std::string> copiesThatFail;        // by the path copied to: something in there finds no room
+  std::set<std::string> copiesForeseenToFail;  // by the path copied to: nothing can be opened any more
+  std::set<std::string> removalsThatFail;      // by the path to remove: something in there is kept
+  std::set<std::string> listingsThatFail;      // by the folder's path
+  std::set<std::string> creationsThatFail;     // by the path to create
 
   bool fileExists(const Text& path) const override { return real_.fileExists(path); }
   bool isDirectory(const Text& path) const override { return real_.isDirectory(path); }
@@ -33,6 +34,11 @@ class FaultyFileManager : public FileManager {
     return FileFailure{.operation = FileFailure::Operation::Write,
                        .path = to + "/deep/within",
                        .reason = "No space left on device"};
+  }
+  std::optional<FileFailure> obstacleToCopying(const Text& from, const Text& to) const override {
+    if (!copiesForeseenToFail.contains(to.bytes())) return real_.obstacleToCopying(from, to);
+    return FileFailure{
+        .operation = FileFailure::Operation::Make, .path = to, .reason = "Too many open files"};
   }
   std::optional<FileFailure> removeItem(const Text& path) override {
     if (!removalsThatFail.contains(path.bytes())) return real_.removeItem(path);

@@ -24,6 +24,10 @@ class NullFileManager : public FileManager {
     return FileFailure{
         .operation = FileFailure::Operation::Make, .path = to, .reason = "there are no files here"};
   }
+  std::optional<FileFailure> obstacleToCopying(const Text&, const Text& to) const override {
+    return FileFailure{
+        .operation = FileFailure::Operation::Make, .path = to, .reason = "there are no files here"};
+  }
   std::optional<FileFailure> removeItem(const Text& path) override {
     return FileFailure{
         .operation = FileFailure::Operation::Remove, .path = path, .reason = "there are no files here"};

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "Platform/files/posix/BoundedFile.h"
+#include "Platform/files/posix/copy/CopyObstacles.h"
 #include "Platform/files/posix/copy/SystemCalls.h"
 #include "Platform/files/posix/copy/TreeRemoval.h"
 #include "Platform/rights/posix/RightsOf.h"
@@ -164,6 +165,14 @@ std::optional<FileFailure> PosixFileManager::copyItem(const Text& from, const Te
     if (standsIn(parent, *source))
       return Cause::ofOurs(Cause::Operation::Make, "it would lie inside of what is copied").at(to.bytes());
     return copyTree(*source, *target, {.readAs = reader(), .ownership = rules_.ownership});
+  });
+}
+
+std::optional<FileFailure> PosixFileManager::obstacleToCopying(const Text& from, const Text& to) const {
+  return orNoMemory(to, [&]() -> std::optional<FileFailure> {
+    const auto source = placeToRead(from);
+    if (!source) return source.cause().at(from.bytes());
+    return obstacleToCopy(*source, to.bytes(), {.readAs = reader(), .ownership = rules_.ownership});
   });
 }
 

@@ -33,6 +33,7 @@ class PosixFileManager : public FileManager {
   std::optional<std::string> readFile(const Text& path, std::size_t limit) const override;
   bool isInside(const Text& path, const Text& folder) const override;
   std::optional<FileFailure> copyItem(const Text& from, const Text& to) override;
+  std::optional<FileFailure> obstacleToCopying(const Text& from, const Text& to) const override;
   std::optional<FileFailure> removeItem(const Text& path) override;
   bool opensForReadingAndWriting(const Text& path) const override;
   bool createEmptyFile(const Text& path) override;

@@ -1,6 +1,5 @@
 #include "Platform/running/posix/StandardErrorLog.h"
 
-#include <pthread.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,40 +9,9 @@
 #include <ctime>
 
 #include "Platform/running/Clock.h"
+#include "Platform/running/posix/HeldBackSignal.h"
 
 namespace halvorn {
-namespace {
-
-// Holds SIGPIPE back on this thread and swallows the one that a write raised meanwhile.
-class WithoutPipeSignal {
- public:
-  WithoutPipeSignal() {
-    sigset_t pending;
-    sigemptyset(&pending);
-    sigpending(&pending);
-    wasPending_ = sigismember(&pending, SIGPIPE) == 1;
-    sigemptyset(&pipe_);
-    sigaddset(&pipe_, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &pipe_, &before_);
-  }
-  ~WithoutPipeSignal() {
-    sigset_t pending;
-    sigemptyset(&pending);
-    sigpending(&pending);
-    int signal = 0;
-    if (!wasPending_ && sigismember(&pending, SIGPIPE) == 1) sigwait(&pipe_, &signal);
-    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-  }
-  WithoutPipeSignal(const WithoutPipeSignal&) = delete;
-  WithoutPipeSignal& operator=(const WithoutPipeSignal&) = delete;
-
- private:
-  sigset_t pipe_;
-  sigset_t before_;
-  bool wasPending_ = false;
-};
-
-}  // namespace
 
 std::string logTimestamp(double secondsSince1970) {
   const double whole = std::floor(secondsSince1970);
@@ -67,7 +35,7 @@ void StandardErrorLog::write(const Text& line) const {
 }
 
 void writeToStandardError(const std::string& text) {
-  const WithoutPipeSignal withoutPipeSignal;
+  const HeldBackSignal whenNobodyReads(SIGPIPE);
   std::size_t written = 0;
   while (written < text.size()) {
     const ssize_t count = ::write(STDERR_FILENO, text.data() + written, text.size() - written);

@@ -90,6 +90,17 @@ TEST_F(InstallFunction, AFailedCopyOfTheApplicationGivesTwoAndIsNotRolledBack) {
   EXPECT_EQ(notices.paths, Strings{});
 }
 
+TEST_F(InstallFunction, ACopyThatIsForeseenToFailMovesNothing) {
+  addOldCopy();
+  disk.addFile("/Volumes/NAS/Extras/Licence", "licence 2");
+  files.copiesForeseenToFail = {"/Applications/Nas.app"};
+  EXPECT_EQ(install(Text("/Volumes/NAS/Extras")), InstallResult::CopyFailed);
+  EXPECT_EQ(log.lines(), (Strings{"CAUSE -- Too many open files: /Applications/Nas.app (make)",
+                                  "ERROR -- Could not copy myself to /Applications/Nas.app"}));
+  EXPECT_EQ(contents("/Applications/Nas.app/Contents/Info.plist"), "version 1");
+  EXPECT_EQ(disk.calls, Strings{});
+}
+
 TEST_F(InstallFunction, AFailedCopyOfAnAuxiliaryItemSaysWhy) {
   disk.addFile("/Volumes/NAS/Extras/Licence", "licence 2");
   files.copiesThatFail = {"/Applications/Licence"};

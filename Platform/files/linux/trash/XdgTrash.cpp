@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <string_view>
 #include <utility>
 
@@ -13,6 +14,7 @@
 #include "Platform/files/posix/copy/SystemCalls.h"
 #include "Platform/files/posix/copy/TreeOwnership.h"
 #include "Platform/rights/posix/RightsOf.h"
+#include "Platform/running/posix/HeldBackSignal.h"
 
 namespace halvorn {
 namespace {
@@ -51,6 +53,7 @@ XdgTrash::XdgTrash(const Clock& clock, Person owner, LinksInTheWay links, std::s
     : clock_(clock), owner_(std::move(owner)), links_(links), pins_(std::move(pins)) {}
 
 std::optional<FileFailure> XdgTrash::recycle(const Text& sourceFolder, const std::vector<Text>& names) {
+  const HeldBackSignal whenTooLarge(SIGXFSZ);  // the failing call tells it
   std::optional<FileFailure> first;
   const auto note = [&](const std::optional<FileFailure>& failure) {
     if (!first) first = failure;

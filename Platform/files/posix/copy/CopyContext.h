@@ -23,10 +23,23 @@ struct CopyRules {
 
 struct CopyPlace;
 
+// How many descriptors this process can open beside those that are open, counted up to `most`; where the
+// limit is a usual one it is not counted, and `most`. `any` is one that is open.
+[[nodiscard]] unsigned descriptorsLeft(int any, unsigned most);
+
 struct CopyContext {
   // `from` and `to` are the paths of the top item and of its copy, and live as long as this.
   CopyContext(const CopyRules& theRules, int targetTop, const std::string& from, const std::string& to)
-      : rules(theRules), giver(theRules.ownership), links(targetTop), from_(from), to_(to) {}
+      : rules(theRules),
+        giver(theRules.ownership),
+        links(targetTop),
+        hasFewDescriptors_(descriptorsLeft(targetTop, manyDescriptors) < manyDescriptors),
+        from_(from),
+        to_(to) {}
+
+  // Everybody may open less then, and one thread works.
+  [[nodiscard]] bool hasFewDescriptors() const { return hasFewDescriptors_; }
+  void allowWorkers(unsigned count) { queue.allowWorkers(hasFewDescriptors_ ? 1 : count); }
 
   // The first failure ends the copy: everybody looks here before going on. It is what failure() tells.
   void fail(const Cause& cause, const CopyPlace& place) noexcept;
@@ -40,7 +53,7 @@ struct CopyContext {
   // of use: they wait side by side.
   void sawMissing() {
     if (missing_.fetch_add(1, std::memory_order_relaxed) + 1 == missingWhenCold)
-      queue.allowWorkers(workersWhenCold);
+      allowWorkers(workersWhenCold);
   }
   [[nodiscard]] bool isCold() const { return missing_.load(std::memory_order_relaxed) >= missingWhenCold; }
 
@@ -64,9 +77,12 @@ struct CopyContext {
   CopyQueue queue;
 
  private:
+  // Of eight threads, each with its folders and a handful of files, and of tasks that keep a folder open.
+  static constexpr unsigned manyDescriptors = 512;
   static constexpr unsigned missingWhenCold = 8;
   static constexpr unsigned workersWhenCold = 8;
   std::atomic<unsigned> missing_ = 0;
+  const bool hasFewDescriptors_;
   const std::string& from_;
   const std::string& to_;
   std::mutex failing_;

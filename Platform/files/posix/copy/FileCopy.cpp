@@ -193,7 +193,7 @@ void copyFiles(CopyContext& context, CopyScratch& scratch, const std::shared_ptr
                std::span<const char* const> names) {
   std::array<OpenOriginal, kHandful> originals;
   while (!names.empty() && !context.hasFailed()) {
-    const auto now = names.first(std::min(names.size(), kHandful));
+    const auto now = names.first(std::min(names.size(), context.hasFewDescriptors() ? 1 : kHandful));
     names = names.subspan(now.size());
     {
       const RightsOf rights(context.rules.readAs);

@@ -14,6 +14,7 @@ namespace {
 
 // Folders above the current one stay open down to here; two descriptors each.
 constexpr std::size_t kLevelsKeptOpen = 16;
+constexpr std::size_t kLevelsKeptOpenWithFew = 1;
 
 // So many files of one folder are worth another thread.
 constexpr std::size_t kBatchSize = 32;
@@ -69,7 +70,8 @@ void FolderWalk::run(std::shared_ptr<OpenFolder> folder) {
       context_.queue.add(
           [&context = context_, child](CopyScratch& scratch) { FolderWalk(context, scratch).run(child); });
     } else {
-      if (levels_.size() > kLevelsKeptOpen && level.folder.use_count() == 1) level.folder->park();
+      const auto kept = context_.hasFewDescriptors() ? kLevelsKeptOpenWithFew : kLevelsKeptOpen;
+      if (levels_.size() > kept && level.folder.use_count() == 1) level.folder->park();
       enter(std::move(child));
     }
   }

@@ -4,10 +4,12 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <csignal>
 
 #include "Platform/files/posix/copy/FileCopy.h"
 #include "Platform/files/posix/copy/FolderWalk.h"
 #include "Platform/files/posix/copy/SystemCalls.h"
+#include "Platform/running/posix/HeldBackSignal.h"
 
 namespace halvorn {
 namespace {
@@ -35,7 +37,9 @@ void copyTop(CopyContext& context, CopyScratch& scratch, const CopyPlace& place)
 
 std::optional<FileFailure> copyTree(const ItemPlace& from, const ItemPlace& to, const CopyRules& rules) {
   CopyContext context(rules, to.folder.get(), from.path, to.path);
-  context.queue.allowWorkers(usualWorkers());
+  // A file that is too large is told by the call that fails.
+  const HeldBackSignal whenTooLarge(SIGXFSZ);
+  context.allowWorkers(usualWorkers());
   const CopyPlace place{.sourceFolder = from.folder.get(),
                         .name = from.name.c_str(),
                         .targetFolder = to.folder.get(),

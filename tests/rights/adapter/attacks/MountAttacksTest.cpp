@@ -125,6 +125,19 @@ TEST_F(MountAttacks, AFileThatIsMountedInTheOldCopyKeepsItsOwner) {
   });
 }
 
+TEST_F(MountAttacks, SoDoesOneOfAnotherFileSystem) {
+  expectDefended([](AttackScene& scene) -> Harm {
+    prepare(scene);
+    scene.addSmallDisk(scene / "disk", "1m");
+    scene.addFile(scene / "disk/victim", "data");
+    scene.addFile(scene / "target/Nas.app/Contents/extra", "");
+    SecondPlace second(scene / "disk/victim", scene / "target/Nas.app/Contents/extra");
+    const bool installs = isInstalled(scene);
+    if (factsOf(trashed(scene, "Nas.app"))) second.isNow(trashed(scene, "Nas.app/Contents/extra"));
+    return installs ? givenBelow(scene / "disk/victim") : "does not install";
+  });
+}
+
 TEST_F(MountAttacks, WhatIsMountedWhereAWrapperItemGoesIsLeftAlone) {
   expectDefended([](AttackScene& scene) -> Harm {
     prepare(scene);

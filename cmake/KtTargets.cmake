@@ -41,7 +41,7 @@ function(kt_test name)
     KT_SOURCE_DIR="${PROJECT_SOURCE_DIR}" KT_BINARY_DIR="${PROJECT_BINARY_DIR}")
   # GCC 12 takes parts of <regex> for uninitialised when it compiles them for the sanitizers.
   if(KT_SANITIZE)
-    target_compile_options(${name} PRIVATE -Wno-maybe-uninitialized)
+    target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-maybe-uninitialized>)
   endif()
   set(serial FALSE)
   if(ARG_SERIAL)

@@ -1,6 +1,8 @@
 // The window is closed, or the session ends, in each phase of an installation.
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <memory>
@@ -9,6 +11,7 @@
 
 #include "tests/flows/FlowFixture.h"
 #include "tests/flows/WholeLog.h"
+#include "tests/support/TestFiles.h"
 
 namespace halvorn {
 namespace {
@@ -58,6 +61,16 @@ class ClosingFlow : public FlowFixture {
         "inject=" + call + ":delay_enter=" + microseconds, "-p", std::to_string(installer.process().pid())});
     EXPECT_TRUE(tracer->waitForOutput("attached", kPatience)) << tracer->output();
     return tracer;
+  }
+
+  // Whether a thread of the installer is on its way to a signal that nobody can ignore.
+  [[nodiscard]] static bool isKilling(InstallerDriver& installer) {
+    const std::string call = std::to_string(SYS_pidfd_send_signal) + " ";
+    const fs::directory_iterator threads("/proc/" + std::to_string(installer.process().pid()) + "/task");
+    return std::any_of(begin(threads), end(threads), [&](const fs::path& thread) {
+      const std::string now = contentsOf(thread / "syscall");
+      return now.starts_with(call) && now.find(" 0x9 ") != std::string::npos;
+    });
   }
 
   void closeWindow() {
@@ -154,6 +167,23 @@ TEST_P(EveryWayOfClosing, WhileTheOldCopyIsAskedToQuitNothingIsTouched) {
   expectNothingTouched();
   EXPECT_EQ(wholeLog(),
             kPlain + Lines{"Install"} + kQuitting + leaving(GetParam()) + kGivenUp + kNothingInstalled);
+}
+
+TEST_P(EveryWayOfClosing, WhileTheOldCopyIsForcedToQuitNothingIsTouched) {
+  const auto running = startedAndStopped();
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
+  {
+    const auto tracer = slowDown(installer, "pidfd_send_signal", "2000000");
+    ASSERT_TRUE(eventually([&] { return isKilling(installer); }, kPatience));
+    leave(installer, GetParam());
+    EXPECT_TRUE(eventually([&] { return !running->isRunning(); }, kPatience));
+  }
+  EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
+  expectNothingTouched();
+  EXPECT_EQ(installerLog().back(), kNothingInstalled.front()) << testing::PrintToString(wholeLog());
+  EXPECT_FALSE(logHas("successfully copied"));
 }
 
 TEST_P(EveryWayOfClosing, BetweenTwoAttemptsToQuitNothingIsTouched) {

@@ -11,17 +11,16 @@
 #include "Platform/bundles/LocalizedStrings.h"
 #include "Platform/files/FileManager.h"
 #include "Platform/files/SearchPaths.h"
-#include "Platform/running/StandardStreams.h"
 #include "Platform/session/SystemFacts.h"
 #include "Platform/window/Alerts.h"
 #include "Platform/window/Application.h"
 #include "Platform/window/Images.h"
 #include "Sources/DestinationChoice.h"
+#include "Sources/LogDestination.h"
 
 namespace halvorn {
 namespace {
 
-constexpr char kLogFile[] = "~/Library/Logs/HalvornInstaller.log";
 constexpr int kReadMePage = 0;
 constexpr int kInstallPage = 1;
 
@@ -70,17 +69,8 @@ void Startup::run(const std::vector<Text>& argumentList) {
 }
 
 void Startup::chooseLogDestination(const std::vector<Text>& argumentList) {
-  const bool isStartedByProduct = argumentList.size() >= 3 && argumentList[1] != Text("-AppleLanguages");
-  if (!isStartedByProduct) {
-    services_.log("direct invocation");
-    return;
-  }
-  const Text path = Paths::expandingTilde(kLogFile, services_.searchPaths.homeFolder());
-  for (const auto stream : {StandardStreams::Stream::Output, StandardStreams::Stream::Error}) {
-    // With /dev/null gone too there is nowhere left to say so.
-    if (!services_.streams.reopen(stream, path))
-      static_cast<void>(services_.streams.reopen(stream, "/dev/null"));
-  }
+  if (isStartedByProduct(argumentList)) return openLogFile(services_.streams, services_.searchPaths);
+  services_.log("direct invocation");
 }
 
 void Startup::prepareWindow() {

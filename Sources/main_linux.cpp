@@ -20,20 +20,26 @@
 #include "Platform/rights/posix/Person.h"
 #include "Platform/running/linux/ThisProgram.h"
 #include "Platform/running/posix/BeforeExit.h"
+#include "Platform/running/posix/Headroom.h"
 #include "Platform/running/posix/PosixStandardStreams.h"
 #include "Platform/running/posix/TerminationSignals.h"
+#include "Platform/session/linux/BusAddresses.h"
+#include "Platform/session/linux/SessionServers.h"
 #include "Platform/session/linux/WaylandSession.h"
-#include "Platform/session/linux/x11/DisplayConnection.h"
+#include "Platform/session/linux/wayland/WaylandConnection.h"
 #include "Platform/window/linux/InstallerWindow.h"
 #include "Platform/window/linux/LoneAlert.h"
 #include "Platform/window/linux/QtAlerts.h"
 #include "Platform/window/linux/QtScreenReader.h"
+#include "Platform/window/linux/ScaleVariables.h"
 #include "Sources/AdministratorRefusal.h"
 #include "Sources/CommandLineAnswer.h"
 #include "Sources/CompletionSound.h"
 #include "Sources/Departure.h"
 #include "Sources/DestinationChoice.h"
 #include "Sources/InstallerWinController.h"
+#include "Sources/LogDestination.h"
+#include "Sources/StartConditions.h"
 #include "Sources/main_application.h"
 #include "train/InstallFunction.h"
 
@@ -55,7 +61,7 @@ class Installer {
         destinations_(destinationServices()),
         controller_(services(), window.outlets(), system.parts().arguments) {}
 
-  int run() {
+  int run(const StartConditions& conditions) {
     const TerminationSignals signals(system_.parts().of<MainLoop>().runLoop(), departure_.sessionEnds,
                                      [this](int signal) {
                                        noteSessionEnd(format("signal %d", signal));
@@ -72,6 +78,7 @@ class Installer {
                         .openLink = [this](const Text& url) { system_.workspace().openUrl(url); },
                         .openReadMe = [this] { controller_.openReadMe(); }});
     controller_.awakeFromNib();
+    logWhatIsMissing(conditions, system_.log());
     window_.showIfVisibleAtLaunch();
     const int status = runLoop();
     // Nobody works the window any more; left standing, it would look frozen until the worker is through.
@@ -180,12 +187,64 @@ bool isRefused(const Environment& environment) {
   return isRefusedForAdministrator(::geteuid() == 0, exception ? OptionalText(*exception) : std::nullopt);
 }
 
+// A toolkit for windows needs about thirty, and the copy as many again.
+constexpr int kFewestDescriptors = 48;
+constexpr int kFewestThreads = 3;
+
+// Whether the window can be shown somewhere. A platform of the toolkit that somebody chose needs what it needs.
+Answer askForDisplay(const Environment& environment) {
+  const auto platform = environment.value("QT_QPA_PLATFORM");
+  if (platform && !platform->starts_with("xcb")) return Answer::Given;
+  const Answer display = askDisplay(environment.value("DISPLAY"));
+  if (display == Answer::Given || !isWaylandSession(environment)) return display;
+  const auto compositor = WaylandConnection::open(waylandSocketPath(environment), kLongestForDisplay);
+  return compositor != nullptr ? Answer::Given : display;
+}
+
+// What there is, asked for within a bounded time.
+StartConditions startConditions(const Environment& environment) {
+  StartConditions conditions{.hasThreads = canHaveThreads(kFewestThreads),
+                             .hasDescriptors = canHaveDescriptors(kFewestDescriptors),
+                             .hasProcessTable = ::access("/proc/self/exe", F_OK) == 0};
+  if (const auto name = environment.value("DISPLAY")) conditions.displayName = *name;
+  // Without one of these there is no window, whatever the display says.
+  if (obstacleToTheWindow(conditions)) return conditions;
+  conditions.display = askForDisplay(environment);
+  if (obstacleToTheWindow(conditions)) return conditions;
+  const BusAnswers buses = askBuses(sessionBusAddress(environment), environment.value("AT_SPI_BUS_ADDRESS"));
+  conditions.sessionBus = buses.session;
+  conditions.accessibilityBus = buses.accessibility;
+  return conditions;
+}
+
+// The toolkit is not to wait for what is silent: an address where nobody is answers at once. What is launched later gets
+// the environment as it was.
+void keepToolkitFromWaiting(StartConditions& conditions) {
+  constexpr char kNobody[] = "unix:path=/dev/null";
+  const bool isBusSilent = conditions.sessionBus == Answer::Silent;
+  if (isBusSilent) ::setenv("DBUS_SESSION_BUS_ADDRESS", kNobody, 1);
+  if (isBusSilent || conditions.accessibilityBus == Answer::Silent)
+    ::setenv("AT_SPI_BUS_ADDRESS", kNobody, 1);
+  for (const std::string& variable : removeUnusableScales())
+    conditions.ignoredVariables.emplace_back(variable);
+}
+
+// To whoever started the program, and into the log where a product did.
+int endWithoutWindow(KTSystem& system, const Text& sentence) {
+  system.log()("%@", sentence);
+  if (!isStartedByProduct(system.parts().arguments)) return kNoWindow;
+  PosixStandardStreams streams(Paths::appending(system.searchPaths().homeFolder(), "Library/Logs"));
+  openLogFile(streams, system.searchPaths());
+  system.log()("%@", sentence);
+  return kNoWindow;
+}
+
 // Says so, to whoever sits before a screen too.
 int refuseAdministrator(KTSystem& system) {
   logAdministratorRefusal(system.log());
   const Environment& environment = system.parts().of<Ground>().environment;
   const bool isSeen =
-      isWaylandSession(environment) || DisplayConnection::open(environment.value("DISPLAY")) != nullptr;
+      isWaylandSession(environment) || askDisplay(environment.value("DISPLAY")) == Answer::Given;
   if (!isSeen) return kAdministratorRefused;
   (void)system.application();
   (void)system.appearances();
@@ -205,7 +264,11 @@ int applicationMain(int argumentCount, char** arguments) {
                    .holdManyProcesses = HoldManyProcesses::Yes});
   if (const auto answer = commandLineAnswer(system.parts().arguments, system.bundles()))
     return std::fputs(answer->bytes().c_str(), stdout) >= 0 ? EXIT_SUCCESS : EXIT_FAILURE;
-  if (isRefused(system.parts().of<Ground>().environment)) return refuseAdministrator(system);
+  const Environment& environment = system.parts().of<Ground>().environment;
+  if (isRefused(environment)) return refuseAdministrator(system);
+  StartConditions conditions = startConditions(environment);
+  if (const auto sentence = obstacleToTheWindow(conditions)) return endWithoutWindow(system, *sentence);
+  keepToolkitFromWaiting(conditions);
   {
     const BeforeExit withoutDisplay(
         [&] { system.log()("ERROR -- There is no display that the window can be shown on"); });
@@ -222,7 +285,10 @@ int applicationMain(int argumentCount, char** arguments) {
     system.log()("ERROR -- Could not load the window from %@: %@", bundle, loaded.problem);
     return 1;
   }
-  return Installer(system, *loaded.window).run();
+  system.parts().of<AppearancePart>().desktop.unanswered = [&log = system.log()] {
+    log("The desktop portal does not answer: the desktop's colors are not known");
+  };
+  return Installer(system, *loaded.window).run(conditions);
 }
 
 }  // namespace halvorn

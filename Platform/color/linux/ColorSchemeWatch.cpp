@@ -1,6 +1,7 @@
 #include "Platform/color/linux/ColorSchemeWatch.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusPendingCallWatcher>
 #include <QFileInfo>
 #include <utility>
@@ -10,6 +11,8 @@
 namespace halvorn {
 namespace {
 
+constexpr int kPatience = 2000;  // milliseconds
+
 // Asking for a bus that is not there starts one, which takes longer than the whole window.
 bool sessionBusExists() {
   return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
@@ -18,17 +21,20 @@ bool sessionBusExists() {
 
 }  // namespace
 
-ColorSchemeWatch::ColorSchemeWatch(std::function<void(bool)> report) : report_(std::move(report)) {
+ColorSchemeWatch::ColorSchemeWatch(std::function<void(bool)> report, std::function<void()> silent)
+    : report_(std::move(report)) {
   if (!sessionBusExists()) return;
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return;
   // First listen, then ask: no change falls in between.
   ColorSchemeSetting::listen(bus, this, SLOT(settingChanged(QDBusMessage)));
-  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(ColorSchemeSetting::question()), this);
-  connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
-    if (!finished->isError()) take(ColorSchemeSetting::prefersDark(finished->reply().arguments()));
-    finished->deleteLater();
-  });
+  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(ColorSchemeSetting::question(), kPatience), this);
+  connect(answer, &QDBusPendingCallWatcher::finished, this,
+          [this, silent = std::move(silent)](QDBusPendingCallWatcher* finished) {
+            if (silent && finished->error().type() == QDBusError::NoReply) silent();
+            if (!finished->isError()) take(ColorSchemeSetting::prefersDark(finished->reply().arguments()));
+            finished->deleteLater();
+          });
 }
 
 void ColorSchemeWatch::settingChanged(const QDBusMessage& message) {

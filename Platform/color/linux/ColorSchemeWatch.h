@@ -12,9 +12,9 @@ class ColorSchemeWatch : public QObject {
   Q_OBJECT
 
  public:
-  // Asks and returns; `report` is called on this thread with every answer. Without a session bus or a portal
-  // nothing is ever reported.
-  explicit ColorSchemeWatch(std::function<void(bool prefersDark)> report);
+  // Asks and returns; `report` is called on this thread with every answer, and `silent` when a portal that is there
+  // has not answered for two seconds. Without a session bus or a portal nothing is ever reported.
+  explicit ColorSchemeWatch(std::function<void(bool prefersDark)> report, std::function<void()> silent = {});
 
  private Q_SLOTS:
   void settingChanged(const QDBusMessage& message);

@@ -11,11 +11,14 @@ namespace halvorn {
 DesktopAppearance::DesktopAppearance(std::optional<InterfaceStyle> fixed) {
   use(fixed.value_or(InterfaceStyle::Light));
   if (fixed) return;
-  watch_ = std::make_unique<ColorSchemeWatch>([this](bool prefersDark) {
+  const auto report = [this](bool prefersDark) {
     const InterfaceStyle wanted = prefersDark ? InterfaceStyle::Dark : InterfaceStyle::Light;
     if (wanted == style_) return;
     use(wanted);
     if (changed) changed();
+  };
+  watch_ = std::make_unique<ColorSchemeWatch>(report, [this] {
+    if (unanswered) unanswered();
   });
 }
 

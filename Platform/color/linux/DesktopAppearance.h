@@ -22,6 +22,8 @@ class DesktopAppearance {
   [[nodiscard]] InterfaceStyle style() const;
   // Called on the main thread whenever style() has changed.
   std::function<void()> changed;
+  // Called on the main thread when the desktop does not answer.
+  std::function<void()> unanswered;
 
  private:
   void use(InterfaceStyle style);

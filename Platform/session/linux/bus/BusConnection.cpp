@@ -12,8 +12,6 @@
 namespace halvorn {
 namespace {
 
-constexpr double kBusSeconds = 2.0;
-
 // How long a message may lie unsent before somebody looks whether it can go now.
 constexpr double kSecondsBetweenWrites = 0.005;
 
@@ -73,14 +71,14 @@ void BusConnection::Close::operator()(DBusConnection* connection) const {
   dbus_connection_unref(connection);
 }
 
-std::unique_ptr<BusConnection> BusConnection::open(const std::string& address) {
+std::unique_ptr<BusConnection> BusConnection::open(const std::string& address, double patience) {
   if (address.empty()) return nullptr;
   DBusConnection* raw = dbus_connection_open_private(address.c_str(), nullptr);
   if (raw == nullptr) return nullptr;
   std::unique_ptr<BusConnection> result(new BusConnection(raw));
   dbus_connection_set_exit_on_disconnect(raw, FALSE);
   // The library's own greeting waits for half a minute.
-  const CallResult hello = result->askBus("Hello", nullptr);
+  const CallResult hello = result->askBus("Hello", nullptr, patience);
   const auto* reply = std::get_if<BusMessage>(&hello);
   const auto name = reply != nullptr ? firstText(*reply) : std::nullopt;
   if (!name || !dbus_bus_set_unique_name(raw, name->c_str())) return nullptr;
@@ -117,7 +115,7 @@ bool BusConnection::send(const BusMessage& message) {
   if (!message || !isConnected()) return false;
   dbus_message_set_no_reply(message.get(), TRUE);
   if (!dbus_connection_send(connection_.get(), message.get(), nullptr)) return false;
-  const double deadline = steadySeconds() + kBusSeconds;
+  const double deadline = steadySeconds() + kPatience;
   while (isConnected() && dbus_connection_has_messages_to_send(connection_.get()) &&
          steadySeconds() < deadline) {
     exchangeUntil(deadline);
@@ -125,13 +123,13 @@ bool BusConnection::send(const BusMessage& message) {
   return isConnected() && !dbus_connection_has_messages_to_send(connection_.get());
 }
 
-CallResult BusConnection::askBus(const char* member, const std::string* argument) {
+CallResult BusConnection::askBus(const char* member, const std::string* argument, double patience) {
   const BusMessage message = methodCall({DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, member});
   if (message && argument != nullptr) {
     const char* text = argument->c_str();
     dbus_message_append_args(message.get(), DBUS_TYPE_STRING, &text, DBUS_TYPE_INVALID);
   }
-  return call(message, kBusSeconds);
+  return call(message, patience);
 }
 
 std::vector<std::string> BusConnection::names() {

@@ -45,8 +45,10 @@ struct BusTarget {
 // Thread: one at a time.
 class BusConnection {
  public:
+  static constexpr double kPatience = 2.0;  // seconds
   // Null when there is no bus at that address ("" is none), or it does not answer in time.
-  [[nodiscard]] static std::unique_ptr<BusConnection> open(const std::string& address);
+  [[nodiscard]] static std::unique_ptr<BusConnection> open(const std::string& address,
+                                                           double patience = kPatience);
 
   [[nodiscard]] bool isConnected() const { return dbus_connection_get_is_connected(connection_.get()); }
   [[nodiscard]] CallResult call(const BusMessage& message, double seconds);
@@ -72,7 +74,8 @@ class BusConnection {
   explicit BusConnection(DBusConnection* connection) : connection_(connection) {}
   // Moves bytes both ways, waiting at most until that time of the steady clock for some to come.
   void exchangeUntil(double deadline);
-  [[nodiscard]] CallResult askBus(const char* member, const std::string* argument);
+  [[nodiscard]] CallResult askBus(const char* member, const std::string* argument,
+                                  double patience = kPatience);
 
   std::unique_ptr<DBusConnection, Close> connection_;
   std::deque<BusMessage> received_;  // what came while a reply was awaited

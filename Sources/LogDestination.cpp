@@ -1,0 +1,26 @@
+#include "Sources/LogDestination.h"
+
+#include "Core/Paths.h"
+#include "Platform/files/SearchPaths.h"
+#include "Platform/running/StandardStreams.h"
+
+namespace halvorn {
+namespace {
+
+constexpr char kLogFile[] = "~/Library/Logs/HalvornInstaller.log";
+
+}  // namespace
+
+bool isStartedByProduct(const std::vector<Text>& argumentList) {
+  return argumentList.size() >= 3 && argumentList[1] != Text("-AppleLanguages");
+}
+
+void openLogFile(StandardStreams& streams, const SearchPaths& searchPaths) {
+  const Text path = Paths::expandingTilde(kLogFile, searchPaths.homeFolder());
+  for (const auto stream : {StandardStreams::Stream::Output, StandardStreams::Stream::Error}) {
+    // With /dev/null gone too there is nowhere left to say so.
+    if (!streams.reopen(stream, path)) static_cast<void>(streams.reopen(stream, "/dev/null"));
+  }
+}
+
+}  // namespace halvorn

@@ -3,25 +3,20 @@
 #include <cstdio>
 #include <string>
 
+#include "Core/ForPeople.h"
+
 namespace halvorn {
 namespace {
 
 bool isHigh(char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool isLow(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-// What would break a line, hide text or turn its direction around.
-bool isHidden(char16_t unit) {
-  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x061C ||
-         (unit >= 0x200B && unit <= 0x200F) || (unit >= 0x2028 && unit <= 0x202E) ||
-         (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF;
-}
-
-std::string escaped(char16_t unit) {
-  char buffer[16];
-  const bool isByte = unit >= 0xDC80 && unit <= 0xDCFF;
-  std::snprintf(buffer, sizeof buffer, isByte ? "\\x%02X" : "\\u{%04X}",
-                isByte ? unit - 0xDC00u : static_cast<unsigned>(unit));
-  return buffer;
+// A byte that is no character, or half of a pair.
+std::u16string escapedUnit(char16_t unit) {
+  if (unit < 0xDC80 || unit > 0xDCFF) return shownAsNumber(unit);
+  char buffer[8];
+  std::snprintf(buffer, sizeof buffer, "\\x%02X", unit - 0xDC00U);
+  return std::u16string(buffer, buffer + 4);
 }
 
 }  // namespace
@@ -32,8 +27,8 @@ Text Log::escapedForLog(const Text& text) {
   for (std::size_t i = 0; i < units.size(); ++i) {
     const char16_t unit = units[i];
     if (isHigh(unit) && i + 1 < units.size() && isLow(units[i + 1])) {
-      result.push_back(unit);
-      result.push_back(units[++i]);
+      const char32_t character = 0x10000U + ((unit - 0xD800U) << 10U) + (units[++i] - 0xDC00U);
+      result += isInvisible(character) ? shownAsNumber(character) : std::u16string{unit, units[i]};
     } else if (unit == u'\\') {
       result.append(u"\\\\");
     } else if (unit == u'\n') {
@@ -42,8 +37,10 @@ Text Log::escapedForLog(const Text& text) {
       result.append(u"\\r");
     } else if (unit == u'\t') {
       result.append(u"\\t");
-    } else if (isHidden(unit) || isHigh(unit) || isLow(unit)) {
-      for (const char character : escaped(unit)) result.push_back(static_cast<char16_t>(character));
+    } else if (isHigh(unit) || isLow(unit)) {
+      result += escapedUnit(unit);
+    } else if (isInvisible(unit)) {
+      result += shownAsNumber(unit);
     } else {
       result.push_back(unit);
     }

@@ -22,9 +22,9 @@ class Log {
     write(escapedForLog(formatWithArguments(Text(text), {FormatArgument(arguments)...})));
   }
 
-  // The text on one line: a backslash as \\, line feed, return and tab as \n, \r, \t, other control
-  // characters, line and paragraph separators, direction marks and lone surrogates as \u{2028}, bytes that
-  // were not UTF-8 as \xE4.
+  // The text on one line: a backslash as \\, line feed, return and tab as \n, \r, \t, every other
+  // character that nobody sees or that turns the direction (ForPeople.h), and lone surrogates, as \u{2028},
+  // bytes that were not UTF-8 as \xE4.
   [[nodiscard]] static Text escapedForLog(const Text& text);
 
  protected:

@@ -1,5 +1,6 @@
 #include "Sources/Completion.h"
 
+#include "Core/ForPeople.h"
 #include "Core/Format.h"
 #include "Core/Log.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
@@ -60,7 +61,8 @@ void Completion::showFinalMessage(const Text& message) {
   outlets_.explanationField.setHidden(Hidden::Yes);
   outlets_.messageField.setHidden(Hidden::Yes);
   outlets_.helpButton.setHidden(Hidden::Yes);
-  const Text shown = format(services_.strings.localized(message), arguments_.text(KTInstallerKeyProductName));
+  const Text shown =
+      formatForPeople(services_.strings.localized(message), arguments_.text(KTInstallerKeyProductName));
   outlets_.introField.setStringValue(shown);
   finished_ = true;
   services_.screenReader.announce(shown);

@@ -1,5 +1,6 @@
 #include "Sources/InstallWorker.h"
 
+#include "Core/ForPeople.h"
 #include "Core/Format.h"
 #include "Core/Log.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
@@ -41,7 +42,7 @@ void InstallWorker::installThread() {
     services_.log("%@ refused to quit; installation cancelled", *name);
     const Text message = services_.strings.localized(
         "%1$@ cannot be running during the installation.\rQuit %1$@, then click \"Install\" again.");
-    finish(InstallOutcome::failed(format(message, *name)));
+    finish(InstallOutcome::failed(formatForPeople(message, *name)));
     return;
   }
 
@@ -76,11 +77,11 @@ OptionalText InstallWorker::quitAndLook() {
 
 Text InstallWorker::failureMessage(const Text& messageKey) const {
   const OptionalText productName = arguments_.text(KTInstallerKeyProductName);
-  const Text message = format(services_.strings.localized(messageKey), productName);
+  const Text message = formatForPeople(services_.strings.localized(messageKey), productName);
   if (arguments_.has(KTInstallerKeyWrapperPath)) return message;
   const Text hint =
       services_.strings.localized("Try installing %1$@ manually by copying it to the Applications folder.");
-  return message + format("\r%@", format(hint, productName));
+  return message + format("\r%@", formatForPeople(hint, productName));
 }
 
 InstallWorker::CopyResult InstallWorker::installMyselfInDestination() {

@@ -1,5 +1,6 @@
 #include "Sources/InstallerWinController.h"
 
+#include "Core/ForPeople.h"
 #include "Core/Format.h"
 #include "Core/Log.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
@@ -137,7 +138,8 @@ void InstallerWinController::animateProgress(Animate animate) {
   if (animate == Animate::No) return outlets_.progressIndicator.stopAnimation();
   outlets_.progressIndicator.startAnimation();
   const Text name = arguments_.text(KTInstallerKeyProductName).value_or(Text());
-  services_.screenReader.announce(format(services_.strings.localized("%@ is being installed."), name));
+  services_.screenReader.announce(
+      formatForPeople(services_.strings.localized("%@ is being installed."), name));
 }
 
 void InstallerWinController::installationFinished(const InstallOutcome& outcome) {

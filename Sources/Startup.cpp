@@ -1,5 +1,6 @@
 #include "Sources/Startup.h"
 
+#include "Core/ForPeople.h"
 #include "Core/Format.h"
 #include "Core/Log.h"
 #include "Core/Paths.h"
@@ -44,7 +45,7 @@ void Startup::run(const std::vector<Text>& argumentList) {
     return controller_.showSetupError("missing source path");
   }
   if (!completion_.completeProductName()) return controller_.showSetupError("missing program name");
-  outlets_.window.setTitle(format(outlets_.window.title(), argument(KTInstallerKeyProductName)));
+  outlets_.window.setTitle(formatForPeople(outlets_.window.title(), argument(KTInstallerKeyProductName)));
 
   const Text source = argument(KTInstallerKeySourcePath).value_or(Text());
   const PropertyDictionary info = services_.bundles.infoDictionary(source).value_or(PropertyDictionary());
@@ -58,7 +59,7 @@ void Startup::run(const std::vector<Text>& argumentList) {
 
   completion_.completeDestination(services_.destinations);
   const Text destination = argument(KTInstallerKeyDestinationPath).value_or(Text());
-  outlets_.pathField.setStringValue(services_.destinations.localizedPath(destination));
+  outlets_.pathField.setStringValue(undisguised(services_.destinations.localizedPath(destination)));
   completion_.completeDocumentation();
   if (!completion_.completeCodes(info)) return controller_.showSetupError("missing product signature");
 
@@ -103,11 +104,12 @@ void Startup::showIcon(const PropertyDictionary& info) {
 
 void Startup::showTexts(const OptionalText& version) {
   const OptionalText name = argument(KTInstallerKeyProductName);
-  outlets_.nameField.setStringValue(version ? format("%@ %@", name, version) : name.value_or(Text()));
-  outlets_.introField.setStringValue(format(outlets_.introField.stringValue(), name));
+  outlets_.nameField.setStringValue(version ? formatForPeople("%@ %@", name, version)
+                                            : undisguised(name.value_or(Text())));
+  outlets_.introField.setStringValue(formatForPeople(outlets_.introField.stringValue(), name));
 
   const bool hasDocumentation = arguments_.has(KTInstallerKeyDocumentationPath);
-  Text explanation = format(outlets_.explanationField.stringValue(), name);
+  Text explanation = formatForPeople(outlets_.explanationField.stringValue(), name);
   if (hasDocumentation) {
     const Text sentence =
         services_.strings.localized("If you wish to read the documentation first, click the \"?\" button.");
@@ -148,11 +150,11 @@ void Startup::showSystemVersionAlert(const OptionalText& version, const Optional
   alert.style = AlertDescription::Style::Informational;
   alert.buttonTitles = {strings.localized("Quit"), strings.localized("Visit Archive")};
   alert.icon = services_.images.imageNamed("AlertStopIcon");
-  alert.messageText = format(
+  alert.messageText = formatForPeople(
       strings.localized(
           "%1$@ %2$@ cannot be installed on this computer because it requires Mac OS X %3$@ or newer."),
       name, version, minimum);
-  alert.informativeText = format(
+  alert.informativeText = formatForPeople(
       strings.localized("To check if an older version of %@ is available for your computer, please visit our "
                         "software archive."),
       name);

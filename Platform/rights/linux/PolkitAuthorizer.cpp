@@ -60,6 +60,8 @@ void logObstacle(const Log& log, const Text& tool, const ToolObstacle& obstacle)
     case ToolObstacle::Kind::NoAbsolutePath:
       if (tool.isEmpty()) return log("The installer has no tool for the administrator");
       return log("The administrator's tool '%@' is not named by an absolute path", tool);
+    case ToolObstacle::Kind::Disguised:
+      return log("The administrator's tool '%@' is not asked for: its path would be shown as another", tool);
     case ToolObstacle::Kind::Missing:
       return log("The administrator's tool '%@' is missing: %@", tool, reason);
     case ToolObstacle::Kind::NotAFile:

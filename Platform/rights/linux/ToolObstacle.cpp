@@ -9,6 +9,8 @@
 #include <iterator>
 #include <sstream>
 
+#include "Core/ForPeople.h"
+
 namespace halvorn {
 namespace {
 
@@ -46,6 +48,8 @@ std::optional<ToolObstacle> obstacleToTool(const std::string& toolPath) {
   if (!toolPath.starts_with('/') || toolPath.find('\0') != std::string::npos) {
     return ToolObstacle{Kind::NoAbsolutePath, EINVAL};
   }
+  const Text path(toolPath);
+  if (undisguised(path) != path) return ToolObstacle{Kind::Disguised, EINVAL};
   struct stat facts {};
   if (::stat(toolPath.c_str(), &facts) != 0) return ToolObstacle{Kind::Missing, errno};
   if (!S_ISREG(facts.st_mode)) return ToolObstacle{Kind::NotAFile, EACCES};

@@ -11,7 +11,8 @@ namespace halvorn {
 struct ToolObstacle {
   enum class Kind {
     NoAbsolutePath,
-    Missing,  // or not to be reached
+    Disguised,  // its path, which the password dialog shows, holds characters that nobody sees
+    Missing,    // or not to be reached
     NotAFile,
     NotExecutable,
     MediumNoexec,   // the file system it lies on is mounted so that nothing on it can be run

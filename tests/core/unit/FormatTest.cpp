@@ -111,6 +111,7 @@ TEST(Log, LettersOfAllScriptsStandAsTheyAre) {
 TEST(Log, MarksThatHideOrTurnTextAreWrittenOut) {
   EXPECT_EQ(Log::escapedForLog(Text(std::u16string(u"a\u202Eb\u2028c"))), Text("a\\u{202E}b\\u{2028}c"));
   EXPECT_EQ(Log::escapedForLog(Text(std::u16string(1, char16_t(0xD800)))), Text("\\u{D800}"));
+  EXPECT_EQ(Log::escapedForLog("a\u00ADb\u3164c\U000E0041d"), Text("a\\u{00AD}b\\u{3164}c\\u{E0041}d"));
 }
 
 }  // namespace

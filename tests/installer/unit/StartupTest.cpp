@@ -112,6 +112,24 @@ TEST_F(Startup, WithoutAnIconOfItsOwnTheWorkspacesStandsIn) {
   EXPECT_EQ(nameOf(window.iconField.image_), "generic");
 }
 
+TEST_F(Startup, ANameInDisguiseIsShownAsWhatItIs) {
+  start({"-sourcePath", product, "-productName", "Foo\u202Egnp\u200B", "-version", "1\u00AD2"});
+  EXPECT_EQ(window.window.title_, Text("Install Foo\\u{202E}gnp\\u{200B}"));
+  EXPECT_EQ(window.nameField.text_, Text("Foo\\u{202E}gnp\\u{200B} 1\\u{00AD}2"));
+  EXPECT_EQ(window.introField.text_, Text("Installs Foo\\u{202E}gnp\\u{200B}."));
+  EXPECT_EQ(window.explanationField.text_, Text("Click to install Foo\\u{202E}gnp\\u{200B}."));
+}
+
+TEST_F(Startup, ADestinationInDisguiseIsShownAsWhatItIs) {
+  start({"-sourcePath", product, "-destinationPath", "/Applications/Foo\u202Eppa.exe"});
+  EXPECT_TRUE(window.pathField.text_.contains("\\u{202E}")) << window.pathField.text_.bytes();
+}
+
+TEST_F(Startup, ANameFromRightToLeftDoesNotTurnTheSentenceAround) {
+  start({"-sourcePath", product, "-productName", "אבג!"});
+  EXPECT_EQ(window.introField.text_, Text("Installs \u2068אבג!\u2069."));
+}
+
 TEST_F(Startup, WithoutAnyImageIconAndApplicationAreLeftAlone) {
   start({"-sourcePath", product});
   EXPECT_EQ(window.iconField.image_, nullptr);

@@ -59,6 +59,18 @@ TEST(PrivateMount, OnlyAPersonsOwnMountIsClosedToTheAdministrator) {
   EXPECT_FALSE(isPrivateMount("0:44\n - \n36 22 0:44", 0, 44)) << "torn lines";
 }
 
+// The dialog for the password would show another path.
+TEST(ToolObstacle, NobodyIsAskedForAToolWhosePathHidesSomething) {
+  for (const char* path :
+       {"/media/anna/\u202Egpj/train", "/media/anna/a\u200Bb/train", "/media/anna/a\nb/train"}) {
+    const auto obstacle = obstacleToTool(path);
+    ASSERT_TRUE(obstacle) << path;
+    EXPECT_EQ(obstacle->kind, ToolObstacle::Kind::Disguised) << path;
+    EXPECT_NE(obstacle->error, 0);
+  }
+  EXPECT_EQ(obstacleToTool("/media/Grüße אבג/train")->kind, ToolObstacle::Kind::Missing);
+}
+
 TEST(PrivilegedProcess, APlainPathIsAbsoluteAndNeverGoesUp) {
   const auto plain = [](const char* path) {
     const char* const list[] = {path, nullptr};

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "Core/ForPeople.h"
 #include "Core/Paths.h"
 #include "Platform/files/posix/BoundedFile.h"
 #include "Platform/window/linux/QtText.h"
@@ -191,7 +192,7 @@ ReadMeDocument readDocument(const Text& path, const ReadingBudget& budget) {
 
 ReadMeDocument readMeDocument(const Text& path, const ReadingBudget& budget) {
   ReadMeDocument read = readDocument(path, budget);
-  read.fileName = forDisplay(Paths::lastComponent(path)).replace(u'\n', u' ');
+  read.fileName = forDisplay(undisguised(Paths::lastComponent(path)));
   return read;
 }
 

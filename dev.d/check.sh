@@ -1,4 +1,5 @@
-# Format, lint, walls, every header alone; with --mutation the tests themselves; with --ports the compiler of another system.
+# Format, lint, walls, every header alone; with --mutation the tests themselves; with --ports the compiler of another system;
+# with --campaign attacks.
 dev_check() {
   if [ "${1:-}" = --ports ]; then check_ports; return; fi
   if [ "${1:-}" = --pictures ]; then check_pictures; return; fi
@@ -6,6 +7,7 @@ dev_check() {
   need build check test
   if [ "${1:-}" = --fuzz ]; then check_fuzz; return; fi
   if [ "${1:-}" = --mutation ]; then shift; check_mutation "$@"; return; fi
+  if [ "${1:-}" = --campaign ]; then shift; check_campaign "$@"; return; fi
   check_format
   configure_and_build dev
   check_tidy "$@"
@@ -72,6 +74,14 @@ check_mutation() {
   configure_and_build dev kt_core
   say "mutating ${1:-500} lines, for about half an hour; the report grows in build/dev/mutation/report"
   tests/mutation/mutation.py build/dev "$@"
+}
+
+# check_campaign [HOURS [OPTIONS]]: attacks the sanitized program; the table is in build/campaign.md.
+check_campaign() {
+  local hours=${1:-1} bundle=build/asan/HalvornInstaller.app
+  shift || true
+  configure_and_build asan HalvornInstaller train
+  tests/campaign/run_campaign "$bundle" "$bundle/Contents/Resources/train" . --hours "$hours" --report build/campaign.md "$@"
 }
 
 check_fuzz() {

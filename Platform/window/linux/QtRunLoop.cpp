@@ -34,6 +34,8 @@ class ObjectSource : public RunLoop::Source {
 
 std::function<void()> holdingItself(std::function<void()> callback) {
   return [shared = std::make_shared<std::function<void()>>(std::move(callback))] {
+    // The callback may end the source that owns it.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const auto held = shared;
     (*held)();
   };

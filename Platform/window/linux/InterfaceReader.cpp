@@ -167,7 +167,7 @@ void Reader::readPage(QTabWidget* tabs) {
 
 void Reader::readTextField(QBoxLayout* into) {
   if (!known({"id", "name", "text", "style", "lines", "follows", "stretch"})) return;
-  auto* field = new FieldLabel(window_.get());
+  auto field = std::make_unique<FieldLabel>(window_.get());
   const QString style = value("style");
   QFont font = field->font();
   if (style == u"title") {
@@ -192,9 +192,10 @@ void Reader::readTextField(QBoxLayout* into) {
   if (font != field->font()) field->setFont(font);
   field->setMaximumLines(number("lines", 10));
   field->setFieldText(localized("text"));
-  registerWidget(field);
-  if (const QString followed = value("follows"); !followed.isEmpty()) window_->addFollower(followed, field);
-  place(into, field);
+  registerWidget(field.get());
+  if (const QString followed = value("follows"); !followed.isEmpty())
+    window_->addFollower(followed, field.get());
+  place(into, field.release());
   xml_.skipCurrentElement();
 }
 

@@ -20,6 +20,20 @@ std::string displayWithoutScreen(std::string display) {
 
 bool areTwo(const std::string& a, const std::string& b) { return !a.empty() && !b.empty() && a != b; }
 
+bool areOne(const std::string& a, const std::string& b) { return !a.empty() && a == b; }
+
+// Whether one is on an X display alone and the other on a compositor alone. A desktop that has both names both to
+// whatever it starts.
+bool shareNoKindOfDisplay(const DesktopSession& a, const DesktopSession& b) {
+  const auto isOnXAlone = [](const DesktopSession& s) {
+    return !s.display.empty() && s.waylandSocket.empty();
+  };
+  const auto isOnWaylandAlone = [](const DesktopSession& s) {
+    return s.display.empty() && !s.waylandSocket.empty();
+  };
+  return (isOnXAlone(a) && isOnWaylandAlone(b)) || (isOnWaylandAlone(a) && isOnXAlone(b));
+}
+
 }  // namespace
 
 DesktopSession DesktopSession::from(const std::vector<std::string>& environment) {
@@ -52,7 +66,8 @@ bool DesktopSession::isNamed() const {
 
 bool DesktopSession::differsFrom(const DesktopSession& other) const {
   return areTwo(sessionId, other.sessionId) || areTwo(display, other.display) ||
-         areTwo(waylandSocket, other.waylandSocket);
+         areTwo(waylandSocket, other.waylandSocket) ||
+         (!areOne(sessionId, other.sessionId) && shareNoKindOfDisplay(*this, other));
 }
 
 }  // namespace halvorn

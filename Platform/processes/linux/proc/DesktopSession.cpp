@@ -22,8 +22,8 @@ bool areTwo(const std::string& a, const std::string& b) { return !a.empty() && !
 
 bool areOne(const std::string& a, const std::string& b) { return !a.empty() && a == b; }
 
-// Whether one is on an X display alone and the other on a compositor alone. A desktop that has both names both to
-// whatever it starts.
+// Whether one is on an X display alone and the other on a compositor alone. A desktop that has both names both
+// to whatever it starts.
 bool shareNoKindOfDisplay(const DesktopSession& a, const DesktopSession& b) {
   const auto isOnXAlone = [](const DesktopSession& s) {
     return !s.display.empty() && s.waylandSocket.empty();

@@ -19,8 +19,8 @@ struct DesktopSession {
 
   // Whether anything can differ from it.
   [[nodiscard]] bool isNamed() const;
-  // True only when both name a session of the same kind and not the same one, or one is on an X display alone and
-  // the other on a compositor alone: what is not told is no evidence.
+  // True only when both name a session of the same kind and not the same one, or one is on an X display alone
+  // and the other on a compositor alone: what is not told is no evidence.
   [[nodiscard]] bool differsFrom(const DesktopSession& other) const;
 };
 

@@ -91,7 +91,7 @@ std::unique_ptr<BusConnection> greeted(const std::string& address, const Deadlin
     const std::string user = std::to_string(::getuid());
     std::string words(1, '\0');
     words += "AUTH EXTERNAL ";
-    for (const char digit : user) words += "3" + std::string(1, digit);  // the code of a digit
+    for (const char digit : user) words.append({'3', digit});  // the code of a digit
     answer = firstWord(*socket, words + "\r\n", deadline);
   }
   if (answer != Answer::Given) return nullptr;

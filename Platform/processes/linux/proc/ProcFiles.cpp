@@ -57,7 +57,7 @@ std::optional<std::string_view> lineOf(std::string_view content, std::string_vie
 class ProcPath {
  public:
   ProcPath(pid_t pid, std::string_view name) {
-    char* end = std::to_chars(path_, path_ + sizeof path_, pid).ptr;
+    char* end = std::to_chars(path_, path_ + kDigits, pid).ptr;
     *end++ = '/';
     end += name.copy(end, static_cast<std::size_t>(path_ + sizeof path_ - end - 1));
     *end = '\0';
@@ -65,6 +65,7 @@ class ProcPath {
   [[nodiscard]] const char* get() const { return path_; }
 
  private:
+  static constexpr std::size_t kDigits = 12;  // of any process id, and room behind them
   char path_[64];
 };
 

@@ -1,5 +1,5 @@
 // The composition root on Linux: the one place that names the adapters of the installer. What the class library needs
-// comes from KTSystem: an adapter for one of its classes is added in KTStuff/System/linux, one for the installer alone here.
+// comes from KTSystem: an adapter for one of its classes is added in System/linux, one for the installer alone here.
 #include <unistd.h>
 
 #include <csignal>
@@ -11,8 +11,6 @@
 #include "Core/Format.h"
 #include "Core/Paths.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
-#include "KTStuff/System/linux/Appearance.h"
-#include "KTStuff/System/linux/MainLoop.h"
 #include "Platform/bundles/Workspace.h"
 #include "Platform/files/linux/trash/XdgTrash.h"
 #include "Platform/files/posix/SilentFileChangeNotices.h"
@@ -41,6 +39,8 @@
 #include "Sources/LogDestination.h"
 #include "Sources/StartConditions.h"
 #include "Sources/main_application.h"
+#include "System/linux/Appearance.h"
+#include "System/linux/MainLoop.h"
 #include "train/InstallFunction.h"
 
 namespace halvorn {

@@ -54,7 +54,7 @@ own_dependencies() {
     function own(path) { return sub(/^(\.\.\/)+/, "", path) || sub("^" root, "", path) ? path : "/generated" }
     /#deps/ { if (line != "") print line; line = ""; valid = /VALID/; next }
     NF == 1 && valid { path = own($1); if (path !~ /^(\/|build\/)/ && path ~ /\.(h|cpp)$/) line = line (line == "" ? "" : " ") path }
-    END { if (line != "") print line }' | grep -E '^(Core|KTStuff|Platform|Sources|train|tests)/[^ ]*\.cpp( |$)'
+    END { if (line != "") print line }' | grep -E '^(Core|KTStuff|Platform|Sources|System|train|tests|tools)/[^ ]*\.cpp( |$)'
 }
 
 # Every picture of the window; fails with what the judge finds.

@@ -46,7 +46,7 @@ std::vector<std::string> beginnings() {
   for (const auto& [folder, pattern] :
        std::map<std::string, std::string>{{"Sources", "Sources/main_linux[.]cpp"},
                                           {"train", "train/train_main[.]cpp"},
-                                          {"KTStuff", "KTStuff/System/linux/\\w+[.]cpp"},
+                                          {"System", "System/linux/\\w+[.]cpp"},
                                           {"Platform", "Platform/\\w+/linux/\\w+Module[.]cpp"}}) {
     const auto found = filesLike(folder, std::regex(pattern));
     EXPECT_FALSE(found.empty()) << pattern;

@@ -1,6 +1,6 @@
 // Markup.
-#include "KTStuff/System/Parts.h"
 #include "Platform/text/posix/XmlHtmlText.h"
+#include "System/Parts.h"
 
 namespace halvorn {
 namespace {

@@ -2,8 +2,8 @@
 #include <unistd.h>
 
 #include "KTStuff/CocoaExtensions/SoundExtensions.h"
-#include "KTStuff/System/linux/Places.h"
 #include "Platform/sound/linux/LoadedSounds.h"
+#include "System/linux/Places.h"
 
 namespace halvorn {
 namespace {

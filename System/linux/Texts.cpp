@@ -1,8 +1,8 @@
 // Texts: what needs a library of its own stands in a file of its own, so that a program links what it asks for.
-#include "KTStuff/System/linux/Ground.h"
 #include "Platform/text/linux/IcuLocalizedDates.h"
 #include "Platform/text/linux/IcuUnicode.h"
 #include "Platform/text/linux/LoadedDigests.h"
+#include "System/linux/Ground.h"
 
 namespace halvorn {
 namespace {

@@ -1,12 +1,12 @@
 // What is asked of the person's desktop, and all the utilities in one.
 #include "KTStuff/KTClasses/KTUtilities.h"
 
-#include "KTStuff/System/linux/MainLoop.h"
-#include "KTStuff/System/linux/Pictures.h"
-#include "KTStuff/System/linux/Places.h"
-#include "KTStuff/System/linux/Toolkit.h"
 #include "Platform/session/linux/BusAddresses.h"
 #include "Platform/session/linux/LinuxDesktopFacts.h"
+#include "System/linux/MainLoop.h"
+#include "System/linux/Pictures.h"
+#include "System/linux/Places.h"
+#include "System/linux/Toolkit.h"
 
 namespace halvorn {
 namespace {

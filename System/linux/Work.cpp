@@ -1,6 +1,4 @@
 // Work that this program has done: by programs it starts, and by threads.
-#include "KTStuff/System/linux/Activation.h"
-#include "KTStuff/System/linux/Places.h"
 #include "Platform/bundles/linux/launching/Launcher.h"
 #include "Platform/bundles/linux/launching/LinuxWorkspace.h"
 #include "Platform/bundles/linux/launching/OpenToolTasks.h"
@@ -8,6 +6,8 @@
 #include "Platform/running/posix/PosixTasks.h"
 #include "Platform/running/posix/PosixWorkers.h"
 #include "Platform/running/posix/ResourceLimits.h"
+#include "System/linux/Activation.h"
+#include "System/linux/Places.h"
 
 namespace halvorn {
 namespace {

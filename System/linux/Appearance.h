@@ -3,14 +3,14 @@
 
 #include <memory>
 
-#include "KTStuff/System/linux/MainLoop.h"
-#include "KTStuff/System/linux/Pictures.h"
-#include "KTStuff/System/linux/Places.h"
 #include "Platform/color/linux/DesktopAppearance.h"
 #include "Platform/window/linux/QtAppearances.h"
 #include "Platform/window/linux/QtApplication.h"
 #include "Platform/window/linux/QtRunLoop.h"
 #include "Platform/window/linux/pictures/QtImages.h"
+#include "System/linux/MainLoop.h"
+#include "System/linux/Pictures.h"
+#include "System/linux/Places.h"
 
 namespace halvorn {
 

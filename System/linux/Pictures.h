@@ -1,8 +1,8 @@
 // Where pictures come from: the part of the library that has the toolkit tells it. Without that there are none.
 #pragma once
 
-#include "KTStuff/System/Parts.h"
 #include "Platform/window/Images.h"
+#include "System/Parts.h"
 
 namespace halvorn {
 

@@ -4,7 +4,7 @@
 #include <QCoreApplication>
 #include <memory>
 
-#include "KTStuff/System/linux/Ground.h"
+#include "System/linux/Ground.h"
 
 namespace halvorn {
 

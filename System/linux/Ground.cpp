@@ -1,4 +1,4 @@
-#include "KTStuff/System/linux/Ground.h"
+#include "System/linux/Ground.h"
 
 #include "Core/Paths.h"
 #include "Platform/running/linux/ThisProgram.h"

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "KTStuff/KTClasses/KTUtilitiesVersions.h"
-#include "KTStuff/System/linux/Ground.h"
 #include "Platform/bundles/linux/LinuxBundles.h"
 #include "Platform/bundles/linux/LinuxDefaults.h"
 #include "Platform/bundles/linux/LinuxItemFacts.h"
 #include "Platform/session/linux/LinuxSystemFacts.h"
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
+#include "System/linux/Ground.h"
 
 namespace halvorn {
 

@@ -1,8 +1,8 @@
 // What lets launched programs come to the front: told by whoever has a window that a person can click into.
 #pragma once
 
-#include "KTStuff/System/Parts.h"
 #include "Platform/bundles/linux/launching/Launcher.h"
+#include "System/Parts.h"
 
 namespace halvorn {
 

@@ -4,9 +4,9 @@
 #include <functional>
 #include <memory>
 
-#include "KTStuff/System/Parts.h"
 #include "Platform/running/MainThread.h"
 #include "Platform/running/posix/RunLoop.h"
+#include "System/Parts.h"
 
 namespace halvorn {
 

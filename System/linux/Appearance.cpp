@@ -1,10 +1,8 @@
-#include "KTStuff/System/linux/Appearance.h"
+#include "System/linux/Appearance.h"
 
 #include "Core/Paths.h"
 #include "KTStuff/KTClasses/KTDynamicColorClass.h"
 #include "KTStuff/KTClasses/KTUtilitiesTheme.h"
-#include "KTStuff/System/linux/Activation.h"
-#include "KTStuff/System/linux/Toolkit.h"
 #include "Platform/color/linux/PlainAppearance.h"
 #include "Platform/color/linux/QtInterfaceStyle.h"
 #include "Platform/session/linux/BusAddresses.h"
@@ -12,6 +10,8 @@
 #include "Platform/session/linux/WaylandSession.h"
 #include "Platform/session/linux/x11/StartupNotification.h"
 #include "Platform/window/linux/ToolkitsWayland.h"
+#include "System/linux/Activation.h"
+#include "System/linux/Toolkit.h"
 
 namespace halvorn {
 namespace {

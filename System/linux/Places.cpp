@@ -1,4 +1,4 @@
-#include "KTStuff/System/linux/Places.h"
+#include "System/linux/Places.h"
 
 #include "Platform/bundles/linux/LinuxLocalizedStrings.h"
 #include "Platform/bundles/linux/PreferredLanguages.h"

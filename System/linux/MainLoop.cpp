@@ -1,4 +1,4 @@
-#include "KTStuff/System/linux/MainLoop.h"
+#include "System/linux/MainLoop.h"
 
 #include <utility>
 

@@ -1,12 +1,12 @@
 // What everything stands on: the arguments, the environment, time, the log and files. No library is needed for it.
 #pragma once
 
-#include "KTStuff/System/Parts.h"
 #include "Platform/files/posix/PosixFileHandles.h"
 #include "Platform/files/posix/PosixFileManager.h"
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/session/linux/Environment.h"
 #include "Platform/session/linux/JournalLog.h"
+#include "System/Parts.h"
 
 namespace halvorn {
 

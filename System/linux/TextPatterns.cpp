@@ -1,9 +1,9 @@
 // Codecs, regular expressions and the characters that a program defines.
 #include "KTStuff/CocoaExtensions/StringExtensionsPatterns.h"
 #include "KTStuff/CocoaExtensions/StringExtensionsVirtualCharacters.h"
-#include "KTStuff/System/linux/Ground.h"
 #include "Platform/text/linux/IcuRegex.h"
 #include "Platform/text/linux/IcuTextCodecs.h"
+#include "System/linux/Ground.h"
 
 namespace halvorn {
 namespace {

@@ -1,9 +1,6 @@
 // The process model. Nothing is connected before a process is asked for.
 #include "KTStuff/KTClasses/KTCompatibility.h"
 #include "KTStuff/KTClasses/KTProcessClass.h"
-#include "KTStuff/System/linux/MainLoop.h"
-#include "KTStuff/System/linux/Pictures.h"
-#include "KTStuff/System/linux/Places.h"
 #include "Platform/processes/linux/DesktopWindows.h"
 #include "Platform/processes/linux/atspi/AtSpiAccessibility.h"
 #include "Platform/processes/linux/dbus/BusAppleEvents.h"
@@ -15,6 +12,9 @@
 #include "Platform/processes/linux/proc/RunningApplications.h"
 #include "Platform/processes/linux/proc/SessionLaunchContext.h"
 #include "Platform/session/linux/WaylandSession.h"
+#include "System/linux/MainLoop.h"
+#include "System/linux/Pictures.h"
+#include "System/linux/Places.h"
 
 namespace halvorn {
 namespace {

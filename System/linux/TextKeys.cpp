@@ -1,6 +1,6 @@
 // The keyboard of the display.
-#include "KTStuff/System/linux/Ground.h"
 #include "Platform/text/linux/XkbKeyboard.h"
+#include "System/linux/Ground.h"
 
 namespace halvorn {
 namespace {

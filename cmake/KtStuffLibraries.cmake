@@ -1,5 +1,6 @@
 # The class library as other programs get it: KTStuff::Text, Bundles, Process, Sound, Appearance, and KTStuff for
-# everything, each shared and static, installed for find_package and pkg-config.
+# everything, each shared and static, installed for find_package and pkg-config. What is installed comes in four components:
+# runtime (what programs load), development (what they are built with), documentation, tools.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 option(KTSTUFF_USE_STATIC_LIBS "KTStuff::* are the static libraries" OFF)
@@ -14,20 +15,20 @@ function(kt_public_library target kind name)
   string(REGEX REPLACE "^KTStuff$" "" part ${name})
   set_target_properties(${target} PROPERTIES OUTPUT_NAME KTStuff${part} EXPORT_NAME ${name} LINKER_LANGUAGE CXX
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH "$ORIGIN" AUTOMOC OFF)
-  install(TARGETS ${target} EXPORT KTStuff${kind} COMPONENT KTStuff
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(TARGETS ${target} EXPORT KTStuff${kind}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 endfunction()
 
-# kt_public(NAME CORE targets ADAPTERS targets [NEEDS names] [LIBRARIES names] [PACKAGES names]): CORE is what its headers
-# declare, ADAPTERS what that stands on, NEEDS other libraries of these, LIBRARIES those of the system, PACKAGES the same
-# where CMake finds them.
+# kt_public(NAME CORE targets ADAPTERS targets [NEEDS names] [LIBRARIES names] [PACKAGES names] [MODULES targets]): CORE is
+# what its headers declare, ADAPTERS what that stands on, NEEDS other libraries of these, LIBRARIES those of the system,
+# PACKAGES the same where CMake finds them, MODULES what it loads when it is needed.
 function(kt_public name)
-  cmake_parse_arguments(ARG "" "" "CORE;ADAPTERS;NEEDS;LIBRARIES;PACKAGES" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "CORE;ADAPTERS;NEEDS;LIBRARIES;PACKAGES;MODULES" ${ARGN})
   set(objects)
   foreach(target ${ARG_CORE})
     list(APPEND objects $<TARGET_OBJECTS:${target}>)
   endforeach()
-  set(below ${ARG_NEEDS})
   set(archives)
   foreach(target ${ARG_ADAPTERS})
     list(APPEND archives $<TARGET_OBJECTS:${target}>)
@@ -49,6 +50,15 @@ function(kt_public name)
     target_link_libraries(ktstuff_${name}_shared PRIVATE $<BUILD_INTERFACE:${target}>)
   endforeach()
   kt_exports(ktstuff_${name}_shared ${ARG_CORE} ${ARG_ADAPTERS})
+  # They lie below the library where it is built as where it is installed, for who adds this tree to a tree of their own.
+  foreach(module ${ARG_MODULES})
+    add_dependencies(ktstuff_${name}_static ${module})
+    add_dependencies(ktstuff_${name}_shared ${module})
+    set(below $<TARGET_FILE_DIR:ktstuff_${name}_shared>/ktstuff-${PROJECT_VERSION_MAJOR})
+    add_custom_command(TARGET ktstuff_${name}_shared POST_BUILD VERBATIM
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${below}
+      COMMAND ${CMAKE_COMMAND} -E create_symlink $<TARGET_FILE:${module}> ${below}/$<TARGET_FILE_NAME:${module}>)
+  endforeach()
   if(KTSTUFF_USE_STATIC_LIBS)
     add_library(KTStuff::${name} ALIAS ktstuff_${name}_static)
   else()
@@ -92,17 +102,18 @@ function(kt_pkg_config name needs libraries packages)
   set(KTSTUFF_NAME KTStuff${part})
   configure_file(${PROJECT_SOURCE_DIR}/KTStuff/packaging/ktstuff.pc.in ${PROJECT_BINARY_DIR}/pkgconfig/${module}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/pkgconfig/${module}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
-    COMPONENT KTStuff)
+    COMPONENT development)
 endfunction()
 
 find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets DBus)
 kt_public(Text CORE kt_core kt_text kt_system_text
   ADAPTERS kt_platform_running kt_platform_rights kt_platform_files kt_platform_session kt_platform_text
-  LIBRARIES icui18n icuuc xml2 xkbcommon-x11 xkbcommon xcb)
+  LIBRARIES icui18n icuuc xml2 xkbcommon-x11 xkbcommon xcb MODULES HalvornDigests)
 kt_public(Bundles CORE kt_utilities_versions kt_system_bundles ADAPTERS kt_platform_bundles NEEDS Text LIBRARIES expat)
 kt_public(Process CORE kt_process kt_system_process ADAPTERS kt_platform_processes NEEDS Bundles Text
   LIBRARIES dbus-1 xcb-icccm xcb-ewmh xcb-res wayland-client xcb)
-kt_public(Sound CORE kt_sound kt_system_sound ADAPTERS kt_platform_sound NEEDS Bundles Text)
+kt_public(Sound CORE kt_sound kt_system_sound ADAPTERS kt_platform_sound NEEDS Bundles Text
+  MODULES HalvornSound)
 kt_public(Appearance CORE kt_utilities_theme kt_color kt_views kt_system_appearance
   ADAPTERS kt_platform_color kt_platform_window NEEDS Bundles Text LIBRARIES png wayland-client xcb
   PACKAGES Qt6::Widgets Qt6::DBus)
@@ -111,16 +122,16 @@ kt_public(KTStuff CORE kt_utilities kt_installer_interface kt_system NEEDS Proce
 target_link_libraries(ktstuff_KTStuff_shared PRIVATE $<BUILD_INTERFACE:kt_platform_session>)
 
 foreach(folder Core KTStuff/KTClasses KTStuff/CocoaExtensions Platform)
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION ${KTSTUFF_HEADERS}/${folder} COMPONENT KTStuff
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION ${KTSTUFF_HEADERS}/${folder} COMPONENT development
     FILES_MATCHING PATTERN "*.h" PATTERN linux EXCLUDE PATTERN posix EXCLUDE PATTERN null EXCLUDE PATTERN mac EXCLUDE)
 endforeach()
-install(FILES ${PROJECT_SOURCE_DIR}/KTStuff/KTSystem.h DESTINATION ${KTSTUFF_HEADERS}/KTStuff COMPONENT KTStuff)
-install(TARGETS HalvornSound HalvornDigests COMPONENT KTStuff
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/ktstuff-${PROJECT_VERSION_MAJOR})
+install(FILES ${PROJECT_SOURCE_DIR}/KTStuff/KTSystem.h DESTINATION ${KTSTUFF_HEADERS}/KTStuff COMPONENT development)
+install(TARGETS HalvornSound HalvornDigests
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/ktstuff-${PROJECT_VERSION_MAJOR} COMPONENT runtime)
 foreach(kind Shared Static)
   install(EXPORT KTStuff${kind} NAMESPACE KTStuff:: FILE KTStuff${kind}.cmake DESTINATION ${KTSTUFF_PACKAGE}
-    COMPONENT KTStuff)
+    COMPONENT development)
 endforeach()
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/KTStuffConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/KTStuffConfigVersion.cmake ${PROJECT_SOURCE_DIR}/KTStuff/packaging/KTStuffConfig.cmake
-  DESTINATION ${KTSTUFF_PACKAGE} COMPONENT KTStuff)
+  DESTINATION ${KTSTUFF_PACKAGE} COMPONENT development)

@@ -27,8 +27,10 @@ endfunction()
 
 # kt_test(NAME KIND unit|contract|adapter|flow SUBJECT words SOURCES ... [USES ...] [TIMEOUT s] [PREFIX p] [FAILS_ON regex]
 #   [SERIAL]): one program of GoogleTest cases; every case becomes a test of its own that carries the label KIND-SUBJECT, so
-# `ctest -L processes` runs one subject, and `ctest -L unit` one kind. PREFIX stands before each name. A case that prints
-# what FAILS_ON matches has failed.
+# `ctest -L processes` runs one subject, and `ctest -L unit` one kind; `ctest -L library` runs every case of the class
+# library, which is what uses one of its libraries. PREFIX stands before each name. A case that prints what FAILS_ON
+# matches has failed.
+set(KT_CLASS_LIBRARY "^kt_(core|text|process|utilities.*|sound|color|views|installer_interface|system.*|test_processes)$")
 function(kt_test name)
   cmake_parse_arguments(ARG "SERIAL" "KIND;SUBJECT;TIMEOUT;PREFIX;FAILS_ON" "SOURCES;USES;ENVIRONMENT" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -47,8 +49,13 @@ function(kt_test name)
   if(ARG_SERIAL)
     set(serial TRUE)
   endif()
-  # Lists do not survive the discovery of tests, so there is one label: `ctest -L` finds either word in it.
-  set(properties LABELS "${ARG_KIND}-${ARG_SUBJECT}" TIMEOUT ${ARG_TIMEOUT} RUN_SERIAL ${serial})
+  # Lists do not survive the discovery of tests, so there is one label: `ctest -L` finds each word in it.
+  set(label "${ARG_KIND}-${ARG_SUBJECT}")
+  list(FILTER ARG_USES INCLUDE REGEX ${KT_CLASS_LIBRARY})
+  if(ARG_USES AND NOT ARG_SUBJECT STREQUAL library)
+    string(APPEND label "-library")
+  endif()
+  set(properties LABELS "${label}" TIMEOUT ${ARG_TIMEOUT} RUN_SERIAL ${serial})
   if(ARG_ENVIRONMENT)
     list(APPEND properties ENVIRONMENT "${ARG_ENVIRONMENT}")
   endif()

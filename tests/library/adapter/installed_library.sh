@@ -5,8 +5,18 @@ set -u
 source=$1 build=$2 folder=$3 kind=$4 launcher=${5:-}
 fail() { echo "$1"; exit 1; }
 rm -rf "$folder"; mkdir -p "$folder/home"
-cmake --install "$build" --component KTStuff --prefix "$folder/prefix" >"$folder/install.log" 2>&1 ||
-  { tail -20 "$folder/install.log"; fail "It cannot be installed."; }
+install_component() { # COMPONENT PREFIX
+  cmake --install "$build" --component "$1" --prefix "$2" >"$folder/install.log" 2>&1 ||
+    { tail -20 "$folder/install.log"; fail "$1 cannot be installed."; }
+}
+install_component runtime "$folder/prefix"
+# What programs load is whole, and nothing but libraries: what they are built with comes on top of it.
+others=$(find "$folder/prefix" ! -type d ! -name 'libKTStuff*.so.1' ! -name 'libKTStuff*.so.1.*' ! -path '*/ktstuff-1/Halvorn*.so')
+[ -z "$others" ] || fail "the component of programs that run has $others"
+find "$folder/prefix" -type f | sort >"$folder/runtime"
+install_component development "$folder/prefix"
+changed=$(find "$folder/prefix" -type f -name '*.so*' | sort | diff "$folder/runtime" -)
+[ -z "$changed" ] || fail "the component of headers has libraries, too: $changed"
 static=OFF; [ "$kind" = shared ] || static=ON
 for example in "$source"/examples/*/; do
   name=$(basename "$example")
@@ -31,12 +41,13 @@ for name in texts programs quit alert; do
 done
 ! ldd "$folder/texts/build/texts" | grep -qE 'dbus|expat' || fail "texts loads what texts do not need"
 [ "$kind" = shared ] || exit 0
-# The command, as it was installed.
-kt=$folder/prefix/bin/kt
+# The command, as it was installed, alone.
+install_component tools "$folder/tools"
+kt=$folder/tools/bin/kt
 [ "$(env -i PATH=/usr/bin:/bin "HOME=$folder/home" LANG=C.UTF-8 "$kt" version 2.1b3 2.1)" = older ] || fail "kt does not compare versions"
 [ "$("$kt" text md5 abc)" = 900150983cd24fb0d6963f7d28e17f72 ] || fail "kt finds no digests"
 env -i PATH=/usr/bin:/bin "HOME=$folder/home" LANG=C.UTF-8 "$kt" micro 2>&1 | grep -q "no such resource" && fail "kt has no Micro"
-[ -z "$(groff -man -ww -z "$folder"/prefix/share/man/man1/kt.1 2>&1)" ] || fail "kt's manual has mistakes"
+[ -z "$(groff -man -ww -z "$folder"/tools/share/man/man1/kt.1 2>&1)" ] || fail "kt's manual has mistakes"
 for word in $("$kt" --help | awk 'NR > 2 {print $1}' | sort -u); do
   grep -qw -- "$word" "$source/tools/kt/kt.1" || fail "kt's manual does not tell of $word"
 done

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <optional>
 #include <random>
+#include <string_view>
 
 #include "Core/Format.h"
 #include "Core/Paths.h"
@@ -27,6 +28,7 @@
 #include "Platform/session/linux/wayland/WaylandConnection.h"
 #include "Platform/window/linux/InstallerWindow.h"
 #include "Platform/window/linux/LoneAlert.h"
+#include "Platform/window/linux/PackagedToolkit.h"
 #include "Platform/window/linux/QtAlerts.h"
 #include "Platform/window/linux/QtScreenReader.h"
 #include "Platform/window/linux/ScaleVariables.h"
@@ -193,8 +195,8 @@ constexpr int kFewestThreads = 3;
 
 // Whether the window can be shown somewhere. A platform of the toolkit that somebody chose needs what it needs.
 Answer askForDisplay(const Environment& environment) {
-  const auto platform = environment.value("QT_QPA_PLATFORM");
-  if (platform && !platform->starts_with("xcb")) return Answer::Given;
+  const char* const platform = std::getenv("QT_QPA_PLATFORM");
+  if (platform != nullptr && !std::string_view(platform).starts_with("xcb")) return Answer::Given;
   const Answer display = askDisplay(environment.value("DISPLAY"));
   if (display == Answer::Given || !isWaylandSession(environment)) return display;
   const auto compositor = WaylandConnection::open(waylandSocketPath(environment), kLongestForDisplay);
@@ -266,7 +268,9 @@ int applicationMain(int argumentCount, char** arguments) {
     return std::fputs(answer->bytes().c_str(), stdout) >= 0 ? EXIT_SUCCESS : EXIT_FAILURE;
   const Environment& environment = system.parts().of<Ground>().environment;
   if (isRefused(environment)) return refuseAdministrator(system);
+  const auto foreignParts = removeForeignParts(Paths::deletingLastComponent(pathOfThisProgram()).bytes());
   StartConditions conditions = startConditions(environment);
+  conditions.ignoredVariables.assign(foreignParts.begin(), foreignParts.end());
   if (const auto sentence = obstacleToTheWindow(conditions)) return endWithoutWindow(system, *sentence);
   keepToolkitFromWaiting(conditions);
   {

@@ -3,6 +3,7 @@ dev_test() {
   local preset=dev
   if [ "${1:-}" = --sanitize ]; then preset=asan; shift; fi
   need build run test wayland mac
+  [ "$preset" != dev ] || ! wants_package "$@" || { source dev.d/package.sh; dev_package; }
   configure_and_build "$preset"
   export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=0}" UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1}"
   local log="build/$preset/last-test.log" status=0
@@ -13,6 +14,9 @@ dev_test() {
   sed -n '/^The following tests FAILED/,$p' "$log"
   return "$status"
 }
+
+# What is handed out is tested as it is handed out, from the release build: with no options, and where it is asked for.
+wants_package() { [ "$#" = 0 ] || [[ " $* " == *" package "* || " $* " == *Package* ]]; }
 
 # What this machine could not run, in one line: how many of each reason, and the reasons say what they would take.
 report_skipped() {

@@ -18,14 +18,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const Lines kPlain = startLog({"-sourcePath", "<image>/Sample.app"});
 const Lines kQuitting = {"Quitting 'SMPL': Sample"};
 const Lines kGivenUp = {"quit Sample: given up after #s (# attempts)"};
 const Lines kNothingInstalled = {"Left before anything was touched: nothing is installed"};
 constexpr double kPatience = 30;
 
-// 0 closes the window; else the signal that the program is sent.
+// 0 closes the window, a negative one has the session manager end the session; else the signal that the program is sent.
 constexpr int kCloseWindow = 0;
+constexpr int kEndSession = -1;
 
 class ClosingFlow : public FlowFixture {
  protected:
@@ -36,6 +36,14 @@ class ClosingFlow : public FlowFixture {
     FlowFixture::SetUp();
     if (IsSkipped() || HasFatalFailure()) return;
     old_ = makeSampleProduct(applications(), {.version = "1.0"});
+  }
+
+  // From now on programs of the desktop are told when its session ends.
+  void manageSession() {
+    manager_ = std::make_unique<ChildProcess>(std::vector<std::string>{KT_SESSION_MANAGER});
+    const auto address = manager_->readLine(kPatience);
+    ASSERT_TRUE(address) << manager_->output();
+    desktop().setEnvironment(*address);
   }
 
   // Runs the old copy and stops it: it cannot obey a request to quit.
@@ -87,12 +95,15 @@ class ClosingFlow : public FlowFixture {
     return found.status == 0;
   }
   void leave(InstallerDriver& installer, int way) {
-    if (way != kCloseWindow) return installer.process().sendSignal(way);
-    closeWindow();
+    if (way == kCloseWindow) return closeWindow();
+    if (way != kEndSession) return installer.process().sendSignal(way);
+    EXPECT_TRUE(manager_->waitForOutput("registered", kPatience)) << manager_->output();
+    manager_->sendSignal(SIGUSR1);
   }
   // What the log says of leaving in that way.
   static Lines leaving(int way) {
-    return way == kCloseWindow ? Lines{} : Lines{"The session ends: signal " + std::to_string(way)};
+    if (way == kCloseWindow) return {};
+    return {"The session ends: " + (way == kEndSession ? "asked to quit" : "signal " + std::to_string(way))};
   }
   static Lines launched(int way) {
     const Lines whole = installLog();
@@ -104,11 +115,6 @@ class ClosingFlow : public FlowFixture {
   [[nodiscard]] fs::path trashFolder() const { return desktopHome() / ".local/share/Trash/files"; }
   [[nodiscard]] fs::path desktopHome() const { return applications().parent_path(); }
 
-  [[nodiscard]] Lines wholeLog() {
-    return withoutPlaces(
-        installerLog(),
-        {{builtInstaller(), "<installer>"}, {image(), "<image>"}, {desktop().homeFolder(), "<home>"}});
-  }
   void expectNothingTouched() {
     EXPECT_EQ(versionOfBundle(destination()), "1.0");
     EXPECT_FALSE(fs::exists(trashed()));
@@ -129,13 +135,23 @@ class ClosingFlow : public FlowFixture {
 
  private:
   fs::path old_;
+  std::unique_ptr<ChildProcess> manager_;
 };
 
-class EveryWayOfClosing : public ClosingFlow, public testing::WithParamInterface<int> {};
+class EveryWayOfClosing : public ClosingFlow, public testing::WithParamInterface<int> {
+ protected:
+  void SetUp() override {
+    ClosingFlow::SetUp();
+    if (!IsSkipped() && GetParam() == kEndSession) manageSession();
+  }
+};
 
-INSTANTIATE_TEST_SUITE_P(Ways, EveryWayOfClosing, testing::Values(kCloseWindow, SIGTERM, SIGHUP, SIGINT),
+INSTANTIATE_TEST_SUITE_P(Ways, EveryWayOfClosing,
+                         testing::Values(kCloseWindow, kEndSession, SIGTERM, SIGHUP, SIGINT),
                          [](const auto& way) {
                            switch (way.param) {
+                             case kEndSession:
+                               return "SessionManager";
                              case SIGTERM:
                                return "SIGTERM";
                              case SIGHUP:
@@ -153,7 +169,7 @@ TEST_P(EveryWayOfClosing, BeforeTheInstallationEndsTheProgram) {
   leave(installer, GetParam());
   EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
   expectNothingTouched();
-  EXPECT_EQ(wholeLog(), kPlain + leaving(GetParam()));
+  EXPECT_EQ(wholeLog(), kPlainStart + leaving(GetParam()));
 }
 
 TEST_P(EveryWayOfClosing, WhileTheOldCopyIsAskedToQuitNothingIsTouched) {
@@ -166,7 +182,7 @@ TEST_P(EveryWayOfClosing, WhileTheOldCopyIsAskedToQuitNothingIsTouched) {
   EXPECT_TRUE(running->isRunning()) << "it is not forced any more";
   expectNothingTouched();
   EXPECT_EQ(wholeLog(),
-            kPlain + Lines{"Install"} + kQuitting + leaving(GetParam()) + kGivenUp + kNothingInstalled);
+            kPlainStart + kInstallClicked + kQuitting + leaving(GetParam()) + kGivenUp + kNothingInstalled);
 }
 
 TEST_P(EveryWayOfClosing, WhileTheOldCopyIsForcedToQuitNothingIsTouched) {
@@ -239,7 +255,7 @@ TEST_P(EveryWayOfClosing, WhileCopyingTheCopyIsFinished) {
   EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
   expectReplaced();
   expectLaunchedUnlessTheSessionEnded(GetParam());
-  EXPECT_EQ(wholeLog(), kPlain + Lines{"Install"} + leaving(GetParam()) + launched(GetParam()));
+  EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + leaving(GetParam()) + launched(GetParam()));
 }
 
 TEST_P(EveryWayOfClosing, WhileLaunchingOnlyTheEndOfTheSessionLeavesTheLaunchOut) {
@@ -269,7 +285,7 @@ TEST_F(ClosingFlow, WhenTheDisplayGoesAwayWhileCopyingTheCopyIsFinished) {
   EXPECT_EQ(installer.process().waitForEnd(kPatience), 1) << "the toolkit's own status";
   expectReplaced();
   EXPECT_EQ(wholeLog(),
-            kPlain + (Lines{"Install", "The session ends: the display has gone"} + launched(SIGTERM)));
+            kPlainStart + (Lines{"Install", "The session ends: the display has gone"} + launched(SIGTERM)));
 }
 
 TEST_F(ClosingFlow, WhenTheDisplayGoesAwayBeforeAnythingWasTouchedNothingIs) {

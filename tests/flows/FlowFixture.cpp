@@ -98,6 +98,29 @@ int FlowFixture::countOf(const std::string& line) const {
   return static_cast<int>(std::count(lines.begin(), lines.end(), line));
 }
 
+Lines FlowFixture::whole(const Lines& lines) const {
+  return withoutPlaces(
+      lines, {{builtInstaller(), "<installer>"}, {image(), "<image>"}, {desktop_->homeFolder(), "<home>"}});
+}
+
+void FlowFixture::installFromTheReadMe(const std::function<void(InstallerDriver&)>& meanwhile) {
+  const fs::path readMe = makeReadMe(image());
+  const fs::path guide = makeGuide(image());
+  InstallerDriver installer(desktop(),
+                            {"-sourcePath", product(), "-readMePath", readMe, "-documentationPath", guide});
+  ASSERT_TRUE(installer.click("Continue"));
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(startedVersion("2.0")) << report();
+  EXPECT_EQ(versionOfBundle(destination()), "2.0");
+  EXPECT_EQ(wholeLog(), startLog({"-sourcePath", "<image>/Sample.app", "-readMePath", "<image>/Read Me.rtf",
+                                  "-documentationPath", "<image>/Guide.html"},
+                                 {{"readMePath", "\"<image>/Read Me.rtf\""},
+                                  {"documentationPath", "\"<image>/Guide.html\""}}) +
+                            kInstallClicked + installLog());
+  meanwhile(installer);
+}
+
 bool FlowFixture::endProgramsBelow(const fs::path& folder) const {
   bool isAny = false;
   std::error_code problem;

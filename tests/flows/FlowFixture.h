@@ -5,11 +5,13 @@
 
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "tests/flows/WholeLog.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/InstallerDriver.h"
 #include "tests/support/MadeLocale.h"
@@ -52,6 +54,12 @@ class FlowFixture : public ::testing::Test {
   [[nodiscard]] std::size_t rawLogLineCount() const;
   [[nodiscard]] bool logHas(const std::string& line) const;
   [[nodiscard]] int countOf(const std::string& line) const;
+  // The lines, or all of the log, with what stands for the places of this run: <installer>, <image>, <home>.
+  [[nodiscard]] Lines whole(const Lines& lines) const;
+  [[nodiscard]] Lines wholeLog() const { return whole(installerLog()); }
+
+  // From a read-me with a guide to the final message; `meanwhile` runs while the installer shows it.
+  void installFromTheReadMe(const std::function<void(InstallerDriver&)>& meanwhile);
 
   // Ends the programs of this desktop that run from below the folder; false when there is none.
   [[nodiscard]] bool endProgramsBelow(const std::filesystem::path& folder) const;

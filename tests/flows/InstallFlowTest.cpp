@@ -13,19 +13,9 @@ namespace halvorn {
 namespace {
 
 namespace fs = std::filesystem;
-const Lines kInstall = {"Install"};
-const Lines kQuitting = {"Quitting 'SMPL': Sample", "quit Sample: gone after #s (# attempts)"};
 const Lines kStillRunning = {"Still running 'SMPL': Sample"};
-const Lines kPlain = startLog({"-sourcePath", "<image>/Sample.app"});
 
-class InstallFlow : public FlowFixture {
- protected:
-  [[nodiscard]] Lines whole(const Lines& lines) {
-    return withoutPlaces(
-        lines, {{builtInstaller(), "<installer>"}, {image(), "<image>"}, {desktop().homeFolder(), "<home>"}});
-  }
-  [[nodiscard]] Lines wholeLog() { return whole(installerLog()); }
-};
+class InstallFlow : public FlowFixture {};
 
 // No display, and nothing of the person's is touched.
 TEST_F(InstallFlow, QuestionsAboutTheProgramAreAnsweredWithoutAWindow) {
@@ -39,25 +29,10 @@ TEST_F(InstallFlow, QuestionsAboutTheProgramAreAnsweredWithoutAWindow) {
 }
 
 TEST_F(InstallFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
-  const fs::path readMe = makeReadMe(image());
-  const fs::path guide = makeGuide(image());
-  InstallerDriver installer(desktop(),
-                            {"-sourcePath", product(), "-readMePath", readMe, "-documentationPath", guide});
-
-  ASSERT_TRUE(installer.click("Continue"));
-  ASSERT_TRUE(installer.click("Install"));
-  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
-  EXPECT_TRUE(startedVersion("2.0")) << report();
-  EXPECT_EQ(versionOfBundle(destination()), "2.0");
-
-  EXPECT_EQ(wholeLog(), startLog({"-sourcePath", "<image>/Sample.app", "-readMePath", "<image>/Read Me.rtf",
-                                  "-documentationPath", "<image>/Guide.html"},
-                                 {{"readMePath", "\"<image>/Read Me.rtf\""},
-                                  {"documentationPath", "\"<image>/Guide.html\""}}) +
-                            kInstall + installLog());
-
-  ASSERT_TRUE(installer.click("OK"));
-  EXPECT_EQ(installer.process().waitForEnd(20), 0);
+  installFromTheReadMe([](InstallerDriver& installer) {
+    ASSERT_TRUE(installer.click("OK"));
+    EXPECT_EQ(installer.process().waitForEnd(20), 0);
+  });
 }
 
 // The clock of an X server counts milliseconds; the first click is the one on "Install".
@@ -89,8 +64,8 @@ TEST_F(InstallFlow, DirectInvocationKeepsTheLogOnStandardError) {
   const Lines expected =
       Lines{"direct invocation", "arguments: (\"" + program + "\")",
             "shortened path = <image>/Sample.app/Contents", "shortened path = <image>/Sample.app"} +
-      Lines(kPlain.begin() + 1, kPlain.end() - 1) + Lines{updatedLine({{"", "\"" + program + "\""}})} +
-      kInstall + installLog();
+      Lines(kPlainStart.begin() + 1, kPlainStart.end() - 1) +
+      Lines{updatedLine({{"", "\"" + program + "\""}})} + kInstallClicked + installLog();
   EXPECT_EQ(whole(logLines(installer.process().output())), expected);
   EXPECT_FALSE(fs::exists(desktop().homeFolder() + "/Library/Logs/HalvornInstaller.log"));
 }
@@ -112,7 +87,7 @@ TEST_F(InstallFlow, ARunningCopyIsQuitAndTheOldOneGoesToTheTrash) {
   EXPECT_TRUE(startedVersion("2.0"));
   EXPECT_FALSE(running.isRunning());
   EXPECT_TRUE(bystander.isRunning());
-  EXPECT_EQ(wholeLog(), kPlain + kInstall + kQuitting + installLog());
+  EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + kQuitObeyed + installLog());
   EXPECT_EQ(versionOfBundle(destination()), "2.0");
   EXPECT_EQ(versionOfBundle(desktop().homeFolder() + "/.local/share/Trash/files/Sample.app"), "1.0");
 }
@@ -127,9 +102,9 @@ TEST_F(InstallFlow, AProductThatKeepsComingBackCancelsTheInstallationWithTheMess
   EXPECT_TRUE(eventually([&] { return logHas("Sample refused to quit; installation cancelled"); }, 90));
   EXPECT_TRUE(installer.waitForButton("Install", 20)) << "enabled again";
   EXPECT_TRUE(installer.waitForButton("Cancel", 20));
-  EXPECT_EQ(wholeLog(), kPlain + kInstall + kQuitting + kStillRunning +
-                            Lines{"Sample did not quit; will retry"} + kQuitting + kStillRunning + kQuitting +
-                            kStillRunning + kQuitting + kStillRunning + kStillRunning +
+  EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + kQuitObeyed + kStillRunning +
+                            Lines{"Sample did not quit; will retry"} + kQuitObeyed + kStillRunning +
+                            kQuitObeyed + kStillRunning + kQuitObeyed + kStillRunning + kStillRunning +
                             Lines{"Sample refused to quit; installation cancelled"});
   EXPECT_EQ(versionOfBundle(destination()), "1.0") << "nothing was touched";
 }
@@ -146,10 +121,10 @@ TEST_F(InstallFlow, AFailureLeavesBothButtonsAndASecondClickSucceeds) {
   fs::rename(away, product());
   ASSERT_TRUE(installer.click("Install"));
   EXPECT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
-  EXPECT_EQ(wholeLog(), (kPlain + kInstall +
+  EXPECT_EQ(wholeLog(), (kPlainStart + kInstallClicked +
                          Lines{"CAUSE -- No such file or directory: <image>/Sample.app (look)",
                                "ERROR -- Could not copy myself to <home>/Applications/Sample.app"} +
-                         kInstall + installLog()));
+                         kInstallClicked + installLog()));
 }
 
 TEST_F(InstallFlow, AProductForANewerSystemIsRefusedWithTheAlert) {
@@ -160,7 +135,7 @@ TEST_F(InstallFlow, AProductForANewerSystemIsRefusedWithTheAlert) {
   ASSERT_TRUE(installer.click("Quit"));
   EXPECT_EQ(installer.process().waitForEnd(20), 0);
   EXPECT_FALSE(fs::exists(destination()));
-  EXPECT_EQ(wholeLog(), kPlain);
+  EXPECT_EQ(wholeLog(), kPlainStart);
 }
 
 TEST_F(InstallFlow, ABundleForAnotherSystemRaisesTheAlertAndInstallsWhenOverridden) {
@@ -182,10 +157,10 @@ TEST_F(InstallFlow, ABundleForAnotherSystemRaisesTheAlertAndInstallsWhenOverridd
   for (int i = 0; i < 10; ++i) launches = launches + Lines{"retry opening", "launched: 0"};
   const Lines copied = installLog();
   // The first program wrote to the same file.
-  EXPECT_EQ(wholeLog(), kPlain +
+  EXPECT_EQ(wholeLog(), kPlainStart +
                             startLog({"-sourcePath", "<image>/Sample.app", "-minSystemVersion", "1.0"},
                                      {{"minSystemVersion", "\"1.0\""}}) +
-                            kInstall + Lines(copied.begin(), copied.end() - 1) + launches);
+                            kInstallClicked + Lines(copied.begin(), copied.end() - 1) + launches);
   EXPECT_EQ(versionOfBundle(destination()), "2.0");
 }
 
@@ -196,7 +171,8 @@ TEST_F(InstallFlow, ASetUpErrorIsTheFinalMessage) {
   ASSERT_TRUE(installer.waitForText("missing product signature", 30));
   ASSERT_TRUE(installer.click("OK"));
   EXPECT_EQ(installer.process().waitForEnd(20), 0);
-  EXPECT_EQ(wholeLog(), Lines(kPlain.begin(), kPlain.end() - 1) + Lines{"missing product signature"});
+  EXPECT_EQ(wholeLog(),
+            Lines(kPlainStart.begin(), kPlainStart.end() - 1) + Lines{"missing product signature"});
 }
 
 TEST_F(InstallFlow, TheKeyboardAloneInstalls) {
@@ -222,7 +198,7 @@ TEST_F(InstallFlow, TheKeyboardAloneInstalls) {
       },
       20));
   EXPECT_EQ(installer.process().waitForEnd(1), 0);
-  EXPECT_EQ(wholeLog(), kPlain + kInstall + installLog());
+  EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + installLog());
 }
 
 TEST_F(InstallFlow, HostileNamesAreInstalledAndEachEventIsOneLine) {
@@ -243,7 +219,7 @@ TEST_F(InstallFlow, HostileNamesAreInstalledAndEachEventIsOneLine) {
   EXPECT_EQ(wholeLog(),
             startLog({"-sourcePath", "<image>/" + shown, "-productName", "Sample"},
                      {{"sourcePath", "\"<image>/" + shown + "\""}, {"destinationPath", "\"" + to + "\""}}) +
-                kInstall + installed);
+                kInstallClicked + installed);
   EXPECT_EQ(installerLog().size(), rawLogLineCount());
 }
 
@@ -253,7 +229,7 @@ TEST_F(InstallFlow, ItQuitsByItselfAfterTheDelay) {
   EXPECT_EQ(installer.process().waitForEnd(60), 0);
   EXPECT_EQ(wholeLog(), startLog({"-sourcePath", "<image>/Sample.app", "-completionQuit", "0.5"},
                                  {{"completionQuit", "\"0.5\""}}) +
-                            kInstall + installLog() + Lines{"quit delay: 0.5"});
+                            kInstallClicked + installLog() + Lines{"quit delay: 0.5"});
   EXPECT_EQ(versionOfBundle(destination()), "2.0");
 }
 
@@ -272,7 +248,7 @@ TEST_P(InstallFlowInALocale, TheWholeLogIsTheSameAsEverywhere) {
   EXPECT_EQ(installer.process().waitForEnd(60), 0);
   EXPECT_EQ(wholeLog(), startLog({"-sourcePath", "<image>/Sample.app", "-completionQuit", "1.5"},
                                  {{"completionQuit", "\"1.5\""}}) +
-                            kInstall + kQuitting + installLog() + Lines{"quit delay: 1.5"});
+                            kInstallClicked + kQuitObeyed + installLog() + Lines{"quit delay: 1.5"});
 }
 
 INSTANTIATE_TEST_SUITE_P(Locales, InstallFlowInALocale, testing::Values("de_DE", "ar_EG", "fa_IR"),
@@ -295,7 +271,7 @@ TEST_F(InstallFlow, AWrapperBringsItsItemsAlong) {
                                 {"destinationPath", "\"" + to + "\""},
                                 {"wrapperPath", "\"<image>/Sample Suite\""}});
   EXPECT_EQ(wholeLog(), Lines(start.begin(), start.end() - 1) + Lines{"wrapper = <image>/Sample Suite"} +
-                            Lines{start.back()} + kInstall + installLog(to));
+                            Lines{start.back()} + kInstallClicked + installLog(to));
 }
 
 TEST_F(InstallFlow, BundlesOfTheDistributionAreInstalledReplacedAndLaunched) {
@@ -321,7 +297,7 @@ TEST_F(InstallFlow, BundlesOfTheDistributionAreInstalledReplacedAndLaunched) {
                           {"productCode", "(\"GNUS\")"},
                           {"quitCode", "(\"GNUS\")"},
                           {"completionQuit", "\"0.2\""}}) +
-                    kInstall + installLog(to) + Lines{"quit delay: 0.2"});
+                    kInstallClicked + installLog(to) + Lines{"quit delay: 0.2"});
       EXPECT_TRUE(sameTree(bundle, installed));
       EXPECT_TRUE(endProgramsBelow(installed)) << "the launched program runs";
     }

@@ -1,6 +1,6 @@
 // Whole logs of the installer, written without the folders and times of one run:
 //
-//   EXPECT_EQ(wholeLog(*this), startLog({"-sourcePath", "<image>/Sample.app"}) + installLog());
+//   EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + installLog());
 #pragma once
 
 #include <map>
@@ -25,6 +25,10 @@ using Places = std::vector<std::pair<std::string, std::string>>;
 [[nodiscard]] Lines startLog(const Lines& arguments, const std::map<std::string, std::string>& updated = {});
 // From the copy to the launched product.
 [[nodiscard]] Lines installLog(const std::string& destination = "<home>/Applications/Sample.app");
+// The parts of most logs. Of an installer with nothing but its source:
+inline const Lines kPlainStart = startLog({"-sourcePath", "<image>/Sample.app"});
+inline const Lines kInstallClicked = {"Install"};
+inline const Lines kQuitObeyed = {"Quitting 'SMPL': Sample", "quit Sample: gone after #s (# attempts)"};
 // The words in the log's list of arguments.
 [[nodiscard]] std::string argumentsLine(const Lines& arguments);
 [[nodiscard]] std::string updatedLine(const std::map<std::string, std::string>& updated);

@@ -8,7 +8,8 @@
 
 namespace halvorn {
 
-// What is offered is refused at once; that it was offered is all that counts.
+// What is offered is refused as soon as it is the clipboard's; that it was offered is all that counts. Refused earlier, its
+// proxy would stay for ever: the library forgets to count down for what a waiting event names.
 class WaylandPasteboard::Device {
  public:
   // Null where nobody answers or tells.
@@ -32,6 +33,7 @@ class WaylandPasteboard::Device {
  private:
   using Manager = WaylandPointer<zwlr_data_control_manager_v1, zwlr_data_control_manager_v1_destroy>;
   using Control = WaylandPointer<zwlr_data_control_device_v1, zwlr_data_control_device_v1_destroy>;
+  using Offer = WaylandPointer<zwlr_data_control_offer_v1, zwlr_data_control_offer_v1_destroy>;
 
   Device(std::unique_ptr<WaylandConnection> connection, WaylandSeat seat)
       : connection_(std::move(connection)),
@@ -39,10 +41,16 @@ class WaylandPasteboard::Device {
         manager_(connection_->bind<zwlr_data_control_manager_v1>(zwlr_data_control_manager_v1_interface, 1)),
         control_(zwlr_data_control_manager_v1_get_data_device(manager_.get(), seat_.get())) {
     static const zwlr_data_control_device_v1_listener listener = {
-        .data_offer = [](void*, zwlr_data_control_device_v1*,
-                         zwlr_data_control_offer_v1* offer) { zwlr_data_control_offer_v1_destroy(offer); },
-        .selection = [](void* data, zwlr_data_control_device_v1*,
-                        zwlr_data_control_offer_v1*) { ++static_cast<Device*>(data)->count_; },
+        .data_offer =
+            [](void* data, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1* offer) {
+              static_cast<Device*>(data)->offer_.reset(offer);
+            },
+        .selection =
+            [](void* data, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1*) {
+              auto* const device = static_cast<Device*>(data);
+              ++device->count_;
+              device->offer_.reset();
+            },
         .finished = [](void*, zwlr_data_control_device_v1*) {},
         .primary_selection = [](void*, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1*) {}};
     zwlr_data_control_device_v1_add_listener(control_.get(), &listener, this);
@@ -52,6 +60,7 @@ class WaylandPasteboard::Device {
   const WaylandSeat seat_;
   const Manager manager_;
   const Control control_;
+  Offer offer_;
   std::int64_t count_ = 0;
 };
 

@@ -9,6 +9,7 @@
 #include <QProxyStyle>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyleFactory>
 #include <QTextBlock>
 #include <fstream>
 #include <string>
@@ -191,7 +192,7 @@ TEST_F(InstallerWindowDescription, ButtonsHaveLettersOfTheirOwnThatPressThem) {
 // A desktop that has its own order of buttons.
 class ActionFirstStyle : public QProxyStyle {
  public:
-  ActionFirstStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+  ActionFirstStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("fusion"))) {}
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* data) const override {
     if (hint == SH_DialogButtonLayout) return QDialogButtonBox::KdeLayout;

@@ -15,6 +15,6 @@ class AccessibilityElement {
   // What the system calls it; equal for the same element.
   [[nodiscard]] virtual Text reference() const = 0;
 };
-using AccessibilityElementPointer = std::shared_ptr<const AccessibilityElement>;
+using AccessibilityElementPointer = std::shared_ptr<const AccessibilityElement>;  // shared; null for none
 
 }  // namespace halvorn

@@ -13,8 +13,8 @@ class Cancellation {
   Cancellation(const Cancellation&) = delete;
   Cancellation& operator=(const Cancellation&) = delete;
 
-  void request() { isRequested_.store(true); }
-  [[nodiscard]] bool isRequested() const { return isRequested_.load(); }
+  void request() { isRequested_.store(true); }                            // states the wish
+  [[nodiscard]] bool isRequested() const { return isRequested_.load(); }  // whether it was stated
 
  private:
   static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler must be able to set it");

@@ -15,7 +15,7 @@ namespace halvorn {
 
 class ColorSpace {
  public:
-  enum class Model { Gray, RGB, CMYK };
+  enum class Model { Gray, RGB, CMYK };  // how many numbers make a color, and of what
 
   // What the display shows, without further ado. Displays are sRGB here.
   static const ColorSpace& deviceRGB();
@@ -33,8 +33,8 @@ class ColorSpace {
   [[nodiscard]] static const ColorSpace* named(const Text& name);
 
   [[nodiscard]] const Text& name() const { return name_; }  // "CalibratedRGB"
-  [[nodiscard]] Model model() const { return model_; }
-  [[nodiscard]] std::size_t numberOfComponents() const;  // alpha not counted
+  [[nodiscard]] Model model() const { return model_; }      // its own
+  [[nodiscard]] std::size_t numberOfComponents() const;     // alpha not counted
 
   // These components as the other space has them, by relative colorimetry: white stays white, and what the
   // other space cannot show is moved to its edge. Missing components count as 0.

@@ -27,9 +27,9 @@ namespace halvorn {
 // Whether a letter in it is written from right to left.
 [[nodiscard]] bool hasRightToLeft(const Text& text);
 
-[[nodiscard]] Text formatNames(const Text& text, std::vector<FormatArgument> arguments);
 // As format(), with every text undisguised, and isolated from the sentence where one of the two is written from right to
 // left.
+[[nodiscard]] Text formatNames(const Text& text, std::vector<FormatArgument> arguments);
 template <typename... Arguments>
 [[nodiscard]] Text formatForPeople(const Text& text, const Arguments&... arguments) {
   return formatNames(text, {FormatArgument(arguments)...});

@@ -7,7 +7,7 @@
 
 namespace halvorn {
 
-using FourCharCode = std::uint32_t;
+using FourCharCode = std::uint32_t;  // the first character in the highest byte
 
 // 0 unless the text is exactly four characters of Mac OS Roman, none of them a control character.
 // That leaves codes with a control character out of reach of any text: no list of texts can name them.
@@ -16,6 +16,7 @@ using FourCharCode = std::uint32_t;
 // Always four characters; bytes are read as Mac OS Roman.
 [[nodiscard]] Text textFromFourCharCode(FourCharCode code);
 
+// Of a literal: fourCharCode("EDIT").
 constexpr FourCharCode fourCharCode(const char (&code)[5]) {
   return static_cast<FourCharCode>(static_cast<unsigned char>(code[0])) << 24 |
          static_cast<FourCharCode>(static_cast<unsigned char>(code[1])) << 16 |

@@ -20,44 +20,47 @@ namespace halvorn {
 
 class KeyedEncoder;
 
-class Archivable {
+class Archivable {  // what can be archived
  public:
   virtual ~Archivable() = default;
   // The name by which a decoder knows the class.
   [[nodiscard]] virtual Text archivedClass() const = 0;
-  virtual void encodeWithCoder(KeyedEncoder& encoder) const = 0;
+  virtual void encodeWithCoder(KeyedEncoder& encoder) const = 0;  // writes its values
 };
 
-class KeyedEncoder {
+class KeyedEncoder {  // collects the values of one object
  public:
+  // Replaces what the key had.
   void encodeText(const Text& text, const Text& key) { values_.insert_or_assign(key, text); }
   void encodeReal(double real, const Text& key) { values_.insert_or_assign(key, real); }
   void encodeReals(const std::vector<double>& reals, const Text& key);
   // Null is written too, as a value that decodes to null.
   void encodeObject(const Archivable* object, const Text& key);
 
-  [[nodiscard]] const PropertyDictionary& values() const { return values_; }
+  [[nodiscard]] const PropertyDictionary& values() const { return values_; }  // what was encoded so far
 
  private:
   PropertyDictionary values_;
 };
 
-[[nodiscard]] PropertyDictionary archivedObject(const Archivable& object);
+[[nodiscard]] PropertyDictionary archivedObject(const Archivable& object);  // with its class
 
-class KeyedDecoder {
+class KeyedDecoder {  // reads the values of one object
  public:
-  using ObjectPointer = std::shared_ptr<const Archivable>;
+  using ObjectPointer = std::shared_ptr<const Archivable>;  // null for what cannot be decoded
   // Makes an object from the values of its archive; null when they are no such object.
   using Maker = std::function<ObjectPointer(const KeyedDecoder& decoder)>;
-  using Classes = std::map<Text, Maker>;
+  using Classes = std::map<Text, Maker>;  // by the name of the class
 
   // Both must outlive the decoder.
   KeyedDecoder(const PropertyDictionary& archive, const Classes& classes)
       : KeyedDecoder(archive, classes, 0) {}
 
+  // Nothing when the key is missing, or its value is of another kind.
   [[nodiscard]] OptionalText decodeText(const Text& key) const;
   [[nodiscard]] std::optional<double> decodeReal(const Text& key) const;
   [[nodiscard]] std::optional<std::vector<double>> decodeReals(const Text& key) const;
+  // Whatever its kind.
   [[nodiscard]] bool containsValueForKey(const Text& key) const { return archive_.contains(key); }
 
   // The object under the key; null when there is none, or one of another class.

@@ -17,6 +17,7 @@ class Log {
  public:
   virtual ~Log() = default;
 
+  // One line of the log, its values escaped: log("Quitting %@: %d", name, status).
   template <typename... Arguments>
   void operator()(const char* text, const Arguments&... arguments) const {
     write(escapedForLog(formatWithArguments(Text(text), {FormatArgument(arguments)...})));

@@ -29,11 +29,12 @@ class MutableText {
   MutableText(const MutableText&) = default;
   MutableText& operator=(const MutableText&) = default;
 
-  [[nodiscard]] std::size_t length() const { return units_->size(); }  // in UTF-16 units
-  [[nodiscard]] bool isEmpty() const { return units_->empty(); }
+  [[nodiscard]] std::size_t length() const { return units_->size(); }              // in UTF-16 units
+  [[nodiscard]] bool isEmpty() const { return units_->empty(); }                   // has no unit
   [[nodiscard]] char16_t at(std::size_t index) const { return (*units_)[index]; }  // index < length()
   [[nodiscard]] std::u16string_view units() const { return *units_; }              // until the next change
-  [[nodiscard]] Text text() const { return Text(*units_); }
+  [[nodiscard]] Text text() const { return Text(*units_); }                        // as it is now
+  // Whether a change of one is a change of the other.
   [[nodiscard]] bool isSameObject(const MutableText& other) const { return units_ == other.units_; }
 
   // Positions and lengths are clamped to the content. Adding a text to itself is fine.
@@ -43,8 +44,9 @@ class MutableText {
   void replace(std::size_t start, std::size_t count, const Text& with) {
     units_->replace(start < length() ? start : length(), count, with.units());
   }
-  void setText(const Text& text) { units_->assign(text.units()); }
+  void setText(const Text& text) { units_->assign(text.units()); }  // all of it
 
+  // Unit for unit.
   friend bool operator==(const MutableText& a, const MutableText& b) { return *a.units_ == *b.units_; }
 
  private:

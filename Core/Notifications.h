@@ -11,13 +11,13 @@
 
 namespace halvorn {
 
-using NotificationValue = std::variant<Text, AccessibilityElementPointer>;
+using NotificationValue = std::variant<Text, AccessibilityElementPointer>;  // what can be told along with one
 
-struct Notification {
-  Text name;
+struct Notification {  // what happened, to whom
+  Text name;           // observers ask by it
   // Whom it is about; kept alive until the notification is through. Compared by address only.
   std::shared_ptr<const void> object;
-  std::map<Text, NotificationValue> userInfo;
+  std::map<Text, NotificationValue> userInfo;  // what else is told
 
   // The text under the key; nullopt when it is missing or no text.
   [[nodiscard]] OptionalText text(const Text& key) const {
@@ -41,7 +41,7 @@ class Notifications {
    public:
     virtual ~Observation() = default;
   };
-  using Handler = std::function<void(const Notification&)>;
+  using Handler = std::function<void(const Notification&)>;  // called on the main thread
 
   virtual ~Notifications() = default;
   // Calls the handler for every notification of that name about that object; null stands for any object.

@@ -3,6 +3,6 @@
 
 namespace halvorn {
 
-enum class Ordering { Ascending = -1, Same = 0, Descending = 1 };
+enum class Ordering { Ascending = -1, Same = 0, Descending = 1 };  // of the first of two things
 
 }  // namespace halvorn

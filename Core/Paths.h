@@ -23,7 +23,7 @@ namespace halvorn::Paths {
 [[nodiscard]] Text deletingExtension(const Text& path);
 // "/Volumes/NAS/x" -> "/", "Volumes", "NAS", "x"; slashes in a row count once.
 [[nodiscard]] std::vector<Text> components(const Text& path);
-[[nodiscard]] bool isAbsolute(const Text& path);
+[[nodiscard]] bool isAbsolute(const Text& path);  // begins with "/"
 
 // The home folder of the account of that name; nullopt when there is no such account.
 using HomeOfAccount = std::function<OptionalText(const Text& account)>;

@@ -14,26 +14,26 @@
 namespace halvorn {
 
 class PropertyValue;
-using PropertyArray = std::vector<PropertyValue>;
-using PropertyDictionary = std::map<Text, PropertyValue>;
+using PropertyArray = std::vector<PropertyValue>;          // in its order
+using PropertyDictionary = std::map<Text, PropertyValue>;  // in the order of the keys
 
-struct PropertyData {
-  std::string bytes;
+struct PropertyData {  // bytes that mean something to whoever put them there
+  std::string bytes;   // any, zeros too
   friend bool operator==(const PropertyData&, const PropertyData&) = default;
 };
 
 class PropertyValue {
  public:
-  PropertyValue(Text value) : value_(std::move(value)) {}
-  PropertyValue(const char* value) : value_(Text(value)) {}
-  PropertyValue(bool value) : value_(value) {}
-  PropertyValue(std::int64_t value) : value_(value) {}
-  PropertyValue(int value) : value_(static_cast<std::int64_t>(value)) {}
-  PropertyValue(double value) : value_(value) {}
-  PropertyValue(Date value) : value_(value) {}
-  PropertyValue(PropertyData value) : value_(std::move(value)) {}
-  PropertyValue(PropertyArray value) : value_(std::move(value)) {}
-  PropertyValue(PropertyDictionary value) : value_(std::move(value)) {}
+  PropertyValue(Text value) : value_(std::move(value)) {}                 // a text
+  PropertyValue(const char* value) : value_(Text(value)) {}               // a text in UTF-8
+  PropertyValue(bool value) : value_(value) {}                            // yes or no
+  PropertyValue(std::int64_t value) : value_(value) {}                    // an integer
+  PropertyValue(int value) : value_(static_cast<std::int64_t>(value)) {}  // an integer
+  PropertyValue(double value) : value_(value) {}                          // a real
+  PropertyValue(Date value) : value_(value) {}                            // a moment
+  PropertyValue(PropertyData value) : value_(std::move(value)) {}         // bytes
+  PropertyValue(PropertyArray value) : value_(std::move(value)) {}        // an array
+  PropertyValue(PropertyDictionary value) : value_(std::move(value)) {}   // a dictionary
 
   // The value when it is of that kind, else null. No conversions.
   [[nodiscard]] const Text* text() const { return std::get_if<Text>(&value_); }

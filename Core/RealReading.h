@@ -11,7 +11,7 @@ namespace halvorn {
 
 template <typename Real>
 struct RealReading {
-  Real value = 0;
+  Real value = 0;          // 0 when no number stands there
   std::size_t length = 0;  // bytes read; 0 when no number stands there
 };
 
@@ -20,7 +20,7 @@ struct RealReading {
 template <typename Real>
 [[nodiscard]] RealReading<Real> realAtStart(std::string_view bytes);
 
-extern template RealReading<float> realAtStart<float>(std::string_view);
-extern template RealReading<double> realAtStart<double>(std::string_view);
+extern template RealReading<float> realAtStart<float>(std::string_view);    // made once
+extern template RealReading<double> realAtStart<double>(std::string_view);  // likewise
 
 }  // namespace halvorn

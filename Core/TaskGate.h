@@ -18,12 +18,12 @@ namespace halvorn {
 
 class TaskGate {
  public:
-  TaskGate() : state_(std::make_shared<State>()) {}
-  ~TaskGate() { close(); }
+  TaskGate() : state_(std::make_shared<State>()) {}  // open
+  ~TaskGate() { close(); }                           // as close()
   TaskGate(const TaskGate&) = delete;
   TaskGate& operator=(const TaskGate&) = delete;
 
-  [[nodiscard]] std::function<void()> wrap(std::function<void()> task) {
+  [[nodiscard]] std::function<void()> wrap(std::function<void()> task) {  // it may outlive the gate
     return [state = state_, work = std::move(task)] {
       if (!state->enter()) return;
       work();

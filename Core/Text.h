@@ -34,7 +34,7 @@ class Text {
   Text(const char* utf8);
   Text(std::string_view utf8);
   Text(const std::string& utf8);
-  explicit Text(std::u16string units);
+  explicit Text(std::u16string units);  // any units
   // Copies only: a text that was moved from would be another one.
   Text(const Text&) = default;
   Text& operator=(const Text&) = default;
@@ -46,8 +46,8 @@ class Text {
   // One Unicode scalar value; a surrogate value gives that lone unit.
   [[nodiscard]] static Text fromScalar(char32_t scalar);
 
-  [[nodiscard]] std::size_t length() const { return units_.size(); }  // in UTF-16 units
-  [[nodiscard]] bool isEmpty() const { return units_.empty(); }
+  [[nodiscard]] std::size_t length() const { return units_.size(); }            // in UTF-16 units
+  [[nodiscard]] bool isEmpty() const { return units_.empty(); }                 // has no unit
   [[nodiscard]] char16_t at(std::size_t index) const { return units_[index]; }  // index < length()
   // Lives as long as any copy of this text. Nothing ends it: the unit behind it may be anything.
   [[nodiscard]] std::u16string_view units() const { return units_; }
@@ -55,7 +55,7 @@ class Text {
   // surrogates their three-byte form.
   [[nodiscard]] std::string bytes() const;
 
-  [[nodiscard]] bool isSameObject(const Text& other) const;
+  [[nodiscard]] bool isSameObject(const Text& other) const;  // the same part of the same buffer
 
   // Positions and lengths are clamped to the text. A range that is the whole text gives the same object.
   // Many pieces of one long text: TextPieces.
@@ -63,12 +63,12 @@ class Text {
   // An empty prefix or suffix matches nothing, not even the empty text.
   [[nodiscard]] bool hasPrefix(const Text& prefix) const;
   [[nodiscard]] bool hasSuffix(const Text& suffix) const;
-  [[nodiscard]] bool contains(const Text& part) const;
+  [[nodiscard]] bool contains(const Text& part) const;  // anywhere
   // Unit for unit; npos when absent.
   [[nodiscard]] std::size_t find(const Text& part, std::size_t start = 0) const;
   [[nodiscard]] std::size_t find(char16_t unit, std::size_t start = 0) const;
-  [[nodiscard]] std::vector<Text> split(char16_t separator) const;  // "" gives one empty text
-  [[nodiscard]] Text replacing(const Text& part, const Text& with) const;
+  [[nodiscard]] std::vector<Text> split(char16_t separator) const;         // "" gives one empty text
+  [[nodiscard]] Text replacing(const Text& part, const Text& with) const;  // everywhere, from left to right
 
   // The number at the start: blanks skipped, sign, digits; 0 when there is none, clamped to the type's range.
   [[nodiscard]] std::int32_t intValue() const;
@@ -81,12 +81,12 @@ class Text {
   // U+2028, U+2029, U+202F, U+205F, U+3000) at both ends.
   [[nodiscard]] Text trimmed() const;
 
-  friend bool operator==(const Text& a, const Text& b);
+  friend bool operator==(const Text& a, const Text& b);  // unit for unit
   // Order of the UTF-16 units; not meant for people.
   friend std::strong_ordering operator<=>(const Text& a, const Text& b);
-  friend Text operator+(const Text& a, const Text& b);
+  friend Text operator+(const Text& a, const Text& b);  // the second behind the first
 
-  static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+  static constexpr std::size_t npos = static_cast<std::size_t>(-1);  // nowhere
   // A buffer of at most that many units is kept by the smallest part of it.
   static constexpr std::size_t kPage = 2048;
 
@@ -108,15 +108,17 @@ class Text {
   std::u16string_view units_ = kNothing;          // the part of the buffer that this text is
 };
 
-using OptionalText = std::optional<Text>;
+using OptionalText = std::optional<Text>;  // nullopt is no text, which "" is
 
 // Joins the parts with the separator between them.
 [[nodiscard]] Text join(const std::vector<Text>& parts, const Text& separator);
 
 }  // namespace halvorn
 
+// Of the content, for containers.
 template <>
 struct std::hash<halvorn::Text> {
+  // Equal for equal texts.
   std::size_t operator()(const halvorn::Text& text) const noexcept {
     return std::hash<std::u16string_view>{}(text.units());
   }

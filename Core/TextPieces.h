@@ -19,7 +19,7 @@ namespace halvorn {
 
 class TextPieces {
  public:
-  explicit TextPieces(const Text& text);
+  explicit TextPieces(const Text& text);  // which is kept alive
 
   // Adds the units in that range, which lies in the text. Quick where ranges grow.
   void cutInto(std::vector<Text>& parts, std::size_t start, std::size_t count) {

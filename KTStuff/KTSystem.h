@@ -82,7 +82,7 @@ struct KTSystemSettings {
   Text identifier = {};
   // With what is loaded when it is needed; else the program's folder, or that of the library.
   Text modulesFolder = {};
-  HoldManyProcesses holdManyProcesses = HoldManyProcesses::No;
+  HoldManyProcesses holdManyProcesses = HoldManyProcesses::No;  // for lists that stay
 };
 
 class KTSystem {
@@ -96,52 +96,52 @@ class KTSystem {
 
   // --- texts (KTStuff::Text)
 
-  [[nodiscard]] const Log& log();
-  [[nodiscard]] Clock& clock();
-  [[nodiscard]] FileManager& files();
-  [[nodiscard]] const FileHandles& fileHandles();
-  [[nodiscard]] const Unicode& unicode();
-  [[nodiscard]] const LocalizedDates& dates();
-  [[nodiscard]] const Digests& digests();
-  [[nodiscard]] const TextCodecs& textCodecs();
-  [[nodiscard]] const KTRegularExpression& regularExpressions();
-  [[nodiscard]] const StringExtensions::RegexReplacing& regexReplacing();
-  [[nodiscard]] StringExtensions::VirtualCharacters& virtualCharacters();
-  [[nodiscard]] const HtmlText& htmlText();
-  [[nodiscard]] const Keyboard& keyboard();
+  [[nodiscard]] const Log& log();                                 // of this program
+  [[nodiscard]] Clock& clock();                                   // time, and waiting
+  [[nodiscard]] FileManager& files();                             // asking, copying, moving, removing
+  [[nodiscard]] const FileHandles& fileHandles();                 // writing behind what a file holds
+  [[nodiscard]] const Unicode& unicode();                         // letters, case, order
+  [[nodiscard]] const LocalizedDates& dates();                    // as the person writes them
+  [[nodiscard]] const Digests& digests();                         // MD5; loaded at the first one
+  [[nodiscard]] const TextCodecs& textCodecs();                   // encodings
+  [[nodiscard]] const KTRegularExpression& regularExpressions();  // matching
+  [[nodiscard]] const StringExtensions::RegexReplacing& regexReplacing();  // replacing by patterns
+  [[nodiscard]] StringExtensions::VirtualCharacters& virtualCharacters();  // what keys type, remembered
+  [[nodiscard]] const HtmlText& htmlText();                                // markup and its entities
+  [[nodiscard]] const Keyboard& keyboard();                                // the layout in use
 
   // --- programs, their settings and texts (KTStuff::Bundles)
 
-  [[nodiscard]] const Bundles& bundles();
+  [[nodiscard]] const Bundles& bundles();           // folders that are programs, and the one of this program
   [[nodiscard]] const LocalizedStrings& strings();  // of the main bundle
-  [[nodiscard]] const Defaults& defaults();
-  [[nodiscard]] const SearchPaths& searchPaths();
-  [[nodiscard]] const SystemFacts& systemFacts();
-  [[nodiscard]] const ItemFacts& items();
-  [[nodiscard]] const KTUtilitiesVersions& versions();
-  [[nodiscard]] Workspace& workspace();
-  [[nodiscard]] TemporaryFiles& temporaryFiles();
-  [[nodiscard]] Tasks& tasks();
-  [[nodiscard]] Workers& workers();
+  [[nodiscard]] const Defaults& defaults();         // the person's settings of this program
+  [[nodiscard]] const SearchPaths& searchPaths();   // where people and the system keep things
+  [[nodiscard]] const SystemFacts& systemFacts();   // version, debugger, file systems
+  [[nodiscard]] const ItemFacts& items();           // what a file is to the desktop
+  [[nodiscard]] const KTUtilitiesVersions& versions();  // and their order
+  [[nodiscard]] Workspace& workspace();                 // opening, and registering programs
+  [[nodiscard]] TemporaryFiles& temporaryFiles();       // that nobody else can guess
+  [[nodiscard]] Tasks& tasks();                         // programs started and watched
+  [[nodiscard]] Workers& workers();                     // threads in the background
 
   // --- the main thread (KTStuff::Bundles)
 
-  [[nodiscard]] MainThread& mainThread();
+  [[nodiscard]] MainThread& mainThread();  // tasks for later
   // Serves the main thread until the condition holds, asked after each thing done; false when that many seconds were
   // over first.
   bool runUntil(const std::function<bool()>& condition, double seconds);
 
   // --- processes (KTStuff::Process)
 
-  [[nodiscard]] KTProcessClass& processes();
-  [[nodiscard]] Notifications& notifications();
-  [[nodiscard]] Accessibility& accessibility();
-  [[nodiscard]] const LaunchContext& launchContext();
+  [[nodiscard]] KTProcessClass& processes();           // running programs
+  [[nodiscard]] Notifications& notifications();        // what was told is heard there
+  [[nodiscard]] Accessibility& accessibility();        // other programs' interfaces
+  [[nodiscard]] const LaunchContext& launchContext();  // who started this program
 
   // --- sound (KTStuff::Sound)
 
-  [[nodiscard]] SoundExtensions& sound();
-  [[nodiscard]] const AudioDevices& audioDevices();
+  [[nodiscard]] SoundExtensions& sound();            // finding and playing
+  [[nodiscard]] const AudioDevices& audioDevices();  // where it comes out
 
   // --- how things look (KTStuff::Appearance)
 
@@ -150,15 +150,15 @@ class KTSystem {
   [[nodiscard]] Application& application();
   // Pictures of the main bundle, of files and of programs; without an application only those that are read from files.
   [[nodiscard]] Images& images();
-  [[nodiscard]] const Appearances& appearances();
-  [[nodiscard]] InterfaceStyleSetting& interfaceStyle();
-  [[nodiscard]] KTUtilitiesTheme& theme();
-  [[nodiscard]] KTDynamicColorClass& colors();
+  [[nodiscard]] const Appearances& appearances();         // light and dark of what is drawn
+  [[nodiscard]] InterfaceStyleSetting& interfaceStyle();  // light or dark, as the person chose
+  [[nodiscard]] KTUtilitiesTheme& theme();                // the style as programs ask for it
+  [[nodiscard]] KTDynamicColorClass& colors();            // one for light and dark
 
   // --- everything (KTStuff::KTStuff)
 
-  [[nodiscard]] DesktopFacts& desktopFacts();
-  [[nodiscard]] KTUtilities& utilities();
+  [[nodiscard]] DesktopFacts& desktopFacts();  // idle time, clipboard, menu bar
+  [[nodiscard]] KTUtilities& utilities();      // all utilities in one
 
   // Cuts off sound and waits for the workers, as the end of the object does.
   void finish();

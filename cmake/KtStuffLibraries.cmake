@@ -135,3 +135,9 @@ endforeach()
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/KTStuffConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/KTStuffConfigVersion.cmake ${PROJECT_SOURCE_DIR}/KTStuff/packaging/KTStuffConfig.cmake
   DESTINATION ${KTSTUFF_PACKAGE} COMPONENT development)
+
+# The manual, when it was asked for: `cmake --build ... --target ktstuff_manual`.
+add_custom_target(ktstuff_manual COMMAND ${PROJECT_SOURCE_DIR}/docs/reference/make ${PROJECT_BINARY_DIR}/manual VERBATIM)
+set(KTSTUFF_DOC ${CMAKE_INSTALL_DATAROOTDIR}/doc/ktstuff)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/manual/html DESTINATION ${KTSTUFF_DOC} COMPONENT documentation OPTIONAL)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${KTSTUFF_DOC} COMPONENT documentation)

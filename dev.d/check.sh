@@ -1,9 +1,10 @@
 # Format, lint, walls, every header alone; with --mutation the tests themselves; with --ports the compiler of another system;
-# with --campaign attacks.
+# with --campaign attacks; with --docs the manual in a browser.
 dev_check() {
   if [ "${1:-}" = --ports ]; then check_ports; return; fi
   if [ "${1:-}" = --pictures ]; then check_pictures; return; fi
   if [ "${1:-}" = --mac ]; then check_mac; return; fi
+  if [ "${1:-}" = --docs ]; then check_docs; return; fi
   need build check test
   if [ "${1:-}" = --fuzz ]; then check_fuzz; return; fi
   if [ "${1:-}" = --mutation ]; then shift; check_mutation "$@"; return; fi
@@ -67,6 +68,13 @@ check_pictures() {
   [ "$status" = 0 ] || grep -A3 ': Failure' build/pictures/log >&2 || true
   say "$(tail -n 1 build/pictures/log): build/pictures/index.html"
   return "$status"
+}
+
+# Whether people can read the manual and find everything in it.
+check_docs() {
+  need docs browser
+  docs/reference/make build/docs >&2
+  docs/reference/browser.py build/docs/html build/docs/pictures >&2
 }
 
 # check_mutation [COUNT [SEED]]: whether the unit suites notice when a line of the core is another.

@@ -2,7 +2,7 @@
 dev_test() {
   local preset=dev
   if [ "${1:-}" = --sanitize ]; then preset=asan; shift; fi
-  need build run test wayland mac
+  need build run test wayland mac docs
   [ "$preset" != dev ] || ! wants_package "$@" || { source dev.d/package.sh; dev_package; }
   configure_and_build "$preset"
   # The runtime of GCC 12 takes what some libraries loaded late keep for each thread for what it is not, and crashes on it.

@@ -37,7 +37,7 @@
 
 namespace halvorn {
 
-struct SoundServices {
+struct SoundServices {  // what sounds are played through
   Sounds& sounds;
   const AudioDevices& devices;
   const SearchPaths& searchPaths;
@@ -53,7 +53,7 @@ struct SoundServices {
 
 class SoundExtensions {
  public:
-  explicit SoundExtensions(const SoundServices& services);
+  explicit SoundExtensions(const SoundServices& services);  // the services outlive it
   // Cuts off all sound and waits for the tasks that run in the background; that takes no time worth noticing.
   ~SoundExtensions();
   SoundExtensions(const SoundExtensions&) = delete;
@@ -95,7 +95,7 @@ class SoundExtensions {
   void prepareForSound();
   // The work of prepareForSound().
   void playSilentSoundThread();
-  void setSoundDateNow();
+  void setSoundDateNow();  // as when a sound is played
 
   // Runs the task on a thread of its own; not at all once this object is being
   // destroyed. The task may use this object.

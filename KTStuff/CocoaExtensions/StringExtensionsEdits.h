@@ -13,6 +13,7 @@ namespace halvorn::StringExtensions {
 // nearest last. All units given must outlive it.
 class ForwardEdits {
  public:
+  // The copy is that of these units, the position its first.
   explicit ForwardEdits(std::u16string_view units) : behind_{units}, behindLength_(units.size()) {
     settled_.reserve(units.size());
   }
@@ -24,7 +25,7 @@ class ForwardEdits {
   void replace(std::size_t count, std::u16string_view with);
   // How many backslashes stand in the copy directly before the present position.
   [[nodiscard]] std::size_t backslashesBefore() const { return backslashes_; }
-  [[nodiscard]] std::size_t length() const { return settled_.size() + behindLength_; }
+  [[nodiscard]] std::size_t length() const { return settled_.size() + behindLength_; }  // of the copy
   // The whole copy.
   [[nodiscard]] std::u16string finish() &&;
 

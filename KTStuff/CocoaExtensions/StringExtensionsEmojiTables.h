@@ -6,8 +6,8 @@
 
 namespace halvorn {
 
-constexpr std::size_t N_ZWJ_SEQUENCES = 154;
-constexpr std::size_t N_KEYCAP_SEQUENCES = 12;
+constexpr std::size_t N_ZWJ_SEQUENCES = 154;    // rows of the first table
+constexpr std::size_t N_KEYCAP_SEQUENCES = 12;  // rows of the second
 
 // Up to eight scalars, joined by U+200D.
 using ZWJSequence = std::array<char32_t, 9>;

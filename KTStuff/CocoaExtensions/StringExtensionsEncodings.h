@@ -22,7 +22,7 @@ namespace StringExtensions {
 // Files beyond this size are not read as text.
 constexpr std::size_t kLargestTextFile = std::size_t{256} << 20;
 
-[[nodiscard]] Text stringWithOSType(FourCharCode code);
+[[nodiscard]] Text stringWithOSType(FourCharCode code);  // its four bytes as Mac OS Roman
 // Mac OS Roman bytes; without a length they end before the first zero byte. A negative length is none.
 [[nodiscard]] Text stringWithMacRomanCString(const char* bytes, std::int32_t length);
 [[nodiscard]] Text stringWithMacRomanCString(const char* bytes);
@@ -57,9 +57,9 @@ constexpr std::size_t kLargestTextFile = std::size_t{256} << 20;
 
 }  // namespace StringExtensions
 
-// The same for the mutable class.
-namespace MutableStringExtensions {
+namespace MutableStringExtensions {  // the same for the mutable class
 
+// As those of StringExtensions: a new object.
 [[nodiscard]] MutableText stringWithMacRomanCString(const char* bytes, std::int32_t length);
 [[nodiscard]] MutableText stringWithMacRomanCString(const char* bytes);
 

@@ -15,7 +15,7 @@ namespace halvorn::StringExtensions {
 // Replaces by regular expression.
 class RegexReplacing {
  public:
-  static constexpr double kSecondsAllowed = 5.0;
+  static constexpr double kSecondsAllowed = 5.0;  // unless it is said
 
   // One replacement may take that many seconds; a pattern that goes astray is given up after that.
   RegexReplacing(const KTRegularExpression& regularExpressions, const Clock& clock, const Log& log,

@@ -16,14 +16,16 @@
 
 namespace halvorn::StringExtensions {
 
-constexpr bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
-constexpr bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
-constexpr bool isSurrogate(char16_t unit) { return (unit & 0xF800) == 0xD800; }
+constexpr bool isHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }  // U+D800..DBFF
+constexpr bool isLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }   // U+DC00..DFFF
+constexpr bool isSurrogate(char16_t unit) { return (unit & 0xF800) == 0xD800; }      // either
 
+// The character that a high and a low surrogate stand for together.
 constexpr char32_t scalarOfPair(char16_t high, char16_t low) {
   return static_cast<char32_t>(high) * 1024 + low - 0x35FDC00;
 }
 
+// Whether any character beyond U+FFFF may be among them.
 constexpr bool hasHighSurrogate(std::u16string_view units) {
   std::uint16_t hits = 0;
   for (const char16_t unit : units) hits = static_cast<std::uint16_t>(hits | (isHighSurrogate(unit) ? 1 : 0));
@@ -34,6 +36,7 @@ constexpr bool hasHighSurrogate(std::u16string_view units) {
 constexpr char16_t highSurrogateOf(char32_t code) { return static_cast<char16_t>((code >> 10) + 0xD7C0); }
 constexpr char16_t lowSurrogateOf(char32_t code) { return static_cast<char16_t>((code & 0x3FF) + 0xDC00); }
 
+// Appends one unit, or the pair.
 inline void appendCode(std::u16string& units, char32_t code) {
   if (code >= 0x10000) units.push_back(highSurrogateOf(code));
   units.push_back(code < 0x10000 ? static_cast<char16_t>(code) : lowSurrogateOf(code));
@@ -113,7 +116,7 @@ void forEachUnit(std::u16string_view units, UnitTest passes, Block&& block) {
 // text, with starts that never go back. The pattern's units must outlive it.
 class UnitSearch {
  public:
-  explicit UnitSearch(std::u16string_view pattern) : pattern_(pattern) {}
+  explicit UnitSearch(std::u16string_view pattern) : pattern_(pattern) {}  // an empty one is found nowhere
 
   // The leftmost occurrence that begins at `start` or later and ends at `end` at the latest; npos for none.
   // An empty pattern is found nowhere.

@@ -10,9 +10,9 @@ class View;
 
 namespace KTViewExtensions {
 
-enum class LightAqua { No, Yes };
-enum class PreferTop { No, Yes };
-enum class Animated { No, Yes };
+enum class LightAqua { No, Yes };  // whether a view is light in a dark desktop too
+enum class PreferTop { No, Yes };  // when not all of it fits
+enum class Animated { No, Yes };   // or at once
 
 // Makes the view the frontmost of its superview's; without a superview nothing happens.
 void bringToFrontInsideSuperView(View& view);

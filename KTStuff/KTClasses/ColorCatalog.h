@@ -21,12 +21,13 @@ class LocalizedStrings;
 // by asking for the space "Named".
 class CatalogColor : public PlainColor {
  public:
-  struct Names {
-    Text catalog;
-    Text color;
-    Text localizedCatalog;
-    Text localizedColor;
+  struct Names {            // the second pair as people read it
+    Text catalog;           // "Web"
+    Text color;             // "rebeccapurple"
+    Text localizedCatalog;  // as the table translates it
+    Text localizedColor;    // as the table translates it
   };
+  // As a plain color of that space, with these names.
   CatalogColor(Names names, const ColorSpace& space, std::vector<double> components, double alpha = 1.0);
 
   OptionalText colorSpaceName() const override { return Text(kSpaceName); }
@@ -36,7 +37,7 @@ class CatalogColor : public PlainColor {
   OptionalText localizedCatalogNameComponent() const override { return names_.localizedCatalog; }
   OptionalText localizedColorNameComponent() const override { return names_.localizedColor; }
 
-  static constexpr char kSpaceName[] = "Named";
+  static constexpr char kSpaceName[] = "Named";  // asked for, it answers the color itself
 
  private:
   const Names names_;
@@ -52,7 +53,7 @@ class ColorCatalog {
 
   // Null when there is none of that name.
   [[nodiscard]] ColorPointer colorNamed(const Text& name) const;
-  [[nodiscard]] std::vector<Text> colorNames() const;
+  [[nodiscard]] std::vector<Text> colorNames() const;  // in their order
 
  private:
   std::map<Text, ColorPointer> colors_;

@@ -13,7 +13,7 @@ namespace halvorn {
 // notification waits hear of it; observers that go do not.
 class NotificationQueue : public Notifications {
  public:
-  explicit NotificationQueue(MainThread& mainThread);
+  explicit NotificationQueue(MainThread& mainThread);  // which outlives it
   // What still waits is dropped. Thread: main.
   ~NotificationQueue() override;
   NotificationQueue(const NotificationQueue&) = delete;

@@ -21,14 +21,14 @@ class KTUtilitiesTheme;
 class Log;
 class SystemFacts;
 
-struct KTDynamicColorServices {
+struct KTDynamicColorServices {  // what decides between light and dark
   const Appearances& appearances;
   KTUtilitiesTheme& theme;
   const SystemFacts& system;
   const Log& log;
 };
 
-enum class UseGlobalAppearance { No, Yes };
+enum class UseGlobalAppearance { No, Yes };  // see the function of that name
 
 class KTDynamicColor : public Color, public std::enable_shared_from_this<KTDynamicColor> {
  public:
@@ -79,7 +79,7 @@ class KTDynamicColor : public Color, public std::enable_shared_from_this<KTDynam
   ColorPointer blendedColorWithFraction(double fraction, const ColorPointer& ofColor) const override;
   ColorPointer colorWithSystemEffect(ColorSystemEffect effect) const override;
 
-  static constexpr char kArchivedClass[] = "KTDynamicColor";
+  static constexpr char kArchivedClass[] = "KTDynamicColor";  // in archives
   Text archivedClass() const override { return kArchivedClass; }
   // The light variant always, null included; the dark one only when there is one; never the flag.
   void encodeWithCoder(KeyedEncoder& encoder) const override;

@@ -14,6 +14,7 @@ namespace halvorn {
 
 class KTDynamicColorClass {
  public:
+  // The services must outlive this object and its colors.
   explicit KTDynamicColorClass(const KTDynamicColorServices& services) : services_(services) {}
   KTDynamicColorClass(const KTDynamicColorClass&) = delete;
   KTDynamicColorClass& operator=(const KTDynamicColorClass&) = delete;

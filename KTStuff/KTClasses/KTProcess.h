@@ -35,16 +35,16 @@ class KTProcessClass;
 class Notifications;
 struct KTProcessServices;
 
-inline constexpr char KTPlatformCocoa[] = "Cocoa";
-inline constexpr char KTPlatformCarbon[] = "Carbon";
-inline constexpr char KTPlatformJava[] = "Java";
+inline constexpr char KTPlatformCocoa[] = "Cocoa";    // a bundle's program
+inline constexpr char KTPlatformCarbon[] = "Carbon";  // an older one
+inline constexpr char KTPlatformJava[] = "Java";      // run by a virtual machine
 
 class KTProcess : public std::enable_shared_from_this<KTProcess> {
  public:
   // A new object that is not in the cache. Most callers want KTProcessClass::processWithSerialNumber.
   [[nodiscard]] static std::shared_ptr<KTProcess> create(KTProcessClass& processes,
                                                          ProcessSerialNumber serialNumber);
-  ~KTProcess();
+  ~KTProcess();  // nothing is watched any more
   KTProcess(const KTProcess&) = delete;
   KTProcess& operator=(const KTProcess&) = delete;
 
@@ -53,8 +53,8 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
 
   // --- identity (KTProcess.cpp)
 
-  [[nodiscard]] ProcessSerialNumber serialNumber() const { return psn_; }
-  [[nodiscard]] bool isSameProcess(ProcessSerialNumber serialNumber) const;
+  [[nodiscard]] ProcessSerialNumber serialNumber() const { return psn_; }    // stays when it ends
+  [[nodiscard]] bool isSameProcess(ProcessSerialNumber serialNumber) const;  // by the number
   // Means the same process, not the same object.
   [[nodiscard]] bool isEqual(const KTProcess& other) const;
   [[nodiscard]] bool isEqual(const std::shared_ptr<KTProcess>& other) const;  // false for null
@@ -73,24 +73,24 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
 
   // Reads name and signature unless they are known. False when the process has ended before that.
   bool getProcessInfo() const;
-  [[nodiscard]] OptionalText name() const;
+  [[nodiscard]] OptionalText name() const;  // nullopt when it has ended
   // As people see it.
   [[nodiscard]] OptionalText displayName() const;
-  [[nodiscard]] FourCharCode signature() const;
-  [[nodiscard]] Text signatureString() const;     // four characters, or ""
-  [[nodiscard]] Text signatureHexString() const;  // "45444954"
-  [[nodiscard]] std::int32_t unixPID() const;     // 0 once it has ended
-  [[nodiscard]] std::optional<PropertyDictionary> infoDictionary() const;
-  [[nodiscard]] Text identifier() const;
+  [[nodiscard]] FourCharCode signature() const;                            // 0 without one
+  [[nodiscard]] Text signatureString() const;                              // four characters, or ""
+  [[nodiscard]] Text signatureHexString() const;                           // "45444954"
+  [[nodiscard]] std::int32_t unixPID() const;                              // 0 once it has ended
+  [[nodiscard]] std::optional<PropertyDictionary> infoDictionary() const;  // of its bundle
+  [[nodiscard]] Text identifier() const;  // "com.example.editor"; "" without one
   // Of the bundle, or of the program when there is none.
   [[nodiscard]] OptionalText path() const;
   // The bundle at path(), by its path; nullopt when no folder is there.
   [[nodiscard]] OptionalText bundle() const;
-  [[nodiscard]] ImagePointer icon() const;  // Thread: main
-  [[nodiscard]] bool isStillRunning() const;
-  [[nodiscard]] bool isFrontProcess() const;
-  [[nodiscard]] bool isBackgroundOnly() const;
-  [[nodiscard]] bool isCocoa() const;
+  [[nodiscard]] ImagePointer icon() const;      // Thread: main
+  [[nodiscard]] bool isStillRunning() const;    // asked anew each time
+  [[nodiscard]] bool isFrontProcess() const;    // false where the desktop does not tell
+  [[nodiscard]] bool isBackgroundOnly() const;  // has no windows and no place among the programs people see
+  [[nodiscard]] bool isCocoa() const;           // a bundle's program
   // One of the KTPlatform texts.
   [[nodiscard]] Text platform() const;
 
@@ -98,13 +98,13 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
   [[nodiscard]] Text version() const;
   // From the classic version resource, for applications that carry one.
   [[nodiscard]] OptionalText carbonVersion() const;
-  [[nodiscard]] int majorVersionNumber() const;
+  [[nodiscard]] int majorVersionNumber() const;  // 2 of "2.1b3"
   // Compares number by number: 2.0 is at least 2, 2.1 is at least 2.0.5.
   [[nodiscard]] bool isAtLeastVersion(const Text& version) const;
 
   // Logs: "*** Cannot get launch date for %@" when the process has ended; the date is then that of the call.
   [[nodiscard]] Date launchDate() const;
-  [[nodiscard]] float secondsRunning() const;
+  [[nodiscard]] float secondsRunning() const;  // since its launch
   // Seconds of processor time used so far. Starts a shell that writes a file in /tmp: two callers at once
   // spoil each other's answer.
   [[nodiscard]] double cpuTime() const;
@@ -134,8 +134,8 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
   // "*** event error: %d".
   void sendAppleEvent(FourCharCode eventClass, FourCharCode eventID, float timeout);
 
-  void wakeUp();
-  void setHidden(bool hidden);
+  void wakeUp();                          // lets one that sleeps look for events
+  void setHidden(bool hidden);            // all its windows, as far as the desktop lets it
   void setFrontProcess();                 // with all its windows
   void setFrontProcessFrontWindowOnly();  // the others stay where they are
   // Brings this program in front, then the receiver's front window, and wakes the receiver.
@@ -149,13 +149,14 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
   // Has KTProcessUINotification posted for each notification of that name ("AXFocusedWindowChanged"). Logs:
   // "AX Notifications: Could not add notification %@ for %@".
   void addAXNotification(const Text& notification);
-  void removeAXNotification(const Text& notification);
-  void unregisterAXNotifications();
+  void removeAXNotification(const Text& notification);  // the rest goes on
+  void unregisterAXNotifications();                     // all of them
 
  private:
   struct Key {};  // lets create() alone construct
 
  public:
+  // For create() alone.
   KTProcess(Key, KTProcessClass& processes, ProcessSerialNumber serialNumber);
 
  private:
@@ -186,7 +187,7 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
   std::unique_ptr<AccessibilityObserver> axObserver_;
 };
 
-using KTProcessPointer = std::shared_ptr<KTProcess>;
+using KTProcessPointer = std::shared_ptr<KTProcess>;  // null for none
 
 // What happens in the interface of a watched process arrives here and is posted as KTProcessUINotification.
 // The element may be null.

@@ -47,7 +47,7 @@ inline constexpr char KTProcessChangeNotification[] = "KTProcessChangeNotificati
 // "event" the name of what happened.
 inline constexpr char KTProcessUINotification[] = "KTProcessUINotification";
 
-struct KTProcessServices {
+struct KTProcessServices {  // what the system is asked through
   ProcessSource& source;
   ApplicationEvents& events;
   ApplicationControl& control;
@@ -67,10 +67,10 @@ struct KTProcessServices {
 
 class KTProcessClass {
  public:
-  static constexpr std::int64_t kNotFound = std::numeric_limits<std::int64_t>::max();
+  static constexpr std::int64_t kNotFound = std::numeric_limits<std::int64_t>::max();  // no position
 
-  explicit KTProcessClass(const KTProcessServices& services);
-  ~KTProcessClass();
+  explicit KTProcessClass(const KTProcessServices& services);  // connects nothing yet
+  ~KTProcessClass();                                           // events that come later find nobody
   KTProcessClass(const KTProcessClass&) = delete;
   KTProcessClass& operator=(const KTProcessClass&) = delete;
 
@@ -83,12 +83,13 @@ class KTProcessClass {
   // Null when there is no such application, as all of the following.
   [[nodiscard]] KTProcessPointer processWithPID(std::int32_t pid);
   [[nodiscard]] KTProcessPointer frontProcess();
+  // The first of them that declares the code, or has the identifier of its bundle.
+  [[nodiscard]] KTProcessPointer processWithSignature(FourCharCode signature);
+  [[nodiscard]] KTProcessPointer processWithIdentifier(const Text& identifier);
   // This program's own; remembered once found.
   [[nodiscard]] KTProcessPointer currentProcess();
   // In the system's order; never holds a null.
   [[nodiscard]] std::vector<KTProcessPointer> allProcesses();
-  [[nodiscard]] KTProcessPointer processWithSignature(FourCharCode signature);
-  [[nodiscard]] KTProcessPointer processWithIdentifier(const Text& identifier);
 
   // The cache, most recently asked for first. A match moves to the front.
   [[nodiscard]] KTProcessPointer cachedProcessWithSerialNumber(ProcessSerialNumber serialNumber);
@@ -99,12 +100,12 @@ class KTProcessClass {
   // What is in the cache now, in its order; nullopt before the first object was made.
   [[nodiscard]] std::optional<std::vector<KTProcessPointer>> cachedProcessesEnumerator() const;
 
-  void applicationStarted();
-  void applicationEnded();
+  void applicationStarted();  // told by the system's events
+  void applicationEnded();    // likewise
   // Two readings that differ tell that applications came or went in between.
   [[nodiscard]] std::uint32_t applicationLaunchEndCount() const;
 
-  [[nodiscard]] const KTProcessServices& services() const { return services_; }
+  [[nodiscard]] const KTProcessServices& services() const { return services_; }  // as they were given
 
  private:
   friend class KTProcess;

@@ -21,12 +21,12 @@ class KTRegularExpression {
  public:
   // The platform's engine, which outlives this object; null where the platform has none.
   using Lookup = std::function<const Regex*()>;
-  explicit KTRegularExpression(Lookup lookup) : lookup_(std::move(lookup)) {}
+  explicit KTRegularExpression(Lookup lookup) : lookup_(std::move(lookup)) {}  // asked once
   KTRegularExpression(const KTRegularExpression&) = delete;
   KTRegularExpression& operator=(const KTRegularExpression&) = delete;
 
-  [[nodiscard]] const Regex* regexClass() const;
-  [[nodiscard]] bool regexAvailable() const;
+  [[nodiscard]] const Regex* regexClass() const;  // looked for once
+  [[nodiscard]] bool regexAvailable() const;      // whether there is an engine
   // True for the first caller of the process: whoever finds no engine says so once.
   [[nodiscard]] bool takeUnavailabilityMessage() const { return !hasLoggedUnavailability_.exchange(true); }
   // Neither an expression nor an error when the platform has no engine.

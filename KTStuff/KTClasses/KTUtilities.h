@@ -18,6 +18,7 @@ class KTUtilities : public KTUtilitiesVersions,
                     public KTUtilitiesDesktop,
                     public KTUtilitiesLaunching {
  public:
+  // Made of the same parts as its bases; the services must outlive it.
   KTUtilities(const KTUtilitiesVersions& versions, const KTUtilitiesScripts& scripts,
               const KTUtilitiesDesktopServices& desktop, const KTUtilitiesLaunchingServices& launching)
       : KTUtilitiesVersions(versions),

@@ -29,7 +29,7 @@
 
 namespace halvorn {
 
-struct KTUtilitiesDesktopServices {
+struct KTUtilitiesDesktopServices {  // what the desktop is asked through
   KTProcessClass& processes;
   Notifications& notifications;
   MainThread& mainThread;
@@ -67,7 +67,7 @@ class KTUtilitiesDesktop : public KTUtilitiesTheme {
   // begins to watch; what the desktop tells thereupon is answered from the next turn of the main
   // loop on. Logs: when it cannot be watched.
   [[nodiscard]] bool fullScreenMode();
-  [[nodiscard]] bool displayIsZoomed() const { return false; }
+  [[nodiscard]] bool displayIsZoomed() const { return false; }  // desktops here do not tell
   // "tintYosBlue" and its like, out of the resources of the application; null when it has no such image.
   [[nodiscard]] ImagePointer systemTintImage();
 
@@ -76,7 +76,7 @@ class KTUtilitiesDesktop : public KTUtilitiesTheme {
   // "CFBundleExecutable" of the main bundle; "" when it is missing. Thread: any,
   // as all of these but idleTime().
   [[nodiscard]] Text applicationName() const;
-  [[nodiscard]] bool debugging() const;
+  [[nodiscard]] bool debugging() const;  // a debugger is attached
   // Seconds since the person's last input; -1.0 when the system does not tell.
   [[nodiscard]] float idleTime();
   // The type of the file system that holds the path ("ext4"); "" on failure. Logs: always, for diagnosis.

@@ -20,7 +20,7 @@
 
 namespace halvorn {
 
-struct KTUtilitiesLaunchingServices {
+struct KTUtilitiesLaunchingServices {  // what launching goes through
   KTProcessClass& processes;
   const Bundles& bundles;
   const FileManager& files;
@@ -32,7 +32,7 @@ struct KTUtilitiesLaunchingServices {
   const Log& log;
 };
 
-enum class LeaveFocus { No, Yes };
+enum class LeaveFocus { No, Yes };  // whether the helper keeps the front for a while
 
 class KTUtilitiesLaunching {
  public:
@@ -57,7 +57,7 @@ class KTUtilitiesLaunching {
 
   // Whether the process that launched this one has that creator ("ABCD").
   [[nodiscard]] bool wasLaunchedByProcess(const Text& creator) const;
-  [[nodiscard]] bool wasLaunchedAsLoginItem() const;
+  [[nodiscard]] bool wasLaunchedAsLoginItem() const;  // at the start of the session
 
   // Opens the file as a double click would. Neither waits nor tells.
   void openFile(const Text& path);

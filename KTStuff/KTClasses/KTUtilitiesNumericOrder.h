@@ -10,6 +10,6 @@
 
 namespace halvorn {
 
-[[nodiscard]] Ordering compareNumerically(const Text& a, const Text& b);
+[[nodiscard]] Ordering compareNumerically(const Text& a, const Text& b);  // see above
 
 }  // namespace halvorn

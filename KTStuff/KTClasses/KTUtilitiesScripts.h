@@ -17,6 +17,7 @@ namespace halvorn {
 
 class KTUtilitiesScripts {
  public:
+  // All that is passed in must outlive this object.
   KTUtilitiesScripts(Tasks& tasks, TemporaryFiles& temporaryFiles, const SearchPaths& searchPaths,
                      Clock& clock, const Log& log);
 

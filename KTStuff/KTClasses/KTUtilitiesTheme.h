@@ -21,7 +21,7 @@ class KTUtilitiesTheme {
   [[nodiscard]] bool darkMenuTheme();
   // Hears of changes of the style; there is nothing to do, since nothing is kept.
   void darkModeChanged() {}
-  [[nodiscard]] bool darkAppearance();
+  [[nodiscard]] bool darkAppearance();  // of the desktop
 
  private:
   const KTUtilitiesVersions& versions_;

@@ -18,10 +18,10 @@
 
 namespace halvorn {
 
-struct KTThreePartVersion {
-  std::int16_t major = 0;
-  std::int16_t minor = 0;
-  std::int16_t bugfix = 0;
+struct KTThreePartVersion {  // 10.14.6
+  std::int16_t major = 0;    // 10
+  std::int16_t minor = 0;    // 14
+  std::int16_t bugfix = 0;   // 6
 
   friend bool operator==(const KTThreePartVersion&, const KTThreePartVersion&) = default;
 };
@@ -31,6 +31,7 @@ struct KTThreePartVersion {
 
 class KTUtilitiesVersions {
  public:
+  // All that is passed in must outlive this object.
   KTUtilitiesVersions(const Bundles& bundles, const SystemFacts& systemFacts, const Unicode& unicode,
                       const LocalizedDates& dates, const Log& log);
 
@@ -39,7 +40,7 @@ class KTUtilitiesVersions {
   // What precedes the first character other than a point and the digits 0 to 9: "2.1b3" -> "2.1". A text
   // without such a character is returned itself.
   [[nodiscard]] static Text plainVersionOf(const Text& version);
-  [[nodiscard]] Text plainVersionString() const;
+  [[nodiscard]] Text plainVersionString() const;  // of this program's
   // Ascending when `version` is the older one. 3.0d5 < 3.0a1 < 3.0b9 < 3.0b10 < 3.0f1 < 3.0 < 3.0.0.
   [[nodiscard]] Ordering compareVersion(const Text& version, const Text& withVersion) const;
 

@@ -20,11 +20,13 @@ class PlainColor : public Color {
   // Missing components are 0, those left over are dropped.
   PlainColor(const ColorSpace& space, std::vector<double> components, double alpha);
 
+  // Of these components, in the space of that name.
   static ColorPointer calibratedRGB(double red, double green, double blue, double alpha = 1.0);
   static ColorPointer deviceRGB(double red, double green, double blue, double alpha = 1.0);
   static ColorPointer sRGB(double red, double green, double blue, double alpha = 1.0);
   // A hue of 1 is red again.
   static ColorPointer calibratedHSB(double hue, double saturation, double brightness, double alpha = 1.0);
+  // Of these components, in the space of that name.
   static ColorPointer calibratedWhite(double white, double alpha = 1.0);
   static ColorPointer deviceWhite(double white, double alpha = 1.0);
   static ColorPointer deviceCMYK(double cyan, double magenta, double yellow, double black,
@@ -62,15 +64,15 @@ class PlainColor : public Color {
   void setStroke(GraphicsContext& context) const override { context.setStrokeColor(deviceColor()); }
   void setFill(GraphicsContext& context) const override { context.setFillColor(deviceColor()); }
   void set(GraphicsContext& context) const override;
+  ColorPointer colorWithAlphaComponent(double alpha) const override;
   // Blends are made in calibrated RGB, whatever the spaces of the colors.
   ColorPointer highlightWithLevel(double level) const override;
   ColorPointer shadowWithLevel(double level) const override;
-  ColorPointer colorWithAlphaComponent(double alpha) const override;
   ColorPointer blendedColorWithFraction(double fraction, const ColorPointer& ofColor) const override;
   // Pressed and DeepPressed are darker, Rollover is lighter, Disabled has half the alpha.
   ColorPointer colorWithSystemEffect(ColorSystemEffect effect) const override;
 
-  static constexpr char kArchivedClass[] = "PlainColor";
+  static constexpr char kArchivedClass[] = "PlainColor";  // in archives
   Text archivedClass() const override { return kArchivedClass; }
   void encodeWithCoder(KeyedEncoder& encoder) const override;
   // Null when the archive lacks a known space, as many numbers as it has components, or the alpha.

@@ -12,7 +12,7 @@
 
 namespace halvorn {
 
-struct ApplicationItemFlags {
+struct ApplicationItemFlags {        // what the desktop knows of an item
   bool isPackage = false;            // a folder that people see as one thing
   bool isNativeApplication = false;  // with a program in it that this system can start
 };

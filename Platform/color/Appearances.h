@@ -10,7 +10,7 @@ namespace halvorn {
 // The appearances a view can be held to; Inherited stands for that of whatever holds the view.
 enum class AppearanceName { Inherited, Aqua, DarkAqua };
 
-class Appearance {
+class Appearance {  // what a view, or all of the desktop, is drawn in
  public:
   virtual ~Appearance() = default;
   // Which of the names fits this appearance best; nullopt when none does. Thread: any.
@@ -18,7 +18,7 @@ class Appearance {
       const std::vector<AppearanceName>& names) const = 0;
 };
 
-using AppearancePointer = std::shared_ptr<const Appearance>;
+using AppearancePointer = std::shared_ptr<const Appearance>;  // null for none
 
 // Thread: main.
 class Appearances {

@@ -21,7 +21,7 @@ struct FileFailure {
     Move,
   };
 
-  Operation operation = Operation::Look;
+  Operation operation = Operation::Look;  // which of these it was
   Text path;    // of the very item: deep in a tree perhaps, in the original or in the copy
   Text reason;  // in the system's words and never translated; in plain ones where this program refuses
 

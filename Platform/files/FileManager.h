@@ -19,8 +19,8 @@ class FileManager {
  public:
   virtual ~FileManager() = default;
 
-  [[nodiscard]] virtual bool fileExists(const Text& path) const = 0;
-  [[nodiscard]] virtual bool isDirectory(const Text& path) const = 0;
+  [[nodiscard]] virtual bool fileExists(const Text& path) const = 0;   // links are followed
+  [[nodiscard]] virtual bool isDirectory(const Text& path) const = 0;  // likewise
   // Whether this process may write the existing item; false when there is none.
   [[nodiscard]] virtual bool isWritable(const Text& path) const = 0;
   // Entry names without "." and "..", hidden ones included, in the order the system

@@ -19,7 +19,7 @@ class TemporaryFiles {
   // The bytes that the file holds when it is opened; what others write meanwhile
   // is left. nullopt: unreadable.
   [[nodiscard]] virtual std::optional<std::string> contents(const Text& path) const = 0;
-  virtual void remove(const Text& path) = 0;
+  virtual void remove(const Text& path) = 0;  // does nothing when it is gone
 };
 
 }  // namespace halvorn

@@ -15,21 +15,21 @@
 
 namespace halvorn {
 
-inline constexpr int kNoSuchProcessStatus = -600;
-inline constexpr int kEventNotHandledStatus = -1708;
-inline constexpr int kEventTimedOutStatus = -1712;
+inline constexpr int kNoSuchProcessStatus = -600;     // it has ended
+inline constexpr int kEventNotHandledStatus = -1708;  // it does not know the event
+inline constexpr int kEventTimedOutStatus = -1712;    // it did not answer in time
 
-inline constexpr FourCharCode kCoreEventClass = fourCharCode("aevt");
-inline constexpr FourCharCode kQuitApplicationEvent = fourCharCode("quit");
+inline constexpr FourCharCode kCoreEventClass = fourCharCode("aevt");  // events that all applications know
+inline constexpr FourCharCode kQuitApplicationEvent = fourCharCode("quit");  // asks it to end
 
 // How an event is sent.
 struct EventSending {
-  enum class Priority { Normal, High };
-  static constexpr std::int32_t kNoReply = 0x1;
-  static constexpr std::int32_t kDefaultTimeout = -1;
+  enum class Priority { Normal, High };                // before or behind what waits already
+  static constexpr std::int32_t kNoReply = 0x1;        // in `mode`: nobody waits
+  static constexpr std::int32_t kDefaultTimeout = -1;  // as long as the system thinks right
 
-  std::int32_t mode = kNoReply;  // the flags of the system's send mode
-  Priority priority = Priority::Normal;
+  std::int32_t mode = kNoReply;                 // the flags of the system's send mode
+  Priority priority = Priority::Normal;         // on arrival
   std::int32_t timeoutTicks = kDefaultTimeout;  // sixtieths of a second
 };
 
@@ -39,7 +39,7 @@ class EventAddress {
   virtual ~EventAddress() = default;
 };
 
-class AppleEvent {
+class AppleEvent {  // made, and not sent yet
  public:
   virtual ~AppleEvent() = default;
   // Waits for the reply when the mode says so; the reply is thrown away. The status.
@@ -47,11 +47,12 @@ class AppleEvent {
 };
 
 template <typename Thing>
-using ThingOrStatus = std::variant<std::unique_ptr<Thing>, int>;
+using ThingOrStatus = std::variant<std::unique_ptr<Thing>, int>;  // why there is none
 
 class AppleEvents {
  public:
   virtual ~AppleEvents() = default;
+  // Of a running application.
   [[nodiscard]] virtual ThingOrStatus<EventAddress> addressOf(ProcessSerialNumber number) = 0;
   // An event without parameters, with a return id of the system's choice and no transaction.
   [[nodiscard]] virtual ThingOrStatus<AppleEvent> createEvent(FourCharCode eventClass, FourCharCode eventID,

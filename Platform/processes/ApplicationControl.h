@@ -17,11 +17,11 @@ class RunningApplication {
   [[nodiscard]] virtual bool terminate() = 0;
   // Ends it without asking. False when the application is gone.
   [[nodiscard]] virtual bool forceTerminate() = 0;
-  [[nodiscard]] virtual bool isTerminated() = 0;
+  [[nodiscard]] virtual bool isTerminated() = 0;  // asked anew each time
 };
 
-enum class Visible { No, Yes };
-enum class BringForward { AllWindows, FrontWindowOnly };
+enum class Visible { No, Yes };                           // whether its windows are shown
+enum class BringForward { AllWindows, FrontWindowOnly };  // the others stay behind
 
 // Thread: any. The four last operations do what the desktop lets them and do not tell.
 class ApplicationControl {
@@ -32,8 +32,8 @@ class ApplicationControl {
   // Null when that process has ended, or is no application of this user.
   [[nodiscard]] virtual std::unique_ptr<RunningApplication> runningApplication(
       ProcessSerialNumber number) = 0;
-  virtual void setFront(ProcessSerialNumber number, BringForward windows) = 0;
-  virtual void setVisible(ProcessSerialNumber number, Visible visible) = 0;
+  virtual void setFront(ProcessSerialNumber number, BringForward windows) = 0;  // with the keyboard
+  virtual void setVisible(ProcessSerialNumber number, Visible visible) = 0;     // all its windows
   // Lets a process that sleeps look for events.
   virtual void wakeUp(ProcessSerialNumber number) = 0;
 };

@@ -20,19 +20,19 @@
 
 namespace halvorn {
 
-struct ProcessSerialNumber {
-  std::uint32_t high = 0;
-  std::uint32_t low = 0;
+struct ProcessSerialNumber {  // of no other process in this session
+  std::uint32_t high = 0;     // what tells it from an earlier one with the same id
+  std::uint32_t low = 0;      // the process id
 
   friend bool operator==(const ProcessSerialNumber&, const ProcessSerialNumber&) = default;
 };
 
 // The process table keeps names as bytes of Mac OS Roman, at most 255 of them ...
 struct MacRomanName {
-  std::string bytes;
+  std::string bytes;  // without an end mark
 };
 
-struct ProcessInformation {
+struct ProcessInformation {  // what a process was started as
   // ... or as text; which of the two is the system's own affair.
   std::variant<MacRomanName, Text> name;
   // The creator signature. A program that declares no code in its bundle has kUndeclaredSignature or, where the
@@ -49,7 +49,7 @@ class ProcessSource {
   [[nodiscard]] virtual std::vector<ProcessSerialNumber> runningProcesses() = 0;
   // Fails: no application of this user has that process id.
   [[nodiscard]] virtual std::optional<ProcessSerialNumber> processForPID(std::int32_t pid) = 0;
-  [[nodiscard]] virtual std::optional<ProcessSerialNumber> currentProcess() = 0;
+  [[nodiscard]] virtual std::optional<ProcessSerialNumber> currentProcess() = 0;  // this program's own
   // The owner of the active window. Fails: there is none, or the desktop does not tell.
   [[nodiscard]] virtual std::optional<ProcessSerialNumber> frontProcess() = 0;
   // Whether both name the same process, running or not.

@@ -11,16 +11,16 @@ namespace halvorn {
 
 // How the tool's run ended.
 struct ToolExited {
-  int status = 0;
+  int status = 0;  // its exit status
 };
 struct ToolDied {  // by a signal
-  int signal = 0;
+  int signal = 0;  // the signal's number
 };
-struct ToolNotStarted {
-  int status = -1;  // the platform's, never 0
+struct ToolNotStarted {  // and nothing was done
+  int status = -1;       // the platform's, never 0
 };
 struct ToolUnknown {};  // it was started, and its end could not be waited for
-using ToolEnd = std::variant<ToolExited, ToolDied, ToolNotStarted, ToolUnknown>;
+using ToolEnd = std::variant<ToolExited, ToolDied, ToolNotStarted, ToolUnknown>;  // one of these
 
 // Rights that were granted. Freeing the object gives them back.
 class Authorization {
@@ -30,15 +30,15 @@ class Authorization {
   [[nodiscard]] virtual ToolEnd run() = 0;
 };
 
-enum class AuthorizationAnswer { Granted, Canceled, Refused };
+enum class AuthorizationAnswer { Granted, Canceled, Refused };  // what the person, or the policy, said
 
 class Authorizer {
  public:
   virtual ~Authorizer() = default;
 
-  struct Result {
-    AuthorizationAnswer answer = AuthorizationAnswer::Refused;
-    std::unique_ptr<Authorization> authorization;  // set when granted
+  struct Result {                                               // the answer to the question
+    AuthorizationAnswer answer = AuthorizationAnswer::Refused;  // refused unless it was given
+    std::unique_ptr<Authorization> authorization;               // set when granted
   };
   // Asks for the right to run this tool with these arguments (its own path not among them) as
   // administrator. May show the system's password dialog and then blocks the calling thread until it is

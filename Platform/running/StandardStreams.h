@@ -7,7 +7,7 @@ namespace halvorn {
 
 class StandardStreams {
  public:
-  enum class Stream { Output, Error };
+  enum class Stream { Output, Error };  // of the process
 
   virtual ~StandardStreams() = default;
   // Reopens the stream on the file for appending, made when missing. False when the file cannot be opened;

@@ -28,7 +28,7 @@ class Task {
   virtual void terminate() = 0;
 };
 
-struct TaskLaunch {
+struct TaskLaunch {            // what is started, and how
   std::unique_ptr<Task> task;  // null when the program could not be started
   Text failure;                // then the reason, for people who read logs: "No such file or directory"
 };

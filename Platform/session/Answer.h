@@ -3,7 +3,7 @@
 
 namespace halvorn {
 
-enum class Answer {
+enum class Answer {  // whether there was one
   Given,
   Missing,  // nobody is there to be asked
   Silent,   // somebody is there and did not answer in time

@@ -12,19 +12,19 @@
 
 namespace halvorn {
 
-struct MenuBarEvent {
-  FourCharCode eventClass = 0;
-  int kind = 0;
+struct MenuBarEvent {           // what the desktop did with it
+  FourCharCode eventClass = 0;  // kMenuEventClass
+  int kind = 0;                 // shown or hidden
 };
-inline constexpr FourCharCode kMenuEventClass = fourCharCode("menu");
-inline constexpr int kMenuBarShownEvent = 2000;
-inline constexpr int kMenuBarHiddenEvent = 2001;
+inline constexpr FourCharCode kMenuEventClass = fourCharCode("menu");  // of all these events
+inline constexpr int kMenuBarShownEvent = 2000;                        // it is there
+inline constexpr int kMenuBarHiddenEvent = 2001;                       // a window fills the screen
 
-enum class EventAnswer { Handled, NotHandled };
-using MenuBarHandler = std::function<EventAnswer(const MenuBarEvent&)>;
+enum class EventAnswer { Handled, NotHandled };                          // whether others hear of it too
+using MenuBarHandler = std::function<EventAnswer(const MenuBarEvent&)>;  // on the main thread
 
-inline constexpr int kBlueControlTint = 1;
-inline constexpr int kGraphiteControlTint = 6;
+inline constexpr int kBlueControlTint = 1;      // colored
+inline constexpr int kGraphiteControlTint = 6;  // grey
 
 class DesktopFacts {
  public:

@@ -7,9 +7,9 @@
 
 namespace halvorn {
 
-struct FileSystemAnswer {
-  int status = 0;  // 0, or the negative answer of the system's call
-  Text typeName;   // "ext4", as the system names it; "" when it does not
+struct FileSystemAnswer {  // of one path
+  int status = 0;          // 0, or the negative answer of the system's call
+  Text typeName;           // "ext4", as the system names it; "" when it does not
 };
 
 class SystemFacts {

@@ -26,8 +26,8 @@ class AudioDevices {
   // Every output device, in the system's order.
   [[nodiscard]] virtual std::optional<std::vector<AudioDeviceID>> devices() const = 0;
 
-  [[nodiscard]] virtual OptionalText name(AudioDeviceID device) const = 0;
-  [[nodiscard]] virtual OptionalText manufacturer(AudioDeviceID device) const = 0;
+  [[nodiscard]] virtual OptionalText name(AudioDeviceID device) const = 0;          // as people read it
+  [[nodiscard]] virtual OptionalText manufacturer(AudioDeviceID device) const = 0;  // of the device
   // The name that lasts: it means the same device after a restart.
   [[nodiscard]] virtual OptionalText uid(AudioDeviceID device, AudioScope scope) const = 0;
 };

@@ -14,7 +14,7 @@
 
 namespace halvorn {
 
-class Sound {
+class Sound {  // one sound, and how it is played
  public:
   virtual ~Sound() = default;
   // What logs call it.
@@ -33,15 +33,15 @@ class Sound {
   // True from play() until the last of it has been heard or given up.
   [[nodiscard]] virtual bool isPlaying() const = 0;
 };
-using SoundPointer = std::shared_ptr<Sound>;
+using SoundPointer = std::shared_ptr<Sound>;  // null for none
 
 class Sounds {
  public:
   virtual ~Sounds() = default;
 
-  struct Result {
-    SoundPointer sound;
-    Text problem;  // why there is no sound: empty, damaged, of a kind that cannot be played
+  struct Result {        // either of them
+    SoundPointer sound;  // null when there is a problem
+    Text problem;        // why there is no sound: empty, damaged, of a kind that cannot be played
   };
   // The sound in the bytes of a sound file; the path names it and is not opened. Does not ask the server.
   [[nodiscard]] virtual Result soundWithData(const Text& path, const std::string& data) = 0;

@@ -8,7 +8,7 @@
 
 namespace halvorn {
 
-using Md5Digest = std::array<std::uint8_t, 16>;
+using Md5Digest = std::array<std::uint8_t, 16>;  // the highest byte first
 
 class Digests {
  public:

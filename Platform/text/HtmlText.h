@@ -23,7 +23,7 @@ class HtmlVisitor {
   virtual void characters(const Text& text) = 0;
 };
 
-enum class HtmlAnswer { Read, NestedTooDeeply, Failed };
+enum class HtmlAnswer { Read, NestedTooDeeply, Failed };  // what became of the markup
 
 class HtmlText {
  public:

@@ -12,18 +12,18 @@ namespace halvorn {
 
 // The form of the keyboard, which decides where two keys lie.
 namespace KeyboardTypes {
-constexpr std::uint32_t ansi = 40;
-constexpr std::uint32_t iso = 41;
+constexpr std::uint32_t ansi = 40;  // as in America
+constexpr std::uint32_t iso = 41;   // as in Europe, with one key more
 }  // namespace KeyboardTypes
 
 // A set of these bits.
 using KeyModifiers = std::uint32_t;
 namespace KeyModifier {
-constexpr KeyModifiers command = 0x01;
-constexpr KeyModifiers shift = 0x02;
-constexpr KeyModifiers capsLock = 0x04;
-constexpr KeyModifiers option = 0x08;
-constexpr KeyModifiers control = 0x10;
+constexpr KeyModifiers command = 0x01;   // the key for commands
+constexpr KeyModifiers shift = 0x02;     // either shift key
+constexpr KeyModifiers capsLock = 0x04;  // while it is on
+constexpr KeyModifiers option = 0x08;    // the key for more characters
+constexpr KeyModifiers control = 0x10;   // either control key
 }  // namespace KeyModifier
 
 class Keyboard {

@@ -18,22 +18,22 @@ namespace halvorn {
 // A set of these bits.
 using RegexOptions = std::uint32_t;
 namespace RegexOption {
-constexpr RegexOptions caseInsensitive = 1;
-constexpr RegexOptions allowCommentsAndWhitespace = 2;
-constexpr RegexOptions ignoreMetacharacters = 4;
-constexpr RegexOptions dotMatchesLineSeparators = 8;
-constexpr RegexOptions anchorsMatchLines = 16;
-constexpr RegexOptions useUnixLineSeparators = 32;
-constexpr RegexOptions useUnicodeWordBoundaries = 64;
+constexpr RegexOptions caseInsensitive = 1;             // letters match in either case
+constexpr RegexOptions allowCommentsAndWhitespace = 2;  // blanks and "#" to the end of the line mean nothing
+constexpr RegexOptions ignoreMetacharacters = 4;        // every character means itself
+constexpr RegexOptions dotMatchesLineSeparators = 8;    // "." matches line ends too
+constexpr RegexOptions anchorsMatchLines = 16;          // "^" and "$" match at each line
+constexpr RegexOptions useUnixLineSeparators = 32;      // "\n" alone ends a line
+constexpr RegexOptions useUnicodeWordBoundaries = 64;   // "\b" as Unicode finds words
 }  // namespace RegexOption
 
-struct TextRange {
-  std::size_t start = 0;
-  std::size_t length = 0;
+struct TextRange {         // a part of a text
+  std::size_t start = 0;   // of its first unit
+  std::size_t length = 0;  // in UTF-16 units
   friend bool operator==(const TextRange&, const TextRange&) = default;
 };
 
-struct RegexMatch {
+struct RegexMatch {  // where it was found
   // The whole match, then each capture group; nullopt for a group that took no part.
   std::vector<std::optional<TextRange>> groups;
 };
@@ -42,15 +42,15 @@ struct RegexMatch {
 class RegexVisitor {
  public:
   virtual ~RegexVisitor() = default;
-  virtual void found(const RegexMatch& match) = 0;
+  virtual void found(const RegexMatch& match) = 0;  // from left to right
   // Asked now and then during the search, also within one match; false gives the search up.
   [[nodiscard]] virtual bool mayContinue() = 0;
 };
 
-class CompiledRegex {
+class CompiledRegex {  // an expression that can search
  public:
   virtual ~CompiledRegex() = default;
-  [[nodiscard]] virtual std::size_t numberOfCaptureGroups() const = 0;
+  [[nodiscard]] virtual std::size_t numberOfCaptureGroups() const = 0;  // the whole match not among them
   // Finds the matches from left to right; none overlaps the one before. nullopt when the text was searched to
   // its end, else why the search was given up (the visitor's wish, or the memory that the search may take).
   [[nodiscard]] virtual OptionalText enumerateMatches(const Text& text, RegexVisitor& visitor) const = 0;
@@ -58,13 +58,14 @@ class CompiledRegex {
 
 // Either an expression or the reason why there is none.
 struct RegexCompilation {
-  std::shared_ptr<const CompiledRegex> expression;
-  OptionalText error;
+  std::shared_ptr<const CompiledRegex> expression;  // null for none
+  OptionalText error;                               // in words for people
 };
 
 class Regex {
  public:
   virtual ~Regex() = default;
+  // Once, for any number of searches.
   [[nodiscard]] virtual RegexCompilation compile(const Text& pattern, RegexOptions options) const = 0;
 };
 

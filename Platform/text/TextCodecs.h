@@ -18,26 +18,26 @@ namespace halvorn {
 // the names that encodingForIanaName() knows.
 using TextEncoding = std::uint32_t;
 namespace TextEncodings {
-constexpr TextEncoding ascii = 1;
-constexpr TextEncoding utf8 = 4;
-constexpr TextEncoding latin1 = 5;
-constexpr TextEncoding latin2 = 9;
+constexpr TextEncoding ascii = 1;   // seven bits
+constexpr TextEncoding utf8 = 4;    // without a byte-order mark
+constexpr TextEncoding latin1 = 5;  // ISO 8859-1
+constexpr TextEncoding latin2 = 9;  // ISO 8859-2
 // UTF-16 whose byte-order mark says how it is to be read; without one the high byte comes first.
 constexpr TextEncoding unicode = 10;
-constexpr TextEncoding windowsLatin1 = 12;
-constexpr TextEncoding windowsTurkish = 14;
-constexpr TextEncoding windowsLatin2 = 15;
-constexpr TextEncoding macRoman = 30;
-constexpr TextEncoding latin5 = 0x80000209;  // ISO 8859-9, Turkish
-constexpr TextEncoding utf16BigEndian = 0x90000100;
-constexpr TextEncoding utf16LittleEndian = 0x94000100;
-constexpr TextEncoding utf32BigEndian = 0x98000100;
-constexpr TextEncoding utf32LittleEndian = 0x9C000100;
+constexpr TextEncoding windowsLatin1 = 12;              // code page 1252
+constexpr TextEncoding windowsTurkish = 14;             // code page 1254
+constexpr TextEncoding windowsLatin2 = 15;              // code page 1250
+constexpr TextEncoding macRoman = 30;                   // of the classic Mac OS
+constexpr TextEncoding latin5 = 0x80000209;             // ISO 8859-9, Turkish
+constexpr TextEncoding utf16BigEndian = 0x90000100;     // the high byte first, no byte-order mark
+constexpr TextEncoding utf16LittleEndian = 0x94000100;  // the low byte first, likewise
+constexpr TextEncoding utf32BigEndian = 0x98000100;     // four bytes, the highest first
+constexpr TextEncoding utf32LittleEndian = 0x9C000100;  // four bytes, the lowest first
 }  // namespace TextEncodings
 
-struct DetectedEncoding {
-  TextEncoding encoding = 0;
-  int confidence = 0;  // 0 to 100
+struct DetectedEncoding {     // a guess and how good it is
+  TextEncoding encoding = 0;  // by number
+  int confidence = 0;         // 0 to 100
 };
 
 class TextCodecs {

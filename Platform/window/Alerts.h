@@ -9,12 +9,12 @@
 
 namespace halvorn {
 
-struct AlertDescription {
-  enum class Style { Warning, Informational, Critical };
+struct AlertDescription {                                 // what an alert says
+  enum class Style { Warning, Informational, Critical };  // how bad it is
 
-  Style style = Style::Warning;
-  Text messageText;
-  Text informativeText;
+  Style style = Style::Warning;    // a warning, unless it is said
+  Text messageText;                // the sentence in bold
+  Text informativeText;            // what follows it
   std::vector<Text> buttonTitles;  // the first is the default button
   ImagePointer icon;               // null: the platform's own
 };

@@ -13,7 +13,7 @@ class Image {
  public:
   virtual ~Image() = default;
 };
-using ImagePointer = std::shared_ptr<const Image>;
+using ImagePointer = std::shared_ptr<const Image>;  // null for none
 
 class Images {
  public:

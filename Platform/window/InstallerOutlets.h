@@ -9,7 +9,7 @@
 namespace halvorn {
 
 struct InstallerOutlets {
-  Window& window;
+  Window& window;               // around all of them
   TabView& tabView;             // 0 the read-me page, 1 the install page
   TextField& nameField;         // product name and version
   TextField& introField;        // introduction, later the final message; at first a format with one "%@"
@@ -18,11 +18,11 @@ struct InstallerOutlets {
   TextField& messageField;      // text of a failure
   ImageView& iconField;         // product icon
   ImageView& checkmarkField;    // success mark
-  TextView& readMeTextView;
-  Button& installButton;  // the default button: "Continue", "Install" or "OK"
-  Button& cancelButton;   // "Cancel" or "Go Back"
-  Button& helpButton;     // "?"
-  ProgressIndicator& progressIndicator;
+  TextView& readMeTextView;     // the document
+  Button& installButton;        // the default button: "Continue", "Install" or "OK"
+  Button& cancelButton;         // "Cancel" or "Go Back"
+  Button& helpButton;           // "?"
+  ProgressIndicator& progressIndicator;  // turns while it works
 };
 
 }  // namespace halvorn

@@ -20,7 +20,7 @@ class ClipView;
 class BoundsAnimator {
  public:
   virtual ~BoundsAnimator() = default;
-  virtual void setBoundsOrigin(const Point& origin) = 0;
+  virtual void setBoundsOrigin(const Point& origin) = 0;  // where it is going to be
 };
 
 // Animations that are asked for between the two calls begin together when the group ends, last as long as the
@@ -28,23 +28,23 @@ class BoundsAnimator {
 class AnimationContext {
  public:
   virtual ~AnimationContext() = default;
-  virtual void beginGrouping() = 0;
-  virtual void endGrouping() = 0;
+  virtual void beginGrouping() = 0;  // what follows belongs together
+  virtual void endGrouping() = 0;    // and begins now
 };
 
-class ClipView {
+class ClipView {  // the part of a document that is seen
  public:
   virtual ~ClipView() = default;
-  [[nodiscard]] virtual Rect bounds() const = 0;
+  [[nodiscard]] virtual Rect bounds() const = 0;  // of that part, in the document
   // The nearest origin at which nothing but the document is seen.
   [[nodiscard]] virtual Point constrainScrollPoint(const Point& point) const = 0;
   [[nodiscard]] virtual BoundsAnimator& animator() = 0;  // lives as long as the clip view
 };
 
-class ScrollView {
+class ScrollView {  // a document with scroll bars
  public:
   virtual ~ScrollView() = default;
-  [[nodiscard]] virtual std::shared_ptr<ClipView> contentView() = 0;
+  [[nodiscard]] virtual std::shared_ptr<ClipView> contentView() = 0;  // never null
   // Has the scroll bars show where the clip view is, or is going to be.
   virtual void reflectScrolledClipView(ClipView& clipView) = 0;
   [[nodiscard]] virtual AnimationContext& animationContext() = 0;  // lives as long as the scroll view

@@ -14,18 +14,18 @@
 
 namespace halvorn {
 
-enum class Hidden { No, Yes };
-enum class Enabled { No, Yes };
+enum class Hidden { No, Yes };   // Yes: takes no room and cannot be used
+enum class Enabled { No, Yes };  // No: is seen and cannot be used
 
-enum class ViewPosition { Above, Below };
+enum class ViewPosition { Above, Below };  // to a sibling
 
-class View {
+class View {  // what all of them can do
  public:
   virtual ~View() = default;
-  virtual void setHidden(Hidden hidden) = 0;
-  [[nodiscard]] virtual Hidden isHidden() const = 0;
-  virtual void setAppearance(AppearanceName name) = 0;
-  [[nodiscard]] virtual AppearanceName appearance() const = 0;
+  virtual void setHidden(Hidden hidden) = 0;                    // at once
+  [[nodiscard]] virtual Hidden isHidden() const = 0;            // by itself; what holds it may be hidden too
+  virtual void setAppearance(AppearanceName name) = 0;          // and of all that it holds
+  [[nodiscard]] virtual AppearanceName appearance() const = 0;  // the one it is drawn in
 
   // The view that holds this one; null for the outermost and for one that nothing holds.
   [[nodiscard]] virtual std::shared_ptr<View> superview() = 0;
@@ -41,25 +41,25 @@ class View {
   virtual bool scrollRectToVisible(const Rect& rect) = 0;
 };
 
-class TextField : public virtual View {
+class TextField : public virtual View {  // a line or some of text
  public:
-  [[nodiscard]] virtual Text stringValue() const = 0;
-  virtual void setStringValue(const Text& text) = 0;
+  [[nodiscard]] virtual Text stringValue() const = 0;  // what it shows
+  virtual void setStringValue(const Text& text) = 0;   // in its place
   // Asked anew whenever the field is drawn; null for that of the appearance.
   virtual void setTextColor(const ColorPointer& color) = 0;
 };
 
-class Button : public virtual View {
+class Button : public virtual View {  // pressed by the person; what it does is set elsewhere
  public:
-  [[nodiscard]] virtual Text title() const = 0;
-  virtual void setTitle(const Text& title) = 0;
+  [[nodiscard]] virtual Text title() const = 0;  // on it
+  virtual void setTitle(const Text& title) = 0;  // "&" is an ordinary character
   // What it will do, in a sentence for those who hear the window; "" for nothing more than its title.
   virtual void setDescription(const Text& description) = 0;
-  [[nodiscard]] virtual Enabled isEnabled() const = 0;
-  virtual void setEnabled(Enabled enabled) = 0;
+  [[nodiscard]] virtual Enabled isEnabled() const = 0;  // by itself
+  virtual void setEnabled(Enabled enabled) = 0;         // at once
 };
 
-class ImageView : public virtual View {
+class ImageView : public virtual View {  // a picture
  public:
   virtual void setImage(const ImagePointer& image) = 0;  // null shows nothing
 };
@@ -78,28 +78,28 @@ class TextView : public virtual View {
   virtual void setTextColor(const ColorPointer& color) = 0;
 };
 
-class TabView : public virtual View {
+class TabView : public virtual View {  // pages, one of which is seen
  public:
-  virtual void showWithoutTabsAndBorder() = 0;
-  virtual void selectItem(int index) = 0;  // 0 the read-me page, 1 the install page
-  [[nodiscard]] virtual int selectedItem() const = 0;
+  virtual void showWithoutTabsAndBorder() = 0;         // pages are turned by selectItem() alone
+  virtual void selectItem(int index) = 0;              // 0 the read-me page, 1 the install page
+  [[nodiscard]] virtual int selectedItem() const = 0;  // counted from 0
 };
 
-class ProgressIndicator : public virtual View {
+class ProgressIndicator : public virtual View {  // turns while something works
  public:
-  virtual void startAnimation() = 0;
-  virtual void stopAnimation() = 0;
+  virtual void startAnimation() = 0;  // turns
+  virtual void stopAnimation() = 0;   // and is hidden
 };
 
-class Window {
+class Window {  // around the views
  public:
   virtual ~Window() = default;
-  [[nodiscard]] virtual Text title() const = 0;
-  virtual void setTitle(const Text& title) = 0;
-  virtual void center() = 0;
-  virtual void makeKeyAndOrderFront() = 0;
-  virtual void orderFrontRegardless() = 0;
-  virtual void makeMain() = 0;
+  [[nodiscard]] virtual Text title() const = 0;  // in its title bar
+  virtual void setTitle(const Text& title) = 0;  // at once
+  virtual void center() = 0;                     // on its screen
+  virtual void makeKeyAndOrderFront() = 0;       // in front of the others, with the keyboard
+  virtual void orderFrontRegardless() = 0;       // also when another program is in front
+  virtual void makeMain() = 0;                   // of this program's
   // Whether the window's minimise button can be used.
   [[nodiscard]] virtual bool isMiniaturizeEnabled() const = 0;
 };

@@ -134,7 +134,9 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
   // "*** event error: %d".
   void sendAppleEvent(FourCharCode eventClass, FourCharCode eventID, float timeout);
 
-  void wakeUp();                          // lets one that sleeps look for events
+  void wakeUp();  // lets one that sleeps look for events
+  // Whether none of its windows is shown; nullopt when it has none, or the desktop does not tell.
+  [[nodiscard]] std::optional<bool> isHidden() const;
   void setHidden(bool hidden);            // all its windows, as far as the desktop lets it
   void setFrontProcess();                 // with all its windows
   void setFrontProcessFrontWindowOnly();  // the others stay where they are

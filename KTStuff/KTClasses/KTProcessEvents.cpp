@@ -58,6 +58,8 @@ void KTProcess::setHidden(bool hidden) {
   services().control.setVisible(psn_, hidden ? Visible::No : Visible::Yes);
 }
 
+std::optional<bool> KTProcess::isHidden() const { return services().control.isHidden(psn_); }
+
 void KTProcess::setFrontProcess() { services().control.setFront(psn_, BringForward::AllWindows); }
 
 void KTProcess::setFrontProcessFrontWindowOnly() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "Platform/processes/ProcessSource.h"
 
@@ -23,7 +24,7 @@ class RunningApplication {
 enum class Visible { No, Yes };                           // whether its windows are shown
 enum class BringForward { AllWindows, FrontWindowOnly };  // the others stay behind
 
-// Thread: any. The four last operations do what the desktop lets them and do not tell.
+// Thread: any. The operations without an answer do what the desktop lets them and do not tell.
 class ApplicationControl {
  public:
   virtual ~ApplicationControl() = default;
@@ -36,6 +37,8 @@ class ApplicationControl {
   virtual void setVisible(ProcessSerialNumber number, Visible visible) = 0;     // all its windows
   // Lets a process that sleeps look for events.
   virtual void wakeUp(ProcessSerialNumber number) = 0;
+  // Whether none of its windows is shown, though it has some; nullopt when it has none, or the desktop does not tell.
+  [[nodiscard]] virtual std::optional<bool> isHidden(ProcessSerialNumber number) = 0;
 };
 
 }  // namespace halvorn

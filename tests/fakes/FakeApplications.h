@@ -46,6 +46,7 @@ struct FakeApplication {
   std::optional<PropertyDictionary> info = {};   // in place of one made from `identifier`
   std::optional<Date> startTime = Date{1'600'000'000.0};
   bool informationFails = false;
+  bool isHidden = false;
 
   // What was asked of it, in order: "terminate", "forceTerminate", "front", "front
   // window", "hide", "show", "wake".
@@ -192,9 +193,14 @@ class FakeApplications : public ProcessSource, public ApplicationEvents, public 
     front = number;
   }
   void setVisible(ProcessSerialNumber number, Visible visible) override {
-    note(number, visible == Visible::Yes ? "show" : "hide");
+    if (note(number, visible == Visible::Yes ? "show" : "hide"))
+      running(number)->isHidden = visible == Visible::No;
   }
   void wakeUp(ProcessSerialNumber number) override { note(number, "wake"); }
+  std::optional<bool> isHidden(ProcessSerialNumber number) override {
+    const FakeApplication* found = running(number);
+    return found != nullptr ? std::optional(found->isHidden) : std::nullopt;
+  }
 
  private:
   class Running : public RunningApplication {

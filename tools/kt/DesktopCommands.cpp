@@ -80,8 +80,39 @@ Outcome micro(const Call& call) {
   return Outcome::Done;
 }
 
+Outcome devices(const Call& call) {
+  const AudioDevices& all = call.system.audioDevices();
+  const auto ids = all.devices();
+  if (!ids) return Outcome::No;
+  for (const AudioDeviceID id : *ids) {
+    call.answer({{"name", answer(all.name(id))},
+                 {"maker", answer(all.manufacturer(id))},
+                 {"identifier", answer(all.uid(id, AudioScope::Global))}});
+  }
+  return Outcome::Done;
+}
+
+// The lasting name of the device that people or programs call so; nullopt when there is none.
+OptionalText deviceCalled(const Text& name, const AudioDevices& all) {
+  for (const AudioDeviceID id : all.devices().value_or(std::vector<AudioDeviceID>())) {
+    const OptionalText identifier = all.uid(id, AudioScope::Global);
+    if (identifier && (*identifier == name || all.name(id) == name)) return identifier;
+  }
+  return std::nullopt;
+}
+
+// False, with the reason on standard error, when the sound cannot be played there.
+bool playOn(const Text& name, Sound& sound, const AudioDevices& all) {
+  const OptionalText device = deviceCalled(name, all);
+  const OptionalText refusal =
+      device ? sound.setPlaybackDeviceIdentifier(device) : OptionalText("no such device");
+  if (refusal) std::fprintf(stderr, "%s: %s\n", name.bytes().c_str(), refusal->bytes().c_str());
+  return !refusal && sound.play();
+}
+
 Outcome sound(const Call& call) {
   SoundExtensions& sounds = call.system.sound();
+  if (call.has("--devices")) return devices(call);
   if (call.has("--list")) {
     for (const Text& name : sounds.systemSounds()) call.answer({{"sound", name}});
     return Outcome::Done;
@@ -90,7 +121,11 @@ Outcome sound(const Call& call) {
   const SoundPointer found = sounds.soundNamed(call.words[0]);
   if (!found) return Outcome::No;
   found->setVolume(sounds.alertVolume());
-  sounds.playAsSoundEffect(*found);
+  if (const auto device = call.options.find("--device"); device == call.options.end()) {
+    sounds.playAsSoundEffect(*found);
+  } else if (!playOn(device->second, *found, call.system.audioDevices())) {
+    return Outcome::No;
+  }
   while (found->isPlaying() && !call.system.runUntil([&] { return !found->isPlaying(); }, 0.05)) continue;
   return Outcome::Done;
 }

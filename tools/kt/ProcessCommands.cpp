@@ -10,12 +10,14 @@ namespace {
 constexpr double kForEver = 1e9;  // seconds
 
 AnswerRow rowOf(const KTProcess& process) {
+  const std::optional<bool> hidden = process.isHidden();
   return {{"pid", std::int64_t{process.unixPID()}},
           {"name", answer(process.name())},
           {"signature", process.signatureString()},
           {"identifier", process.identifier()},
           {"version", process.version()},
           {"front", process.isFrontProcess()},
+          {"hidden", hidden ? AnswerValue(*hidden) : AnswerValue()},
           {"background", process.isBackgroundOnly()}};
 }
 

@@ -22,13 +22,14 @@ constexpr char kUsage[] =
     "  open FILE                       as a double click would\n"
     "  alias FILE                      where an alias leads\n"
     "  micro                           has the helper take the front for a moment\n"
-    "  sound NAME | sound --list       plays a sound, or lists them\n"
+    "  sound NAME [--device NAME]      plays a sound, as alerts are played or on that device\n"
+    "  sound --list | sound --devices  which there are\n"
     "  color RED GREEN BLUE RED GREEN BLUE   of a light and a dark color the one in force\n"
     "  text VERB TEXT ...              split escape expand percent html md5 trim wildcard replace detect "
     "key\n";
 
 // Options that stand alone; every other one takes the word behind it.
-const std::set<Text> kFlags = {"--json", "--watch", "--list", "--help"};
+const std::set<Text> kFlags = {"--json", "--watch", "--list", "--devices", "--help"};
 
 Command commandNamed(const Text& name) {
   for (const auto* commands : {&processCommands(), &desktopCommands(), &textCommands()}) {

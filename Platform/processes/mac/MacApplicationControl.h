@@ -12,6 +12,7 @@ class MacApplicationControl : public ApplicationControl {
   void setFront(ProcessSerialNumber number, BringForward windows) override;
   void setVisible(ProcessSerialNumber number, Visible visible) override;
   void wakeUp(ProcessSerialNumber number) override;
+  std::optional<bool> isHidden(ProcessSerialNumber number) override;
 };
 
 }  // namespace halvorn

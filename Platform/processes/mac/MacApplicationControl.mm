@@ -64,4 +64,11 @@ void MacApplicationControl::wakeUp(ProcessSerialNumber number) {
   static_cast<void>(WakeUpProcess(&asked));
 }
 
+std::optional<bool> MacApplicationControl::isHidden(ProcessSerialNumber number) {
+  const ::ProcessSerialNumber asked = systemNumber(number);
+  pid_t pid = 0;
+  if (GetProcessPID(&asked, &pid) != noErr) return std::nullopt;
+  return IsProcessVisible(&asked) == 0;
+}
+
 }  // namespace halvorn

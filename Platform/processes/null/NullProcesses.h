@@ -37,6 +37,7 @@ class NullApplicationControl : public ApplicationControl {
   void setFront(ProcessSerialNumber, BringForward) override {}
   void setVisible(ProcessSerialNumber, Visible) override {}
   void wakeUp(ProcessSerialNumber) override {}
+  std::optional<bool> isHidden(ProcessSerialNumber) override { return std::nullopt; }
 };
 
 // Nothing ever happens.

@@ -1,13 +1,20 @@
 // kt as people and scripts call it.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
+
 #include "tests/support/ChildProcess.h"
 #include "tests/support/Desktop.h"
+#include "tests/support/SoundServer.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/ToneFile.h"
 
 namespace halvorn {
 namespace {
+
+namespace fs = std::filesystem;
 
 class KtCommand : public testing::Test {
  protected:
@@ -76,6 +83,40 @@ TEST_F(KtCommand, WithoutADesktopItsFactsAreUnknown) {
   EXPECT_EQ(outputOf({"color", "1", "0", "0", "0", "0", "1"}), "1\t0\t0\n");
 }
 
+class KtWithSound : public KtCommand {
+ protected:
+  void SetUp() override {
+    if (const auto missing = SoundServer::missing()) GTEST_SKIP() << *missing;
+    server.emplace();
+    fs::create_directories(folder.path() / "sounds");
+    putFile(folder.path() / "sounds/Tone.wav", waveFile());
+    environment = {"PATH=/usr/bin:/bin", "LANG=C.UTF-8", "XDG_DATA_HOME=" + folder.path().string()};
+    for (const char* name : {"HOME", "PULSE_SERVER", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"}) {
+      if (const char* value = std::getenv(name)) environment.push_back(std::string(name) + "=" + value);
+    }
+  }
+  std::optional<SoundServer> server;
+};
+
+TEST_F(KtWithSound, ASoundPlaysOnTheNamedDeviceAlone) {
+  SoundRecording first(*server, "lab_a");
+  SoundRecording second(*server, "lab_b");
+  EXPECT_EQ(outputOf({"sound", "Tone", "--device", "lab_b"}), "");
+  EXPECT_GT(second.peak(), 0.4);
+  EXPECT_EQ(first.peak(), 0.0);
+  EXPECT_EQ(outputOf({"sound", "Tone"}), "");
+  EXPECT_GT(first.peak(), 0.4);
+}
+
+TEST_F(KtWithSound, DevicesAreListedAndAMissingOneIsSaid) {
+  const std::string devices = outputOf({"sound", "--devices"});
+  EXPECT_NE(devices.find("\tlab_a\n"), std::string::npos) << devices;
+  EXPECT_NE(devices.find("\tlab_b\n"), std::string::npos) << devices;
+  const CommandResult result = kt({"sound", "Tone", "--device", "nowhere"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(kt({"sound", "NoSuchSound"}).status, 1);
+}
+
 class KtOnDesktop : public KtCommand {
  protected:
   void SetUp() override {
@@ -97,6 +138,7 @@ TEST_F(KtOnDesktop, AProgramIsListedAndInFront) {
   EXPECT_NE(outputOf({"ps"}).find(pid + "\tsession_window_probe\t"), std::string::npos);
   EXPECT_TRUE(eventually([&] { return kt({"front"}).output.rfind(pid + "\t", 0) == 0; }));
   EXPECT_NE(outputOf({"--json", "front"}).find("\"pid\": " + pid + ", "), std::string::npos);
+  EXPECT_NE(outputOf({"--json", "front"}).find("\"hidden\": false, "), std::string::npos);
 }
 
 TEST_F(KtOnDesktop, AnEndIsToldWhileItIsWatched) {

@@ -7,6 +7,7 @@
 #import <objc/runtime.h>
 #include <sys/sysctl.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "tests/mac/frameworks/FakeMac.h"
@@ -155,6 +156,14 @@ OSStatus SetFrontProcessWithOptions(const ProcessSerialNumber* number, OptionBit
 }
 OSErr ShowHideProcess(const ProcessSerialNumber* number, Boolean visible) {
   return request(number, visible != 0 ? "show" : "hide");
+}
+Boolean IsProcessVisible(const ProcessSerialNumber* number) {
+  const Application* const application = running(number);
+  if (application == nullptr) return 0;
+  const auto& requests = application->requests;
+  const auto last = std::find_if(requests.rbegin(), requests.rend(),
+                                 [](const std::string& each) { return each == "hide" || each == "show"; });
+  return last == requests.rend() || *last == "show" ? 1 : 0;
 }
 OSErr WakeUpProcess(const ProcessSerialNumber* number) { return request(number, "wake"); }
 

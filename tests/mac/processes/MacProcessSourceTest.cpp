@@ -119,6 +119,7 @@ TEST_F(MacProcesses, ControlAsksTheProcessManagerForEachOfTheThings) {
   control.setFront(numberOf(editor), BringForward::FrontWindowOnly);
   control.setFront(numberOf(editor), BringForward::AllWindows);
   control.setVisible(numberOf(editor), Visible::No);
+  EXPECT_EQ(control.isHidden(numberOf(editor)), true);
   control.setVisible(numberOf(editor), Visible::Yes);
   control.wakeUp(numberOf(editor));
   EXPECT_EQ(editor.requests, (std::vector<std::string>{"front window", "front", "hide", "show", "wake"}));

@@ -63,7 +63,8 @@ class FakeWorld : public ProcessWorld {
 
 class LiveWorld : public ProcessWorld {
  public:
-  LiveWorld(const DesktopParts& parts, Strings habits) : desktop_(parts), habits_(std::move(habits)) {
+  LiveWorld(const DesktopParts& parts, Strings habits)
+      : desktop_(parts), habits_(std::move(habits)), tilesWindows_(parts.compositor == Compositor::Sway) {
     live_.processes.installNotifications();
     live_.loop.runFor(0.01);
   }
@@ -88,6 +89,7 @@ class LiveWorld : public ProcessWorld {
     }
   }
   bool settles(const std::function<bool()>& condition) override { return live_.settles(condition); }
+  bool hidesWindows() const override { return !tilesWindows_; }
   KTProcessClass& processes() override { return live_.processes; }
   ProcessSource& source() override { return live_.source; }
   ApplicationControl& control() override { return live_.control; }
@@ -98,6 +100,7 @@ class LiveWorld : public ProcessWorld {
   TemporaryFolder folder_;
   Desktop desktop_;
   const Strings habits_;
+  const bool tilesWindows_;
   OwnProcesses own_;
   LiveProcesses live_{
       {.display = desktop_.displayName(), .waylandSocket = desktop_.waylandSocket(), .table = own_.path()}};

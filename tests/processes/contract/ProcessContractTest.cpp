@@ -194,6 +194,18 @@ TEST_P(ProcessContract, QuitOfAProcessThatIsGoneIsLogged) {
   EXPECT_EQ(world->logLines(), Strings{"cannot quit Editor: no pid"});
 }
 
+TEST_P(ProcessContract, AProgramIsHiddenUntilItIsShown) {
+  const std::int32_t pid = world->start({"Editor", "EDIT"});
+  const KTProcessPointer process = listed(pid);
+  EXPECT_TRUE(world->settles([&] { return process->isHidden() == std::optional(false); }));
+  process->setHidden(true);
+  EXPECT_TRUE(world->settles([&] { return process->isHidden() == world->hidesWindows(); }));
+  process->setHidden(false);
+  EXPECT_TRUE(world->settles([&] { return process->isHidden() == std::optional(false); }));
+  world->end(pid);
+  EXPECT_EQ(process->isHidden(), std::nullopt);
+}
+
 TEST_P(ProcessContract, ActingOnWhatIsGoneDoesNothing) {
   const KTProcessPointer mail = listed(world->start({"Mail", "MAIL"}));
   const std::int32_t pid = world->start({"Editor", "EDIT"});

@@ -33,6 +33,8 @@ class ProcessWorld {
   virtual ProcessSource& source() = 0;
   virtual ApplicationControl& control() = 0;
   virtual Strings logLines() = 0;
+  // Whether its desktop hides windows at all.
+  [[nodiscard]] virtual bool hidesWindows() const { return true; }
   virtual std::string pathOf(const std::string& name) = 0;
   Strings changes;
 };

@@ -279,7 +279,9 @@ TEST_F(KTProcessQuitting, ActivatingHidingAndWakingReachTheProcess) {
   process->setFrontProcess();
   process->setFrontProcessFrontWindowOnly();
   process->setHidden(true);
+  EXPECT_EQ(process->isHidden(), true);
   process->setHidden(false);
+  EXPECT_EQ(process->isHidden(), false);
   process->wakeUp();
   EXPECT_EQ(started->requests, (Strings{"front", "front window", "hide", "show", "wake"}));
 }

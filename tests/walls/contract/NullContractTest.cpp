@@ -135,6 +135,7 @@ TEST_F(NullProcesses, NoApplicationIsEndedOrMoved) {
   EXPECT_EQ(control.runningApplication({}), nullptr);
   control.setFront(kSomeone, BringForward::AllWindows);
   control.setVisible(kSomeone, Visible::No);
+  EXPECT_EQ(control.isHidden(kSomeone), std::nullopt);
   control.wakeUp(kSomeone);
 }
 

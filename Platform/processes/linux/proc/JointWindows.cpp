@@ -57,6 +57,12 @@ void JointWindows::setVisible(const ProcessHold& process, Visible visible) {
   second_.setVisible(process, visible);
 }
 
+std::optional<bool> JointWindows::isHidden(const ProcessHold& process) {
+  const std::optional<bool> first = first_.isHidden(process);
+  const std::optional<bool> second = second_.isHidden(process);
+  return first && second ? *first && *second : first ? first : second;
+}
+
 void JointWindows::sendEmptyMessage(const ProcessHold& process) {
   first_.sendEmptyMessage(process);
   second_.sendEmptyMessage(process);

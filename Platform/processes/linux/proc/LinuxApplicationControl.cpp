@@ -60,4 +60,9 @@ void LinuxApplicationControl::wakeUp(ProcessSerialNumber number) {
   windows_.sendEmptyMessage(application->hold);
 }
 
+std::optional<bool> LinuxApplicationControl::isHidden(ProcessSerialNumber number) {
+  const auto application = applications_.withNumber(number);
+  return application ? windows_.isHidden(application->hold) : std::nullopt;
+}
+
 }  // namespace halvorn

@@ -21,6 +21,7 @@ class LinuxApplicationControl : public ApplicationControl {
   void setFront(ProcessSerialNumber number, BringForward windows) override;
   void setVisible(ProcessSerialNumber number, Visible visible) override;
   void wakeUp(ProcessSerialNumber number) override;
+  std::optional<bool> isHidden(ProcessSerialNumber number) override;
 
  private:
   RunningApplications& applications_;

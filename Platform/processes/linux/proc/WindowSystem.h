@@ -41,6 +41,8 @@ class WindowSystem {
   virtual int closeWindows(const ProcessHold& process) = 0;
   virtual void activate(const ProcessHold& process, BringForward windows) = 0;
   virtual void setVisible(const ProcessHold& process, Visible visible) = 0;
+  // Whether none of its windows is shown; nullopt when it has none here, or that is not told.
+  [[nodiscard]] virtual std::optional<bool> isHidden(const ProcessHold& process) = 0;
   // Something to read that means nothing.
   virtual void sendEmptyMessage(const ProcessHold& process) = 0;
 
@@ -63,6 +65,7 @@ class NoWindows : public WindowSystem {
   int closeWindows(const ProcessHold&) override { return 0; }
   void activate(const ProcessHold&, BringForward) override {}
   void setVisible(const ProcessHold&, Visible) override {}
+  std::optional<bool> isHidden(const ProcessHold&) override { return std::nullopt; }
   void sendEmptyMessage(const ProcessHold&) override {}
   std::unique_ptr<RunLoop::Source> watch(RunLoop&, Changes) override { return nullptr; }
 };

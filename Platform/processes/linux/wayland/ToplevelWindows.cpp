@@ -105,6 +105,13 @@ void ToplevelWindows::activate(const ProcessHold& process, BringForward windows)
   for (std::size_t i = first; i < own.size(); ++i) list_->activate(own[i].number);
 }
 
+std::optional<bool> ToplevelWindows::isHidden(const ProcessHold& process) {
+  const std::lock_guard lock(mutex_);
+  const auto own = windowsOfLocked(process, Whose::ClientsAlone);
+  if (own.empty()) return std::nullopt;
+  return std::all_of(own.begin(), own.end(), [](const Toplevel& window) { return window.isMinimized; });
+}
+
 void ToplevelWindows::setVisible(const ProcessHold& process, Visible visible) {
   const std::lock_guard lock(mutex_);
   for (const Toplevel& window : windowsOfLocked(process, Whose::ClientsAlone)) {

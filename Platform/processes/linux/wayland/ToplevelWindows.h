@@ -46,6 +46,7 @@ class ToplevelWindows : public WindowSystem {
   // The window that was active last counts as the front one.
   void activate(const ProcessHold& process, BringForward windows) override;
   void setVisible(const ProcessHold& process, Visible visible) override;
+  std::optional<bool> isHidden(const ProcessHold& process) override;
   // There is none: a compositor passes nothing on.
   void sendEmptyMessage(const ProcessHold& /*process*/) override {}
   std::unique_ptr<RunLoop::Source> watch(RunLoop& loop, Changes changes) override;

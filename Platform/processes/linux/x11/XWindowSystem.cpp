@@ -218,6 +218,12 @@ void XWindowSystem::setVisible(const ProcessHold& process, Visible visible) {
   finish();
 }
 
+std::optional<bool> XWindowSystem::isHidden(const ProcessHold& process) {
+  const std::vector<xcb_window_t> own = ownWindows(process);
+  if (own.empty()) return std::nullopt;
+  return std::all_of(own.begin(), own.end(), [&](xcb_window_t window) { return isIconified(window); });
+}
+
 void XWindowSystem::sendEmptyMessage(const ProcessHold& process) {
   for (const xcb_window_t window : ownWindows(process)) {
     send(window, window, connection_->atoms().wakeUp, 0, XCB_EVENT_MASK_NO_EVENT);

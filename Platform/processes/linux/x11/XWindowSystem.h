@@ -36,6 +36,7 @@ class XWindowSystem : public WindowSystem {
   int closeWindows(const ProcessHold& process) override;
   void activate(const ProcessHold& process, BringForward windows) override;
   void setVisible(const ProcessHold& process, Visible visible) override;
+  std::optional<bool> isHidden(const ProcessHold& process) override;
   void sendEmptyMessage(const ProcessHold& process) override;
   std::unique_ptr<RunLoop::Source> watch(RunLoop& loop, Changes changes) override;
 

@@ -45,6 +45,7 @@ OSStatus CopyProcessName(const ProcessSerialNumber* number, CFStringRef* name);
 OSErr SetFrontProcess(const ProcessSerialNumber* number);
 OSStatus SetFrontProcessWithOptions(const ProcessSerialNumber* number, OptionBits options);
 OSErr ShowHideProcess(const ProcessSerialNumber* number, Boolean visible);
+Boolean IsProcessVisible(const ProcessSerialNumber* number);
 OSErr WakeUpProcess(const ProcessSerialNumber* number);
 
 typedef SInt32 AXError;

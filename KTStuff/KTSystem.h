@@ -146,7 +146,8 @@ class KTSystem {
   // --- how things look (KTStuff::Appearance)
 
   // The toolkit's application, on whose event loop everything works from then on: it is asked for first, before
-  // anything that needs the main thread. Needs a display.
+  // anything that needs the main thread. Needs a display. A program that has made a QApplication itself, before this
+  // object, keeps it: that one is used, and nothing of it is changed.
   [[nodiscard]] Application& application();
   // Pictures of the main bundle, of files and of programs; without an application only those that are read from files.
   [[nodiscard]] Images& images();

@@ -36,7 +36,10 @@ OptionalText activationToken(const Ground& ground, const QtApplication& applicat
   return id ? OptionalText(*id) : std::nullopt;
 }
 
-bool hasApplication(KTSystem& system) { return system.parts().known<ApplicationPart>() != nullptr; }
+bool ownsTheLook(KTSystem& system) {
+  const ApplicationPart* part = system.parts().known<ApplicationPart>();
+  return part != nullptr && part->application.isOwn();
+}
 
 Text resourcesFolderOf(KTSystem& system) {
   const Text bundle = system.bundles().mainBundlePath();
@@ -44,10 +47,10 @@ Text resourcesFolderOf(KTSystem& system) {
   return system.files().isDirectory(inBundle) ? inBundle : bundle;
 }
 
-// What the windows follow tells the style too; a program without windows asks the portal.
+// What the windows follow tells the style too; a program without windows, or with a look of its own, asks the portal.
 std::unique_ptr<InterfaceStyleSetting> settingFor(KTSystem& system) {
   KTSystem::Parts& parts = system.parts();
-  if (hasApplication(system)) return std::make_unique<QtInterfaceStyle>(parts.of<AppearancePart>().desktop);
+  if (ownsTheLook(system)) return std::make_unique<QtInterfaceStyle>(parts.of<AppearancePart>().desktop);
   parts.of<Toolkit>();
   return std::make_unique<PortalInterfaceStyle>(sessionBusAddress(parts.of<Ground>().environment));
 }
@@ -101,7 +104,7 @@ Application& KTSystem::application() {
 }
 Images& KTSystem::images() { return parts_->of<PicturePart>().images; }
 const Appearances& KTSystem::appearances() {
-  if (!hasApplication(*this)) return parts_->of<StyledPart>().appearances;
+  if (!ownsTheLook(*this)) return parts_->of<StyledPart>().appearances;
   return parts_->of<AppearancePart>().appearances;
 }
 InterfaceStyleSetting& KTSystem::interfaceStyle() { return *parts_->of<Style>().setting; }

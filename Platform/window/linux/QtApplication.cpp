@@ -52,8 +52,8 @@ class EventWatch : public QObject {
   }
   bool eventFilter(QObject*, QEvent* event) override {
     // The session manager's word. The toolkit would ask the windows first, and stay when one refuses.
-    if (event->type() == QEvent::Quit) {
-      if (askedToQuit) askedToQuit();
+    if (event->type() == QEvent::Quit && askedToQuit) {
+      askedToQuit();
       return true;
     }
     if (event->type() == QEvent::Shortcut) optionKey_ = false;  // Alt belongs to the letter of the button
@@ -97,20 +97,30 @@ void keepQuiet(QtMsgType type, const QMessageLogContext&, const QString& message
 
 struct QtApplication::Parts {
   explicit Parts(const Text& programPath) : path(programPath.bytes()) {
-    QApplication::setQuitOnLastWindowClosed(false);  // whether the program ends is not decided here
-    application.installEventFilter(&watch);
+    // Whether the program ends is not decided here.
+    if (isOurs) QApplication::setQuitOnLastWindowClosed(false);
+    qApp->installEventFilter(&watch);
   }
 
-  ~Parts() { qInstallMessageHandler(before); }
+  ~Parts() {
+    if (qApp != nullptr) qApp->removeEventFilter(&watch);
+    if (isOurs) qInstallMessageHandler(before);
+  }
 
-  QtMessageHandler before = qInstallMessageHandler(keepQuiet);
+  // One style everywhere: the look of the window is ours to switch, and a desktop's
+  // own style would be loaded first.
+  std::unique_ptr<QApplication> made() {
+    QApplication::setStyle(QStringLiteral("fusion"));
+    return std::make_unique<QApplication>(count, arguments);
+  }
+
+  // A program that has made one keeps it as it is: its look, when it ends, what it says.
+  const bool isOurs = QCoreApplication::instance() == nullptr;
+  QtMessageHandler before = isOurs ? qInstallMessageHandler(keepQuiet) : nullptr;
   std::string path;
   int count = 1;
   char* arguments[2] = {path.data(), nullptr};
-  // One style everywhere: the look of the window is ours to switch, and a desktop's
-  // own style would be loaded first.
-  [[maybe_unused]] QStyle* style = QApplication::setStyle(QStringLiteral("fusion"));
-  QApplication application{count, arguments};
+  const std::unique_ptr<QApplication> application = isOurs ? made() : nullptr;
   EventWatch watch;
   QObject tasks;  // what waits on it is dropped with it
   IdleTasks idleTasks;
@@ -119,10 +129,12 @@ struct QtApplication::Parts {
 };
 
 QtApplication::QtApplication(const Text& programPath) : parts_(std::make_unique<Parts>(programPath)) {
-  parts_->watch.askedToQuit = [this] { terminate(); };
+  if (parts_->isOurs) parts_->watch.askedToQuit = [this] { terminate(); };
 }
 
 QtApplication::~QtApplication() = default;
+
+bool QtApplication::isOwn() const { return parts_->isOurs; }
 
 int QtApplication::run() { return parts_->terminated ? 0 : QApplication::exec(); }
 

@@ -14,9 +14,13 @@ namespace halvorn {
 class QtApplication : public Application, public MainThread {
  public:
   // The toolkit is told the program's path and nothing else of the command line: products pass keys of their
-  // own, and the toolkit would take "-style" or "-title" away from them. Thread: the main thread.
+  // own, and the toolkit would take "-style" or "-title" away from them. A QApplication that the program has made already
+  // is used as it is, and has to outlive this object. Thread: the main thread.
   explicit QtApplication(const Text& programPath);
   ~QtApplication() override;
+
+  // Whether the toolkit's application is this object's, and its look with it.
+  [[nodiscard]] bool isOwn() const;
 
   // Works until terminate() is called (before this, too); the program's exit status.
   [[nodiscard]] int run();

@@ -4,6 +4,9 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QPalette>
+#include <QStyle>
 #include <filesystem>
 
 #include "KTStuff/CocoaExtensions/SoundExtensions.h"
@@ -130,6 +133,37 @@ TEST_F(SystemWithoutDesktop, TheEndWaitsForWorkers) {
     another.workers().detach([&] { isDone = true; });
   }
   EXPECT_TRUE(isDone);
+}
+
+TEST(SystemBesideAnApplication, TheProgramsOwnIsUsedAndStaysAsItIs) {
+  const TemporaryFolder folder;
+  const EnvironmentOfTest environment({"PATH=/usr/bin:/bin", "HOME=" + folder.path().string(), "LANG=C.UTF-8",
+                                       "XDG_RUNTIME_DIR=" + folder.path().string(),
+                                       "QT_QPA_PLATFORM=offscreen"});
+  std::string name = "program";
+  char* arguments[] = {name.data(), nullptr};
+  int count = 1;
+  QApplication::setStyle(QStringLiteral("windows"));
+  QApplication own(count, arguments);
+  const QPalette palette = QApplication::palette();
+  {
+    KTSystem system;
+    (void)system.application();
+    EXPECT_EQ(QCoreApplication::instance(), &own);
+    (void)system.appearances();
+    EXPECT_EQ(QApplication::palette(), palette);
+    bool isDone = false;
+    system.mainThread().perform([&] {
+      isDone = true;
+      QCoreApplication::quit();
+    });
+    EXPECT_EQ(QApplication::exec(),
+              0);  // the program's own loop serves the library, and ends when the program says so
+    EXPECT_TRUE(isDone);
+  }
+  EXPECT_EQ(QCoreApplication::instance(), &own);
+  EXPECT_TRUE(QApplication::quitOnLastWindowClosed());
+  EXPECT_EQ(QApplication::style()->objectName(), QStringLiteral("windows"));
 }
 
 TEST_F(SystemWithoutDesktop, ArgumentsAreSettings) {

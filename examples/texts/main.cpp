@@ -1,7 +1,9 @@
-// Splits, escapes and reads texts.
+// Splits, escapes and reads texts, and finds out the encoding of a file.
 #include <KTStuff/CocoaExtensions/StringExtensions.h>
 #include <KTStuff/KTSystem.h>
 
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 
 using namespace halvorn;
@@ -14,10 +16,15 @@ int main() {
   std::cout << stringByEscapingCharacters("a\tb", KTEscapeCharacters).bytes() << "\n";
   std::cout << stringWithPercentEscapes("two words").bytes() << "\n";
   std::cout << stringByExpandingHTMLEntities("<p>caf&eacute; &lt;3", system.htmlText()).bytes() << "\n";
-  std::cout << system.regexReplacing()
-                   .stringByReplacingOccurrencesOfRegexPattern("2026-11-22", "(\\d+)-(\\d+)-(\\d+)",
-                                                               "$3.$2.$1")
-                   .bytes()
-            << "\n";
+  const auto& replacing = system.regexReplacing();
+  std::cout
+      << replacing.stringByReplacingOccurrencesOfRegexPattern("11/22", "(\\d+)/(\\d+)", "$2.$1.").bytes()
+      << "\n";
   std::cout << MD5String("abc", system.digests()).bytes() << "\n";
+
+  const auto file = std::filesystem::temp_directory_path() / "ktstuff-latin.txt";
+  std::ofstream(file) << "caf\xE9 au lait, d\xE9j\xE0 vu";
+  const OptionalText read =
+      stringWithBestEncodingFromFile(file.string(), system.files(), system.textCodecs(), system.unicode());
+  std::cout << read.value_or("unreadable").bytes() << "\n";
 }

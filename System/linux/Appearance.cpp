@@ -10,6 +10,7 @@
 #include "Platform/session/linux/WaylandSession.h"
 #include "Platform/session/linux/x11/StartupNotification.h"
 #include "Platform/window/linux/ToolkitsWayland.h"
+#include "Platform/window/linux/pictures/DrawnIcon.h"
 #include "System/linux/Activation.h"
 #include "System/linux/Toolkit.h"
 
@@ -92,7 +93,7 @@ ApplicationPart::ApplicationPart(KTSystem& system) : application(system.parts().
 }
 
 PicturePart::PicturePart(KTSystem& system) : images(resourcesFolderOf(system)) {
-  system.parts().of<Pictures>().use(images);
+  system.parts().of<Pictures>().use(images, drawnIcon);
 }
 
 AppearancePart::AppearancePart(KTSystem& system) : desktop(styleOf(system.defaults())) {}

@@ -1,6 +1,11 @@
 // Where pictures come from: the part of the library that has the toolkit tells it. Without that there are none.
 #pragma once
 
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "Platform/bundles/linux/launching/IconPictures.h"
 #include "Platform/window/Images.h"
 #include "System/Parts.h"
 
@@ -11,7 +16,13 @@ class Pictures {
  public:
   explicit Pictures(KTSystem&) {}
   Images& images() { return forwarding_; }
-  void use(Images& images) { forwarding_.images = &images; }
+  void use(Images& images, IconDrawing drawing) {
+    forwarding_.images = &images;
+    drawing_ = std::move(drawing);
+  }
+  [[nodiscard]] std::vector<IconPicture> drawnIcon(std::string_view bytes) const {
+    return drawing_ ? drawing_(bytes) : std::vector<IconPicture>();
+  }
 
  private:
   struct Forwarding : Images {
@@ -28,6 +39,7 @@ class Pictures {
   };
 
   Forwarding forwarding_;
+  IconDrawing drawing_;
 };
 
 }  // namespace halvorn

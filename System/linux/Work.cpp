@@ -7,6 +7,7 @@
 #include "Platform/running/posix/PosixWorkers.h"
 #include "Platform/running/posix/ResourceLimits.h"
 #include "System/linux/Activation.h"
+#include "System/linux/Pictures.h"
 #include "System/linux/Places.h"
 
 namespace halvorn {
@@ -26,13 +27,17 @@ Launcher::ActivationTokens tokensOf(Activation& activation) {
 struct Launches {
   explicit Launches(KTSystem& system)
       : places(system.parts().of<Places>()),
+        drawing([&pictures = system.parts().of<Pictures>()](std::string_view bytes) {
+          return pictures.drawnIcon(bytes);
+        }),
         launcher(places.ground.environment, places.folders, tokensOf(system.parts().of<Activation>()),
                  limitOfLaunched(system.parts().settings)) {}
 
   const Places& places;
+  const IconDrawing drawing;
   const Launcher launcher;
-  LinuxWorkspace workspace{places.bundles, places.folders, places.ground.environment, launcher,
-                           places.languages};
+  LinuxWorkspace workspace{places.bundles, places.folders,   places.ground.environment,
+                           launcher,       places.languages, drawing};
   PosixTasks programs;
   OpenToolTasks tasks{programs, workspace};
 };

@@ -35,6 +35,23 @@ TEST_F(InstallFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
   });
 }
 
+TEST_F(InstallFlow, AnIconThatDesktopsCannotReadStandsInTheirMenusAllTheSame) {
+  if (!programExists("convert")) GTEST_SKIP() << "imagemagick is not installed";
+  const std::string icon = product() + "/Contents/Resources/Sample.png";
+  ASSERT_EQ(runCommand({"convert", icon, "-resize", "48x48!", "tiff:" + icon}).status, 0);
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  const fs::path theme = fs::path(desktop().homeFolder()) / ".local/share/icons/hicolor";
+  for (const char* size : {"16x16", "24x24", "32x32", "48x48"}) {
+    const fs::path folder = theme / size / "apps";
+    ASSERT_TRUE(fs::exists(folder) && !fs::is_empty(folder)) << size;
+    EXPECT_EQ(runCommand({"identify", "-format", "%wx%h %m", fs::directory_iterator(folder)->path()}).output,
+              std::string(size) + " PNG");
+  }
+  EXPECT_FALSE(fs::exists(theme / "64x64")) << "it is not blown up";
+}
+
 // The clock of an X server counts milliseconds; the first click is the one on "Install".
 TEST_F(InstallFlow, TheProductIsStartedInTheWakeOfTheLastClick) {
   InstallerDriver installer(desktop(), {"-sourcePath", product()});

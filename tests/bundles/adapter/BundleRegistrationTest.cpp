@@ -34,11 +34,12 @@ class BundleRegistrationTest : public testing::Test {
         {"HOME", folder_ / "home"}, {"XDG_DATA_HOME", data()}, {"PATH", "/usr/local/bin:/usr/bin:/bin"}});
   }
   [[nodiscard]] std::string data() const { return folder_ / "data"; }
-  int registerBundle(const std::string& urlText) const {
+  int registerBundle(const std::string& urlText, IconDrawing drawing = {}) const {
     const XdgFolders folders(environment());
     const LinuxBundles bundles("/usr/bin/test", {});
     const Launcher launcher(environment(), folders);
-    return LinuxWorkspace(bundles, folders, environment(), launcher, {}).registerBundle(Text(urlText));
+    return LinuxWorkspace(bundles, folders, environment(), launcher, {}, std::move(drawing))
+        .registerBundle(Text(urlText));
   }
   std::string bundle(const std::string& name, const std::string& moreInfo = "") const {
     return putProbeBundle(folder_.path().string(), name, kProbe, moreInfo);
@@ -214,6 +215,33 @@ TEST_F(BundleRegistrationTest, ASecondRegistrationReplacesTheFirst) {
   ASSERT_EQ(entries().size(), 1u);
   EXPECT_EQ(DesktopEntry::read(entries().front())->value("Name"), "Foo 2");
   EXPECT_EQ(icons(), std::vector<std::string>{"48x48/apps/halvorn-app-foo.png"});
+}
+
+TEST_F(BundleRegistrationTest, AnIconThatDesktopsCannotReadIsDrawnForThem) {
+  const std::string path =
+      bundle("Foo", plistEntry("CFBundleIdentifier", "foo") + plistEntry("CFBundleIconFile", "Foo.tiff"));
+  putFile(path + "/Contents/Resources/Foo.tiff", "II*");
+  std::string drawn;
+  ASSERT_EQ(registerBundle(path,
+                           [&](std::string_view bytes) {
+                             drawn = bytes;
+                             return std::vector<IconPicture>{{32, pngOf(32, 32)}};
+                           }),
+            0);
+  EXPECT_EQ(drawn, "II*");
+  EXPECT_EQ(icons(), std::vector<std::string>{"32x32/apps/halvorn-app-foo.png"});
+  EXPECT_EQ(DesktopEntry::read(entries().front())->value("Icon"), "halvorn-app-foo");
+}
+
+TEST_F(BundleRegistrationTest, AnIconThatDesktopsReadIsTakenAsItIs) {
+  const std::string path = bundle("Foo", plistEntry("CFBundleIconFile", "Foo.png"));
+  putFile(path + "/Contents/Resources/Foo.png", pngOf(16, 16));
+  const auto nobody = [](std::string_view) -> std::vector<IconPicture> {
+    ADD_FAILURE() << "nothing is to be drawn";
+    return {};
+  };
+  ASSERT_EQ(registerBundle(path, nobody), 0);
+  EXPECT_EQ(icons().size(), 1U);
 }
 
 TEST_F(BundleRegistrationTest, ABrokenIconIsLeftOut) {

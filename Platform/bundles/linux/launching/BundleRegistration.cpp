@@ -14,7 +14,6 @@
 #include "Platform/bundles/linux/DisplayNames.h"
 #include "Platform/bundles/linux/LinuxLocalizedStrings.h"
 #include "Platform/bundles/linux/launching/DesktopEntry.h"
-#include "Platform/bundles/linux/launching/IconPictures.h"
 #include "Platform/bundles/linux/launching/Launcher.h"
 #include "Platform/bundles/linux/launching/WrittenFiles.h"
 #include "Platform/files/posix/BoundedFile.h"
@@ -164,8 +163,8 @@ std::map<int, IconPicture> picturesByFolder(std::vector<IconPicture> pictures) {
 }  // namespace
 
 BundleRegistration::BundleRegistration(const Bundles& bundles, const XdgFolders& folders,
-                                       const Launcher& launcher)
-    : bundles_(bundles), folders_(folders), launcher_(launcher) {}
+                                       const Launcher& launcher, IconDrawing drawing)
+    : bundles_(bundles), folders_(folders), launcher_(launcher), drawing_(std::move(drawing)) {}
 
 int BundleRegistration::registerBundle(const Text& bundlePath) const {
   if (!findItem(bundlePath.bytes())) return RegistrationStatus::kNotFound;
@@ -188,10 +187,16 @@ int BundleRegistration::registerBundle(const Text& bundlePath) const {
   return RegistrationStatus::kRegistered;
 }
 
-std::string BundleRegistration::installIcons(const Text& bundlePath, const std::string& iconName) const {
+std::vector<IconPicture> BundleRegistration::picturesOf(const Text& bundlePath) const {
   const OptionalText icon = bundleIconFile(bundles_, bundlePath);
   const auto bytes = icon ? readRegularFile(icon->bytes(), kLargestIcon) : std::nullopt;
-  const auto pictures = picturesByFolder(bytes ? picturesInIcon(*bytes) : std::vector<IconPicture>());
+  if (!bytes) return {};
+  std::vector<IconPicture> pictures = picturesInIcon(*bytes);
+  return pictures.empty() && drawing_ ? drawing_(*bytes) : pictures;
+}
+
+std::string BundleRegistration::installIcons(const Text& bundlePath, const std::string& iconName) const {
+  const auto pictures = picturesByFolder(picturesOf(bundlePath));
   const std::string theme = folders_.dataHome() + "/icons/hicolor";
   bool hasIcon = false;
   for (const int size : kIconSizes) {

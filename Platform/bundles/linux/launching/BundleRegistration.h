@@ -6,6 +6,7 @@
 #pragma once
 
 #include "Core/Text.h"
+#include "Platform/bundles/linux/launching/IconPictures.h"
 
 namespace halvorn {
 
@@ -23,7 +24,9 @@ inline constexpr int kNotAnApplication = -10811;  // no bundle with a program
 
 class BundleRegistration {
  public:
-  BundleRegistration(const Bundles& bundles, const XdgFolders& folders, const Launcher& launcher);
+  // Without a drawing, an icon whose format desktops do not know is left out.
+  BundleRegistration(const Bundles& bundles, const XdgFolders& folders, const Launcher& launcher,
+                     IconDrawing drawing);
 
   // One of the statuses above. A second registration of the same application replaces the first.
   [[nodiscard]] int registerBundle(const Text& bundlePath) const;
@@ -31,11 +34,13 @@ class BundleRegistration {
  private:
   // The bundle's pictures in the hicolor theme; "" when none could be put there, else the icon's name.
   [[nodiscard]] std::string installIcons(const Text& bundlePath, const std::string& iconName) const;
+  [[nodiscard]] std::vector<IconPicture> picturesOf(const Text& bundlePath) const;
   void refreshDatabase() const;
 
   const Bundles& bundles_;
   const XdgFolders& folders_;
   const Launcher& launcher_;
+  IconDrawing drawing_;
 };
 
 // The path in the text of a URL: what follows "file://" with percent escapes

@@ -39,11 +39,11 @@ bool isApplicationBundle(const Text& path) {
 
 LinuxWorkspace::LinuxWorkspace(const Bundles& bundles, const XdgFolders& folders,
                                const Environment& environment, const Launcher& launcher,
-                               std::vector<Text> languages)
+                               std::vector<Text> languages, IconDrawing drawing)
     : bundles_(bundles),
       launcher_(launcher),
       languages_(std::move(languages)),
-      registration_(bundles, folders, launcher),
+      registration_(bundles, folders, launcher, std::move(drawing)),
       loginItems_(folders, environment) {}
 
 bool LinuxWorkspace::openFile(const Text& path) {

@@ -17,7 +17,7 @@ class XdgFolders;
 class LinuxWorkspace : public Workspace {
  public:
   LinuxWorkspace(const Bundles& bundles, const XdgFolders& folders, const Environment& environment,
-                 const Launcher& launcher, std::vector<Text> languages);
+                 const Launcher& launcher, std::vector<Text> languages, IconDrawing drawing = {});
 
   // A bundle: its program, when it is one that Linux can start. Anything else: xdg-open.
   bool openFile(const Text& path) override;

@@ -42,9 +42,10 @@ class EncodedImage : public QtImage {
   [[nodiscard]] std::vector<Representation> representations() const;  // smallest first
   // Whether at least one size can be decoded.
   [[nodiscard]] bool isReadable() const;
+  // The size that suits so many pixels best, as it is; null when none can be decoded. Thread: any, one at a time.
+  [[nodiscard]] QImage picture(int pixels) const;
 
  private:
-  [[nodiscard]] QImage picture(int pixels) const;
   [[nodiscard]] const QImage& decoded(std::size_t index) const;
 
   struct Entry {

@@ -98,8 +98,9 @@ void WindowWidget::keepInWorkArea() {
 void WindowWidget::assignMnemonics() {
   QList<ActionButton*> shown;
   QStringList titles;
-  for (ActionButton* button : findChildren<ActionButton*>()) {
-    if (button->isHidden()) continue;
+  for (QPushButton* each : findChildren<QPushButton*>()) {
+    auto* const button = dynamic_cast<ActionButton*>(each);
+    if (button == nullptr || button->isHidden()) continue;
     shown << button;
     titles << button->title();
   }

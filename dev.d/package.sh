@@ -2,9 +2,10 @@
 # What every desktop has stays the system's: packaging/linux/system-libraries.
 dev_package() {
   need build run package
-  configure_and_build release HalvornInstaller
+  configure_and_build release HalvornInstaller HalvornStarter
   rm -rf build/package; mkdir -p build/package
   packaging/linux/package_bundle build/HalvornInstaller.app build/package/HalvornInstaller.app "$(source_time)"
+  cp build/release/packaging/HalvornStarter build/package/
   say "build/package/HalvornInstaller.app: $(du -sh --apparent-size build/package/HalvornInstaller.app | cut -f1)"
 }
 

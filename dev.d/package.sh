@@ -1,12 +1,21 @@
 # The installer with the toolkit it was built with, for a disk image: build/package/HalvornInstaller.app.
 # What every desktop has stays the system's: packaging/linux/system-libraries.
+# With --deb the Debian package for this release instead, which uses its toolkit.
 dev_package() {
   need build run package
+  if [ "${1:-}" = --deb ]; then package_deb; return; fi
   configure_and_build release HalvornInstaller HalvornStarter
   rm -rf build/package; mkdir -p build/package
   packaging/linux/package_bundle build/HalvornInstaller.app build/package/HalvornInstaller.app "$(source_time)"
   cp build/release/packaging/HalvornStarter build/package/
   say "build/package/HalvornInstaller.app: $(du -sh --apparent-size build/package/HalvornInstaller.app | cut -f1)"
+}
+
+package_deb() {
+  configure_and_build release HalvornInstaller
+  mkdir -p build/package
+  packaging/linux/make_deb build/HalvornInstaller.app build/package "$(source_time)"
+  say build/package/*.deb
 }
 
 # The time of everything that is made to be handed on: of what it is made from, not of now.

@@ -39,8 +39,12 @@ class Person:
 
 
 def install(person, single, product, check=lambda: None):
-    """Through the window by keys, to the product in its place and a status of 0. CHECK is asked while the window stands."""
-    process = person.start(single, "-destinationPath", "/home/anna/Applications/Foo.app")
+    """Starts what a maker made and goes through its window. CHECK is asked while the window stands."""
+    go_through(person, person.start(single, "-destinationPath", "/home/anna/Applications/Foo.app"), product, check)
+
+
+def go_through(person, process, product, check=lambda: None):
+    """By keys, to the product in its place and a status of 0."""
     log = person.printed
     try:
         assert eventually(lambda: person.desktop.window() or process.poll() is not None) and process.poll() is None, log()

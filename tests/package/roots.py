@@ -86,9 +86,14 @@ def own_mounts():
     raise Skipped("a root of its own needs the right to mount or user name spaces: docker run --privileged, or --security-opt seccomp=unconfined")
 
 
-# Over folders of the system that is thrown away: nothing that a test writes stays in it. Binds what $1 names (FROM:TO, a line each) into the root $2, and becomes the rest of the words in there.
+# Over folders of the system, and over all of it where $3 is a folder for that: nothing that a test writes stays in it. Binds what $1 names (FROM:TO, a line each) into the root $2, and becomes the rest of the words in there.
 ENTER = r"""
 set -e
+if [ -n "$3" ]; then
+  mount -t tmpfs none "$3"
+  mkdir "$3/upper" "$3/work"
+  mount -t overlay -o "lowerdir=$2,upperdir=$3/upper,workdir=$3/work" none "$2"
+fi
 IFS='
 '
 for folder in home media run tmp; do mount -t tmpfs -o mode=0755 none "$2/$folder"; done
@@ -99,16 +104,16 @@ for pair in $1; do
   mount --rbind "$from" "$to"
 done
 unset IFS
-root=$2; shift 2
+root=$2; shift 3
 exec chroot "$root" "$@"
 """
 
 
-def in_root(root, binds, environment, command, person=True):
+def in_root(root, binds, environment, command, scratch=""):
     """The words that run the command in the root, with BINDS (place outside, place inside) there too; as an ordinary person,
-    or with PERSON false as the administrator of a system that is thrown away."""
+    or with SCRATCH, an empty folder, as the administrator of a system whose changes are thrown away."""
     enter, become = own_mounts()
     pairs = [("/proc", "proc"), ("/dev", "dev"), *binds]
     words = ["/usr/bin/env", "-i", *(f"{name}={value}" for name, value in environment.items()), *command]
     return [*enter, "sh", "-c", ENTER, "sh", "\n".join(f"{one}:{other}" for one, other in pairs), root,
-            *(become if person else []), *words]
+            scratch, *([] if scratch else become), *words]

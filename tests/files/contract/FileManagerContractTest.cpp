@@ -1,95 +1,14 @@
 // What every file manager answers, the one in memory and the one on the disk.
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <memory>
-#include <set>
-
-#include "Platform/files/posix/PosixFileManager.h"
-#include "tests/fakes/FakeFileManager.h"
+#include "tests/files/contract/FileWorlds.h"
 #include "tests/support/FailureText.h"
-#include "tests/support/OrdinaryUser.h"
-#include "tests/support/TemporaryFolder.h"
+
+#include <set>
 
 namespace halvorn {
 namespace {
 
-// A file system to try things on. Paths given to it are relative to its top.
-class World {
- public:
-  virtual ~World() = default;
-  virtual FileManager& files() = 0;
-  virtual std::string at(const std::string& path) const = 0;
-  virtual void addFolder(const std::string& path) = 0;
-  virtual void addFile(const std::string& path, const std::string& contents) = 0;
-  virtual void addLink(const std::string& path, const std::string& target) = 0;
-  virtual void addPipe(const std::string& path) = 0;
-  // Nobody but the administrator may change what is in the folder; read the file.
-  virtual void close(const std::string& folder) = 0;
-  virtual void hide(const std::string& file) = 0;
-  // Does the work with the rights of somebody who is not the administrator and may write at the top.
-  virtual void asOrdinaryPerson(const std::function<void()>& work) = 0;
-};
-
-class FakeWorld : public World {
- public:
-  FakeWorld() { files_.addFolder("/top"); }
-  FileManager& files() override { return files_; }
-  std::string at(const std::string& path) const override { return "/top/" + path; }
-  void addFolder(const std::string& path) override { files_.addFolder(at(path)); }
-  void addFile(const std::string& path, const std::string& contents) override {
-    files_.addFile(at(path), contents);
-  }
-  void addLink(const std::string& path, const std::string& target) override {
-    files_.addLink(at(path), target);
-  }
-  void addPipe(const std::string& path) override { files_.addPipe(at(path)); }
-  void close(const std::string& folder) override { files_.node(at(folder))->isWritable = false; }
-  void hide(const std::string& file) override { files_.node(at(file))->isReadable = false; }
-  void asOrdinaryPerson(const std::function<void()>& work) override { work(); }
-
- private:
-  FakeFileManager files_;
-};
-
-class RealWorld : public World {
- public:
-  FileManager& files() override { return files_; }
-  std::string at(const std::string& path) const override { return folder_ / path; }
-  void addFolder(const std::string& path) override { std::filesystem::create_directories(at(path)); }
-  void addFile(const std::string& path, const std::string& contents) override {
-    std::filesystem::create_directories(std::filesystem::path(at(path)).parent_path());
-    std::ofstream(at(path), std::ios::binary) << contents;
-  }
-  void addLink(const std::string& path, const std::string& target) override {
-    std::filesystem::create_symlink(target, at(path));
-  }
-  void addPipe(const std::string& path) override { ASSERT_EQ(::mkfifo(at(path).c_str(), 0600), 0); }
-  void close(const std::string& folder) override { ASSERT_EQ(::chmod(at(folder).c_str(), 0555), 0); }
-  void hide(const std::string& file) override { ASSERT_EQ(::chmod(at(file).c_str(), 0), 0); }
-  void asOrdinaryPerson(const std::function<void()>& work) override {
-    const OrdinaryUser user(at(""));
-    work();
-  }
-
- private:
-  TemporaryFolder folder_;
-  PosixFileManager files_;
-};
-
-enum class Which { Fake, Real };
-
-class FileManagerContract : public testing::TestWithParam<Which> {
+class FileManagerContract : public testing::TestWithParam<NamedFileWorld> {
  protected:
-  FileManagerContract() {
-    if (GetParam() == Which::Fake) world = std::make_unique<FakeWorld>();
-    if (GetParam() == Which::Real) world = std::make_unique<RealWorld>();
-  }
   Text path(const std::string& name) const { return world->at(name); }
   FileManager& files() { return world->files(); }
   // What the operation came to, without the place of the world: "File exists: there (make)".
@@ -107,7 +26,7 @@ class FileManagerContract : public testing::TestWithParam<Which> {
     return files().readFile(path(name), 1000).value_or("(none)");
   }
 
-  std::unique_ptr<World> world;
+  std::unique_ptr<FileWorld> world = GetParam().make();
 };
 
 TEST_P(FileManagerContract, ExistenceTestsFollowLinks) {
@@ -300,8 +219,8 @@ TEST_P(FileManagerContract, NamesMayHoldAnyBytes) {
   EXPECT_EQ(files().contentsOfDirectory(path("from"))->size(), 6u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Both, FileManagerContract, testing::Values(Which::Fake, Which::Real),
-                         [](const auto& test) { return test.param == Which::Fake ? "Fake" : "Real"; });
+INSTANTIATE_TEST_SUITE_P(All, FileManagerContract, testing::ValuesIn(fileWorlds()),
+                         [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace
 }  // namespace halvorn

@@ -1,101 +1,15 @@
 // What every Trash does, the one in memory and the one on the disk.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <memory>
-
-#include "Platform/files/linux/trash/XdgTrash.h"
-#include "Platform/files/posix/PosixFileManager.h"
-#include "tests/fakes/FakeClock.h"
-#include "tests/fakes/FakeTrash.h"
+#include "tests/files/contract/TrashWorlds.h"
 #include "tests/support/FailureText.h"
-#include "tests/support/OrdinaryUser.h"
-#include "tests/support/TemporaryFolder.h"
 
 namespace halvorn {
 namespace {
 
-class World {
- public:
-  virtual ~World() = default;
-  virtual Trash& trash() = 0;
-  virtual FileManager& files() = 0;
-  virtual std::string folder() const = 0;
-  virtual void addFile(const std::string& path, const std::string& contents) = 0;
-  // What lies in the Trash as having come from that path; empty when nothing does.
-  virtual std::string trashedContents(const std::string& path) = 0;
-  // Does the work while this person may not change the folder.
-  virtual void whereNothingMayBeTakenOut(const std::function<void()>& work) = 0;
-};
-
-class FakeWorld : public World {
- public:
-  Trash& trash() override { return trash_; }
-  FileManager& files() override { return files_; }
-  std::string folder() const override { return "/Applications"; }
-  void addFile(const std::string& path, const std::string& contents) override {
-    files_.addFile(path, contents);
-  }
-  std::string trashedContents(const std::string& path) override {
-    const auto found = trash_.trashed.find(path);
-    return found == trash_.trashed.end() ? "" : found->second.contents;
-  }
-  void whereNothingMayBeTakenOut(const std::function<void()>& work) override {
-    files_.node(folder())->isWritable = false;
-    work();
-  }
-
- private:
-  FakeFileManager files_;
-  FakeTrash trash_{files_};
-};
-
-class RealWorld : public World {
- public:
-  RealWorld() {
-    owner_.dataFolder = folder_ / "data";
-    trash_ = std::make_unique<XdgTrash>(clock_, owner_, LinksInTheWay::Followed);
-  }
-  Trash& trash() override { return *trash_; }
-  FileManager& files() override { return files_; }
-  std::string folder() const override { return folder_ / "Applications"; }
-  void addFile(const std::string& path, const std::string& contents) override {
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream(path) << contents;
-  }
-  std::string trashedContents(const std::string& path) override {
-    const std::string inFolder = std::filesystem::relative(path, folder());
-    return files_.readFile(owner_.dataFolder + "/Trash/files/" + inFolder, 1000).value_or("");
-  }
-  void whereNothingMayBeTakenOut(const std::function<void()>& work) override {
-    ASSERT_EQ(::chmod(folder().c_str(), 0555), 0);
-    const OrdinaryUser user(folder_ / "");
-    owner_.user = ::geteuid();
-    owner_.group = ::getegid();
-    trash_ = std::make_unique<XdgTrash>(clock_, owner_, LinksInTheWay::Followed);
-    work();
-    ASSERT_EQ(::chmod(folder().c_str(), 0755), 0);
-  }
-
- private:
-  TemporaryFolder folder_;
-  FakeClock clock_;
-  PosixFileManager files_;
-  Person owner_ = personOfThisProcess();
-  std::unique_ptr<XdgTrash> trash_;
-};
-
-enum class Which { Fake, Real };
-
-class TrashContract : public testing::TestWithParam<Which> {
+class TrashContract : public testing::TestWithParam<NamedTrashWorld> {
  protected:
   TrashContract() {
-    if (GetParam() == Which::Fake) world = std::make_unique<FakeWorld>();
-    if (GetParam() == Which::Real) world = std::make_unique<RealWorld>();
     world->addFile(world->folder() + "/Nas.app/Contents/file", "old");
     world->addFile(world->folder() + "/Other.app/file", "other");
   }
@@ -107,7 +21,7 @@ class TrashContract : public testing::TestWithParam<Which> {
     return text;
   }
 
-  std::unique_ptr<World> world;
+  std::unique_ptr<TrashWorld> world = GetParam().make();
 };
 
 TEST_P(TrashContract, WhatIsRecycledIsGoneFromItsFolderAndLiesInTheTrash) {
@@ -143,8 +57,8 @@ TEST_P(TrashContract, ARefusalSaysWhyAndTheItemStays) {
 
 TEST_P(TrashContract, NoNamesAreNoWork) { EXPECT_EQ(recycling(world->folder(), {}), ""); }
 
-INSTANTIATE_TEST_SUITE_P(Both, TrashContract, testing::Values(Which::Fake, Which::Real),
-                         [](const auto& test) { return test.param == Which::Fake ? "Fake" : "Real"; });
+INSTANTIATE_TEST_SUITE_P(All, TrashContract, testing::ValuesIn(trashWorlds()),
+                         [](const auto& test) { return std::string(test.param.name); });
 
 }  // namespace
 }  // namespace halvorn

@@ -2,80 +2,22 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <QCoreApplication>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "Platform/running/posix/PollRunLoop.h"
-#include "Platform/window/linux/QtApplication.h"
-#include "Platform/window/linux/QtRunLoop.h"
-#include "tests/support/ChildProcess.h"
+#include "tests/running/contract/Loops.h"
 
 namespace halvorn {
 namespace {
 
-struct Loop {
-  virtual ~Loop() = default;
-  virtual RunLoop& sources() = 0;
-  virtual MainThread& mainThread() = 0;
-  virtual bool runUntil(const std::function<bool()>& condition, double seconds) = 0;
-};
+constexpr double kLongestWait = 10.0;  // seconds, for what comes
 
-struct PlainLoop : Loop {
-  RunLoop& sources() override { return loop; }
-  MainThread& mainThread() override { return loop; }
-  bool runUntil(const std::function<bool()>& condition, double seconds) override {
-    return loop.runUntil(condition, seconds);
-  }
-  PollRunLoop loop;
-};
-
-struct ToolkitLoop : Loop {
-  ToolkitLoop() { loop = std::make_unique<QtRunLoop>(); }
-  RunLoop& sources() override { return *loop; }
-  MainThread& mainThread() override { return application; }
-  bool runUntil(const std::function<bool()>& condition, double seconds) override {
-    const double end = testSeconds() + seconds;
-    while (!condition()) {
-      if (testSeconds() > end) return false;
-      QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-      pauseBriefly();
-    }
-    return true;
-  }
-  QtApplication application{"/test"};
-  std::unique_ptr<QtRunLoop> loop;
-};
-
-// A session manager ends programs this way.
-TEST(QtApplication, AskedToQuitItEndsItsLoopAndTellsBefore) {
-  ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  QtApplication application("/test");
-  std::vector<std::string> told;
-  application.setSessionEnded([&] { told.emplace_back("session ended"); });
-  application.perform([] { QCoreApplication::postEvent(qApp, new QEvent(QEvent::Quit)); });
-  EXPECT_EQ(application.run(), 0);
-  EXPECT_EQ(told, std::vector<std::string>{"session ended"});
-}
-
-TEST(QtApplication, AskedToQuitWithNobodyToTellItEndsItsLoop) {
-  ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  QtApplication application("/test");
-  application.perform([] { QCoreApplication::quit(); });
-  EXPECT_EQ(application.run(), 0);
-}
-
-class RunLoopContract : public ::testing::TestWithParam<std::string> {
+class RunLoopContract : public ::testing::TestWithParam<NamedLoop> {
  protected:
   void SetUp() override {
     ASSERT_EQ(::pipe(ends_), 0);
-    if (GetParam() == "Toolkit") {
-      ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-      loop = std::make_unique<ToolkitLoop>();
-    } else {
-      loop = std::make_unique<PlainLoop>();
-    }
+    loop = GetParam().make();
   }
   void TearDown() override {
     ::close(ends_[0]);
@@ -99,9 +41,9 @@ TEST_P(RunLoopContract, CallsBackOnceForEachThingToRead) {
   });
   EXPECT_FALSE(loop->runUntil([&] { return calls > 0; }, 0.05)) << "nothing to read yet";
   write();
-  EXPECT_TRUE(loop->runUntil([&] { return calls == 1; }, kTestPatience));
+  EXPECT_TRUE(loop->runUntil([&] { return calls == 1; }, kLongestWait));
   write();
-  EXPECT_TRUE(loop->runUntil([&] { return calls == 2; }, kTestPatience));
+  EXPECT_TRUE(loop->runUntil([&] { return calls == 2; }, kLongestWait));
 }
 
 TEST_P(RunLoopContract, ASourceMayEndInItsOwnCallBack) {
@@ -113,7 +55,7 @@ TEST_P(RunLoopContract, ASourceMayEndInItsOwnCallBack) {
     calls += captured.size() == 100 ? 1 : 1000;
   });
   write();
-  EXPECT_TRUE(loop->runUntil([&] { return calls > 0; }, kTestPatience));
+  EXPECT_TRUE(loop->runUntil([&] { return calls > 0; }, kLongestWait));
   EXPECT_FALSE(loop->runUntil([&] { return calls > 1; }, 0.05));
   EXPECT_EQ(calls, 1);
 }
@@ -121,7 +63,7 @@ TEST_P(RunLoopContract, ASourceMayEndInItsOwnCallBack) {
 TEST_P(RunLoopContract, ATimerCallsAgainAndAgainUntilItEnds) {
   int calls = 0;
   auto source = loop->sources().every(0.01, [&] { ++calls; });
-  EXPECT_TRUE(loop->runUntil([&] { return calls >= 3; }, kTestPatience));
+  EXPECT_TRUE(loop->runUntil([&] { return calls >= 3; }, kLongestWait));
   source.reset();
   const int before = calls;
   EXPECT_FALSE(loop->runUntil([&] { return calls > before; }, 0.05));
@@ -134,7 +76,7 @@ TEST_P(RunLoopContract, IdleTasksRunInOrderAfterWhatWasPosted) {
   loop->mainThread().perform([&] { order.push_back("posted 1"); });
   loop->mainThread().perform([&] { order.push_back("posted 2"); });
   EXPECT_TRUE(order.empty()) << "never inside the call";
-  ASSERT_TRUE(loop->runUntil([&] { return order.size() == 4; }, kTestPatience));
+  ASSERT_TRUE(loop->runUntil([&] { return order.size() == 4; }, kLongestWait));
   EXPECT_EQ(order, (std::vector<std::string>{"posted 1", "posted 2", "idle 1", "idle 2"}));
 }
 
@@ -144,11 +86,11 @@ TEST_P(RunLoopContract, AnIdleTaskMayAskForAnother) {
     if (++calls < 5) loop->mainThread().performWhenIdle(again);
   };
   loop->mainThread().performWhenIdle(again);
-  EXPECT_TRUE(loop->runUntil([&] { return calls == 5; }, kTestPatience));
+  EXPECT_TRUE(loop->runUntil([&] { return calls == 5; }, kLongestWait));
 }
 
-INSTANTIATE_TEST_SUITE_P(Loops, RunLoopContract, ::testing::Values("Plain", "Toolkit"),
-                         [](const auto& parameter) { return parameter.param; });
+INSTANTIATE_TEST_SUITE_P(Loops, RunLoopContract, ::testing::ValuesIn(loops()),
+                         [](const auto& parameter) { return std::string(parameter.param.name); });
 
 }  // namespace
 }  // namespace halvorn

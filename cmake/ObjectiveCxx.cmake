@@ -34,8 +34,8 @@ if(KT_HAS_GNUSTEP)
   endforeach()
   file(CONFIGURE OUTPUT ${runtime}/objc/blocks_runtime.h CONTENT "#include <Block.h>\n")
   target_include_directories(kt_mac_system SYSTEM INTERFACE ${runtime} /usr/include/GNUstep)
-  target_include_directories(kt_mac_system INTERFACE ${CMAKE_SOURCE_DIR}/tests/mac/frameworks/include
-    ${CMAKE_SOURCE_DIR}/tests/mac/frameworks/hosted)
+  target_include_directories(kt_mac_system INTERFACE ${PROJECT_SOURCE_DIR}/tests/mac/frameworks/include
+    ${PROJECT_SOURCE_DIR}/tests/mac/frameworks/hosted)
   target_compile_definitions(kt_mac_system INTERFACE
     $<$<COMPILE_LANGUAGE:OBJCXX>:GNUSTEP;GNUSTEP_BASE_LIBRARY=1;GNU_GUI_LIBRARY=1;GNU_RUNTIME=1;_NATIVE_OBJC_EXCEPTIONS>)
   target_link_libraries(kt_mac_system INTERFACE kt_mac_frameworks gnustep-gui gnustep-base objc ${KT_BLOCKS_RUNTIME})
@@ -48,7 +48,7 @@ if(APPLE OR KT_HAS_GNUSTEP)
   set(objcxx_options -fblocks -fexceptions -fobjc-exceptions -Wno-deprecated-declarations)
   if(KT_HAS_GNUSTEP)
     list(APPEND objcxx_options -fobjc-runtime=gcc -fconstant-string-class=NSConstantString -fno-strict-aliasing
-      -include${CMAKE_SOURCE_DIR}/tests/mac/frameworks/include/LaterSelectors.h)
+      -include${PROJECT_SOURCE_DIR}/tests/mac/frameworks/include/LaterSelectors.h)
   endif()
   target_compile_options(kt_mac_system INTERFACE "$<$<COMPILE_LANGUAGE:OBJCXX>:${objcxx_options}>")
 endif()

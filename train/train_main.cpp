@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <optional>
 
-#include "Platform/files/linux/trash/XdgTrash.h"
 #include "Platform/files/posix/PosixFileManager.h"
 #include "Platform/files/posix/SilentFileChangeNotices.h"
 #include "Platform/running/posix/PosixClock.h"
@@ -13,6 +12,7 @@
 #include "train/InstallFunction.h"
 #include "train/InstallRights.h"
 #include "train/PrivilegedProcess.h"
+#include KT_TOOL_TRASH  // of this system
 
 int main(int argumentCount, char** arguments) {
   using namespace halvorn;
@@ -38,7 +38,7 @@ int main(int argumentCount, char** arguments) {
   PosixClock clock;
   const StandardErrorLog log(clock, "train");
   PosixFileManager files(rights->files);
-  XdgTrash trash(clock, rights->trashOwner, rights->files.links, rights->files.pins);
+  ToolTrash trash(clock, rights->trashOwner, rights->files.links, rights->files.pins);
   SilentFileChangeNotices notices;
   const auto wrapper = argumentCount == 4 ? OptionalText(arguments[3]) : std::nullopt;
   const InstallPaths paths{.source = arguments[1], .destination = arguments[2], .wrapper = wrapper};

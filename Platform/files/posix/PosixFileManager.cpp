@@ -154,17 +154,24 @@ bool PosixFileManager::isInside(const Text& path, const Text& folder) const {
   });
 }
 
+OrCause<PosixFileManager::CopyPlaces, FileFailure> PosixFileManager::placesOfCopy(const Text& from,
+                                                                                  const Text& to) const {
+  auto source = placeToRead(from);
+  if (!source) return source.cause().at(from.bytes());
+  auto target = placeToWrite(to);
+  if (!target) return target.cause().at(to.bytes());
+  const auto parent = ItemPlace{
+      .folder = FileDescriptor(::fcntl(target->folder.get(), F_DUPFD_CLOEXEC, 0)), .name = ".", .path = {}};
+  if (standsIn(parent, *source))
+    return Cause::ofOurs(Cause::Operation::Make, "it would lie inside of what is copied").at(to.bytes());
+  return CopyPlaces{std::move(*source), std::move(*target)};
+}
+
 std::optional<FileFailure> PosixFileManager::copyItem(const Text& from, const Text& to) {
   return orNoMemory(to, [&]() -> std::optional<FileFailure> {
-    const auto source = placeToRead(from);
-    if (!source) return source.cause().at(from.bytes());
-    const auto target = placeToWrite(to);
-    if (!target) return target.cause().at(to.bytes());
-    const auto parent = ItemPlace{
-        .folder = FileDescriptor(::fcntl(target->folder.get(), F_DUPFD_CLOEXEC, 0)), .name = ".", .path = {}};
-    if (standsIn(parent, *source))
-      return Cause::ofOurs(Cause::Operation::Make, "it would lie inside of what is copied").at(to.bytes());
-    return copyTree(*source, *target, {.readAs = reader(), .ownership = rules_.ownership});
+    const auto places = placesOfCopy(from, to);
+    if (!places) return places.cause();
+    return copyTree(places->source, places->target, {.readAs = reader(), .ownership = rules_.ownership});
   });
 }
 

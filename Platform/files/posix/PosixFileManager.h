@@ -38,6 +38,14 @@ class PosixFileManager : public FileManager {
   bool opensForReadingAndWriting(const Text& path) const override;
   bool createEmptyFile(const Text& path) override;
 
+ protected:
+  struct CopyPlaces {
+    ItemPlace source;
+    ItemPlace target;
+  };
+  // Where a copy is made from and to. Fails: when either cannot be reached, or the copy would lie in the original.
+  OrCause<CopyPlaces, FileFailure> placesOfCopy(const Text& from, const Text& to) const;
+
  private:
   [[nodiscard]] const Person* reader() const { return rules_.readAs ? &*rules_.readAs : nullptr; }
   [[nodiscard]] LinksInTheWay linksToRead() const;

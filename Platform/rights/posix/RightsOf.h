@@ -23,7 +23,7 @@ class RightsOf {
   bool isChanged_ = false;
   bool holds_ = true;
   std::vector<gid_t> groupsBefore_;
-  gid_t groupBefore_ = 0;
+  [[maybe_unused]] gid_t groupBefore_ = 0;  // where a system asks for it
 };
 
 }  // namespace halvorn

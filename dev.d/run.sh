@@ -1,5 +1,12 @@
-# Installs a sample product through the real window; with --wayland on a Wayland desktop of its own.
+# Installs a sample product through the real window; with --wayland on a Wayland desktop of its own, with --mac through the
+# window for macOS, in GNUstep's AppKit.
 dev_run() {
+  if [ "${1:-}" = --mac ]; then
+    need build run test mac
+    configure_and_build dev mac_installer installer_resources
+    tests/mac/run/tour.sh build/dev/tests/mac_installer build/dev/HalvornInstaller.app/Contents/Resources build/run-mac
+    return
+  fi
   if [ "${1:-}" = --wayland ]; then
     need build run wayland
     run_without_display --wayland

@@ -14,6 +14,7 @@ class MacTest : public testing::Test {
     EXPECT_EQ(fakemac::liveObjects(), 0);
     EXPECT_EQ(fakemac::state().liveAppearances, 0);
     EXPECT_EQ(fakemac::installedHandlers(), 0U);
+    EXPECT_EQ(fakemac::installedObservers(), 0U);
   }
 };
 

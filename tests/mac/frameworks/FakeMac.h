@@ -106,6 +106,35 @@ struct State {
       {0x73797331, 10}, {0x73797332, 13}, {0x73797333, 6}, {0x73797376, 0x1096}};  // sys1, sys2, sys3, sysv
   std::map<std::string, std::string> settings;  // of the person, in all domains
 
+  std::vector<std::string> announcements;
+  bool hasRealPictures = false;          // for programs with windows
+  std::string copyGate;                  // the engine waits until there is an item at that path
+  std::vector<std::uint32_t> copyFlags;  // of each copy that the engine was asked for
+  std::string homeFolder;                // "": that of the account
+  std::string trashFolder = "/nonexistent";
+  int recycleOperations = 0;
+  bool refusesRecycling = false;
+  std::vector<std::string> changesNoted;
+
+  std::vector<std::string> referenced;         // the paths that file references stand for
+  std::map<std::string, std::string> aliases;  // files that are aliases, by path
+  std::map<std::string, std::map<std::pair<std::uint32_t, std::int16_t>, std::string>> resourceForks;
+  int currentResourceFile = 2;
+  std::map<std::string, std::uint32_t>
+      itemFlags;  // what Launch Services say of a path; others are asked of the disk
+  std::vector<std::uint32_t> itemQuestions;
+  bool hasLoginItems = true;
+  std::vector<std::optional<std::string>> loginItems;
+  std::int32_t registration = 0;
+  std::vector<std::string> registered;  // URLs
+  std::vector<std::string> opened;      // paths and URLs
+  bool refusesOpening = false;
+  bool hasIcons = true;
+  std::vector<std::string> languages = {"en"};
+  std::string mainBundlePath;  // "": that of the test
+  // Settings of a domain ("": what the program sees) as property lists: "<true/>".
+  std::map<std::string, std::map<std::string, std::string>> domains;
+
   std::string currentAppearance = {};  // "Aqua", "DarkAqua"; "": nothing is drawn
   std::string applicationAppearance = "Aqua";
   int liveAppearances = 0;
@@ -143,6 +172,18 @@ void postDistributed(const std::string& name);
 // Lets what plays come to its end.
 void finishSounds();
 
+// The sheet that a window has, and its end by one of its buttons, the first 0; -1: in another way.
+[[nodiscard]] bool sheetIsUp();
+void endSheet(int button);
+// What it says: the message, what informs, and its buttons.
+[[nodiscard]] std::vector<std::string> sheetTexts();
+
+// Whether something that was set through an animator is not reached yet; and its end.
+[[nodiscard]] bool isAnimating();
+void finishAnimations();
+
+// Observers of notifications, of this program's own, that were not taken out.
+[[nodiscard]] std::size_t installedObservers();
 // Handlers installed and not removed.
 [[nodiscard]] std::size_t installedHandlers();
 // Of what functions named Create, Copy or New gave: what is not released yet.

@@ -3,7 +3,9 @@
 
 #import <Foundation/Foundation.h>
 
-#include <CoreFoundation/CoreFoundation.h>
+#include <CoreServices/CoreServices.h>
+
+#include <string>
 
 namespace fakemac {
 
@@ -14,6 +16,10 @@ void countGiven();
 void countTaken();
 // Ends the program: what was released had not been given.
 void releasedTooOften(const char* what);
+// Has the reference stand for the path.
+void refer(FSRef* location, const std::string& path);
+// What the class answers by now. Looking it up has the class prepare itself.
+[[nodiscard]] IMP methodBefore(Class owner, SEL selector);
 // Has the class, or the objects of it, answer by this function; what it inherits the method from goes on as before.
 void answerInstead(Class owner, SEL selector, IMP function, const char* types);
 

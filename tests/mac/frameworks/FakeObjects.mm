@@ -34,6 +34,12 @@ void releasedTooOften(const char* what) {
   std::fprintf(stderr, "released, but never given: %s\n", what);
   std::abort();
 }
+IMP methodBefore(Class owner, SEL selector) {
+  NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
+  const IMP method = class_getMethodImplementation(owner, selector);
+  [pool release];
+  return method;
+}
 void answerInstead(Class owner, SEL selector, IMP function, const char* types) {
   // Replacing a method that is inherited would replace it for everybody.
   if (!class_addMethod(owner, selector, function, types))

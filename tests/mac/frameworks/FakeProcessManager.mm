@@ -125,22 +125,8 @@ CFDictionaryRef ProcessInformationCopyDictionary(const ProcessSerialNumber* numb
 OSStatus GetProcessBundleLocation(const ProcessSerialNumber* number, FSRef* location) {
   const Application* const application = running(number);
   if (application == nullptr || application->path.empty()) return procNotFound;
-  const std::uint32_t low = application->number.low;
-  std::memset(location, 0, sizeof(FSRef));
-  std::memcpy(location->hidden, &low, sizeof(low));
+  fakemac::refer(location, application->path);
   return noErr;
-}
-
-OSStatus FSRefMakePath(const FSRef* location, UInt8* path, UInt32 capacity) {
-  std::uint32_t low = 0;
-  std::memcpy(&low, location->hidden, sizeof(low));
-  for (const Application& application : state().applications) {
-    if (application.number.low != low) continue;
-    if (application.path.size() >= capacity) return -2110;  // pathTooLongErr
-    std::memcpy(path, application.path.c_str(), application.path.size() + 1);
-    return noErr;
-  }
-  return -35;  // nsvErr
 }
 
 OSStatus CopyProcessName(const ProcessSerialNumber* number, CFStringRef* name) {

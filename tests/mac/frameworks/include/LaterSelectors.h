@@ -16,5 +16,12 @@
 - (NSAppearance*)effectiveAppearance;
 @end
 
+@interface NSObject (KTLaterSelectorsOfViews)
+- (void)setAppearance:(NSAppearance*)appearance;
+- (void)setAccessibilityLabel:(NSString*)label;
+- (void)setAccessibilityHelp:(NSString*)help;
+- (id)animator;
+@end
+
 @protocol NSSoundDelegate <NSObject>
 @end

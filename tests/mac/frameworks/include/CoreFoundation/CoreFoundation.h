@@ -9,6 +9,7 @@ extern "C" {
 typedef std::uint8_t UInt8;
 typedef std::uint16_t UInt16;
 typedef std::uint32_t UInt32;
+typedef std::int8_t SInt8;
 typedef std::int16_t SInt16;
 typedef std::int32_t SInt32;
 typedef std::uint8_t Boolean;

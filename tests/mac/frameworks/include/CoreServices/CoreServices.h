@@ -13,6 +13,45 @@ struct FSRef {
   UInt8 hidden[80];
 };
 OSStatus FSRefMakePath(const FSRef* location, UInt8* path, UInt32 capacity);
+OSStatus FSPathMakeRef(const UInt8* path, FSRef* location, Boolean* isFolder);
+OSErr FSResolveAliasFile(FSRef* location, Boolean followsChains, Boolean* isFolder, Boolean* wasAlias);
+
+typedef char** Handle;
+typedef long Size;
+typedef OSType ResType;
+typedef SInt16 ResID;
+typedef int ResFileRefNum;
+enum { fsRdPerm = 0x01 };
+ResFileRefNum CurResFile(void);
+void UseResFile(ResFileRefNum file);
+ResFileRefNum FSOpenResFile(const FSRef* location, SInt8 permission);
+void CloseResFile(ResFileRefNum file);
+Handle Get1Resource(ResType type, ResID id);
+void ReleaseResource(Handle resource);
+Size GetHandleSize(Handle handle);
+
+typedef UInt32 LSRequestedInfo;
+typedef UInt32 LSItemInfoFlags;
+enum : LSRequestedInfo { kLSRequestBasicFlagsOnly = 0x00000004, kLSRequestAppTypeFlags = 0x00000008 };
+enum : LSItemInfoFlags { kLSItemInfoIsPackage = 0x00000002, kLSItemInfoIsNativeApp = 0x00000080 };
+#pragma pack(push, 2)
+struct LSItemInfoRecord {
+  LSItemInfoFlags flags;
+  OSType filetype;
+  OSType creator;
+  CFStringRef extension;
+};
+#pragma pack(pop)
+OSStatus LSCopyItemInfoForRef(const FSRef* item, LSRequestedInfo wanted, LSItemInfoRecord* information);
+OSStatus LSRegisterURL(CFURLRef url, Boolean updates);
+
+typedef struct OpaqueLSSharedFileListRef* LSSharedFileListRef;
+typedef struct OpaqueLSSharedFileListItemRef* LSSharedFileListItemRef;
+extern const CFStringRef kLSSharedFileListSessionLoginItems;
+LSSharedFileListRef LSSharedFileListCreate(CFAllocatorRef allocator, CFStringRef kind, CFTypeRef options);
+CFArrayRef LSSharedFileListCopySnapshot(LSSharedFileListRef list, UInt32* seed);
+OSStatus LSSharedFileListItemResolve(LSSharedFileListItemRef item, UInt32 flags, CFURLRef* url,
+                                     FSRef* location);
 
 enum : OSType {
   gestaltSystemVersion = 0x73797376,

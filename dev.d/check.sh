@@ -136,12 +136,14 @@ portable_sources() {
     awk '/^Platform\// && !/^Platform\/[a-z]+\/(null|posix)\// {next} /^(Sources|train)\/([a-z]+_)?main/ {next} {print}'
 }
 
-# Whether the macOS adapters compile for both kinds of Macs, and what they use of the system is what others say it has.
+# Whether the macOS adapters compile for both kinds of Macs, what they use of the system is what others say it has, and the
+# installer and its tool link with it: against libraries that are nothing but lists of names.
 check_mac() {
   command -v npm >/dev/null && command -v ninja >/dev/null || need ports
   need mac audit
-  local folder=build/ports target sources status=0
-  mapfile -t sources < <(git ls-files -co --exclude-standard 'Platform/*/mac/*.mm')
+  local folder=build/ports target sources shared objects status=0
+  mapfile -t sources < <(git ls-files -co --exclude-standard 'Platform/*/mac/*.mm' 'Platform/*/mac/*.cpp')
+  mapfile -t shared < <(mac_shared_sources)
   [ "${#sources[@]}" -gt 0 ] || die "there are no adapters for macOS"
   install_zig "$folder"
   library_headers "$folder/include"
@@ -149,37 +151,99 @@ check_mac() {
   mkdir -p "$folder/gnustep/objc"
   : >"$folder/gnustep/objc/encoding.h"
   : >"$folder/gnustep/objc/NSObject.h"
+  tests/mac/audit/stubs.py "$folder/stubs" || return 1
+  fetch_declarations "$folder/declarations"
   export ZIG_GLOBAL_CACHE_DIR="$PWD/$folder/cache" ZIG_LOCAL_CACHE_DIR="$PWD/$folder/cache"
   for target in aarch64-macos x86_64-macos; do
-    mac_build "$target" "$(zig_in "$folder")" "${sources[@]}" >"$folder/mac.ninja"
+    mac_build "$target" "$(zig_in "$folder")" "${sources[@]}" -- "${shared[@]}" >"$folder/mac.ninja"
     ninja -f "$folder/mac.ninja" -k 0 >"$folder/mac.log" 2>&1 || status=$?
     if [ "$status" != 0 ]; then
-      grep -E '(error|fatal error): ' "$folder/mac.log" >&2 || tail -n 30 "$folder/mac.log" >&2
+      grep -aE '(error|fatal error|undefined symbol)' "$folder/mac.log" >&2 || tail -n 30 "$folder/mac.log" >&2
       return 1
     fi
-    say "${#sources[@]} adapters compile for $target"
-    tests/mac/audit/audit.py "$(pascal_units)" "$(libsystem_in "$folder")" "${sources[@]/#/$folder/$target/}" || return 1
+    say "${#sources[@]} adapters compile for $target, and the installer and its tool link"
+    objects=("${sources[@]/#/$folder/$target/}")
+    tests/mac/audit/audit.py "$(pascal_units)" "$(libsystem_in "$folder")" "${objects[@]/%/.o}" || return 1
+    tests/mac/audit/later_audit.py "$folder/declarations/package/types" "${objects[@]/%/.o}" || return 1
+    mac_bundle "$folder/$target" && tests/mac/audit/bundle.py "$folder/$target/HalvornInstaller.app" "$target" || return 1
   done
 }
 
-# The names of the objects end in the names of their sources.
+# All else that the two programs are made of.
+mac_shared_sources() {
+  portable_sources
+  git ls-files -co --exclude-standard 'System/mac/*.cpp' Sources/main.cpp Sources/main_mac.cpp train/train_main.cpp \
+    tests/mac/audit/HeadersOfGnustep.cpp
+}
+
+# The installer's bundle, as it is laid out everywhere.
+mac_bundle() {
+  local contents="$1/HalvornInstaller.app/Contents" file
+  rm -rf "$1/HalvornInstaller.app"
+  mkdir -p "$contents/MacOS" "$contents/Resources"
+  cp "$1/programs/HalvornInstaller" "$contents/MacOS/"
+  cp "$1/programs/train" "$contents/Resources/"
+  cp Resources/InstallerWindow.xml Resources/*.icns Resources/*.png Resources/sounds/*.aiff "$contents/Resources/"
+  cp -r Resources/*.lproj "$contents/Resources/"
+  sed "s/@PROJECT_VERSION@/$(sed -nE 's/^project\(HalvornInstaller VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)/" \
+    Resources/Info.plist.in >"$contents/Info.plist"
+}
+
+# mac_build TARGET COMPILER ADAPTER... -- SOURCE...
 mac_build() {
-  local target=$1 compiler=$2 source; shift 2
+  local target=$1 compiler=$2 source folder adapters=() shared=() tool; shift 2
+  while [ "$1" != -- ]; do adapters+=("$1"); shift; done
+  shift; shared=("$@")
+  folder="build/ports/$target"
   cat <<RULES
 builddir = build/ports
-rule compile
-  command = $compiler c++ -target $target -std=c++20 -fblocks -Wall -Wextra -Werror -Wno-deprecated-declarations $
-    -I. -Itests/mac/frameworks/include -Ibuild/ports/gnustep -isystem build/ports/include -isystem /usr/include/GNUstep -DGNUSTEP $
+flags = -target $target -std=c++20 -fblocks -Wall -Wextra -Werror -Wno-deprecated-declarations $
+    -I. -Itests/mac/frameworks/include -Itests/mac/frameworks/lacking -Ibuild/ports/gnustep -isystem build/ports/include
+rule adapter
+  command = $compiler c++ \$flags -isystem /usr/include/GNUstep -DGNUSTEP $
     -DGNUSTEP_BASE_LIBRARY=1 -DGNU_GUI_LIBRARY=1 -D_NATIVE_OBJC_EXCEPTIONS -fobjc-exceptions $
     -include tests/mac/frameworks/include/LaterSelectors.h -MD -MF \$out.d -c \$in -o \$out
   depfile = \$out.d
   deps = gcc
   description = \$in
+rule compile
+  command = $compiler c++ \$flags -DKT_TOOL_TRASH='"train/mac/ToolTrash.h"' -MD -MF \$out.d -c \$in -o \$out
+  depfile = \$out.d
+  deps = gcc
+  description = \$in
+rule program
+  command = $compiler c++ -target $target \$in -o \$out -Lbuild/ports/stubs -Fbuild/ports/stubs -Wl,-dead_strip \$libraries
+  description = \$out
 RULES
-  for source in "$@"; do echo "build build/ports/$target/$source: compile $source | $compiler"; done
+  for source in "${adapters[@]}"; do
+    case $source in
+      *.mm) echo "build $folder/$source.o: adapter $source | $compiler" ;;
+      *) echo "build $folder/$source.o: compile $source | $compiler" ;;
+    esac
+  done
+  for source in "${shared[@]}"; do echo "build $folder/$source.o: compile $source | $compiler"; done
+  mapfile -t tool < <(printf '%s\n' "${shared[@]/%/.o}" "${adapters[@]/%/.o}" | mac_tool_objects)
+  mapfile -t shared < <(printf '%s\n' "${shared[@]/%/.o}" | grep -v '^train/[^I]\|^train/Install[RC]')
+  adapters=("${adapters[@]/%/.o}")
+  echo "build $folder/programs/HalvornInstaller: program ${shared[*]/#/$folder/} ${adapters[*]/#/$folder/} | build/ports/stubs/list"
+  echo "  libraries = -framework AppKit -framework Foundation -framework Carbon -framework CoreServices $
+    -framework ApplicationServices -framework CoreFoundation -framework Security -framework CoreAudio -framework IOKit -lobjc -lxml2"
+  echo "build $folder/programs/train: program ${tool[*]/#/$folder/} | build/ports/stubs/list"
+  echo "  libraries ="
 }
+# What the tool is made of, by the libraries that train/CMakeLists.txt names: C and C++ alone.
+mac_tool_objects() { grep -E '^(Core|train|Platform/(files|rights|running)/(posix|mac))/.*[.]cpp[.]o$' | grep -v 'MacFileManager'; }
 
 pascal_units() { printf '%s\n' /usr/share/fpcsrc/*/packages | head -n 1; }
+# What others wrote down of a current SDK: a package of an exact version, of which only the declarations are read.
+declarations_package=@nativescript/macos-node-api@0.4.0
+fetch_declarations() {
+  [ -d "$1/package/types" ] && return 0
+  mkdir -p "$1"
+  say "fetching: $declarations_package into $1"
+  (cd "$1" && npm pack --silent "$declarations_package" && tar xzf ./*.tgz package/types) >"$1/npm.log" 2>&1 ||
+    { cat "$1/npm.log" >&2; die "npm pack failed"; }
+}
 # What the C library of the other system exports, as the compiler's package lists it.
 libsystem_in() { find "$1/node_modules" -name 'libSystem*.tbd' | head -n 1; }
 

@@ -25,6 +25,10 @@ EXCEPTIONS = {
     "kIOMasterPortDefault": "IOKit has no unit: IOKitLib.h, open source",
     "NSObject": "the runtime's own class: objc/NSObject.h, open source",
     "_NSRangeExceptionRaise": "GNUstep's own, inlined by its NSMakeRange; the system's header has none of it",
+    "GSCurrentContext": "GNUstep's own, inlined by its NSBeep, which is a function of AppKit's",
+    "OBJC_IVAR_$_NSGraphicsContext.methods": "likewise",
+    "NSBeep": "likewise",
+    "LSItemInfoRecord": "the units count the fields that only 32-bit programs have",
     "bestMatchFromAppearancesWithNames:": "of 10.14, later than the units: documentation of NSAppearance",
     "NSAppearanceNameDarkAqua": "of 10.14, later than the units: documentation of NSAppearance",
     "KERN_SUCCESS": "the kernel's: mach/kern_return.h, open source",
@@ -165,9 +169,17 @@ def names_of_our_own(sources):
     return own
 
 
+def classes_of_our_own(sources):
+    return {name for source in sources for name in re.findall(r"^@interface (\w+) :", source.read_text(), flags=re.M)}
+
+
+def our_sources():
+    return [source for ending in ("mm", "h") for source in (ROOT / "Platform").glob(f"*/mac/*.{ending}")]
+
+
 def symbol_complaint(symbol, names, classes, system):
     """Why the symbol is none that the system has; None for one that it has, or that is of our own or of C++."""
-    if re.match(r"__Z|__(_?objc|Unwind|Block|NSConcrete)|_objc_|__?Block_|__NSConcrete|___(cxa|gxx|stack|CFConstant)", symbol):
+    if re.match(r"__Z|__(_?objc|Unwind|Block|NSConcrete)|_objc_|__?Block_|__NSConcrete|___(cxa|gxx|stack|CFConstant|dso_handle|dynamic_cast)", symbol):
         return None
     kind = re.match(r"_OBJC_(?:CLASS|METACLASS)_\$_(\w+)", symbol)
     if kind:
@@ -186,7 +198,8 @@ def main():
     counts = [compared(kind, here[i], there[i], complaints)
               for i, kind in enumerate(("function", "constant", "record"))]
     known, classes, names = known_to_objective_c(pascal)
-    own = names_of_our_own((ROOT / "Platform").glob("*/mac/*.mm"))
+    own = names_of_our_own(our_sources())
+    classes |= classes_of_our_own(our_sources())
     system = set(re.findall(r"[\w$]+", library.read_text()))
     selectors, symbols = {}, {}
     for path in objects:

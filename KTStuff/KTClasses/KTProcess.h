@@ -35,9 +35,9 @@ class KTProcessClass;
 class Notifications;
 struct KTProcessServices;
 
-inline constexpr char KTPlatformCocoa[] = "Cocoa";    // a bundle's program
-inline constexpr char KTPlatformCarbon[] = "Carbon";  // an older one
-inline constexpr char KTPlatformJava[] = "Java";      // run by a virtual machine
+inline constexpr char KTPlatformCocoa[] = "Cocoa";    // a bundle that names its principal class
+inline constexpr char KTPlatformCarbon[] = "Carbon";  // neither of the two
+inline constexpr char KTPlatformJava[] = "Java";      // its identifier says so
 
 class KTProcess : public std::enable_shared_from_this<KTProcess> {
  public:
@@ -89,8 +89,8 @@ class KTProcess : public std::enable_shared_from_this<KTProcess> {
   [[nodiscard]] ImagePointer icon() const;      // Thread: main
   [[nodiscard]] bool isStillRunning() const;    // asked anew each time
   [[nodiscard]] bool isFrontProcess() const;    // false where the desktop does not tell
-  [[nodiscard]] bool isBackgroundOnly() const;  // has no windows and no place among the programs people see
-  [[nodiscard]] bool isCocoa() const;           // a bundle's program
+  [[nodiscard]] bool isBackgroundOnly() const;  // as its bundle declares
+  [[nodiscard]] bool isCocoa() const;           // KTPlatformCocoa
   // One of the KTPlatform texts.
   [[nodiscard]] Text platform() const;
 

@@ -87,8 +87,8 @@ class TabView : public virtual View {  // pages, one of which is seen
 
 class ProgressIndicator : public virtual View {  // turns while something works
  public:
-  virtual void startAnimation() = 0;  // turns
-  virtual void stopAnimation() = 0;   // and is hidden
+  virtual void startAnimation() = 0;  // turns, and is seen only then
+  virtual void stopAnimation() = 0;   // and is seen no more
 };
 
 class Window {  // around the views

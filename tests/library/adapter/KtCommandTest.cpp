@@ -91,7 +91,8 @@ class KtWithSound : public KtCommand {
     fs::create_directories(folder.path() / "sounds");
     putFile(folder.path() / "sounds/Tone.wav", waveFile());
     environment = {"PATH=/usr/bin:/bin", "LANG=C.UTF-8", "XDG_DATA_HOME=" + folder.path().string()};
-    for (const char* name : {"HOME", "PULSE_SERVER", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"}) {
+    for (const char* name :
+         {"HOME", "PULSE_SERVER", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "ASAN_OPTIONS", "UBSAN_OPTIONS"}) {
       if (const char* value = std::getenv(name)) environment.push_back(std::string(name) + "=" + value);
     }
   }

@@ -15,7 +15,7 @@
 #ifdef KT_THROUGH_THE_LIBRARY
 #include "KTStuff/KTSystem.h"
 #else
-#include "Platform/text/linux/XmlHtmlText.h"
+#include "Platform/text/posix/XmlHtmlText.h"
 #include "tests/support/LiveProcesses.h"
 #endif
 
@@ -64,10 +64,8 @@ void run(int rounds) {
   measure("lines", rounds, [&] { seen += StringExtensions::arrayOfLines(lines).size(); });
   measure("percent escapes", rounds,
           [&] { seen += StringExtensions::stringWithPercentEscapes(words).length(); });
-  measure("escapes", rounds, [&] {
-    seen +=
-        StringExtensions::stringByEscapingCharacters(words, StringExtensions::KTEscapeCharacters).length();
-  });
+  measure("escapes", rounds,
+          [&] { seen += StringExtensions::stringByEscapingCharacters(words, KTEscapeCharacters).length(); });
   measure("markup", rounds,
           [&] { seen += StringExtensions::stringByExpandingHTMLEntities(markup, made.html).length(); });
   measure("list of processes", rounds, [&] { seen += made.processes.allProcesses().size(); });

@@ -250,7 +250,7 @@ int refuseAdministrator(KTSystem& system) {
   if (!isSeen) return kAdministratorRefused;
   (void)system.application();
   (void)system.appearances();
-  showLoneAlert("Halvorn Installer", administratorAlert(system.strings(), system.images()));
+  showLoneAlert("Halvorn Installer", administratorAlert(system.strings(), system.images()), system.strings());
   return kAdministratorRefused;
 }
 

@@ -4,6 +4,7 @@
 #include <QBoxLayout>
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QShowEvent>
 #include <QStyle>
@@ -13,7 +14,10 @@
 
 #include "Platform/window/linux/ActionButton.h"
 #include "Platform/window/linux/FieldLabel.h"
+#include "Platform/window/linux/PageScroller.h"
 #include "Platform/window/linux/QtText.h"
+#include "Platform/window/linux/RowOrColumn.h"
+#include "Platform/window/linux/WorkArea.h"
 #include "Platform/window/linux/pictures/PictureLabel.h"
 
 namespace halvorn {
@@ -22,6 +26,7 @@ namespace {
 constexpr int kIconSide = 64;
 constexpr int kWidth = 500;
 constexpr int kMargin = 24;  // to the edges of the window inside which it stands
+constexpr int kCharactersBesidePicture = 22;
 constexpr qreal kCorner = 8;
 
 QStyle::StandardPixmap standardIcon(AlertDescription::Style style) {
@@ -38,7 +43,7 @@ QStyle::StandardPixmap standardIcon(AlertDescription::Style style) {
 
 FieldLabel* label(const Text& text, QWidget* parent) {
   auto* made = new FieldLabel(parent);
-  made->setMaximumLines(12);
+  made->setMaximumLines(60);
   made->setFieldText(forDisplay(text));
   return made;
 }
@@ -68,47 +73,56 @@ AlertSheet::AlertSheet(const AlertDescription& alert, QWidget* window, std::func
   setAccessibleName(forDisplay(alert.messageText));
   setAccessibleDescription(forDisplay(alert.informativeText));
 
-  auto* icon = new PictureLabel(kIconSide, this);
-  const auto standard = style()->standardIcon(standardIcon(alert.style), nullptr, this);
-  icon->setImage(alert.icon ? alert.icon : std::make_shared<const ThemedImage>(standard));
-
-  FieldLabel* message = label(alert.messageText, this);
-  QFont bold = message->font();
-  bold.setWeight(QFont::DemiBold);
-  message->setFont(bold);
-  FieldLabel* information = label(alert.informativeText, this);
-
-  auto* texts = new QVBoxLayout;
-  texts->setSpacing(10);
-  texts->addWidget(message);
-  texts->addWidget(information);
-  texts->addStretch(1);
-  auto* top = new QHBoxLayout;
-  top->setSpacing(20);
-  top->addWidget(icon, 0, Qt::AlignTop);
-  top->addLayout(texts, 1);
-  auto* buttons = new QHBoxLayout;
-  buttons->setSpacing(12);
-  addButtons(alert, buttons);
+  texts_ = new PageScroller(pageOf(alert));
+  // The sheet is drawn below it, round corners and all.
+  texts_->viewport()->setAutoFillBackground(false);
+  texts_->widget()->setAutoFillBackground(false);
+  buttons_ = buttonsOf(alert);
   auto* whole = new QVBoxLayout(this);
-  whole->setContentsMargins(24, 24, 24, 16);
-  whole->setSpacing(20);
-  whole->addLayout(top, 1);
-  whole->addLayout(buttons);
+  whole->setContentsMargins(0, 0, 0, 0);
+  whole->setSpacing(0);
+  whole->addWidget(texts_, 1);
+  whole->addLayout(buttons_);
 
   // Escape and the close button.
   connect(this, &QDialog::rejected, this, [this] { end(kAlertFirstButtonReturn); });
 }
 
+QWidget* AlertSheet::pageOf(const AlertDescription& alert) {
+  auto* page = new QWidget(this);
+  auto* icon = new PictureLabel(kIconSide, page);
+  const auto standard = style()->standardIcon(standardIcon(alert.style), nullptr, this);
+  icon->setImage(alert.icon ? alert.icon : std::make_shared<const ThemedImage>(standard));
+  icon->setAccessibleName(QCoreApplication::translate("AlertSheet", "Warning"));
+
+  FieldLabel* message = label(alert.messageText, page);
+  QFont bold = message->font();
+  bold.setWeight(QFont::DemiBold);
+  message->setFont(bold);
+  auto* texts = new QVBoxLayout;
+  texts->setSpacing(10);
+  texts->addWidget(message);
+  texts->addWidget(label(alert.informativeText, page));
+  texts->addStretch(1);
+  auto* row = new RowOrColumn(kCharactersBesidePicture);
+  row->setSpacing(20);
+  row->setContentsMargins(24, 24, 24, 10);
+  row->addWidget(icon, 0, Qt::AlignTop | Qt::AlignLeading);
+  row->addLayout(texts, 1);
+  page->setLayout(row);
+  return page;
+}
+
 // The first button stands at the trailing edge, where the default button of the window stands too, the next
 // ones before it; the Tab key walks from the first on.
-void AlertSheet::addButtons(const AlertDescription& alert, QBoxLayout* into) {
-  into->addStretch(1);
+QBoxLayout* AlertSheet::buttonsOf(const AlertDescription& alert) {
+  auto* buttons = new RowOrColumn(0);
+  buttons->setSpacing(12);
   int code = kAlertFirstButtonReturn;
   for (const Text& title : alert.buttonTitles) {
     auto* button = new ActionButton(ActionButton::Shape::Plain, this);
     button->setTitle(forDisplay(title));
-    into->insertWidget(1, button);
+    buttons->insertWidget(0, button);
     if (code == kAlertFirstButtonReturn) {
       button->setDefault(true);
       button->setFocus(Qt::OtherFocusReason);
@@ -116,6 +130,11 @@ void AlertSheet::addButtons(const AlertDescription& alert, QBoxLayout* into) {
     connect(button, &QAbstractButton::clicked, this, [this, code] { end(code); });
     ++code;
   }
+  auto* row = new QHBoxLayout;
+  row->setContentsMargins(24, 10, 24, 16);
+  row->addStretch(1);
+  row->addLayout(buttons);
+  return row;
 }
 
 // A click on the window below would otherwise take the keyboard there, where nothing can be pressed.
@@ -125,11 +144,17 @@ void AlertSheet::letWindowHaveKeyboard(bool may) {
   }
 }
 
-// As high as its texts need.
+// As high as its texts need, as far as there is room.
 QSize AlertSheet::neededSize() const {
   layout()->activate();
-  const int width = std::max(kWidth, layout()->totalMinimumSize().width());
-  return {width, layout()->totalHeightForWidth(width)};
+  texts_->widget()->layout()->activate();
+  const int around = place_ == SheetPlace::InsideWindow ? 2 * kMargin : 0;
+  const QSize most = roomFor(*window()) - QSize(around, around);
+  const int width = std::min(
+      std::max(qRound(kWidth * timesWider(font())), layout()->totalMinimumSize().width()), most.width());
+  const int buttons =
+      buttons_->hasHeightForWidth() ? buttons_->heightForWidth(width) : buttons_->sizeHint().height();
+  return {width, std::min(texts_->widget()->layout()->totalHeightForWidth(width) + buttons, most.height())};
 }
 
 void AlertSheet::showEvent(QShowEvent* event) {
@@ -139,12 +164,20 @@ void AlertSheet::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     return;
   }
-  // In the middle of its window, as far as the screen goes.
   resize(neededSize());
-  const QRect owner = parentWidget()->window()->frameGeometry();
-  move(owner.center().x() - width() / 2, owner.top() + std::max(kMargin, (owner.height() - height()) / 3));
+  standOver(parentWidget()->window()->frameGeometry());
   QDialog::showEvent(event);
   letWindowHaveKeyboard(false);
+}
+
+// In the middle of its window, as far as the screen goes.
+void AlertSheet::standOver(const QRect& owner) {
+  const QRect space = screen()->availableGeometry();
+  const QSize last = space.size() - size().grownBy(frameAround(*this));
+  const QPoint wanted(owner.center().x() - width() / 2,
+                      owner.top() + std::max(kMargin, (owner.height() - height()) / 3));
+  move(std::clamp(wanted.x(), space.left(), space.left() + std::max(last.width(), 0)),
+       std::clamp(wanted.y(), space.top(), space.top() + std::max(last.height(), 0)));
 }
 
 void AlertSheet::standInside() {
@@ -181,6 +214,10 @@ void AlertSheet::paintEvent(QPaintEvent* event) {
   painter.setPen(palette().color(QPalette::Mid));
   painter.setBrush(palette().color(QPalette::Window));
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kCorner, kCorner);
+}
+
+void AlertSheet::keyPressEvent(QKeyEvent* event) {
+  if (!texts_->scrollBy(event->key())) QDialog::keyPressEvent(event);
 }
 
 // The Tab key stays inside: a window of its own it would not leave either.

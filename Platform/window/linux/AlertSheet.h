@@ -1,4 +1,5 @@
-// An alert that hangs on a window and keeps it from being used.
+// An alert that hangs on a window and keeps it from being used. Its texts are scrolled where the screen is too small for
+// them; its buttons are always there.
 #pragma once
 
 #include <QDialog>
@@ -13,6 +14,8 @@ class QBoxLayout;
 
 namespace halvorn {
 
+class PageScroller;
+
 class AlertSheet : public QDialog {
  public:
   // `ended` is called once, when the sheet is gone, with the return code of the button. A window that is too small
@@ -23,18 +26,23 @@ class AlertSheet : public QDialog {
  protected:
   void showEvent(QShowEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   bool focusNextPrevChild(bool next) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  [[nodiscard]] QWidget* pageOf(const AlertDescription& alert);
   [[nodiscard]] QSize neededSize() const;
   void standInside();
+  void standOver(const QRect& owner);
   void letWindowBeUsed(bool may);
   void end(int returnCode);
   void letWindowHaveKeyboard(bool may);
-  void addButtons(const AlertDescription& alert, QBoxLayout* into);
+  [[nodiscard]] QBoxLayout* buttonsOf(const AlertDescription& alert);
 
   const SheetPlace place_;
+  PageScroller* texts_ = nullptr;
+  QBoxLayout* buttons_ = nullptr;
   std::function<void(int)> ended_;
   QList<QPointer<QWidget>> blocked_;  // of the window, inside which this stands
   QPointer<QWidget> focusBefore_;

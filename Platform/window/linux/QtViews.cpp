@@ -5,6 +5,7 @@
 #include <QTabBar>
 
 #include "Platform/window/linux/QtText.h"
+#include "Platform/window/linux/WorkArea.h"
 #include "Platform/window/linux/readme/ReadMeDocument.h"
 
 namespace halvorn {
@@ -93,7 +94,7 @@ void QtWindow::center() {
   if (screen == nullptr) return;
   widget_.fitTexts();
   const QRect space = screen->availableGeometry();
-  const QSize whole = widget_.size().grownBy(widget_.frameAround());
+  const QSize whole = widget_.size().grownBy(frameAround(widget_));
   const QSize left = (space.size() - whole).expandedTo({0, 0});
   widget_.move(space.topLeft() + QPoint(left.width() / 2, left.height() / 2));
 }

@@ -11,16 +11,9 @@
 #include "Platform/window/linux/ActionButton.h"
 #include "Platform/window/linux/Mnemonics.h"
 #include "Platform/window/linux/PageScroller.h"
+#include "Platform/window/linux/WorkArea.h"
 
 namespace halvorn {
-namespace {
-
-constexpr QMargins kUsualFrame{6, 40, 6, 6};
-constexpr qreal kWantedFontSize = 10.0;
-constexpr qreal kWidest = 2.0;  // times what is wanted; lines would be hard to follow
-
-}  // namespace
-
 WindowWidget::WindowWidget() : QWidget(nullptr, Qt::Window) {}
 
 bool WindowWidget::add(const QString& id, QWidget* widget) {
@@ -54,21 +47,11 @@ void WindowWidget::restoreFocus() {
   focusPage(page_);
 }
 
-QMargins WindowWidget::frameAround() const {
-  const QRect inside = geometry();
-  const QRect whole = frameGeometry();
-  if (inside == whole) return kUsualFrame;
-  return {inside.left() - whole.left(), inside.top() - whole.top(), whole.right() - inside.right(),
-          whole.bottom() - inside.bottom()};
-}
-
-QSize WindowWidget::room() const { return screen()->availableGeometry().size().shrunkBy(frameAround()); }
-
 void WindowWidget::takeWantedSize() {
   if (wanted_.isEmpty()) return;
-  const QSize most = room();
-  const qreal larger = std::clamp(font().pointSizeF() / kWantedFontSize, 1.0, kWidest);
-  resize(std::min(qRound(wanted_.width() * larger), most.width()), std::min(wanted_.height(), most.height()));
+  const QSize most = roomFor(*this);
+  resize(std::min(qRound(wanted_.width() * timesWider(font())), most.width()),
+         std::min(wanted_.height(), most.height()));
   wanted_ = {};
 }
 
@@ -83,7 +66,7 @@ void WindowWidget::fitTexts() {
     page->layout()->activate();
     missing = std::max(missing, page->layout()->totalHeightForWidth(width()) - tabs->height());
   }
-  if (missing > 0) resize(width(), std::min(height() + missing, room().height()));
+  if (missing > 0) resize(width(), std::min(height() + missing, roomFor(*this).height()));
   if (isVisible()) keepInWorkArea();
 }
 
@@ -153,7 +136,7 @@ void WindowWidget::closeEvent(QCloseEvent* event) {
 void WindowWidget::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   if (layout() != nullptr)
-    setMinimumHeight(std::min(layout()->totalMinimumHeightForWidth(width()), room().height()));
+    setMinimumHeight(std::min(layout()->totalMinimumHeightForWidth(width()), roomFor(*this).height()));
 }
 
 void WindowWidget::showEvent(QShowEvent* event) {

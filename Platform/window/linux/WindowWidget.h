@@ -39,8 +39,6 @@ class WindowWidget : public QWidget {
   void setWantedSize(const QSize& size) { wanted_ = size; }
   // Makes the window higher where its texts need that, as far as the work area goes, frame and all.
   void fitTexts();
-  // What stands around the window, or will as windows go, as long as that is not known.
-  [[nodiscard]] QMargins frameAround() const;
   // Gives the keyboard back to the page's first control when nothing has it (its
   // control was disabled or hidden).
   void restoreFocus();
@@ -59,7 +57,6 @@ class WindowWidget : public QWidget {
  private:
   bool pressKeyButton(int key);
   bool performShortcut(const QKeyEvent& event);
-  [[nodiscard]] QSize room() const;
   void takeWantedSize();
   void keepInWorkArea();
 

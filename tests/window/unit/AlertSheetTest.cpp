@@ -6,8 +6,13 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QScreen>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <vector>
+
+#include "Platform/window/linux/PageScroller.h"
+#include "Platform/window/linux/pictures/PictureLabel.h"
 
 namespace halvorn {
 namespace {
@@ -70,6 +75,37 @@ TEST_F(SheetInside, MakesAWindowThatIsTooSmallGrow) {
   QApplication::processEvents();
   EXPECT_TRUE(window.rect().contains(sheet->geometry()))
       << window.width() << "x" << window.height() << ", " << sheet->width() << "x" << sheet->height();
+}
+
+TEST_F(SheetInside, ItsPictureHasAName) {
+  int pictures = 0;
+  for (const auto* label : sheet->findChildren<QLabel*>()) {
+    if (dynamic_cast<const PictureLabel*>(label) == nullptr) continue;
+    ++pictures;
+    EXPECT_EQ(label->accessibleName(), "Warning");
+  }
+  EXPECT_EQ(pictures, 1);
+}
+
+// The texts of a small screen's alert are more than it can show; the buttons are there nevertheless.
+TEST_F(SheetInside, ScrollsItsTextsByKeyWhereTheScreenIsTooSmall) {
+  QFont huge = sheet->font();
+  huge.setPointSize(90);
+  for (QWidget* each : sheet->findChildren<QWidget*>()) each->setFont(huge);
+  window.resize(window.size() - QSize(1, 0));
+  QApplication::processEvents();
+  const auto* texts = sheet->findChild<PageScroller*>();
+  ASSERT_NE(texts, nullptr);
+  EXPECT_LE(window.height(), window.screen()->availableGeometry().height());
+  EXPECT_LE(window.width(), window.screen()->availableGeometry().width());
+  EXPECT_TRUE(window.rect().contains(sheet->geometry()));
+  for (const auto* button : sheet->findChildren<QAbstractButton*>())
+    EXPECT_TRUE(sheet->rect().contains(QRect(button->mapTo(sheet, QPoint()), button->size())));
+  ASSERT_GT(texts->verticalScrollBar()->maximum(), 0);
+  press(Qt::Key_End);
+  EXPECT_EQ(texts->verticalScrollBar()->value(), texts->verticalScrollBar()->maximum());
+  press(Qt::Key_PageUp);
+  EXPECT_LT(texts->verticalScrollBar()->value(), texts->verticalScrollBar()->maximum());
 }
 
 TEST_F(SheetInside, KeepsItsWindowFromBeingUsedUntilItIsAnswered) {

@@ -8,8 +8,8 @@ endif()
 
 configure_file(${PROJECT_SOURCE_DIR}/Resources/Info.plist.in ${contents}/Info.plist @ONLY)
 
-set(resources InstallerWindow.xml HalvornInstaller.icns AlertStopIcon.png AlertStopIcon@2x.png Checkmark.png
-  Checkmark@2x.png GenericApplication.png GenericApplication@2x.png)
+set(resources InstallerWindow.xml HalvornInstaller.icns AlertStopIcon.png AlertStopIcon@2x.png AlertStopIcon@3x.png
+  Checkmark.png Checkmark@2x.png Checkmark@3x.png GenericApplication.png GenericApplication@2x.png GenericApplication@3x.png)
 # A language is a folder with its tables.
 file(GLOB tables CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/Resources
   ${PROJECT_SOURCE_DIR}/Resources/*.lproj/*.strings)

@@ -6,10 +6,13 @@ cd "$(dirname "$0")"
 draw() { rsvg-convert --width "$3" --height "$3" --output "$2" "$1.svg"; }
 draw AlertStopIcon ../AlertStopIcon.png 64
 draw AlertStopIcon ../AlertStopIcon@2x.png 128
+draw AlertStopIcon ../AlertStopIcon@3x.png 192
 draw Checkmark ../Checkmark.png 24
 draw Checkmark ../Checkmark@2x.png 48
+draw Checkmark ../Checkmark@3x.png 72
 draw GenericApplication ../GenericApplication.png 128
 draw GenericApplication ../GenericApplication@2x.png 256
+draw GenericApplication ../GenericApplication@3x.png 384
 sizes=$(mktemp -d)
 for side in 16 32 64 128 256 512; do draw HalvornInstaller "$sizes/$side.png" "$side"; done
 python3 - "$sizes" ../HalvornInstaller.icns <<'END'

@@ -35,6 +35,7 @@ class Judge {
     for (QWidget* leaf : leaves_) {
       judgeInside(*leaf);
       judgeText(*leaf);
+      judgePicture(*leaf);
       judgeName(*leaf);
       judgeContrast(*leaf);
     }
@@ -133,6 +134,14 @@ class Judge {
         find("is cut", leaf);
       if (metrics.height() + 4 > button->height()) find("is too low", leaf);
     }
+  }
+
+  void judgePicture(const QWidget& leaf) {
+    const auto* picture = dynamic_cast<const PictureLabel*>(&leaf);
+    if (picture == nullptr || leaf.visibleRegion().isEmpty()) return;
+    const QSizeF shown = picture->sizeShown();
+    if (std::abs(std::max(shown.width(), shown.height()) - picture->width()) > 1)
+      find("does not fill its box", leaf);
   }
 
   void judgeName(QWidget& leaf) {

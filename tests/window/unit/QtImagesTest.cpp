@@ -13,6 +13,7 @@
 #include <string>
 
 #include "Platform/window/linux/pictures/ImageFormats.h"
+#include "Platform/window/linux/pictures/PictureLabel.h"
 #include "Platform/window/linux/pictures/QtImage.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -100,6 +101,25 @@ TEST(QtImages, APictureThatIsTooLargeIsScaledDown) {
     EXPECT_EQ(image->pixmap(64, 1.0).size(), QSize(64, 32)) << format;
     EXPECT_GT(middleOf(image->pixmap(64, 1.0)).red(), 250) << format;
   }
+}
+
+// Whatever its size is; in a document it is as large as it is.
+TEST(QtImages, APictureThatIsTooSmallFillsItsPlaceInTheWindow) {
+  QPixmap themed(16, 16);
+  themed.fill(Qt::red);
+  std::vector<ImagePointer> images = {std::make_shared<const ThemedImage>(QIcon(themed))};
+  for (const auto& size : {QSize(16, 16), QSize(16, 8), QSize(5, 16), QSize(900, 300)})
+    images.push_back(imageFromBytes(encoded(size.width(), size.height(), "PNG", Qt::red)));
+  for (const ImagePointer& image : images) {
+    PictureLabel place(128, nullptr);
+    place.setImage(image);
+    (void)place.grab();
+    EXPECT_EQ(std::max(place.sizeShown().width(), place.sizeShown().height()), 128);
+  }
+  PictureLabel wide(128, nullptr);
+  wide.setImage(images[2]);
+  (void)wide.grab();
+  EXPECT_EQ(wide.sizeShown(), QSizeF(128, 64)) << "keeps its proportions";
 }
 
 TEST(QtImages, AnIconFileHasAllItsSizes) {
@@ -249,6 +269,9 @@ TEST_F(QtImagesFiles, TheInstallersOwnPicturesAreThere) {
     ASSERT_NE(image, nullptr) << name;
     EXPECT_EQ(qtImage(image)->pixmap(side, 1.0).size(), QSize(side, side)) << name;
     EXPECT_EQ(qtImage(image)->pixmap(side, 2.0).size(), QSize(side * 2, side * 2)) << name;
+    const auto* drawn = dynamic_cast<const EncodedImage*>(image.get());
+    ASSERT_NE(drawn, nullptr) << name;
+    EXPECT_GE(drawn->representations().back().side, side * 3) << name << " is sharp on the finest displays";
   }
 }
 

@@ -14,6 +14,8 @@ class PictureLabel : public QLabel {
   void setImage(const ImagePointer& image);  // null shows nothing
   // Loads the image when the label is first painted.
   void setImageSource(std::function<ImagePointer()> source) { source_ = std::move(source); }
+  // Of what was painted last; empty for nothing.
+  [[nodiscard]] QSizeF sizeShown() const { return shown_.deviceIndependentSize(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

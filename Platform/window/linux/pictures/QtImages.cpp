@@ -54,7 +54,7 @@ ImagePointer QtImages::imageFromFile(const Text& path) {
 ImagePointer QtImages::imageNamed(const Text& name) {
   if (name.isEmpty() || name.find(u'/') != Text::npos) return nullptr;
   std::vector<EncodedImage::Representation> sizes;
-  for (const char* ending : {".png", "@2x.png", ".icns", ".svg"}) {
+  for (const char* ending : {".png", "@2x.png", "@3x.png", ".icns", ".svg"}) {
     const Text path = Paths::appending(resourcesFolder_, name + ending);
     const auto bytes = readRegularFile(path.bytes(), kLargestImageFile);
     if (!bytes) continue;

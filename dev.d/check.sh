@@ -2,7 +2,7 @@
 # with --campaign attacks; with --docs the manual in a browser.
 dev_check() {
   if [ "${1:-}" = --ports ]; then check_ports; return; fi
-  if [ "${1:-}" = --pictures ]; then check_pictures; return; fi
+  if [ "${1:-}" = --pictures ]; then shift; check_pictures "$@"; return; fi
   if [ "${1:-}" = --mac ]; then check_mac; return; fi
   if [ "${1:-}" = --docs ]; then check_docs; return; fi
   need build check test
@@ -58,9 +58,19 @@ own_dependencies() {
     END { if (line != "") print line }' | grep -E '^(Core|KTStuff|Platform|Sources|System|train|tests|tools)/[^ ]*\.cpp( |$)'
 }
 
+# The forty pictures that the tests compare, as they are now. To be looked at before they are committed.
+store_pictures() {
+  configure_and_build dev window_adapter
+  rm -rf tests/data/window/pictures
+  KT_STORE_PICTURES=1 build/dev/tests/window_adapter --gtest_filter='Chosen/StoredPictures.*' >/dev/null ||
+    die "the pictures could not be stored"
+  say "look at build/dev/screenshots/now; stored: tests/data/window/pictures"
+}
+
 # Every picture of the window; fails with what the judge finds.
 check_pictures() {
   need build run test
+  if [ "${1:-}" = --store ]; then store_pictures; return; fi
   configure_and_build dev picture_matrix
   rm -rf build/pictures; mkdir -p build/pictures
   local status=0

@@ -20,6 +20,7 @@ Spinner::Spinner(int side, QWidget* parent) : QProgressBar(parent) {
 
 void Spinner::start() {
   setRange(0, 0);  // of unknown length, also for a screen reader
+  step_ = 0;
   timer_.start(kStepMilliseconds, this);
   update();
 }

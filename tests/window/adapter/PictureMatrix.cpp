@@ -32,8 +32,9 @@ struct Set {
   Names states;
 };
 
-const Names kEveryState = {"readme",  "readme-long", "install", "help",  "focus-install", "focus-cancel",
-                           "running", "failed",      "done",    "error", "names",         "alert"};
+const Names kEveryState = {"readme",       "readme-long", "menu",      "install", "help",  "focus-install",
+                           "focus-cancel", "running",     "failed",    "done",    "error", "names",
+                           "icon-none",    "icon-tiny",   "icon-huge", "alert"};
 
 class PictureMatrix : public testing::Test {
  protected:
@@ -95,7 +96,7 @@ TEST_F(PictureMatrix, Scales) {
         {{1920, 1080}},
         {"light"},
         {10},
-        {"install", "running", "done", "alert"}});
+        {"install", "running", "done", "icon-none", "icon-tiny", "icon-huge", "alert"}});
 }
 
 TEST_F(PictureMatrix, Tight) {

@@ -17,15 +17,15 @@ constexpr char kLongPath[] =
 }  // namespace
 
 const std::vector<std::string>& ProbeStates::names() {
-  static const std::vector<std::string> names = {"readme",        "readme-long",  "install", "help",
-                                                 "focus-install", "focus-cancel", "running", "failed",
-                                                 "done",          "error",        "names",   "alert"};
+  static const std::vector<std::string> names = {
+      "readme", "readme-long", "menu",  "install", "help",      "focus-install", "focus-cancel", "running",
+      "failed", "done",        "error", "names",   "icon-none", "icon-tiny",     "icon-huge",    "alert"};
   return names;
 }
 
 bool ProbeStates::show(const std::string& name) {
   outlets_.tabView.showWithoutTabsAndBorder();
-  if (name == "readme") return showReadMe("editor.rtf"), true;
+  if (name == "readme" || name == "menu") return showReadMe("editor.rtf"), true;
   if (name == "readme-long") return showReadMe("long.txt"), true;
   showInstall(kProduct, "2.1", kPath, name == "help");
   if (name == "names") showInstall(kLongProduct, kLongVersion, kLongPath, true);
@@ -39,6 +39,9 @@ bool ProbeStates::show(const std::string& name) {
     outlets_.checkmarkField.setHidden(Hidden::No);
   }
   if (name == "error") showMessage("missing product signature");
+  if (name == "icon-none") outlets_.iconField.setImage(images_.imageNamed("GenericApplication"));
+  if (name == "icon-tiny") outlets_.iconField.setImage(images_.imageFromFile(Text(documents_ + "/tiny.png")));
+  if (name == "icon-huge") outlets_.iconField.setImage(images_.imageFromFile(Text(documents_ + "/huge.png")));
   if (name == "alert") showAlert();
   for (const std::string& known : names()) {
     if (known == name) return true;

@@ -5,11 +5,14 @@
 //
 //   set FIELD TEXT | title BUTTON TEXT | enable BUTTON | disable BUTTON | hide VIEW | show VIEW | image VIEW
 //   PATH aqua VIEW | inherit VIEW | document PATH | select INDEX | spin | stop | window CALL | windowTitle
-//   TEXT icon PATH | sheet ICON | announce TEXT | screenshot PATH | option | state NAME | judge | places | terminate
+//   TEXT icon PATH | sheet ICON | announce TEXT | screenshot PATH | option | state NAME | still | judge | places |
+//   terminate
 //
 // "\n" in a text is a line end. Each command is answered by "done".
 
+#include <QAbstractScrollArea>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QPixmap>
 #include <iostream>
 #include <map>
@@ -25,6 +28,7 @@
 #include "Platform/window/linux/QtAlerts.h"
 #include "Platform/window/linux/QtApplication.h"
 #include "Platform/window/linux/QtScreenReader.h"
+#include "Platform/window/linux/Spinner.h"
 #include "Platform/window/linux/WindowWidget.h"
 #include "Platform/window/linux/pictures/QtImages.h"
 #include "tests/window/adapter/ProbeStates.h"
@@ -116,6 +120,7 @@ class Probe {
     if (verb == "focus") say("focus " + focus());
     if (verb == "option") say(application_.currentEventHasOptionKey() ? "option" : "no option");
     if (verb == "state") state(rest);
+    if (verb == "still") still();
     if (verb == "judge") judge();
     if (verb == "places") places();
     if (verb == "terminate") application_.terminate();
@@ -140,12 +145,31 @@ class Probe {
   }
 
   void state(const std::string& name) {
+    while (QWidget* popup = QApplication::activePopupWidget()) popup->close();
     (void)states_.show(name);
+    if (name == "menu") openMenu();
     const bool focuses = name.rfind("focus-", 0) == 0;
     if (focuses) {
       const std::string id = name.substr(6) + "Button";
       window_.widget().find<QWidget>(QString::fromStdString(id))->setFocus(Qt::TabFocusReason);
     }
+  }
+
+  // A wheel that turns is seen at its beginning.
+  void still() {
+    for (QWidget* widget : window_.widget().findChildren<QWidget*>()) {
+      auto* spinner = dynamic_cast<Spinner*>(widget);
+      if (spinner == nullptr || !spinner->isTurning()) continue;
+      spinner->stop();
+      spinner->start();
+    }
+  }
+
+  void openMenu() {
+    auto* view = window_.widget().find<QAbstractScrollArea>(QStringLiteral("readMeTextView"))->viewport();
+    const QPoint middle = view->rect().center();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, middle, view->mapToGlobal(middle));
+    QApplication::sendEvent(view, &event);
   }
 
   // With the frame that window managers have around windows, where there is no window manager.
@@ -190,7 +214,8 @@ class Probe {
   }
 
   void screenshot(const std::string& path) {
-    QWidget* shown = QApplication::activeModalWidget();
+    QWidget* shown = QApplication::activePopupWidget();
+    if (shown == nullptr) shown = QApplication::activeModalWidget();
     if (shown == nullptr) shown = &window_.widget();
     QCoreApplication::processEvents();
     say(shown->grab().save(QString::fromStdString(path)) ? "saved" : "not saved");

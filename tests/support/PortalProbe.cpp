@@ -1,5 +1,5 @@
-// A desktop portal with one setting, color-scheme, on the session bus: "dark", "light" and
-// "none" on standard input set it, each answered by "done". With the argument "silent" it takes
+// A desktop portal with two settings, color-scheme and contrast, on the session bus: "dark", "light" and "none", or
+// "contrast" and "no-contrast" on standard input set them, each answered by "done". With the argument "silent" it takes
 // the name and never answers a question.
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -19,29 +19,34 @@ class Portal : public QDBusVirtualObject {
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
     if (silent_) return true;
     const QVariantList asked = message.arguments();
-    if (message.member() != QStringLiteral("Read") ||
-        asked.value(1).toString() != QStringLiteral("color-scheme")) {
+    const QString key = asked.value(1).toString();
+    const bool isContrast = key == QStringLiteral("contrast");
+    if (message.member() != QStringLiteral("Read") || (!isContrast && key != QStringLiteral("color-scheme")))
       return false;
-    }
-    const QVariant value = QVariant::fromValue(QDBusVariant(scheme_));
+    const QVariant value = QVariant::fromValue(QDBusVariant(isContrast ? contrast_ : scheme_));
     bus.send(message.createReply(QVariant::fromValue(QDBusVariant(value))));
     return true;
   }
   QString introspect(const QString&) const override { return {}; }
 
   void set(const std::string& name) {
-    scheme_ = name == "dark" ? 1U : name == "light" ? 2U : 0U;
+    const bool isContrast = name == "contrast" || name == "no-contrast";
+    (isContrast ? contrast_ : scheme_) = name == "dark" || name == "contrast" ? 1U
+                                         : name == "light"                    ? 2U
+                                                                              : 0U;
     QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
                                                      QStringLiteral("org.freedesktop.portal.Settings"),
                                                      QStringLiteral("SettingChanged"));
-    signal << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("color-scheme")
-           << QVariant::fromValue(QDBusVariant(scheme_));
+    signal << QStringLiteral("org.freedesktop.appearance")
+           << (isContrast ? QStringLiteral("contrast") : QStringLiteral("color-scheme"))
+           << QVariant::fromValue(QDBusVariant(isContrast ? contrast_ : scheme_));
     QDBusConnection::sessionBus().send(signal);
   }
 
  private:
   bool silent_;
   uint scheme_ = 0;
+  uint contrast_ = 0;
 };
 
 }  // namespace

@@ -19,30 +19,40 @@ bool sessionBusExists() {
          QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
 }
 
+void tell(const std::function<void(bool)>& report, std::optional<bool> preference) {
+  if (preference && report) report(*preference);
+}
+
 }  // namespace
 
-ColorSchemeWatch::ColorSchemeWatch(std::function<void(bool)> report, std::function<void()> silent)
-    : report_(std::move(report)) {
+ColorSchemeWatch::ColorSchemeWatch(Report report, std::function<void()> silent) : report_(std::move(report)) {
   if (!sessionBusExists()) return;
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) return;
   // First listen, then ask: no change falls in between.
   ColorSchemeSetting::listen(bus, this, SLOT(settingChanged(QDBusMessage)));
-  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(ColorSchemeSetting::question(), kPatience), this);
-  connect(answer, &QDBusPendingCallWatcher::finished, this,
-          [this, silent = std::move(silent)](QDBusPendingCallWatcher* finished) {
-            if (silent && finished->error().type() == QDBusError::NoReply) silent();
-            if (!finished->isError()) take(ColorSchemeSetting::prefersDark(finished->reply().arguments()));
-            finished->deleteLater();
-          });
+  const auto ask = [this, &bus](const QDBusMessage& question, auto answered) {
+    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question, kPatience), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [answered](QDBusPendingCallWatcher* finished) {
+      answered(*finished);
+      finished->deleteLater();
+    });
+  };
+  ask(ColorSchemeSetting::question(),
+      [this, silent = std::move(silent)](const QDBusPendingCallWatcher& answer) {
+        if (silent && answer.error().type() == QDBusError::NoReply) silent();
+        if (!answer.isError())
+          tell(report_.scheme, ColorSchemeSetting::prefersDark(answer.reply().arguments()));
+      });
+  ask(ColorSchemeSetting::questionForContrast(), [this](const QDBusPendingCallWatcher& answer) {
+    if (!answer.isError())
+      tell(report_.contrast, ColorSchemeSetting::prefersContrast(answer.reply().arguments()));
+  });
 }
 
 void ColorSchemeWatch::settingChanged(const QDBusMessage& message) {
-  take(ColorSchemeSetting::prefersDark(message));
-}
-
-void ColorSchemeWatch::take(std::optional<bool> prefersDark) {
-  if (prefersDark) report_(*prefersDark);
+  tell(report_.scheme, ColorSchemeSetting::prefersDark(message));
+  tell(report_.contrast, ColorSchemeSetting::prefersContrast(message));
 }
 
 }  // namespace halvorn

@@ -1,4 +1,4 @@
-// The color-scheme setting of the desktop portal, now and whenever it changes.
+// What the desktop portal tells of a window's look, now and whenever it changes.
 #pragma once
 
 #include <QDBusMessage>
@@ -12,17 +12,19 @@ class ColorSchemeWatch : public QObject {
   Q_OBJECT
 
  public:
-  // Asks and returns; `report` is called on this thread with every answer, and `silent` when a portal that is there
+  // Asks and returns; what `report` has is called on this thread with every answer, and `silent` when a portal that is there
   // has not answered for two seconds. Without a session bus or a portal nothing is ever reported.
-  explicit ColorSchemeWatch(std::function<void(bool prefersDark)> report, std::function<void()> silent = {});
+  struct Report {
+    std::function<void(bool prefersDark)> scheme;
+    std::function<void(bool prefersContrast)> contrast;
+  };
+  explicit ColorSchemeWatch(Report report, std::function<void()> silent = {});
 
  private Q_SLOTS:
   void settingChanged(const QDBusMessage& message);
 
  private:
-  void take(std::optional<bool> prefersDark);
-
-  std::function<void(bool)> report_;
+  Report report_;
 };
 
 }  // namespace halvorn

@@ -1,4 +1,4 @@
-// The look of all windows, light or dark, as the desktop asks for it.
+// The look of all windows, light or dark and with how much contrast, as the desktop asks for it.
 #pragma once
 
 #include <functional>
@@ -8,27 +8,31 @@
 namespace halvorn {
 
 enum class InterfaceStyle { Light, Dark };
+enum class Contrast;
 
 class DesktopAppearance {
  public:
   // With a style, that one is kept whatever the desktop says (a person's own setting wins). Without, the
   // desktop's color-scheme setting is asked for and followed while the program runs; light until the answer
-  // is there and when there is none. Returns at once. A QtApplication must exist. Thread: main.
-  explicit DesktopAppearance(std::optional<InterfaceStyle> fixed);
+  // is there and when there is none. The contrast is the desktop's in either case, unless one is given. Returns at once. A QtApplication must exist. Thread: main.
+  explicit DesktopAppearance(std::optional<InterfaceStyle> fixed,
+                             std::optional<Contrast> fixedContrast = std::nullopt);
   ~DesktopAppearance();
   DesktopAppearance(const DesktopAppearance&) = delete;
   DesktopAppearance& operator=(const DesktopAppearance&) = delete;
 
   [[nodiscard]] InterfaceStyle style() const;
+  [[nodiscard]] Contrast contrast() const;
   // Called on the main thread whenever style() has changed.
   std::function<void()> changed;
   // Called on the main thread when the desktop does not answer.
   std::function<void()> unanswered;
 
  private:
-  void use(InterfaceStyle style);
+  void use(InterfaceStyle style, Contrast contrast);
 
   InterfaceStyle style_ = InterfaceStyle::Light;
+  Contrast contrast_{};
   std::unique_ptr<class ColorSchemeWatch> watch_;
 };
 

@@ -15,10 +15,21 @@ constexpr Tones kLight = {0xF2F2F4, 0xFFFFFF, 0xF7F7F9, 0x1D1D1F, 0x5C5C63, 0x9A
 constexpr Tones kDark = {0x2B2B2E, 0x1E1E20, 0x252528, 0xF0F0F2, 0xB0B0B8, 0x77777E,
                          0x3C3C41, 0x2E6BD2, 0x47474D, 0x7AB0FF, 0x0C0C0D};
 
+// Edges are as clear as letters, and nothing is pale; what cannot be used keeps 4.5 : 1.
+constexpr Tones kLightAndClear = {0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0x000000, 0x2A2A2E, 0x6A6A70,
+                                  0xFFFFFF, 0x0B3D91, 0x000000, 0x0B3D91, 0x000000};
+constexpr Tones kDarkAndClear = {0x000000, 0x000000, 0x000000, 0xFFFFFF, 0xE4E4E8, 0x9A9AA2,
+                                 0x000000, 0x1F5FD0, 0xFFFFFF, 0x9CC7FF, 0xFFFFFF};
+
+const Tones& tonesFor(Look look, Contrast contrast) {
+  if (contrast == Contrast::High) return look == Look::Dark ? kDarkAndClear : kLightAndClear;
+  return look == Look::Dark ? kDark : kLight;
+}
+
 }  // namespace
 
-QPalette paletteFor(Look look) {
-  const Tones& tones = look == Look::Dark ? kDark : kLight;
+QPalette paletteFor(Look look, Contrast contrast) {
+  const Tones& tones = tonesFor(look, contrast);
   QPalette palette;
   const auto set = [&palette](QPalette::ColorRole role, QRgb color) {
     palette.setColor(role, QColor(color));

@@ -6,7 +6,8 @@
 namespace halvorn {
 
 enum class Look { Light, Dark };
+enum class Contrast { Usual, High };
 
-[[nodiscard]] QPalette paletteFor(Look look);
+[[nodiscard]] QPalette paletteFor(Look look, Contrast contrast = Contrast::Usual);
 
 }  // namespace halvorn

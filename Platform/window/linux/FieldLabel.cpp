@@ -1,5 +1,10 @@
 #include "Platform/window/linux/FieldLabel.h"
 
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QMenu>
 #include <QPainter>
 #include <QResizeEvent>
 #include <QStyle>
@@ -157,6 +162,16 @@ void FieldLabel::tellWhatIsLost() {
 void FieldLabel::changeEvent(QEvent* event) {
   lines_.clear();  // another font or direction of writing
   QLabel::changeEvent(event);
+}
+
+// The words are the toolkit's, for which there are translations.
+void FieldLabel::contextMenuEvent(QContextMenuEvent* event) {
+  if (text().isEmpty()) return;
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  menu->addAction(QCoreApplication::translate("QWidgetTextControl", "&Copy"), this,
+                  [this] { QGuiApplication::clipboard()->setText(text()); });
+  menu->popup(event->globalPos());
 }
 
 void FieldLabel::paintEvent(QPaintEvent*) {

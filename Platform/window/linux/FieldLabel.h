@@ -1,5 +1,5 @@
 // A text that always fits: it breaks inside words that are longer than a line, and loses a part of itself to "…" when
-// it needs more lines than it may have (the whole text is then its tool tip).
+// it needs more lines than it may have (the whole text is then its tool tip). A menu copies the whole text.
 #pragma once
 
 #include <QHash>
@@ -36,6 +36,7 @@ class FieldLabel : public QLabel {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
   // The lines at that width, and whether some of the text is lost.

@@ -290,6 +290,7 @@ ReadInterface Reader::read() {
       layout->setContentsMargins(0, 0, 0, 0);
       layout->setSpacing(0);
       readChildren(layout);
+      window_->relateCaptions();
     }
   } else {
     fail(QStringLiteral("no window"));

@@ -28,7 +28,14 @@ void WindowWidget::setKeyButton(Qt::Key key, QAbstractButton* button) {
 }
 
 QList<QWidget*> WindowWidget::followersOf(const QWidget* widget) const {
-  return followers_.values(widget->objectName());
+  QList<QWidget*> captions;
+  for (QLabel* caption : followers_.values(widget->objectName())) captions << caption;
+  return captions;
+}
+
+void WindowWidget::relateCaptions() {
+  for (auto each = followers_.begin(); each != followers_.end(); ++each)
+    each.value()->setBuddy(find<QWidget>(each.key()));
 }
 
 void WindowWidget::addPage(QWidget* page, const QString& focusId) {

@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QHash>
+#include <QLabel>
 #include <QList>
 #include <QPointer>
 #include <QString>
@@ -32,7 +33,9 @@ class WindowWidget : public QWidget {
   // Gives the buttons that are shown letters of their own; to be called when one changes.
   void assignMnemonics();
   // The caption is shown when the view of that id is.
-  void addFollower(const QString& id, QWidget* caption) { followers_.insert(id, caption); }
+  void addFollower(const QString& id, QLabel* caption) { followers_.insert(id, caption); }
+  // Has those who hear the window told which caption is whose; to be called when all views are known.
+  void relateCaptions();
   [[nodiscard]] QList<QWidget*> followersOf(const QWidget* widget) const;
 
   // In points of a font of ten points; a larger font makes the window wider.
@@ -62,7 +65,7 @@ class WindowWidget : public QWidget {
 
   QSize wanted_;  // empty once it has been taken
   QHash<QString, QWidget*> widgets_;
-  QMultiHash<QString, QWidget*> followers_;
+  QMultiHash<QString, QLabel*> followers_;
   QList<QWidget*> pages_;
   QHash<int, QString> pageFocus_;
   QPointer<QAbstractButton> returnButton_;

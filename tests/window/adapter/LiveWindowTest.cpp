@@ -191,6 +191,19 @@ TEST_F(WindowOnABus, TheDesktopsColorSchemeIsFollowed) {
   EXPECT_TRUE(eventually([&] { return times("light") == 2; }));
 }
 
+TEST_F(WindowOnABus, TheDesktopsContrastIsFollowedInEitherLook) {
+  startPortal();
+  ASSERT_EQ(portal_->readLine(kTestPatience), "ready");
+  set("contrast");
+  startWindow("light");
+  EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #000000"; }))
+      << "in a look of the person's own, too";
+  set("no-contrast");
+  EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #c9c9cf"; }));
+  set("contrast");
+  EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #000000"; }));
+}
+
 TEST_F(WindowOnABus, ASettingOfThePersonsOwnWinsOverTheDesktop) {
   startPortal();
   ASSERT_EQ(portal_->readLine(kTestPatience), "ready");

@@ -109,6 +109,16 @@ TEST_F(PictureMatrix, Tight) {
         {"readme-long", "install", "help", "names", "alert"}});
 }
 
+TEST_F(PictureMatrix, Sight) {
+  draw({"sight",
+        {"en", "de"},
+        {"1", "2"},
+        {{1366, 768}},
+        {"clear", "dark-clear"},
+        {14, 20},
+        {"install", "focus-install", "focus-cancel", "failed", "done"}});
+}
+
 TEST_F(PictureMatrix, Breadth) {
   Names languages;
   for (const auto& item : std::filesystem::directory_iterator(resourcesFolder)) {

@@ -1,7 +1,7 @@
 // The installer window in a program of its own that does what it is told on standard input, a command a line,
 // and prints what happens to it:
 //
-//   window_probe BUNDLE LANGUAGE [light|dark|desktop]
+//   window_probe BUNDLE LANGUAGE [light|dark|clear|dark-clear|desktop]
 //
 //   set FIELD TEXT | title BUTTON TEXT | enable BUTTON | disable BUTTON | hide VIEW | show VIEW | image VIEW
 //   PATH aqua VIEW | inherit VIEW | document PATH | select INDEX | spin | stop | window CALL | windowTitle
@@ -24,6 +24,7 @@
 #include "Core/Paths.h"
 #include "Platform/bundles/linux/LinuxLocalizedStrings.h"
 #include "Platform/color/linux/DesktopAppearance.h"
+#include "Platform/color/linux/Palettes.h"
 #include "Platform/window/linux/InstallerWindow.h"
 #include "Platform/window/linux/QtAlerts.h"
 #include "Platform/window/linux/QtApplication.h"
@@ -118,6 +119,7 @@ class Probe {
     if (verb == "screenshot") screenshot(rest);
     if (verb == "where") where(rest);
     if (verb == "focus") say("focus " + focus());
+    if (verb == "edges") say("edges " + QApplication::palette().color(QPalette::Mid).name().toStdString());
     if (verb == "option") say(application_.currentEventHasOptionKey() ? "option" : "no option");
     if (verb == "state") state(rest);
     if (verb == "still") still();
@@ -231,9 +233,13 @@ class Probe {
 };
 
 std::optional<InterfaceStyle> styleNamed(const std::string& name) {
-  if (name == "light") return InterfaceStyle::Light;
-  if (name == "dark") return InterfaceStyle::Dark;
+  if (name == "light" || name == "clear") return InterfaceStyle::Light;
+  if (name == "dark" || name == "dark-clear") return InterfaceStyle::Dark;
   return std::nullopt;
+}
+
+std::optional<Contrast> contrastNamed(const std::string& name) {
+  return name.ends_with("clear") ? std::optional(Contrast::High) : std::nullopt;
 }
 
 int run(const std::string& program, const std::string& bundle, const std::string& language,
@@ -244,7 +250,7 @@ int run(const std::string& program, const std::string& bundle, const std::string
     font.setPointSize(points);
     QApplication::setFont(font);
   }
-  DesktopAppearance appearance(styleNamed(style));
+  DesktopAppearance appearance(styleNamed(style), contrastNamed(style));
   appearance.changed = [&] { say(appearance.style() == InterfaceStyle::Dark ? "dark" : "light"); };
   const LinuxLocalizedStrings strings(Text(bundle), {Text(language)});
   const Text resources = Paths::appending(Text(bundle), "Contents/Resources");

@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QMenu>
+
 namespace halvorn {
 namespace {
 
@@ -66,6 +71,31 @@ TEST(FieldLabel, NoLineIsWiderThanOneCanRead) {
   label.setFieldText(QStringLiteral("word ").repeated(100));
   label.resize(4000, 100);
   for (const QString& line : label.linesShown()) EXPECT_LE(line.size(), 130);
+}
+
+TEST(FieldLabel, AMenuCopiesTheWholeText) {
+  FieldLabel label;
+  label.setFieldText(QStringLiteral("/home/anna/Applications/Sample Studio"));
+  label.setMaximumLines(1);
+  label.resize(60, 30);
+  label.show();
+  QGuiApplication::clipboard()->clear();
+  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), label.mapToGlobal(QPoint(5, 5)));
+  QApplication::sendEvent(&label, &event);
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  ASSERT_EQ(menu->actions().size(), 1);
+  EXPECT_EQ(menu->actions().front()->text(), "&Copy");
+  menu->actions().front()->trigger();
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "/home/anna/Applications/Sample Studio");
+  menu->close();
+}
+
+TEST(FieldLabel, AnEmptyTextHasNoMenu) {
+  FieldLabel label;
+  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), QPoint(5, 5));
+  QApplication::sendEvent(&label, &event);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QKeyEvent>
@@ -311,6 +312,40 @@ TEST_F(DocumentViewLinks, BeforeABeginningALineSaysSoAndLeadsToTheWhole) {
     EXPECT_EQ(opened, 1);
   }
   EXPECT_EQ(opened_, "");
+}
+
+// For those who hear the window.
+TEST_F(InstallerWindowDescription, TheCaptionOfThePathIsKnownAsItsLabel) {
+  const auto loaded = loadReal();
+  auto* path = loaded.window->widget().find<QWidget>(QStringLiteral("pathField"));
+  QStringList labels;
+  for (const auto& [other, relation] : QAccessible::queryAccessibleInterface(path)->relations()) {
+    if (relation.testFlag(QAccessible::Label)) labels << other->text(QAccessible::Name);
+  }
+  EXPECT_EQ(labels, QStringList{"Destination"});
+}
+
+// Line by line, as a screen reader follows the caret.
+TEST_F(InstallerWindowDescription, TheReadMeHasACaretThatWalksByLines) {
+  const auto loaded = loadReal();
+  std::ofstream(folder_ / "lines.txt") << "one\ntwo\nthree\n";
+  const InstallerOutlets outlets = loaded.window->outlets();
+  ASSERT_TRUE(outlets.readMeTextView.setDocumentFromFile(folder_ / "lines.txt"));
+  outlets.tabView.selectItem(0);
+  loaded.window->showIfVisibleAtLaunch();
+  QApplication::processEvents();
+  auto* view = loaded.window->widget().find<DocumentView>(QStringLiteral("readMeTextView"));
+  view->setFocus();
+  const auto press = [&](Qt::Key key, Qt::KeyboardModifiers held = Qt::NoModifier) {
+    QKeyEvent event(QEvent::KeyPress, key, held);
+    QApplication::sendEvent(view, &event);
+    return view->textCursor().block().text();
+  };
+  EXPECT_EQ(view->textCursor().block().text(), "one");
+  EXPECT_EQ(press(Qt::Key_Down), "two");
+  EXPECT_EQ(press(Qt::Key_End, Qt::ControlModifier), "");
+  EXPECT_EQ(press(Qt::Key_Up), "three");
+  EXPECT_EQ(press(Qt::Key_Home, Qt::ControlModifier), "one");
 }
 
 }  // namespace

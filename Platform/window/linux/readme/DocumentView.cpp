@@ -70,7 +70,8 @@ void addNotice(QTextDocument& document, const QString& fileName, const QColor& l
 
 DocumentView::DocumentView(QWidget* parent) : QTextEdit(parent) {
   setReadOnly(true);
-  setTextInteractionFlags(Qt::TextBrowserInteraction);
+  // With a caret, by which a screen reader reads line by line.
+  setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
   setFrameShape(QFrame::NoFrame);
   setUndoRedoEnabled(false);
   setTabChangesFocus(true);
@@ -115,6 +116,7 @@ void DocumentView::drawDocument(QPainter& painter, const QRect& part) {
   QAbstractTextDocumentLayout::PaintContext how;
   how.palette = palette();
   if (const auto color = textColor_->CGColor()) how.palette.setColor(QPalette::Text, toQColor(*color));
+  if (hasFocus()) how.cursorPosition = textCursor().position();
   if (textCursor().hasSelection()) {
     QTextCharFormat format;
     format.setBackground(palette().brush(QPalette::Highlight));

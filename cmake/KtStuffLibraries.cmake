@@ -84,7 +84,8 @@ function(kt_exports target)
     COMMAND ${PROJECT_SOURCE_DIR}/KTStuff/packaging/exports.sh ${PROJECT_VERSION_MAJOR} ${CMAKE_NM} ${files} > ${script})
   add_custom_target(${target}_exports DEPENDS ${script})
   add_dependencies(${target} ${target}_exports)
-  target_link_options(${target} PRIVATE -Wl,--version-script=${script})
+  # Within a library a call goes straight to what is called.
+  target_link_options(${target} PRIVATE -Wl,--version-script=${script} -Wl,-Bsymbolic-functions)
   set_target_properties(${target} PROPERTIES LINK_DEPENDS ${script})
 endfunction()
 

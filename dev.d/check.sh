@@ -1,9 +1,10 @@
 # Format, lint, walls, every header alone; with --mutation the tests themselves; with --ports the compiler of another system;
-# with --campaign attacks; with --docs the manual in a browser.
+# with --campaign attacks; with --docs the manual in a browser; with --abi the libraries beside those of the last release.
 dev_check() {
   if [ "${1:-}" = --ports ]; then check_ports; return; fi
   if [ "${1:-}" = --pictures ]; then shift; check_pictures "$@"; return; fi
   if [ "${1:-}" = --mac ]; then check_mac; return; fi
+  if [ "${1:-}" = --abi ]; then need build; check_abi; return; fi
   if [ "${1:-}" = --docs ]; then check_docs; return; fi
   need build check test
   if [ "${1:-}" = --fuzz ]; then check_fuzz; return; fi
@@ -12,6 +13,7 @@ dev_check() {
   check_format
   configure_and_build dev
   check_tidy "$@"
+  [ "$#" != 0 ] || check_abi
   ctest --preset dev -R '^Walls\.' --output-on-failure
 }
 
@@ -78,6 +80,13 @@ check_pictures() {
   [ "$status" = 0 ] || grep -A3 ': Failure' build/pictures/log >&2 || true
   say "$(tail -n 1 build/pictures/log): build/pictures/index.html"
   return "$status"
+}
+
+# Whether programs that were built with the last release run with today's libraries.
+check_abi() {
+  need abi
+  configure_and_build abi ktstuff_{Text,Bundles,Process,Sound,Appearance,KTStuff}_shared HalvornSound HalvornDigests
+  KTStuff/packaging/abi/abi.sh compare build/abi
 }
 
 # Whether people can read the manual and find everything in it.

@@ -3,11 +3,8 @@
 say() { printf '%s\n' "$*" >&2; }
 die() { say "dev: $*"; exit 1; }
 
-as_root() {
-  if [ "$(id -u)" = 0 ]; then "$@"; elif command -v sudo >/dev/null; then sudo "$@"; else
-    die "these packages are missing and need an administrator: ${missing[*]}"
-  fi
-}
+can_be_root() { [ "$(id -u)" = 0 ] || command -v sudo >/dev/null; }
+as_root() { if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi; }
 
 # need GROUP...: installs what is missing of the package groups in dev.d/packages.
 need() {
@@ -21,10 +18,14 @@ need() {
     [ -n "$found" ] || missing+=("$alternatives")
   done
   [ "${#missing[@]}" = 0 ] && return 0
+  local chosen=()
+  if ! can_be_root; then
+    for alternatives in "${missing[@]}"; do chosen+=("$(first_known "$alternatives")"); done
+    die "packages are missing, and there is no sudo; an administrator installs them with: apt-get install ${chosen[*]}"
+  fi
   say "installing: ${missing[*]}"
   local log; log=$(mktemp)
   as_root apt-get -o DPkg::Lock::Timeout=900 update >"$log" 2>&1 || { cat "$log" >&2; die "apt-get update failed"; }
-  local chosen=()
   for alternatives in "${missing[@]}"; do chosen+=("$(first_known "$alternatives")"); done
   as_root env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=900 install -y \
     --no-install-recommends "${chosen[@]}" >"$log" 2>&1 || { tail -n 30 "$log" >&2; die "apt-get install failed"; }

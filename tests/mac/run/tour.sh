@@ -41,7 +41,7 @@ product "$folder/old.app" 1.0
 product "$folder/new/Sample.app" 3.0 '<key>LSMinimumSystemVersion</key><string>99.0</string>'
 readme="$folder/image/Read Me.rtf"
 printf '%s\n' '{\rtf1\ansi{\fonttbl{\f0\fswiss Helvetica;}}\f0\fs36 Sample 2.0\par\fs24\par This is what is new:\par' \
-  '- it is made for two kinds of desktops\par- it is copied by the engine of the system\par}' >"$readme"
+  'it is made for two kinds of desktops\par it is copied by the engine of the system\par}' >"$readme"
 printf '<html><body>Guide</body></html>' >"$folder/image/Guide.html"
 destination="$HOME/Applications/Sample.app"
 
@@ -107,6 +107,8 @@ ends() {  # ends STATUS: the program ends with it
   until_true 20 bash -c "! kill -0 $installer 2>/dev/null" || { fail "$state: the program goes on"; kill -9 "$installer"; }
   wait "$installer" || status=$?
   installer=
+  # The next one is not to find windows that are going.
+  until_true 10 bash -c '! xdotool search --onlyvisible --class .' || fail "$state: a window stays"
   [ "$status" = "$1" ] || fail "$state: ended with $status"
 }
 logged() { grep -qF -- "$1" "$log" || grep -qF -- "$1" "$folder/$state.out"; }
@@ -136,17 +138,17 @@ if start install -sourcePath "$folder/image/Sample.app" -readMePath "$readme" -d
   [ "$(stat -c %a "$destination/Contents/MacOS/Sample")" = 755 ] || fail "the mode differs"
 fi
 
-# --- by the keyboard alone, and a failure: Trash that refuses nothing, but an original that is gone
+# --- a failure: an original that is gone
 rm -rf "$destination" "$HOME/.Trash"
 cp -r "$folder/image/Sample.app" "$folder/image/Gone.app"
 rm -f "$folder/gate"
 if start failure -sourcePath "$folder/image/Gone.app" -destinationPath "$destination"; then
-  picture 5-keyboard
-  key Return
+  picture 5-without-read-me
+  right_button
   rm -rf "$folder/image/Gone.app"
   : >"$folder/gate"
   expect "the failure is logged" logged "ERROR -- Could not copy myself to"
-  picture 6-failed 5-keyboard
+  picture 6-failed 5-without-read-me
   key Return
   ends 0
 fi
@@ -169,7 +171,7 @@ fi
 
 # --- the window is closed, and another language
 if HALVORN_MAC_LANGUAGE=de start german -sourcePath "$folder/image/Sample.app" -destinationPath "$destination"; then
-  picture 9-german 5-keyboard
+  picture 9-german 5-without-read-me
   key Escape
   ends 0
 fi

@@ -50,7 +50,19 @@ class EventWatch : public QObject {
   static bool isAltItself(const QEvent& event) {
     return event.type() == QEvent::KeyPress && static_cast<const QKeyEvent&>(event).key() == Qt::Key_Alt;
   }
+  // Whoever holds the key down, perhaps since the window that was there before this one, has not pressed it again.
+  // The flag tells only of repeats that the toolkit read in one go; a server lets go of the key and presses it at one
+  // and the same time for each, which no finger does.
+  bool isHeldReturn(const QEvent& event) {
+    if (event.type() != QEvent::KeyPress && event.type() != QEvent::KeyRelease) return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+    if (event.type() == QEvent::KeyRelease) returnReleased_ = key.timestamp();
+    const bool isSameMoment = key.timestamp() != 0 && key.timestamp() == returnReleased_;
+    return event.type() == QEvent::KeyPress && (key.isAutoRepeat() || isSameMoment);
+  }
   bool eventFilter(QObject*, QEvent* event) override {
+    if (isHeldReturn(*event)) return true;
     // The session manager's word. The toolkit would ask the windows first, and stay when one refuses.
     if (event->type() == QEvent::Quit && askedToQuit) {
       askedToQuit();
@@ -71,6 +83,7 @@ class EventWatch : public QObject {
  private:
   std::atomic<bool> optionKey_ = false;
   std::atomic<std::uint32_t> deedTime_ = 0;
+  quint64 returnReleased_ = 0;
   bool isShown_ = false;
 };
 

@@ -30,6 +30,27 @@ TEST_F(WindowOnADesktop, ReturnAndEscapePressTheirButtons) {
   EXPECT_TRUE(said("action cancel:"));
 }
 
+TEST_F(WindowOnADesktop, AHeldReturnPressesOnceAndEachFurtherPressAgain) {
+  run({"xdotool", "keydown", "Return"});
+  EXPECT_TRUE(eventually([&] { return times("return\n") > 4; })) << probe_->output();
+  run({"xdotool", "keyup", "Return"});
+  EXPECT_EQ(times("action install:"), 1) << probe_->output();
+  key("Return");
+  EXPECT_TRUE(eventually([&] { return times("action install:") == 2; })) << probe_->output();
+}
+
+TEST_F(WindowOnADesktop, AReturnThatWasHeldWhenTheWindowCameUpPressesNothing) {
+  probe_.reset();
+  run({"xdotool", "keydown", "Return"});
+  startWindow();
+  showInstallPage();
+  EXPECT_TRUE(eventually([&] { return times("return\n") > 4; })) << probe_->output();
+  EXPECT_EQ(times("action"), 0) << probe_->output();
+  run({"xdotool", "keyup", "Return"});
+  key("Return");
+  EXPECT_TRUE(eventually([&] { return times("action install:") == 1; })) << probe_->output();
+}
+
 TEST_F(WindowOnADesktop, DisabledAndHiddenButtonsCannotBePressed) {
   tell({"disable installButton", "disable cancelButton", "hide helpButton"});
   click("installButton");

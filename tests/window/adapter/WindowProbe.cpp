@@ -13,6 +13,7 @@
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QKeyEvent>
 #include <QPixmap>
 #include <iostream>
 #include <map>
@@ -39,6 +40,17 @@ namespace halvorn {
 namespace {
 
 void say(const std::string& line) { std::cout << line << std::endl; }
+
+// Tells of each press of Return that reaches the program, before anybody can take it.
+class ReturnWatch : public QObject {
+ protected:
+  bool eventFilter(QObject* receiver, QEvent* event) override {
+    if (!receiver->isWindowType() || event->type() != QEvent::KeyPress) return false;
+    const auto* press = static_cast<const QKeyEvent*>(event);
+    if (press->key() == Qt::Key_Return) say("return");
+    return false;
+  }
+};
 
 class Probe {
  public:
@@ -245,6 +257,8 @@ std::optional<Contrast> contrastNamed(const std::string& name) {
 int run(const std::string& program, const std::string& bundle, const std::string& language,
         const std::string& style) {
   QtApplication application{Text(program)};
+  ReturnWatch returns;
+  qApp->installEventFilter(&returns);
   if (const int points = qEnvironmentVariableIntValue("KT_PROBE_POINTS"); points > 0) {
     QFont font = QApplication::font();
     font.setPointSize(points);

@@ -17,10 +17,17 @@ namespace halvorn {
 DestinationChoice::DestinationChoice(DestinationChoiceServices services) : services_(std::move(services)) {}
 
 OptionalText DestinationChoice::findPreferredDestinationFor(const Text& name) {
-  OptionalText path = autoLaunchPathFor(name);
-  services_.log("autolaunch = %@", path);
-  if (!path || isInUnsupportedFolder(path)) return pathToProcessToReplace();
-  return path;
+  const auto found = preferredDestinationFor(name);
+  return found ? OptionalText(found->path) : std::nullopt;
+}
+
+std::optional<PreferredDestination> DestinationChoice::preferredDestinationFor(const Text& name) {
+  const OptionalText item = autoLaunchPathFor(name);
+  services_.log("autolaunch = %@", item);
+  if (item && !isInUnsupportedFolder(item)) return PreferredDestination{*item, DestinationReason::LoginItem};
+  const OptionalText running = pathToProcessToReplace();
+  if (!running) return std::nullopt;
+  return PreferredDestination{*running, DestinationReason::RunningCopy};
 }
 
 OptionalText DestinationChoice::autoLaunchPathFor(const Text& name) const {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "Core/FourCharCode.h"
@@ -33,6 +34,19 @@ struct DestinationChoiceServices {
   std::function<std::uint32_t()> randomNumber;
 };
 
+// What a destination was chosen for.
+enum class DestinationReason {
+  Given,               // the arguments name it
+  LoginItem,           // the product starts there when the person logs in
+  RunningCopy,         // the product runs from there
+  ApplicationsFolder,  // nobody keeps the product yet
+};
+
+struct PreferredDestination {
+  Text path;
+  DestinationReason reason;
+};
+
 class DestinationChoice {
  public:
   explicit DestinationChoice(DestinationChoiceServices services);
@@ -40,6 +54,8 @@ class DestinationChoice {
   // The path of the bundle to replace; nullopt when the person keeps no copy in a fit place.
   // Logs: "autolaunch = %@".
   [[nodiscard]] OptionalText findPreferredDestinationFor(const Text& name);
+  // The same, and what it was found by.
+  [[nodiscard]] std::optional<PreferredDestination> preferredDestinationFor(const Text& name);
   // The path of the first login item whose file name begins with the name ("Foo" finds "FooBar.app" too).
   [[nodiscard]] OptionalText autoLaunchPathFor(const Text& name) const;
   // The path of a running copy of the product, never of this program itself.

@@ -42,7 +42,7 @@ void InstallWorker::installThread() {
     services_.log("%@ refused to quit; installation cancelled", *name);
     const Text message = services_.strings.localized(
         "%1$@ cannot be running during the installation.\rQuit %1$@, then click \"Install\" again.");
-    finish(InstallOutcome::failed(formatForPeople(message, *name)));
+    finish(InstallOutcome::failed(InstallFailure::RefusedToQuit, formatForPeople(message, *name)));
     return;
   }
 
@@ -56,7 +56,7 @@ void InstallWorker::installThread() {
     case CopyResult::Kind::Canceled:
       return finish(InstallOutcome::canceled());
     case CopyResult::Kind::Failed:
-      return finish(InstallOutcome::failed(failureMessage(result.messageKey)));
+      return finish(InstallOutcome::failed(*result.failure, failureMessage(result.messageKey)));
   }
 }
 
@@ -93,7 +93,7 @@ InstallWorker::CopyResult InstallWorker::installMyselfInDestination() {
   const bool isEnforced = services_.application.currentEventHasOptionKey();
   if (isEnforced) services_.log("enforcing authorization");
   // The last moment at which nothing has been touched.
-  if (hasLeft()) return {CopyResult::Kind::Canceled, Text()};
+  if (hasLeft()) return {CopyResult::Kind::Canceled, std::nullopt, Text()};
   CopyResult result = isWritable && !isEnforced ? copyInProcess(source, destination, wrapper)
                                                 : copyWithAuthorization(source, destination, wrapper);
   if (result.kind != CopyResult::Kind::Installed) return result;
@@ -110,29 +110,29 @@ InstallWorker::CopyResult InstallWorker::copyInProcess(const Text& source, const
                                                        const OptionalText& wrapper) {
   switch (InstallApplication(services_.install, source, destination, wrapper)) {
     case InstallResult::Installed:
-      return {CopyResult::Kind::Installed, Text()};
+      return {CopyResult::Kind::Installed, std::nullopt, Text()};
     case InstallResult::NotTrashed:
-      return {CopyResult::Kind::Failed, "Could not delete existing copy."};
+      return {CopyResult::Kind::Failed, InstallFailure::NotTrashed, "Could not delete existing copy."};
     case InstallResult::CopyFailed:
       break;
   }
-  return {CopyResult::Kind::Failed, "Installation failed."};
+  return {CopyResult::Kind::Failed, InstallFailure::NotCopied, "Installation failed."};
 }
 
 InstallWorker::CopyResult InstallWorker::copyWithAuthorization(const Text& source, const Text& destination,
                                                                const OptionalText& wrapper) {
   switch (authorizedInstall(source, destination, wrapper)) {
     case AuthorizedInstall::Done:
-      return {CopyResult::Kind::Installed, Text()};
+      return {CopyResult::Kind::Installed, std::nullopt, Text()};
     case AuthorizedInstall::Canceled:
       services_.log("User canceled authorization");
-      return {CopyResult::Kind::Canceled, Text()};
+      return {CopyResult::Kind::Canceled, std::nullopt, Text()};
     case AuthorizedInstall::Failed:
       break;
   }
   // KEEP: the line says /Applications whatever the destination is.
   services_.log("ERROR -- Could not copy myself to /Applications with authorization");
-  return {CopyResult::Kind::Failed, "Authorized copying failed."};
+  return {CopyResult::Kind::Failed, InstallFailure::NotCopiedWithRights, "Authorized copying failed."};
 }
 
 InstallWorker::AuthorizedInstall InstallWorker::authorizedInstall(const Text& source, const Text& to,

@@ -71,7 +71,8 @@ class InstallWorker {
   // as a key of the localized strings.
   struct CopyResult {
     enum class Kind { Installed, Canceled, Failed } kind;
-    Text messageKey;  // when failed
+    std::optional<InstallFailure> failure;  // when failed
+    Text messageKey;                        // when failed
   };
   [[nodiscard]] CopyResult installMyselfInDestination();
 

@@ -4,7 +4,6 @@
 #include "Core/Paths.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
 #include "Platform/files/FileManager.h"
-#include "Sources/DestinationChoice.h"
 
 namespace halvorn {
 
@@ -63,15 +62,17 @@ OptionalText InstallerArguments::minSystemVersion(const PropertyDictionary& info
   return given ? given : textForKey(info, "LSMinimumSystemVersion");
 }
 
-Text InstallerArguments::chosenDestination(DestinationChoice& choice) const {
-  OptionalText destination = arguments_.text(KTInstallerKeyDestinationPath);
-  if (!destination) {
-    destination =
-        choice.findPreferredDestinationFor(arguments_.text(KTInstallerKeyProductName).value_or(Text()));
+PreferredDestination InstallerArguments::chosenDestination(DestinationChoice& choice) const {
+  std::optional<PreferredDestination> chosen;
+  if (const OptionalText given = arguments_.text(KTInstallerKeyDestinationPath)) {
+    chosen = {*given, DestinationReason::Given};
+  } else {
+    chosen = choice.preferredDestinationFor(arguments_.text(KTInstallerKeyProductName).value_or(Text()));
   }
-  if (destination && files_.isDirectory(Paths::deletingLastComponent(*destination))) return *destination;
+  if (chosen && files_.isDirectory(Paths::deletingLastComponent(chosen->path))) return *chosen;
   const Text source = arguments_.text(KTInstallerKeySourcePath).value_or(Text());
-  return Paths::appending(choice.applicationsDirectory(), Paths::lastComponent(source));
+  return {Paths::appending(choice.applicationsDirectory(), Paths::lastComponent(source)),
+          DestinationReason::ApplicationsFolder};
 }
 
 Text InstallerArguments::insideWrapper(const Text& destination) const {
@@ -82,7 +83,9 @@ Text InstallerArguments::insideWrapper(const Text& destination) const {
 }
 
 void InstallerArguments::completeDestination(DestinationChoice& choice) {
-  Text destination = chosenDestination(choice);
+  const PreferredDestination chosen = chosenDestination(choice);
+  destinationReason_ = chosen.reason;
+  Text destination = chosen.path;
   if (const OptionalText wrapper = arguments_.text(KTInstallerKeyWrapperPath)) {
     const Text source = arguments_.text(KTInstallerKeySourcePath).value_or(Text());
     // KEEP: a comparison of texts, so a wrapper beside the source's folder whose

@@ -10,10 +10,10 @@
 #include "Core/PropertyValue.h"
 #include "Core/Text.h"
 #include "Sources/ArgumentDictionary.h"
+#include "Sources/DestinationChoice.h"
 
 namespace halvorn {
 
-class DestinationChoice;
 class FileManager;
 class KTUtilities;
 class Log;
@@ -39,6 +39,8 @@ class InstallerArguments {
   // Chooses the destination where none was given, or where the given one has no folder to go into; puts it
   // into the wrapper's folder where the wrapper is usable; drops an unusable wrapper. Logs: "wrapper = %@".
   void completeDestination(DestinationChoice& choice);
+  // What the destination was chosen for; nullopt before that.
+  [[nodiscard]] std::optional<DestinationReason> destinationReason() const { return destinationReason_; }
   // Drops "documentationPath" when nothing is there.
   void completeDocumentation();
   // Product codes from the bundle's signature where none were given; the quit codes get them appended. False
@@ -46,12 +48,13 @@ class InstallerArguments {
   [[nodiscard]] bool completeCodes(const PropertyDictionary& info);
 
  private:
-  [[nodiscard]] Text chosenDestination(DestinationChoice& choice) const;
+  [[nodiscard]] PreferredDestination chosenDestination(DestinationChoice& choice) const;
   [[nodiscard]] Text insideWrapper(const Text& destination) const;
 
   ArgumentDictionary& arguments_;
   const FileManager& files_;
   const Log& log_;
+  std::optional<DestinationReason> destinationReason_;
 };
 
 // The file name of the bundle without its extension; nullopt without a path. An empty name is a name.

@@ -45,6 +45,7 @@ void InstallerWinController::awakeFromNib() {
        .showSetupError = [this](const Text& message) { showSetupError(message); },
        .systemVersionAlertDidEnd = [this](int returnCode) { systemVersionAlertDidEnd(returnCode); }});
   startup.run(argumentList_);
+  destinationReason_ = startup.destinationReason();
 }
 
 void InstallerWinController::extractArguments() {
@@ -143,6 +144,7 @@ void InstallerWinController::animateProgress(Animate animate) {
 }
 
 void InstallerWinController::installationFinished(const InstallOutcome& outcome) {
+  outcome_ = outcome;
   completion_.installationFinished(outcome);
 }
 

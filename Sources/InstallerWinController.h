@@ -82,6 +82,10 @@ class InstallerWinController {
 
   [[nodiscard]] const ArgumentDictionary& arguments() const { return arguments_; }
   [[nodiscard]] bool finished() const { return completion_.finished(); }
+  // How the last installation ended; nullopt before one has.
+  [[nodiscard]] const std::optional<InstallOutcome>& outcome() const { return outcome_; }
+  // What the destination was chosen for; nullopt when start-up ended before that.
+  [[nodiscard]] std::optional<DestinationReason> destinationReason() const { return destinationReason_; }
 
  private:
   void describeButtons(int index);
@@ -90,6 +94,8 @@ class InstallerWinController {
   std::vector<Text> argumentList_;
   ArgumentDictionary arguments_;
   bool hasArguments_ = false;
+  std::optional<DestinationReason> destinationReason_;
+  std::optional<InstallOutcome> outcome_;
   Completion completion_;
   InstallWorker worker_;
 };

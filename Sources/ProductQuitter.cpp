@@ -44,6 +44,15 @@ OptionalText ProductQuitter::processToQuitStillRunning() const {
   return result;
 }
 
+std::vector<KTProcessPointer> ProductQuitter::targets() const {
+  std::vector<KTProcessPointer> found;
+  walkTargets([&](KTProcess& process) {
+    found.push_back(process.shared_from_this());
+    return Walk::Continue;
+  });
+  return found;
+}
+
 void ProductQuitter::quitProcesses() const {
   walkTargets([&](KTProcess& process) {
     if (cancellation_.isRequested()) return Walk::Stop;

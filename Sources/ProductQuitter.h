@@ -7,6 +7,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "Core/Cancellation.h"
@@ -36,6 +37,8 @@ class ProductQuitter {
   // The name of the first application still to be quit ("" when it has none any more); nullopt when all are
   // gone. Logs: "Still running '%@': %@".
   [[nodiscard]] OptionalText processToQuitStillRunning() const;
+  // The applications that would be asked now, in the session's order; asks none of them.
+  [[nodiscard]] std::vector<std::shared_ptr<KTProcess>> targets() const;
   // Quits one application after the other, up to eight seconds each, and does not look back: what refused
   // shows in processToQuitStillRunning(). Logs: "Quitting '%@': %@" for each.
   void quitProcesses() const;

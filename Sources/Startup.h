@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "Core/PropertyValue.h"
@@ -15,7 +16,6 @@ namespace halvorn {
 class Alerts;
 class Application;
 class Bundles;
-class DestinationChoice;
 class FileManager;
 class Images;
 class KTProcessClass;
@@ -61,6 +61,10 @@ class Startup {
   // the version alert up. Logs: "direct invocation"; "shortened path = %@"; what the
   // completion of the arguments logs; set-up errors.
   void run(const std::vector<Text>& argumentList);
+  // What the destination was chosen for; nullopt when start-up ended before that.
+  [[nodiscard]] std::optional<DestinationReason> destinationReason() const {
+    return completion_.destinationReason();
+  }
 
  private:
   void chooseLogDestination(const std::vector<Text>& argumentList);

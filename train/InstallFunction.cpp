@@ -49,6 +49,11 @@ Step installWrapperItem(const InstallServices& services, const Text& source, con
   return Step::Done;
 }
 
+// KEEP: a wrapper that cannot be listed counts as empty.
+std::vector<Text> itemsOfWrapper(const FileManager& files, const Text& wrapper) {
+  return files.contentsOfDirectory(wrapper).value_or(std::vector<Text>{});
+}
+
 Step installWrapper(const InstallServices& services, const Text& source, const Text& wrapper,
                     const Text& targetFolder) {
   if (!services.files.fileExists(targetFolder)) {
@@ -60,9 +65,7 @@ Step installWrapper(const InstallServices& services, const Text& source, const T
     services.notices.noteFileSystemChanged(targetFolder);
     return Step::Done;
   }
-  // KEEP: a wrapper that cannot be listed counts as empty.
-  const auto names = services.files.contentsOfDirectory(wrapper).value_or(std::vector<Text>{});
-  for (const Text& name : names) {
+  for (const Text& name : itemsOfWrapper(services.files, wrapper)) {
     const Text target = Paths::appending(targetFolder, name);
     const Text item = Paths::appending(wrapper, name);
     if (installWrapperItem(services, source, item, target) == Step::Failed) return Step::Failed;
@@ -83,6 +86,24 @@ Step trashExisting(const InstallServices& services, const Text& destination) {
 
 }  // namespace
 
+std::optional<FileFailure> obstacleToInstalling(const FileManager& files, const Text& source,
+                                                const Text& destination) {
+  if (areEntangled(files, source, destination)) return entanglement(destination);
+  return files.obstacleToCopying(source, destination);
+}
+
+Replacements replacementsOf(const FileManager& files, const Text& destination, const OptionalText& wrapper) {
+  Replacements replaced;
+  if (files.fileExists(destination)) replaced.trashed = destination;
+  const Text targetFolder = Paths::deletingLastComponent(destination);
+  if (!wrapper || !files.fileExists(targetFolder)) return replaced;
+  for (const Text& name : itemsOfWrapper(files, *wrapper)) {
+    const Text target = Paths::appending(targetFolder, name);
+    if (files.fileExists(target)) replaced.removed.push_back(target);
+  }
+  return replaced;
+}
+
 InstallResult refuseToInstall(const Log& log, const FileFailure& failure, const Text& destination) {
   logCause(log, failure);
   log("ERROR -- Could not copy myself to %@", destination);
@@ -94,9 +115,8 @@ InstallResult InstallApplication(const InstallServices& services, const Text& so
   const auto notCopied = [&](const FileFailure& failure) {
     return refuseToInstall(services.log, failure, destination);
   };
-  if (areEntangled(services.files, source, destination)) return notCopied(entanglement(destination));
   // What can be known beforehand is known before the old copy is moved.
-  if (const auto obstacle = services.files.obstacleToCopying(source, destination))
+  if (const auto obstacle = obstacleToInstalling(services.files, source, destination))
     return notCopied(*obstacle);
   // The wrapper goes first, so an item of it that bears the destination's own name is trashed below.
   if (wrapper) {

@@ -4,6 +4,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <vector>
 
 #include "Core/Log.h"
 #include "Core/Text.h"
@@ -49,6 +51,19 @@ enum class InstallResult : std::int32_t {
 [[nodiscard]] InstallResult InstallApplication(const InstallServices& services, const Text& source,
                                                const Text& destination,
                                                const OptionalText& wrapper = std::nullopt);
+
+// Why InstallApplication would fail before it touches anything; nullopt: nothing that is known.
+[[nodiscard]] std::optional<FileFailure> obstacleToInstalling(const FileManager& files, const Text& source,
+                                                              const Text& destination);
+
+// What stands in the way of the copies, and what becomes of it.
+struct Replacements {
+  OptionalText trashed = std::nullopt;  // the application at the destination
+  std::vector<Text> removed = {};       // items of the wrapper's names, for good
+};
+// As it is now; changes nothing. Thread: any.
+[[nodiscard]] Replacements replacementsOf(const FileManager& files, const Text& destination,
+                                          const OptionalText& wrapper);
 
 // For whoever sees beforehand that InstallApplication would fail: says why in the same words, and answers the
 // same.

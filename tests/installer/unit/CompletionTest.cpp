@@ -45,7 +45,8 @@ TEST_F(Completion, AFailureLeavesThePageAsItWasWithItsTextHidden) {
   const Text intro = window.introField.text_;
   window.installButton.setEnabled(Enabled::No);
   window.cancelButton.setEnabled(Enabled::No);
-  controller.installationFinished(InstallOutcome::failed("Installation failed.\rTry."));
+  controller.installationFinished(
+      InstallOutcome::failed(InstallFailure::NotCopied, "Installation failed.\rTry."));
   EXPECT_EQ(window.messageField.text_, Text("Installation failed.\rTry."));
   EXPECT_FALSE(window.messageField.visible());
   EXPECT_EQ(window.introField.text_, intro);
@@ -66,7 +67,8 @@ TEST_F(Completion, ADismissedPasswordDialogSaysNothing) {
 
 TEST_F(Completion, QuitsByItselfAfterTheDelayAlsoAfterAFailure) {
   for (const auto& outcome :
-       {InstallOutcome::installed(), InstallOutcome::failed("x"), InstallOutcome::canceled()}) {
+       {InstallOutcome::installed(), InstallOutcome::failed(InstallFailure::NotCopied, "x"),
+        InstallOutcome::canceled()}) {
     application.terminations = 0;
     started({"-completionQuit", "2.5"}).installationFinished(outcome);
     EXPECT_EQ(linesWith("quit delay"), std::vector<std::string>{"quit delay: 2.5"});
@@ -95,7 +97,7 @@ TEST_F(Completion, WithoutADelayNothingIsLogged) {
 
 TEST_F(Completion, APendingQuitIsCancelledByNothing) {
   auto& controller = started({"-completionQuit", "1"});
-  controller.installationFinished(InstallOutcome::failed("x"));
+  controller.installationFinished(InstallOutcome::failed(InstallFailure::NotCopied, "x"));
   window.installButton.click();
   controller.cancel();
   mainThread.runDelayed(1);
@@ -108,7 +110,8 @@ TEST_F(Completion, TheSoundPlaysOnSuccessOnlyAndOnlyForYes) {
   started({"-completionSound", "yes"}).installationFinished(InstallOutcome::installed());
   started({"-completionSound", "YES "}).installationFinished(InstallOutcome::installed());
   started().installationFinished(InstallOutcome::installed());
-  started({"-completionSound", "YES"}).installationFinished(InstallOutcome::failed("x"));
+  started({"-completionSound", "YES"})
+      .installationFinished(InstallOutcome::failed(InstallFailure::NotCopied, "x"));
   EXPECT_EQ(doneSoundsPlayed(), 1);
 }
 

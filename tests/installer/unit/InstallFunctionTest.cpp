@@ -101,6 +101,16 @@ TEST_F(InstallFunction, ACopyThatIsForeseenToFailMovesNothing) {
   EXPECT_EQ(disk.calls, Strings{});
 }
 
+TEST_F(InstallFunction, WhatIsForeseenIsWhatTheInstallationFailsAt) {
+  EXPECT_EQ(obstacleToInstalling(files, "/Volumes/NAS/Nas.app", "/Applications/Nas.app"), std::nullopt);
+  const auto obstacle = obstacleToInstalling(files, "/Volumes/NAS/Nas.app", "/Volumes/NAS/Nas.app/In.app");
+  ASSERT_TRUE(obstacle);
+  EXPECT_EQ(obstacle->path, Text("/Volumes/NAS/Nas.app/In.app"));
+  EXPECT_EQ(install(std::nullopt, "/Volumes/NAS/Nas.app/In.app"), InstallResult::CopyFailed);
+  EXPECT_EQ(log.lines().front(),
+            "CAUSE -- " + obstacle->reason.bytes() + ": /Volumes/NAS/Nas.app/In.app (make)");
+}
+
 TEST_F(InstallFunction, AFailedCopyOfAnAuxiliaryItemSaysWhy) {
   disk.addFile("/Volumes/NAS/Extras/Licence", "licence 2");
   files.copiesThatFail = {"/Applications/Licence"};
@@ -186,6 +196,18 @@ TEST_F(InstallFunctionWithWrapper, AnItemOfTheSameNameIsRemovedForGoodAndReplace
   EXPECT_EQ(contents("/Applications/Licence"), "licence 2");
   EXPECT_TRUE(trash.operations.empty());
   EXPECT_EQ(log.lines(), Strings{});
+}
+
+TEST_F(InstallFunctionWithWrapper, WhatWouldBeReplacedIsToldAndStays) {
+  addOldCopy();
+  disk.addFile("/Applications/Licence", "licence 1");
+  disk.addFile("/Applications/Stranger", "");
+  const Replacements replaced = replacementsOf(files, "/Applications/Nas.app", Text("/Volumes/NAS/Extras"));
+  EXPECT_EQ(replaced.trashed, Text("/Applications/Nas.app"));
+  EXPECT_EQ(replaced.removed, std::vector<Text>{"/Applications/Licence"});
+  EXPECT_TRUE(replacementsOf(files, "/Applications/Nas.app", std::nullopt).removed.empty());
+  EXPECT_EQ(replacementsOf(files, "/Applications/Other.app", std::nullopt).trashed, std::nullopt);
+  EXPECT_EQ(disk.calls, Strings{});
 }
 
 TEST_F(InstallFunctionWithWrapper, ARemovalThatFailsIsLoggedAndTheCopyOntoWhatIsLeftGivesTwo) {

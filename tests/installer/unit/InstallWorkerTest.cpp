@@ -15,13 +15,14 @@ class Worker : public InstallerFixture {
     InstallerFixture::SetUp();
     files.addFile("/Volumes/NAS/Foo.app/Contents/Info.plist");
   }
-  // Clicks "Install" and lets worker and main thread run to the end.
-  void install(std::vector<Text> arguments = {}) {
+  // Clicks "Install" and lets worker and main thread run to the end. The controller as it is then.
+  InstallerWinController& install(std::vector<Text> arguments = {}) {
     arguments.insert(arguments.begin(), {"-sourcePath", product});
-    start(arguments);
+    InstallerWinController& controller = start(arguments);
     log.clear();
     clock.slept.clear();
     click();
+    return controller;
   }
   void click() {
     window.installButton.click();
@@ -314,6 +315,26 @@ TEST_F(Worker, TheDesktopIsToldThatTheDestinationChanged) {
   install();
   ASSERT_EQ(notices.paths.size(), 2u) << "by the copy and again by the worker";
   EXPECT_EQ(notices.paths.back(), "/Applications/Foo.app");
+}
+
+TEST_F(Worker, WhatItFailedAtIsTold) {
+  EXPECT_EQ(start({"-sourcePath", product}).outcome(), std::nullopt);
+  EXPECT_EQ(install().outcome(), InstallOutcome::installed());
+  trash.refuses = true;
+  EXPECT_EQ(install().outcome()->failure(), InstallFailure::NotTrashed);
+  trash.refuses = false;
+  lockApplications();
+  authorizer.answer = AuthorizationAnswer::Canceled;
+  EXPECT_EQ(install().outcome(), InstallOutcome::canceled());
+  authorizer.answer = AuthorizationAnswer::Refused;
+  EXPECT_EQ(install().outcome()->failure(), InstallFailure::NotCopiedWithRights);
+  addRunning("Foo Agent", "FOOX", Stubborn::Forever);
+  EXPECT_EQ(install().outcome()->failure(), InstallFailure::RefusedToQuit);
+}
+
+TEST_F(Worker, AFailedCopyIsToldAsOne) {
+  files.take("/Volumes/NAS/Foo.app");
+  EXPECT_EQ(install().outcome()->failure(), InstallFailure::NotCopied);
 }
 
 TEST_F(Worker, AFailureCanBeFollowedByASecondClickThatSucceeds) {

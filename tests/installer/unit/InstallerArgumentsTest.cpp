@@ -175,6 +175,21 @@ TEST_F(Arguments, AGivenDestinationIsKeptAndWrittenBack) {
   EXPECT_EQ(second.arguments().text(KTInstallerKeyDestinationPath), Text("/Applications/Tools/Bar.app"));
 }
 
+TEST_F(Arguments, WhatTheDestinationWasChosenForIsTold) {
+  EXPECT_EQ(start({"-sourcePath", product}).destinationReason(), DestinationReason::ApplicationsFolder);
+  EXPECT_EQ(start({"-sourcePath", product, "-destinationPath", "/Applications/F.app"}).destinationReason(),
+            DestinationReason::Given);
+  EXPECT_EQ(start({"-sourcePath", product, "-destinationPath", "/None/F.app"}).destinationReason(),
+            DestinationReason::ApplicationsFolder);
+  processes.applications.start(
+      {.name = "Foo", .signature = fourCharCode("FOOX"), .path = Text("/Applications/Foo.app")});
+  EXPECT_EQ(start({"-sourcePath", product, "-productCode", "FOOX"}).destinationReason(),
+            DestinationReason::RunningCopy);
+  workspace.loginItemPaths = {{"/Applications/Foo.app"}};
+  EXPECT_EQ(start({"-sourcePath", product}).destinationReason(), DestinationReason::LoginItem);
+  EXPECT_EQ(start({}).destinationReason(), std::nullopt);
+}
+
 TEST_F(Arguments, AFileWhereTheDestinationsFolderShouldBeCountsAsMissing) {
   files.addFile("/Applications/Tools");
   auto& controller = start({"-sourcePath", product, "-destinationPath", "/Applications/Tools/Foo.app"});

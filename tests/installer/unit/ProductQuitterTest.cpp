@@ -68,6 +68,19 @@ TEST_F(ProductQuitterTest, OnlyWhatIsInTheListIsQuit) {
   EXPECT_EQ(fake.log.lines().front(), "Quitting 'EDIT': Editor");
 }
 
+TEST_F(ProductQuitterTest, ThoseThatWouldBeAskedAreNamedAndNotAsked) {
+  quitList({"EDIT", "PLAY"});
+  const auto& editor = start("Editor", "EDIT");
+  start("Bystander", "OTHR");
+  const auto& player = start("Player", "PLAY");
+  const auto targets = quitter.targets();
+  ASSERT_EQ(targets.size(), 2U);
+  EXPECT_EQ(targets[0]->name(), Text("Editor"));
+  EXPECT_EQ(targets[1]->name(), Text("Player"));
+  EXPECT_TRUE(isRunning(editor) && isRunning(player));
+  EXPECT_EQ(fake.log.lines(), Strings{});
+}
+
 TEST_F(ProductQuitterTest, TwoCopiesWithOneSignatureAreQuitATenthOfASecondApart) {
   FakeApplication& first = start("Editor", "EDIT");
   FakeApplication& second = start("Editor 2", "EDIT");

@@ -163,7 +163,13 @@ void InstallWorker::launch(const Text& destination) {
   services_.log("registered app: %d", services_.workspace.registerBundle(destination));
   services_.clock.sleep(0.1);
   waitForIcon(destination);
-  if (!sessionEnds()) open(destination);
+  if (isLaunchWanted() && !sessionEnds()) open(destination);
+}
+
+bool InstallWorker::isLaunchWanted() const {
+  if (services_.launch == LaunchInstalled::Yes) return true;
+  services_.log("not launched: nobody wants it");
+  return false;
 }
 
 bool InstallWorker::sessionEnds() const {

@@ -34,6 +34,9 @@ class MainThread;
 class Workspace;
 struct InstallServices;
 
+// Whether what was installed is launched.
+enum class LaunchInstalled { No, Yes };
+
 struct InstallWorkerServices {
   const InstallServices& install;
   DestinationChoice& destinations;
@@ -48,6 +51,7 @@ struct InstallWorkerServices {
   Clock& clock;
   const Departure& departure;
   const Log& log;
+  LaunchInstalled launch = LaunchInstalled::Yes;
 };
 
 enum class Animate { No, Yes };
@@ -92,6 +96,8 @@ class InstallWorker {
   [[nodiscard]] bool hasLeft() const { return services_.departure.left.isRequested(); }
   // Whether the session ends, which leaves the launch out. Logs: "not launched: the session ends".
   [[nodiscard]] bool sessionEnds() const;
+  // Whether it is wanted. Logs: "not launched: nobody wants it".
+  [[nodiscard]] bool isLaunchWanted() const;
   void launch(const Text& destination);
   void waitForIcon(const Text& destination);
   void open(const Text& destination);

@@ -286,6 +286,14 @@ TEST_F(Worker, ALaunchRefusedElevenTimesIsOnlyLogged) {
   EXPECT_EQ(window.introField.text_, Text("Foo was successfully installed."));
 }
 
+TEST_F(Worker, WhatNobodyWantsToBeLaunchedIsRegisteredAlone) {
+  launch = LaunchInstalled::No;
+  EXPECT_EQ(install().outcome(), InstallOutcome::installed());
+  EXPECT_EQ(workspace.registered, std::vector<Text>{"/Applications/Foo.app"});
+  EXPECT_TRUE(workspace.opened.empty());
+  EXPECT_EQ(log.lines().back(), "not launched: nobody wants it");
+}
+
 TEST_F(Worker, TheLaunchIsRetriedOnlyUntilItSucceeds) {
   workspace.openAnswers = {false, false, true};
   install();

@@ -156,6 +156,7 @@ class InstallerFixture : public ::testing::Test {
   FakeScreenReader screenReader;
   FakeAudioDevices devices;
   FakeSounds sounds{devices};
+  LaunchInstalled launch = LaunchInstalled::Yes;
 
  private:
   struct Installer {

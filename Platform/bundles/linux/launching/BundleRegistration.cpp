@@ -101,25 +101,6 @@ std::string localeForEntry(const std::string& folder) {
   return language.bytes();
 }
 
-// Names by language, "" for none.
-std::map<std::string, std::string> namesOf(const Text& bundlePath, const PropertyDictionary& info) {
-  const auto bundle = BundleFolder::at(bundlePath);
-  std::map<std::string, std::string> names;
-  names[""] = nameForEntry(Paths::lastComponent(Paths::deletingExtension(bundlePath)));
-  const auto resources = bundle ? bundle->find(bundle->resources()) : std::nullopt;
-  if (!resources || !hasOwnFileName(bundlePath, info)) return names;
-  for (const std::string& entry : folderEntries(*resources)) {
-    const std::string language = entry.substr(0, entry.rfind('.'));
-    const bool isLanguage = entry.ends_with(".lproj") && isPlainLanguage(language);
-    if (!isLanguage || names.size() > kMostLanguages) continue;
-    const auto table = readStringTableOf(*bundle, Text(language), "InfoPlist");
-    const OptionalText name = table ? bundleNameIn(*table) : std::nullopt;
-    const std::string written = name ? nameForEntry(*name) : std::string();
-    if (!written.empty()) names[localeForEntry(language)] = written;
-  }
-  return names;
-}
-
 // Some desktops look for the program under its name as it is written, percent signs still doubled, and take
 // the entry for one whose program is gone. So there a shell starts it, as its argument.
 std::string execFor(const std::string& program) {
@@ -142,6 +123,22 @@ std::string entryFor(const std::map<std::string, std::string>& names, const std:
   return entry + "Terminal=false\n";
 }
 
+std::string entryNameFor(const Text& bundlePath, const PropertyDictionary& info) {
+  const Text fileName = Paths::lastComponent(Paths::deletingExtension(bundlePath));
+  return fileNameFor(textForKey(info, "CFBundleIdentifier").value_or(fileName).bytes());
+}
+
+std::string entryPathIn(const XdgFolders& folders, const std::string& entryName) {
+  return folders.dataHome() + "/applications/" + entryName + ".desktop";
+}
+
+std::string themeIn(const XdgFolders& folders) { return folders.dataHome() + "/icons/hicolor"; }
+
+std::string iconPathIn(const std::string& theme, int size, const std::string& iconName) {
+  const std::string name = std::to_string(size) + "x" + std::to_string(size);
+  return theme + "/" + name + "/apps/" + iconName + ".png";
+}
+
 int folderSizeFor(int size) {
   const int* const above = std::upper_bound(std::begin(kIconSizes), std::end(kIconSizes), size);
   return above == std::begin(kIconSizes) ? 0 : *(above - 1);
@@ -162,6 +159,24 @@ std::map<int, IconPicture> picturesByFolder(std::vector<IconPicture> pictures) {
 
 }  // namespace
 
+std::map<std::string, std::string> entryNamesOf(const Text& bundlePath, const PropertyDictionary& info) {
+  const auto bundle = BundleFolder::at(bundlePath);
+  std::map<std::string, std::string> names;
+  names[""] = nameForEntry(Paths::lastComponent(Paths::deletingExtension(bundlePath)));
+  const auto resources = bundle ? bundle->find(bundle->resources()) : std::nullopt;
+  if (!resources || !hasOwnFileName(bundlePath, info)) return names;
+  for (const std::string& entry : folderEntries(*resources)) {
+    const std::string language = entry.substr(0, entry.rfind('.'));
+    const bool isLanguage = entry.ends_with(".lproj") && isPlainLanguage(language);
+    if (!isLanguage || names.size() > kMostLanguages) continue;
+    const auto table = readStringTableOf(*bundle, Text(language), "InfoPlist");
+    const OptionalText name = table ? bundleNameIn(*table) : std::nullopt;
+    const std::string written = name ? nameForEntry(*name) : std::string();
+    if (!written.empty()) names[localeForEntry(language)] = written;
+  }
+  return names;
+}
+
 BundleRegistration::BundleRegistration(const Bundles& bundles, const XdgFolders& folders,
                                        const Launcher& launcher, IconDrawing drawing)
     : bundles_(bundles), folders_(folders), launcher_(launcher), drawing_(std::move(drawing)) {}
@@ -172,19 +187,32 @@ int BundleRegistration::registerBundle(const Text& bundlePath) const {
   if (!program || Paths::extension(bundlePath) != Text("app")) return RegistrationStatus::kNotAnApplication;
   if (!Paths::isAbsolute(bundlePath) || !canBeWritten(*program)) return RegistrationStatus::kUnusablePath;
   const PropertyDictionary info = bundles_.infoDictionary(bundlePath).value_or(PropertyDictionary());
-  const std::map<std::string, std::string> names = namesOf(bundlePath, info);
+  const std::map<std::string, std::string> names = entryNamesOf(bundlePath, info);
   if (names.at("").empty()) return RegistrationStatus::kUnusablePath;
 
-  const Text fileName = Paths::lastComponent(Paths::deletingExtension(bundlePath));
-  const std::string identifier = textForKey(info, "CFBundleIdentifier").value_or(fileName).bytes();
-  const std::string entryName = fileNameFor(identifier);
+  const std::string entryName = entryNameFor(bundlePath, info);
   const std::string iconName = installIcons(bundlePath, entryName);
-  const std::string entryPath = folders_.dataHome() + "/applications/" + entryName + ".desktop";
+  const std::string entryPath = entryPathIn(folders_, entryName);
   if (!writeFileAtomically(entryPath, entryFor(names, program->bytes(), iconName))) {
     return RegistrationStatus::kNotWritten;
   }
   refreshDatabase();
   return RegistrationStatus::kRegistered;
+}
+
+std::vector<std::string> BundleRegistration::filesOf(const Text& bundlePath) const {
+  const PropertyDictionary info = bundles_.infoDictionary(bundlePath).value_or(PropertyDictionary());
+  const std::string name = entryNameFor(bundlePath, info);
+  const std::string path = entryPathIn(folders_, name);
+  const auto entry = DesktopEntry::read(path);
+  const std::string program = entry ? entry->value("TryExec").value_or("") : std::string();
+  if (!program.starts_with(bundlePath.bytes() + "/")) return {};
+  std::vector<std::string> files = {path};
+  for (const int size : kIconSizes) {
+    const std::string icon = iconPathIn(themeIn(folders_), size, name);
+    if (findItem(icon)) files.push_back(icon);
+  }
+  return files;
 }
 
 std::vector<IconPicture> BundleRegistration::picturesOf(const Text& bundlePath) const {
@@ -197,11 +225,10 @@ std::vector<IconPicture> BundleRegistration::picturesOf(const Text& bundlePath) 
 
 std::string BundleRegistration::installIcons(const Text& bundlePath, const std::string& iconName) const {
   const auto pictures = picturesByFolder(picturesOf(bundlePath));
-  const std::string theme = folders_.dataHome() + "/icons/hicolor";
+  const std::string theme = themeIn(folders_);
   bool hasIcon = false;
   for (const int size : kIconSizes) {
-    const std::string name = std::to_string(size) + "x" + std::to_string(size);
-    const std::string path = theme + "/" + name + "/apps/" + iconName + ".png";
+    const std::string path = iconPathIn(theme, size, iconName);
     const auto picture = pictures.find(size);
     // What an earlier version left would otherwise stay beside the new pictures.
     if (picture == pictures.end()) {

@@ -5,6 +5,11 @@
 // Why: docs/decisions/010-how-a-bundle-is-shown.md
 #pragma once
 
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Core/PropertyValue.h"
 #include "Core/Text.h"
 #include "Platform/bundles/linux/launching/IconPictures.h"
 
@@ -30,18 +35,27 @@ class BundleRegistration {
 
   // One of the statuses above. A second registration of the same application replaces the first.
   [[nodiscard]] int registerBundle(const Text& bundlePath) const;
+  // The entry and the icons that are there for this bundle; none when the entry is another one's, of the same
+  // application in another place perhaps.
+  [[nodiscard]] std::vector<std::string> filesOf(const Text& bundlePath) const;
+  // Has the desktop look again.
+  void refreshDatabase() const;
 
  private:
   // The bundle's pictures in the hicolor theme; "" when none could be put there, else the icon's name.
   [[nodiscard]] std::string installIcons(const Text& bundlePath, const std::string& iconName) const;
   [[nodiscard]] std::vector<IconPicture> picturesOf(const Text& bundlePath) const;
-  void refreshDatabase() const;
 
   const Bundles& bundles_;
   const XdgFolders& folders_;
   const Launcher& launcher_;
   IconDrawing drawing_;
 };
+
+// The names that the entry shows, by the locale as entries write it, "" for that without one. One that cannot be
+// written is "" itself.
+[[nodiscard]] std::map<std::string, std::string> entryNamesOf(const Text& bundlePath,
+                                                              const PropertyDictionary& info);
 
 // The path in the text of a URL: what follows "file://" with percent escapes
 // resolved; any other text is the path.

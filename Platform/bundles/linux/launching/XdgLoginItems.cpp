@@ -62,6 +62,20 @@ std::optional<std::vector<OptionalText>> XdgLoginItems::snapshot() const {
   return items;
 }
 
+std::vector<std::string> XdgLoginItems::filesStarting(const Text& bundlePath) const {
+  std::vector<std::string> files;
+  for (const std::string& folder : folders_) {
+    const auto listing = findItem(folder);
+    for (const std::string& name : listing ? folderEntries(*listing) : std::vector<std::string>()) {
+      const std::string path = folder + "/" + name;
+      const auto entry = name.ends_with(".desktop") ? DesktopEntry::read(path) : std::nullopt;
+      if (entry && resolve(*entry) == bundlePath) files.push_back(path);
+    }
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
 bool XdgLoginItems::isStartedHere(const DesktopEntry& entry) const {
   const std::vector<std::string> desktops = currentDesktops(environment_);
   if (intersect(entry.list("NotShowIn"), desktops)) return false;

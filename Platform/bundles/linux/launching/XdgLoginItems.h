@@ -22,6 +22,8 @@ class XdgLoginItems {
 
   // Read afresh at each call.
   [[nodiscard]] std::optional<std::vector<OptionalText>> snapshot() const;
+  // The entries that start a program of the bundle, the person's own and the system's.
+  [[nodiscard]] std::vector<std::string> filesStarting(const Text& bundlePath) const;
 
  private:
   [[nodiscard]] bool isStartedHere(const DesktopEntry& entry) const;

@@ -55,16 +55,18 @@ class MetadataGiver {
   // Whether there is nothing but its times to give to a link.
   [[nodiscard]] bool needsTimesAlone(int sourceFolder, const char* name, const struct stat& facts,
                                      struct stat made) const;
+  // The mode that the copy has in the end.
+  [[nodiscard]] mode_t modeToGive(const struct stat& facts, const struct stat& made) const;
+  // Whether the copy gets the attribute of that name.
+  [[nodiscard]] bool isCarried(std::string_view name) const;
   // Gives them by name: where others may write, a link of theirs may get them instead.
   static Cause giveTimes(int folder, const char* name, const struct stat& facts);
 
  private:
-  [[nodiscard]] mode_t modeToGive(const struct stat& facts, const struct stat& made) const;
   [[nodiscard]] bool mayGiveUser(uid_t user) const;
   [[nodiscard]] bool mayGiveGroup(gid_t group) const;
   template <typename Change>
   Cause giveOwner(const struct stat& facts, struct stat& made, const Change& change) const;
-  [[nodiscard]] bool isCarried(std::string_view name) const;
   [[nodiscard]] bool givesAttributesUnopened(const struct stat& facts) const;
   Cause giveAttributes(const AttributedFile& source, const AttributedFile& target,
                        LaterAttributes* later) const;

@@ -39,6 +39,9 @@ class Authorizer {
   struct Result {                                               // the answer to the question
     AuthorizationAnswer answer = AuthorizationAnswer::Refused;  // refused unless it was given
     std::unique_ptr<Authorization> authorization;               // set when granted
+    // Why the tool will not run, in the words of the log: the rights were refused or could not be asked for, or the
+    // tool cannot be started with them. nullopt when it may.
+    OptionalText reason = std::nullopt;
   };
   // Asks for the right to run this tool with these arguments (its own path not among them) as
   // administrator. May show the system's password dialog and then blocks the calling thread until it is

@@ -23,7 +23,7 @@ class FakeAuthorizer : public Authorizer {
     if (onRequest) onRequest();
     if (isWithdrawn) return {AuthorizationAnswer::Canceled, nullptr};
     const AuthorizationAnswer given = next(answers, answer);
-    if (given != AuthorizationAnswer::Granted) return {given, nullptr};
+    if (given != AuthorizationAnswer::Granted) return {given, nullptr, reason};
     return {given, std::make_unique<Rights>(*this)};
   }
 
@@ -34,6 +34,7 @@ class FakeAuthorizer : public Authorizer {
   std::deque<ToolEnd> ends;
   AuthorizationAnswer answer = AuthorizationAnswer::Granted;
   ToolEnd end = ToolExited{0};
+  OptionalText reason;  // of a refusal
 
   std::function<void()> onRequest;  // while the dialog would be shown
   std::function<void()> onRun;      // while the tool would run

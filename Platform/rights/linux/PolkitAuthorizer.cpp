@@ -17,6 +17,7 @@ namespace halvorn {
 namespace {
 
 constexpr int kExitDismissed = 126;
+constexpr char kNoPkexec[] = "No administrator rights: this system has no pkexec";
 
 // The rights for a tool that runs or has run by now.
 class PolkitAuthorization : public Authorization {
@@ -50,30 +51,32 @@ class EmptyAuthorization : public Authorization {
   int error_;
 };
 
-Authorizer::Result grantedInVain(int error) {
-  return {AuthorizationAnswer::Granted, std::make_unique<EmptyAuthorization>(error)};
+Authorizer::Result grantedInVain(int error, const Text& reason) {
+  return {AuthorizationAnswer::Granted, std::make_unique<EmptyAuthorization>(error), reason};
 }
 
-void logObstacle(const Log& log, const Text& tool, const ToolObstacle& obstacle) {
+Text sentenceOf(const ToolObstacle& obstacle, const Text& tool) {
   const Text reason(::strerrordesc_np(obstacle.error));
   switch (obstacle.kind) {
     case ToolObstacle::Kind::NoAbsolutePath:
-      if (tool.isEmpty()) return log("The installer has no tool for the administrator");
-      return log("The administrator's tool '%@' is not named by an absolute path", tool);
+      if (tool.isEmpty()) return "The installer has no tool for the administrator";
+      return format("The administrator's tool '%@' is not named by an absolute path", tool);
     case ToolObstacle::Kind::Disguised:
-      return log("The administrator's tool '%@' is not asked for: its path would be shown as another", tool);
+      return format("The administrator's tool '%@' is not asked for: its path would be shown as another",
+                    tool);
     case ToolObstacle::Kind::Missing:
-      return log("The administrator's tool '%@' is missing: %@", tool, reason);
+      return format("The administrator's tool '%@' is missing: %@", tool, reason);
     case ToolObstacle::Kind::NotAFile:
-      return log("The administrator's tool '%@' is not a file", tool);
+      return format("The administrator's tool '%@' is not a file", tool);
     case ToolObstacle::Kind::NotExecutable:
-      return log("The administrator's tool '%@' is not executable", tool);
+      return format("The administrator's tool '%@' is not executable", tool);
     case ToolObstacle::Kind::MediumNoexec:
-      return log("The administrator's tool '%@' cannot run: its medium is mounted noexec", tool);
+      return format("The administrator's tool '%@' cannot run: its medium is mounted noexec", tool);
     case ToolObstacle::Kind::MediumPrivate:
-      return log("The administrator's tool '%@' cannot run: its medium (FUSE) is closed to the administrator",
-                 tool);
+      return format(
+          "The administrator's tool '%@' cannot run: its medium (FUSE) is closed to the administrator", tool);
   }
+  return {};
 }
 
 OptionalText firstExecutable(const std::vector<std::string>& paths) {
@@ -101,25 +104,20 @@ Authorizer::Result PolkitAuthorizer::requestAdministratorRights(const Text& tool
                                                                 const std::vector<Text>& arguments) {
   if (isWithdrawn()) return withdrawn();
   if (const auto obstacle = obstacleToTool(toolPath.bytes())) {
-    logObstacle(log_, toolPath, *obstacle);
-    return grantedInVain(obstacle->error);
+    return grantedInVain(obstacle->error, logged(sentenceOf(*obstacle, toolPath)));
   }
   std::vector<std::string> words;
   if (!toBytes(arguments, words)) {
-    log_("The administrator's tool was not started: an argument holds a NUL character");
-    return grantedInVain(EINVAL);
+    return grantedInVain(
+        EINVAL, logged("The administrator's tool was not started: an argument holds a NUL character"));
   }
   const OptionalText pkexec = firstExecutable(programs_.pkexec);
-  if (!pkexec) {
-    log_("No administrator rights: this system has no pkexec");
-    return {};
-  }
+  if (!pkexec) return refused(kNoPkexec);
   auto [run, error] = start(pkexec->bytes(), toolPath.bytes(), words);
   if (run == nullptr && error == 0) return withdrawn();
-  if (run == nullptr) {
-    log_("No administrator rights: %@ could not be started: %@", pkexec, ::strerrordesc_np(error));
-    return {};
-  }
+  if (run == nullptr)
+    return refused(
+        format("No administrator rights: %@ could not be started: %@", pkexec, ::strerrordesc_np(error)));
   const PkexecRun::Moment moment = run->waitForStartOrEnd();
   const bool nobodyAsks = stopAsking();
   if (moment == PkexecRun::Moment::Ended) {
@@ -127,6 +125,11 @@ Authorizer::Result PolkitAuthorizer::requestAdministratorRights(const Text& tool
     if (!end.toolRan) return nobodyAsks ? withdrawn() : answerOfPkexec(*run, end.waitStatus);
   }
   return {AuthorizationAnswer::Granted, std::make_unique<PolkitAuthorization>(log_, std::move(run))};
+}
+
+OptionalText PolkitAuthorizer::obstacleTo(const Text& toolPath) const {
+  if (const auto obstacle = obstacleToTool(toolPath.bytes())) return sentenceOf(*obstacle, toolPath);
+  return firstExecutable(programs_.pkexec) ? std::nullopt : OptionalText(kNoPkexec);
 }
 
 void PolkitAuthorizer::withdraw() {
@@ -162,12 +165,19 @@ Authorizer::Result PolkitAuthorizer::withdrawn() const {
   return {AuthorizationAnswer::Canceled, nullptr};
 }
 
+Text PolkitAuthorizer::logged(const Text& sentence) const {
+  log_("%@", sentence);
+  return sentence;
+}
+
+Authorizer::Result PolkitAuthorizer::refused(const Text& sentence) const {
+  return {AuthorizationAnswer::Refused, nullptr, logged(sentence)};
+}
+
 Authorizer::Result PolkitAuthorizer::answerOfPkexec(const PkexecRun& run,
                                                     std::optional<int> waitStatus) const {
-  if (waitStatus && WIFSIGNALED(*waitStatus)) {
-    log_("No administrator rights: pkexec was ended by signal %d", WTERMSIG(*waitStatus));
-    return {};
-  }
+  if (waitStatus && WIFSIGNALED(*waitStatus))
+    return refused(format("No administrator rights: pkexec was ended by signal %d", WTERMSIG(*waitStatus)));
   if (waitStatus && WEXITSTATUS(*waitStatus) == kExitDismissed) {
     log_("No administrator rights: the request was dismissed");
     return {AuthorizationAnswer::Canceled, nullptr};
@@ -175,43 +185,40 @@ Authorizer::Result PolkitAuthorizer::answerOfPkexec(const PkexecRun& run,
   const Text said = Text(run.complaint()).trimmed();
   switch (complaintFrom(run.complaint())) {
     case PkexecComplaint::NotAuthorized:
-      logNotAuthorized();
-      return {};
+      return refused(whyNotAuthorized());
     case PkexecComplaint::NoAgent:
-      log_("No administrator rights: no authentication agent runs in this session (%@)", said);
-      return {};
+      return refused(
+          format("No administrator rights: no authentication agent runs in this session (%@)", said));
     case PkexecComplaint::NoSystemBus:
-      log_("No administrator rights: the system bus does not answer (%@)", said);
-      return {};
+      return refused(format("No administrator rights: the system bus does not answer (%@)", said));
     case PkexecComplaint::NoPolicyDaemon:
-      log_("No administrator rights: the policy daemon does not answer (%@)", said);
-      return {};
+      return refused(format("No administrator rights: the policy daemon does not answer (%@)", said));
     case PkexecComplaint::NotPrivileged:
-      log_("No administrator rights: pkexec has no rights itself here (%@)", said);
-      return {};
+      return refused(format("No administrator rights: pkexec has no rights itself here (%@)", said));
     case PkexecComplaint::ToolUnreachable:
-      log_("The administrator's tool cannot be reached by the administrator (%@)", said);
-      return grantedInVain(EACCES);
+      return grantedInVain(
+          EACCES,
+          logged(format("The administrator's tool cannot be reached by the administrator (%@)", said)));
     case PkexecComplaint::ToolUnstartable:
-      log_("The administrator's tool could not be started (%@)", said);
-      return grantedInVain(ENOEXEC);
+      return grantedInVain(ENOEXEC,
+                           logged(format("The administrator's tool could not be started (%@)", said)));
     case PkexecComplaint::Unknown:
       break;
   }
-  log_("No administrator rights: pkexec failed (%@)", said);
-  return {};
+  return refused(format("No administrator rights: pkexec failed (%@)", said));
 }
 
-void PolkitAuthorizer::logNotAuthorized() const {
+Text PolkitAuthorizer::whyNotAuthorized() const {
   const OptionalText pkcheck = firstExecutable(programs_.pkcheck);
   switch (pkcheck ? askPolicy(pkcheck->bytes()) : PolicyAnswer::Unknown) {
     case PolicyAnswer::Refuses:
-      return log_("No administrator rights: the policy of this system refuses them");
+      return "No administrator rights: the policy of this system refuses them";
     case PolicyAnswer::AsksForPassword:
-      return log_("No administrator rights: not authenticated, the password was not accepted");
+      return "No administrator rights: not authenticated, the password was not accepted";
     case PolicyAnswer::Unknown:
-      return log_("No administrator rights: not authorized");
+      break;
   }
+  return "No administrator rights: not authorized";
 }
 
 }  // namespace halvorn

@@ -38,6 +38,10 @@ class PolkitAuthorizer : public Authorizer {
   Result requestAdministratorRights(const Text& toolPath, const std::vector<Text>& arguments) override;
   void withdraw() override;
 
+  // What would keep the tool from being run, as far as that is known before anybody is asked: the line that the log
+  // would get. Thread: any.
+  [[nodiscard]] OptionalText obstacleTo(const Text& toolPath) const;
+
  private:
   struct Started {
     std::unique_ptr<PkexecRun> run;  // null when it could not be started, or when nobody asks any more
@@ -51,7 +55,10 @@ class PolkitAuthorizer : public Authorizer {
   [[nodiscard]] Result withdrawn() const;
   // The answer for a pkexec that ended as itself.
   Result answerOfPkexec(const PkexecRun& run, std::optional<int> waitStatus) const;
-  void logNotAuthorized() const;
+  [[nodiscard]] Text whyNotAuthorized() const;
+  // Writes the sentence into the log, and answers it.
+  [[nodiscard]] Text logged(const Text& sentence) const;
+  [[nodiscard]] Result refused(const Text& sentence) const;
 
   const Log& log_;
   PolkitPrograms programs_;

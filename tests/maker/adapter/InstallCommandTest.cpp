@@ -1,0 +1,182 @@
+// halvorn install: whole installations without a window, each ending by its exit status.
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <thread>
+
+#include "tests/maker/adapter/HalvornFixture.h"
+
+namespace halvorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+class InstallCommand : public HalvornFixture {
+ protected:
+  // A signature that no program of another test has.
+  const std::string code = "i" + std::to_string(::getpid() % 1000 + 1000).substr(1);
+
+  [[nodiscard]] std::vector<std::string> words(std::vector<std::string> more = {}) const {
+    more.insert(more.begin(), {"install", "-sourcePath", product()});
+    return more;
+  }
+  // With --yes, as JSON and as the schema has it.
+  [[nodiscard]] std::string installed(int status, std::vector<std::string> more = {}) const {
+    more.emplace_back("--yes");
+    return answer(words(more), "installEvent", status);
+  }
+  [[nodiscard]] std::string log() const { return contentsOf(home() + "/Library/Logs/HalvornInstaller.log"); }
+  // The copy that is there, with that program in it, running.
+  [[nodiscard]] std::vector<std::string> oldCopy(const std::string& script) {
+    makeProduct({.version = "1.0", .signature = code}, applications());
+    const std::string program = destination() + "/Contents/Linux/Sample";
+    if (script.empty()) {
+      fs::copy_file("/bin/sleep", program, fs::copy_options::overwrite_existing);
+      return {program, "600"};
+    }
+    putFile(program, script, Executable::Yes);
+    return {program};
+  }
+};
+
+TEST_F(InstallCommand, AProductIsInstalledRegisteredAndLaunched) {
+  makeProduct();
+  const CommandResult result = halvorn(words({"--yes"}));
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.output, "Sample was successfully installed.\n");
+  EXPECT_EQ(runCommand({"diff", "-r", product(), destination()}).output, "");
+  EXPECT_TRUE(has(log(), "successfully copied")) << log();
+  EXPECT_TRUE(fs::exists(home() + "/.local/share/applications/halvorn-app-example.halvorn.Sample.desktop"));
+  EXPECT_TRUE(wasLaunched());
+}
+
+TEST_F(InstallCommand, EventsTellWhatHappens) {
+  makeProduct();
+  const std::string events = installed(0);
+  EXPECT_TRUE(has(events, "{\"event\": \"begun\", \"plan\": {\"compatible\": true, ")) << events;
+  EXPECT_TRUE(has(events, "{\"event\": \"progress\", \"turning\": true}\n")) << events;
+  EXPECT_TRUE(has(events, "{\"event\": \"log\", \"line\": \"successfully copied\"}\n")) << events;
+  EXPECT_TRUE(has(events,
+                  "{\"event\": \"ended\", \"message\": \"Sample was successfully installed.\", "
+                  "\"outcome\": \"installed\", \"reasons\": [], \"status\": 0}\n"))
+      << events;
+  EXPECT_TRUE(wasLaunched());
+}
+
+TEST_F(InstallCommand, ARunningCopyIsQuitAndGoesToTheTrash) {
+  ChildProcess running(oldCopy(""), {.environment = environment_});
+  makeProduct({.signature = code});
+  const std::string events = installed(0);
+  EXPECT_TRUE(running.waitForEnd(kTestPatience).has_value());
+  EXPECT_EQ(versionOfBundle(destination()), "2.0");
+  EXPECT_EQ(versionOfBundle(home() + "/.local/share/Trash/files/Sample.app"), "1.0") << events;
+  EXPECT_TRUE(wasLaunched());
+}
+
+TEST_F(InstallCommand, WhatNobodyWantsToBeLaunchedIsNot) {
+  makeProduct();
+  const std::string events = installed(0, {"--no-launch"});
+  EXPECT_TRUE(has(events, "\"not launched: nobody wants it\"")) << events;
+  EXPECT_FALSE(has(events, "launched immediately")) << events;
+}
+
+TEST_F(InstallCommand, WithoutAYesNothingIsDone) {
+  makeProduct();
+  const CommandResult result = halvorn(words());
+  EXPECT_EQ(result.status, 10) << result.output;
+  EXPECT_FALSE(fs::exists(destination()));
+  const std::string events = answer(words(), "installEvent", 10);
+  EXPECT_TRUE(
+      events.ends_with("\n{\"event\": \"ended\", \"message\": \"nobody said yes (--yes): nothing is "
+                       "installed\", \"outcome\": \"notConfirmed\", \"reasons\": [], \"status\": 10}\n"))
+      << events;
+}
+
+// Somebody before a terminal reads the plan and answers.
+TEST_F(InstallCommand, BeforeATerminalThePlanIsShownAndAsked) {
+  if (!programExists("script")) GTEST_SKIP() << "script is not installed";
+  makeProduct();
+  std::string line;
+  for (const std::string& word : command(words({"--no-launch"}))) line += "'" + word + "' ";
+  for (const bool says : {false, true}) {
+    ChildProcess terminal({"script", "-qec", line, "/dev/null"}, {.environment = environment_});
+    ASSERT_TRUE(terminal.waitForOutput("Install? [y/N]", kTestPatience)) << terminal.output();
+    EXPECT_TRUE(has(terminal.output(), "To:          " + destination())) << terminal.output();
+    terminal.writeInput(says ? "y\n" : "\n");
+    EXPECT_EQ(terminal.waitForEnd(kTestPatience), says ? 0 : 10) << terminal.output();
+    EXPECT_EQ(fs::exists(destination()), says);
+  }
+}
+
+TEST_F(InstallCommand, WhatCannotBeInstalledSaysWhy) {
+  makeProduct({.signature = std::nullopt});
+  EXPECT_TRUE(has(installed(2), "missing product signature"));
+  makeProduct({.minSystemVersion = "99.0"});
+  EXPECT_TRUE(has(installed(3), "\"outcome\": \"systemTooOld\""));
+  makeProduct();
+  const std::string inside = installed(6, {"-destinationPath", product() + "/Contents/Inner.app"});
+  EXPECT_TRUE(has(inside, "\"CAUSE -- what is copied and what is replaced lie one in the other")) << inside;
+  EXPECT_FALSE(fs::exists(destination()));
+}
+
+TEST_F(InstallCommand, ACopyThatCannotBeTrashedStays) {
+  makeUntrashable();
+  makeProduct({.version = "1.0"}, applications());
+  makeProduct();
+  const std::string events = installed(5);
+  EXPECT_TRUE(has(events, "\"outcome\": \"notTrashed\"")) << events;
+  EXPECT_EQ(versionOfBundle(destination()), "1.0");
+}
+
+// Starts the program again whenever it ends.
+class Respawner {
+ public:
+  Respawner(std::vector<std::string> program, std::vector<std::string> environment)
+      : thread_([this, program = std::move(program), environment = std::move(environment)] {
+          while (!isOver_) {
+            ChildProcess child(program, {.environment = environment});
+            while (!isOver_ && child.isRunning()) pauseBriefly();
+          }
+        }) {}
+  ~Respawner() {
+    isOver_ = true;
+    thread_.join();
+  }
+  Respawner(const Respawner&) = delete;
+  Respawner& operator=(const Respawner&) = delete;
+
+ private:
+  std::atomic<bool> isOver_ = false;
+  std::thread thread_;
+};
+
+TEST_F(InstallCommand, AProgramThatDoesNotStayAwayCancelsIt) {
+  const Respawner running(oldCopy(""), environment_);
+  makeProduct({.signature = code});
+  const std::string events = installed(4);
+  EXPECT_TRUE(has(events, "\"outcome\": \"refusedToQuit\"")) << events;
+  EXPECT_EQ(versionOfBundle(destination()), "1.0");
+}
+
+TEST_F(InstallCommand, ASignalBeforeAnythingIsTouchedInstallsNothing) {
+  auto program = oldCopy("");
+  // Its end is not asked for by SIGTERM alone.
+  program.insert(program.begin(), {"sh", "-c", "trap '' TERM; exec \"$@\"", "sh"});
+  ChildProcess stubborn(program, {.environment = environment_});
+  makeProduct({.signature = code});
+  ASSERT_TRUE(eventually([&] {
+    return fs::exists("/proc/" + std::to_string(stubborn.pid()) + "/exe") &&
+           fs::read_symlink("/proc/" + std::to_string(stubborn.pid()) + "/exe") ==
+               destination() + "/Contents/Linux/Sample";
+  }));
+  ChildProcess installing(command(words({"--yes", "--json"})), {.environment = environment_});
+  ASSERT_TRUE(installing.waitForOutput("Quitting", kTestPatience)) << installing.output();
+  installing.sendSignal(SIGTERM);
+  EXPECT_TRUE(installing.waitForOutput("\"outcome\": \"interrupted\"", kTestPatience)) << installing.output();
+  EXPECT_EQ(installing.waitForEnd(kTestPatience), 9) << installing.output();
+  EXPECT_EQ(versionOfBundle(destination()), "1.0");
+}
+
+}  // namespace
+}  // namespace halvorn

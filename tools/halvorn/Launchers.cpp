@@ -1,0 +1,85 @@
+#include "tools/halvorn/Launchers.h"
+
+#include <algorithm>
+
+#include "Platform/bundles/linux/launching/DesktopEntry.h"
+
+namespace halvorn {
+namespace {
+
+// Says a sentence where the person is: the desktop's own notification, else standard error.
+std::string tellFunction(const std::string& title) {
+  return "tell() {\n"
+         "  echo \"$1\" >&2\n"
+         "  command -v notify-send >/dev/null 2>&1 && notify-send -- " +
+         quotedForShell(title) +
+         " \"$1\" 2>/dev/null\n"
+         "}\n";
+}
+
+std::string withoutSlashes(std::string name) {
+  std::replace(name.begin(), name.end(), '/', '-');
+  return name;
+}
+
+}  // namespace
+
+std::string quotedForShell(const std::string& word) {
+  std::string quoted = "'";
+  for (const char character : word)
+    quoted += character == '\'' ? std::string("'\\''") : std::string(1, character);
+  return quoted + "'";
+}
+
+std::string launcherName(const LauncherFacts& facts) { return "Install " + withoutSlashes(facts.product); }
+
+std::string markPath(const LauncherFacts& facts) {
+  return std::string(kMediumFolder) + "/" + withoutSlashes(facts.identifier) + ".medium";
+}
+
+std::string productPath(const LauncherFacts& facts) {
+  return std::string(kMediumFolder) + "/" + withoutSlashes(facts.product) + ".app";
+}
+
+std::string installerPath(const LauncherFacts& facts) {
+  const std::string bundle = "/HalvornInstaller.app";
+  return facts.isInside ? productPath(facts) + "/Contents/Resources" + bundle : kMediumFolder + bundle;
+}
+
+std::string launcherScript(const LauncherFacts& facts) {
+  const auto here = [](const std::string& path) { return "\"$here\"/" + quotedForShell(path); };
+  std::string arguments = " -sourcePath " + here(productPath(facts));
+  if (!facts.readMe.empty()) arguments += " -readMePath " + here(facts.readMe);
+  if (!facts.documentation.empty()) arguments += " -documentationPath " + here(facts.documentation);
+  return "#!/bin/sh\n# Starts the installer that lies beside this file.\n" +
+         tellFunction(launcherName(facts)) +
+         "here=$(CDPATH='' cd -- \"$(dirname -- \"$0\")\" && pwd -P) || exit 66\nprogram=" +
+         here(installerPath(facts) + "/Contents/Linux/HalvornInstaller") +
+         "\n"
+         "[ -f \"$program\" ] || { tell \"The installer is missing: $program\"; exit 66; }\n"
+         "[ -x \"$program\" ] || {\n"
+         "  tell \"Nothing can be started from here: copy the folder to your disk, or mount the medium "
+         "without noexec.\"\n"
+         "  exit 69\n"
+         "}\n"
+         "exec \"$program\"" +
+         arguments + " \"$@\"\n";
+}
+
+// Some desktops say where the entry lies, with or without "file://", others do not: then the medium is looked for where
+// media are mounted.
+std::string launcherEntry(const LauncherFacts& facts) {
+  const std::string name = launcherName(facts);
+  const std::string script =
+      "f=${1#file://}; for d in \"${f%/*}\" \"$PWD\" /run/media/*/* /media/*/* /media/* /mnt/* /mnt "
+      "/Volumes/*; do "
+      "[ -f \"$d\"/" +
+      quotedForShell(markPath(facts)) + " ] && exec sh \"$d\"/" + quotedForShell(name) +
+      "; done; notify-send -- " + quotedForShell(name) + " " +
+      quotedForShell("The medium is not mounted where it can be found: open the file beside this one.");
+  return "[Desktop Entry]\nType=Application\nName=" + escapedValue(name) +
+         "\nIcon=system-software-install\nTerminal=false\nExec=" +
+         escapedValue("sh -c " + quotedForExec(script) + " sh %k") + "\n";
+}
+
+}  // namespace halvorn

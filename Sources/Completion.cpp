@@ -7,6 +7,7 @@
 #include "Platform/bundles/Defaults.h"
 #include "Platform/bundles/LocalizedStrings.h"
 #include "Platform/running/MainThread.h"
+#include "Platform/session/DesktopMessages.h"
 #include "Platform/window/Application.h"
 #include "Platform/window/ScreenReader.h"
 #include "Sources/CompletionSound.h"
@@ -21,18 +22,23 @@ void Completion::installationFinished(const InstallOutcome& outcome) {
   if (outcome.kind() == InstallOutcome::Kind::Installed) {
     showSuccess();
   } else {
-    showFailure(outcome.message());
+    showFailure(outcome);
   }
   outlets_.installButton.setEnabled(Enabled::Yes);
   outlets_.progressIndicator.stopAnimation();
   scheduleQuit();
 }
 
-void Completion::showFailure(const Text& message) {
+void Completion::showFailure(const InstallOutcome& outcome) {
+  const Text& message = outcome.message();
   // KEEP: the message field stays hidden, so the page looks as before the click and can be used again.
   outlets_.messageField.setStringValue(message);
   outlets_.cancelButton.setEnabled(Enabled::Yes);
-  if (!message.isEmpty()) services_.screenReader.announce(message);
+  if (message.isEmpty()) return;
+  services_.screenReader.announce(message);
+  // Who sees the page takes the button for a dead one unless somebody says what became of the click.
+  const Text reason = outcome.reason() ? format("\r%@", *outcome.reason()) : Text();
+  services_.messages.tell(arguments_.text(KTInstallerKeyProductName).value_or(Text()), message + reason);
 }
 
 void Completion::showSuccess() {

@@ -13,6 +13,7 @@ namespace halvorn {
 class Application;
 class CompletionSound;
 class Defaults;
+class DesktopMessages;
 class LocalizedStrings;
 class Log;
 class MainThread;
@@ -22,6 +23,7 @@ struct CompletionServices {
   Application& application;
   CompletionSound& sound;
   const Defaults& defaults;
+  DesktopMessages& messages;
   const LocalizedStrings& strings;
   MainThread& mainThread;
   ScreenReader& screenReader;
@@ -47,7 +49,7 @@ class Completion {
   [[nodiscard]] bool finished() const { return finished_; }
 
  private:
-  void showFailure(const Text& message);
+  void showFailure(const InstallOutcome& outcome);
   void showSuccess();
   void scheduleQuit();
 

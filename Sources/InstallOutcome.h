@@ -18,13 +18,19 @@ class InstallOutcome {
   // The person dismissed the request for administrator rights. Not a failure: nothing is to be said.
   [[nodiscard]] static InstallOutcome canceled() { return {Kind::Canceled, std::nullopt, Text()}; }
   // `message` is localized and complete; its lines are separated by carriage returns.
-  [[nodiscard]] static InstallOutcome failed(InstallFailure failure, const Text& message) {
-    return {Kind::Failed, failure, message};
+  [[nodiscard]] static InstallOutcome failed(InstallFailure failure, const Text& message,
+                                             const OptionalText& reason = std::nullopt) {
+    InstallOutcome outcome(Kind::Failed, failure, message);
+    outcome.reason_ = reason;
+    return outcome;
   }
 
   [[nodiscard]] Kind kind() const { return kind_; }
   [[nodiscard]] std::optional<InstallFailure> failure() const { return failure_; }  // when failed
   [[nodiscard]] const Text& message() const { return message_; }                    // "" unless failed
+
+  // Why, in the words of the log; nullopt when nothing is known beyond the message.
+  [[nodiscard]] const OptionalText& reason() const { return reason_; }
 
   friend bool operator==(const InstallOutcome&, const InstallOutcome&) = default;
 
@@ -34,6 +40,7 @@ class InstallOutcome {
   Kind kind_;
   std::optional<InstallFailure> failure_;
   Text message_;
+  OptionalText reason_ = std::nullopt;
 };
 
 }  // namespace halvorn

@@ -36,6 +36,7 @@ InstallWorker::InstallWorker(const InstallWorkerServices& services, const Argume
 
 void InstallWorker::installThread() {
   services_.log("Install");
+  noRights_ = std::nullopt;
   animateProgress(Animate::Yes);
 
   if (const OptionalText name = nameOfProcessThatRefusedToQuit()) {
@@ -56,7 +57,7 @@ void InstallWorker::installThread() {
     case CopyResult::Kind::Canceled:
       return finish(InstallOutcome::canceled());
     case CopyResult::Kind::Failed:
-      return finish(InstallOutcome::failed(*result.failure, failureMessage(result.messageKey)));
+      return finish(InstallOutcome::failed(*result.failure, failureMessage(result.messageKey), noRights_));
   }
 }
 
@@ -147,6 +148,7 @@ InstallWorker::AuthorizedInstall InstallWorker::authorizedInstall(const Text& so
   if (wrap) arguments.push_back(*wrap);
   const Authorizer::Result rights =
       services_.authorizer.requestAdministratorRights(tool.value_or(Text()), arguments);
+  noRights_ = rights.reason;
   if (rights.answer == AuthorizationAnswer::Canceled) return AuthorizedInstall::Canceled;
   if (rights.answer == AuthorizationAnswer::Refused || !rights.authorization)
     return AuthorizedInstall::Failed;

@@ -109,6 +109,7 @@ class InstallWorker {
   const ArgumentDictionary& arguments_;
   MainThreadEntries entries_;
   ProductQuitter quitter_;
+  OptionalText noRights_;  // why the last request for rights came to nothing
 };
 
 }  // namespace halvorn

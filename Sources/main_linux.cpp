@@ -23,6 +23,7 @@
 #include "Platform/running/posix/PosixStandardStreams.h"
 #include "Platform/running/posix/TerminationSignals.h"
 #include "Platform/session/linux/BusAddresses.h"
+#include "Platform/session/linux/NotifiedMessages.h"
 #include "Platform/session/linux/SessionServers.h"
 #include "Platform/session/linux/WaylandSession.h"
 #include "Platform/session/linux/wayland/WaylandConnection.h"
@@ -138,6 +139,7 @@ class Installer {
             .completion = {.application = application_,
                            .sound = sound_,
                            .defaults = system_.defaults(),
+                           .messages = messages_,
                            .strings = system_.strings(),
                            .mainThread = application_,
                            .screenReader = screenReader_,
@@ -173,6 +175,9 @@ class Installer {
   SilentFileChangeNotices changes_;
   Departure departure_;
   CompletionSound sound_;
+  NotifiedMessages messages_{
+      system_.workers(), sessionBusAddress(system_.parts().of<Ground>().environment).value_or(std::string()),
+      "Halvorn Installer"};
   QtAlerts alerts_;
   QtScreenReader screenReader_;
   PosixStandardStreams streams_{Paths::appending(system_.searchPaths().homeFolder(), "Library/Logs")};

@@ -19,6 +19,7 @@
 #include "Platform/running/posix/BeforeExit.h"
 #include "Platform/running/posix/PosixStandardStreams.h"
 #include "Platform/running/posix/TerminationSignals.h"
+#include "Platform/session/null/NullSession.h"
 #include "Platform/window/mac/MacAlerts.h"
 #include "Platform/window/mac/MacInstallerWindow.h"
 #include "Platform/window/mac/MacScreenReader.h"
@@ -123,6 +124,7 @@ class Installer {
             .completion = {.application = application_,
                            .sound = sound_,
                            .defaults = system_.defaults(),
+                           .messages = messages_,
                            .strings = system_.strings(),
                            .mainThread = system_.mainThread(),
                            .screenReader = screenReader_,
@@ -160,6 +162,7 @@ class Installer {
   CompletionSound sound_;
   MacAlerts alerts_;
   MacScreenReader screenReader_;
+  NullDesktopMessages messages_;
   PosixStandardStreams streams_{Paths::appending(system_.searchPaths().homeFolder(), "Library/Logs")};
   MacTrash trash_;
   const InstallServices install_{

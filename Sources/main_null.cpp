@@ -165,6 +165,7 @@ class Installer {
             .completion = {.application = ground_.application,
                            .sound = sound_.completion,
                            .defaults = ground_.defaults,
+                           .messages = messages_,
                            .strings = ground_.strings,
                            .mainThread = ground_.mainThread,
                            .screenReader = screenReader_,
@@ -202,6 +203,7 @@ class Installer {
   Colors colors_;
   NullAlerts alerts_;
   NullScreenReader screenReader_;
+  NullDesktopMessages messages_;
   NullTrash trash_;
   const InstallServices install_{
       .files = ground_.files, .trash = trash_, .notices = ground_.changes, .log = ground_.log};

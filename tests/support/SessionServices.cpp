@@ -2,6 +2,7 @@
 //
 //   login         the session manager; a line "idle <microseconds on the monotonic clock>" or "active" sets
 //   its hint portal        the settings of the desktop portal; "scheme <number>" changes the color scheme
+//   notifications  what shows notifications; says "notified PROGRAM|TITLE|BODY|ICON" for each
 //   silence       a desktop portal that never answers
 //   nonsense      a session manager and a desktop portal whose answers have the wrong form
 //
@@ -30,6 +31,15 @@ class Services : public QDBusVirtualObject {
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
     if (role_ == "silence") return true;
     if (role_ == "nonsense") return bus.send(message.createReply(QVariant(QStringList{"what", "ever"})));
+    if (role_ == "notifications") {
+      if (message.member() != "Notify" || message.signature() != "susssasa{sv}i") return false;
+      const QVariantList words = message.arguments();
+      std::cout << "notified ";
+      for (const int place : {0, 3, 4, 2})
+        std::cout << words[place].toString().replace("\n", "\\n").toStdString() << (place == 2 ? "" : "|");
+      std::cout << std::endl;
+      return bus.send(message.createReply(QVariant::fromValue<uint>(1)));
+    }
     if (role_ == "portal") {
       if (message.interface() != settingsInterface || message.member() != "Read") return false;
       return bus.send(message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(scheme())))));
@@ -76,9 +86,11 @@ int main(int argumentCount, char** arguments) {
   const QString role = arguments[1];
   Services services(role);
   bool isServing = bus.registerVirtualObject("/org/freedesktop", &services, QDBusConnection::SubPath);
-  const bool isPortal = role != "login";
+  const bool showsNotifications = role == "notifications";
+  const bool isPortal = role != "login" && !showsNotifications;
   const bool isLogin = role == "login" || role == "nonsense";
   if (isPortal) isServing = bus.registerService("org.freedesktop.portal.Desktop") && isServing;
+  if (showsNotifications) isServing = bus.registerService("org.freedesktop.Notifications") && isServing;
   if (isLogin) isServing = bus.registerService("org.freedesktop.login1") && isServing;
   if (!isServing) return EXIT_FAILURE;
   QSocketNotifier input(0, QSocketNotifier::Read);

@@ -20,6 +20,7 @@
 #include "Platform/running/null/NullRunning.h"
 #include "Platform/running/posix/PosixStandardStreams.h"
 #include "Platform/running/posix/TerminationSignals.h"
+#include "Platform/session/null/NullSession.h"
 #include "Platform/sound/linux/LoadedSounds.h"
 #include "Platform/sound/null/NullSound.h"
 #include "Sources/AdministratorRefusal.h"
@@ -169,6 +170,7 @@ struct InstallerSteps::Parts {
             .completion = {.application = application,
                            .sound = sound,
                            .defaults = system.defaults(),
+                           .messages = messages,
                            .strings = strings,
                            .mainThread = system.mainThread(),
                            .screenReader = screenReader,
@@ -213,6 +215,7 @@ struct InstallerSteps::Parts {
   TerminalAlerts alerts;
   NullImages images;
   NullScreenReader screenReader;
+  NullDesktopMessages messages;  // the terminal is told by who asked for the installation
   NullStandardStreams closedStreams;
   PosixStandardStreams streams{Paths::appending(system.searchPaths().homeFolder(), "Library/Logs")};
   SilentFileChangeNotices changes;

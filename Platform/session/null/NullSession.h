@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Platform/session/DesktopFacts.h"
+#include "Platform/session/DesktopMessages.h"
 #include "Platform/session/SystemFacts.h"
 
 namespace halvorn {
@@ -13,6 +14,12 @@ class NullDesktopFacts : public DesktopFacts {
   std::optional<std::int64_t> clipboardChangeCount() override { return std::nullopt; }
   bool installMenuBarHandler(MenuBarHandler) override { return false; }
   std::optional<int> controlTint() override { return std::nullopt; }
+};
+
+// Nobody is told.
+class NullDesktopMessages : public DesktopMessages {
+ public:
+  void tell(const Text&, const Text&) override {}
 };
 
 // Version 0.0, older than every release; no debugger, and nothing is known of any file system.

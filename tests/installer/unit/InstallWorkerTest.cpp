@@ -325,6 +325,31 @@ TEST_F(Worker, TheDesktopIsToldThatTheDestinationChanged) {
   EXPECT_EQ(notices.paths.back(), "/Applications/Foo.app");
 }
 
+TEST_F(Worker, RightsThatCannotBeHadAreToldWhereThePersonIs) {
+  lockApplications();
+  authorizer.answer = AuthorizationAnswer::Refused;
+  authorizer.reason = "No administrator rights: this system has no pkexec";
+  install();
+  EXPECT_EQ(messages.told, std::vector<std::string>{std::string("Foo: Authorized copying failed.") + kHint +
+                                                    "\rNo administrator rights: this system has no pkexec"});
+  EXPECT_FALSE(window.messageField.visible()) << "the window's texts are as they were";
+  authorizer.answer = AuthorizationAnswer::Canceled;
+  install();
+  EXPECT_EQ(messages.told.size(), 1U) << "who dismissed the question knows";
+}
+
+TEST_F(Worker, AFailureIsToldAndTheNextOneHasItsOwnReason) {
+  lockApplications();
+  authorizer.answer = AuthorizationAnswer::Refused;
+  authorizer.reason = "No administrator rights";
+  auto& controller = install();
+  EXPECT_EQ(controller.outcome()->reason(), Text("No administrator rights"));
+  files.node("/Applications")->isWritable = true;
+  files.take("/Volumes/NAS/Foo.app");
+  click();
+  EXPECT_EQ(messages.told.back(), std::string("Foo: Installation failed.") + kHint);
+}
+
 TEST_F(Worker, WhatItFailedAtIsTold) {
   EXPECT_EQ(start({"-sourcePath", product}).outcome(), std::nullopt);
   EXPECT_EQ(install().outcome(), InstallOutcome::installed());

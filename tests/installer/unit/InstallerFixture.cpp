@@ -42,6 +42,7 @@ InstallerFixture::Installer::Installer(InstallerFixture& fixture, std::vector<Te
                .completion = {.application = fixture.application,
                               .sound = sound,
                               .defaults = fixture.defaults,
+                              .messages = fixture.messages,
                               .strings = fixture.strings,
                               .mainThread = fixture.mainThread,
                               .screenReader = fixture.screenReader,

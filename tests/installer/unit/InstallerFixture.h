@@ -24,6 +24,7 @@
 #include "tests/fakes/FakeAuthorizer.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeDefaults.h"
+#include "tests/fakes/FakeDesktopMessages.h"
 #include "tests/fakes/FakeFileChangeNotices.h"
 #include "tests/fakes/FakeInterfaceStyleSetting.h"
 #include "tests/fakes/FakeLocalizedDates.h"
@@ -154,6 +155,7 @@ class InstallerFixture : public ::testing::Test {
   FakeAlerts alerts;
   FakeImages images;
   FakeScreenReader screenReader;
+  FakeDesktopMessages messages;
   FakeAudioDevices devices;
   FakeSounds sounds{devices};
   LaunchInstalled launch = LaunchInstalled::Yes;

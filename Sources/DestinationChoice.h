@@ -37,6 +37,7 @@ struct DestinationChoiceServices {
 // What a destination was chosen for.
 enum class DestinationReason {
   Given,               // the arguments name it
+  GivenOneIsUnusable,  // the arguments name one whose folder does not exist, so it is the Applications folder
   LoginItem,           // the product starts there when the person logs in
   RunningCopy,         // the product runs from there
   ApplicationsFolder,  // nobody keeps the product yet

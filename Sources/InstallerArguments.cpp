@@ -71,8 +71,9 @@ PreferredDestination InstallerArguments::chosenDestination(DestinationChoice& ch
   }
   if (chosen && files_.isDirectory(Paths::deletingLastComponent(chosen->path))) return *chosen;
   const Text source = arguments_.text(KTInstallerKeySourcePath).value_or(Text());
+  const bool isGiven = chosen && chosen->reason == DestinationReason::Given;
   return {Paths::appending(choice.applicationsDirectory(), Paths::lastComponent(source)),
-          DestinationReason::ApplicationsFolder};
+          isGiven ? DestinationReason::GivenOneIsUnusable : DestinationReason::ApplicationsFolder};
 }
 
 Text InstallerArguments::insideWrapper(const Text& destination) const {

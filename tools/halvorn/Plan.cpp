@@ -23,6 +23,8 @@ const char* nameOf(DestinationReason reason) {
   switch (reason) {
     case DestinationReason::Given:
       return "given";
+    case DestinationReason::GivenOneIsUnusable:
+      return "givenOneIsUnusable";
     case DestinationReason::LoginItem:
       return "loginItem";
     case DestinationReason::RunningCopy:
@@ -174,6 +176,7 @@ bool isTrueIn(const PropertyDictionary& facts, const char* key) {
 std::string reasonSentence(const Plan& plan) {
   const std::string reason = textIn(part(plan, "destination"), "reason").bytes();
   if (reason == "given") return "the arguments name it";
+  if (reason == "givenOneIsUnusable") return "the folder of the one that the arguments name does not exist";
   if (reason == "loginItem") return "it starts from there when you log in";
   if (reason == "runningCopy") return "it runs from there now";
   return "nothing names another usable place, and no copy that is kept was found";

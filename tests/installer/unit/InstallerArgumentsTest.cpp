@@ -180,7 +180,7 @@ TEST_F(Arguments, WhatTheDestinationWasChosenForIsTold) {
   EXPECT_EQ(start({"-sourcePath", product, "-destinationPath", "/Applications/F.app"}).destinationReason(),
             DestinationReason::Given);
   EXPECT_EQ(start({"-sourcePath", product, "-destinationPath", "/None/F.app"}).destinationReason(),
-            DestinationReason::ApplicationsFolder);
+            DestinationReason::GivenOneIsUnusable);
   processes.applications.start(
       {.name = "Foo", .signature = fourCharCode("FOOX"), .path = Text("/Applications/Foo.app")});
   EXPECT_EQ(start({"-sourcePath", product, "-productCode", "FOOX"}).destinationReason(),

@@ -54,6 +54,13 @@ TEST_F(PlanCommand, ACopyThatIsThereGoesToTheTrashAndARunningOneIsQuit) {
   EXPECT_TRUE(has(told, "because it runs from there now\n")) << told;
 }
 
+TEST_F(PlanCommand, AnotherPlaceThanTheOneThatWasGivenIsExplained) {
+  makeProduct();
+  EXPECT_TRUE(has(planned({"-destinationPath", applications() + "/Other.app"}), "\"reason\": \"given\""));
+  const std::string plan = planned({"-destinationPath", home() + "/None/Sample.app"});
+  EXPECT_TRUE(has(plan, "\"path\": \"" + destination() + "\", \"reason\": \"givenOneIsUnusable\"")) << plan;
+}
+
 TEST_F(PlanCommand, EveryObstacleHasTheStatusThatTheInstallationWouldEndWith) {
   makeProduct();
   const std::string nothing = answer({"plan", "-productName", "Sample"}, "noPlan", 2);

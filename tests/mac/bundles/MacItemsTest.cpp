@@ -64,6 +64,19 @@ TEST_F(MacItems, WithoutAForkThereIsNoResource) {
   EXPECT_EQ(fakemac::state().currentResourceFile, 2);
 }
 
+TEST_F(MacItems, AnEmptyPathNamesNothing) {
+  EXPECT_EQ(items.flags(Text()), std::nullopt);
+  EXPECT_EQ(items.aliasTarget(Text()), std::nullopt);
+  EXPECT_EQ(items.resource(Text(), fourCharCode("vers"), 1), std::nullopt);
+  EXPECT_TRUE(fakemac::state().itemQuestions.empty()) << "Launch Services are not asked";
+}
+
+TEST_F(MacItems, AnAliasToAFolderLeadsThere) {
+  const std::string alias = putFile(folder / "alias", "");
+  fakemac::state().aliases[alias] = folder.path().string();
+  EXPECT_EQ(items.aliasTarget(Text(alias)), Text(folder.path().string()));
+}
+
 TEST_F(MacItems, OpeningIsAnsweredByTheWorkspace) {
   const std::string file = putFile(folder / "Guide.html", "x");
   EXPECT_TRUE(workspace.openFile(Text(file)));

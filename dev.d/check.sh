@@ -1,10 +1,12 @@
 # Format, lint, walls, every header alone; with --mutation the tests themselves; with --ports the compiler of another system;
-# with --campaign attacks; with --docs the manual in a browser; with --abi the libraries beside those of the last release.
+# with --campaign attacks; with --docs the manual in a browser; with --abi the libraries beside those of the last release;
+# with --release a fresh system of another one.
 dev_check() {
   if [ "${1:-}" = --ports ]; then check_ports; return; fi
   if [ "${1:-}" = --pictures ]; then shift; check_pictures "$@"; return; fi
   if [ "${1:-}" = --mac ]; then check_mac; return; fi
   if [ "${1:-}" = --abi ]; then need build; check_abi; return; fi
+  if [ "${1:-}" = --release ]; then check_release "${2:-trixie}"; return; fi
   if [ "${1:-}" = --docs ]; then check_docs; return; fi
   need build check test
   if [ "${1:-}" = --fuzz ]; then check_fuzz; return; fi
@@ -109,6 +111,16 @@ check_campaign() {
   shift || true
   configure_and_build asan HalvornInstaller train
   tests/campaign/run_campaign "$bundle" "$bundle/Contents/Resources/train" . --hours "$hours" --report build/campaign.md "$@"
+}
+
+# check_release RELEASE: whether a fresh system of another Debian release builds the tree and makes the tour of ./dev run.
+check_release() {
+  need package
+  local status=0
+  tests/package/tour "$1" || status=$?
+  [ "$status" != 77 ] || { say "not checked on $1: no such system can be made here"; return 0; }
+  [ "$status" = 0 ] || die "the tree does not build or run on $1"
+  say "built and run on $1: build/tour-$1/*.png"
 }
 
 check_fuzz() {

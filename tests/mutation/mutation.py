@@ -6,7 +6,8 @@
 BUILD is a build tree made by Ninja of the sources as they lie here; leave them alone meanwhile. A mutant is one object more,
 linked before the libraries, so that theirs is not taken. It dies when a program fails, crashes or exceeds its time or memory;
 what does not compile is no mutant. The report is BUILD/mutation/report; the status is 1 when less than nine of ten die.
-Mutants that no test can tell from the original are listed in equivalent.txt with the reason and count for neither side.
+Mutants that no test can tell from the original are listed in equivalent.txt with the reason and count for neither side;
+elsewhere.txt says of some sources who notices what survives here.
 """
 import collections
 import contextlib
@@ -194,10 +195,15 @@ def chosen(seed, reached):
     return found
 
 
+def listed(name):
+    """The rows of a list beside this file."""
+    lines = (pathlib.Path(__file__).parent / name).read_text(encoding='utf-8').splitlines()
+    return [tuple(part.strip() for part in line.split(' @@ ')) for line in lines if line and not line.startswith('#')]
+
+
 def equivalents():
     """{(path, line, the line mutated)}"""
-    listed = (pathlib.Path(__file__).parent / 'equivalent.txt').read_text(encoding='utf-8').splitlines()
-    return {tuple(part.strip() for part in line.split(' @@ ')[:3]) for line in listed if line and not line.startswith('#')}
+    return {row[:3] for row in listed('equivalent.txt')}
 
 
 class Trial:
@@ -240,8 +246,11 @@ def main():
     trial = Trial(Bench(build), count, seed)
     trial.run(int(os.environ.get('KT_MUTATION_JOBS', os.cpu_count())))
     results = trial.results
+    reasons = dict(listed('elsewhere.txt'))
     for mutant in sorted(results['survived']):
         print(f'{mutant.path}:{mutant.number}\n    was {mutant.before.strip()}\n    now {mutant.after.strip()}')
+        if mutant.path in reasons:
+            print(f'    {reasons[mutant.path]}')
     died, all_tried = len(results['died']), len(results['died']) + len(results['survived'])
     print(f'{died} of {all_tried} mutants died; {len(results["equivalent"])} are as good as the original, '
           f'{len(results["no mutant"])} did not compile (seed {seed})')

@@ -109,6 +109,10 @@ TEST_F(CompareVersion, FollowsTheTable) {
   }
 }
 
+TEST_F(CompareVersion, ALetterBehindACharacterOfTwoUnitsIsTheLetter) {
+  EXPECT_EQ(utilities.compareVersion("1.0\U0001F600", "1.0\U0001F600b2"), Ordering::Descending);
+}
+
 TEST_F(CompareVersion, ShorterOneIsOlderWithoutPadding) {
   EXPECT_EQ(utilities.compareVersion("1.0", "1.0.0"), Ordering::Ascending);
 }

@@ -108,6 +108,13 @@ TEST(Log, LettersOfAllScriptsStandAsTheyAre) {
   EXPECT_EQ(Log::escapedForLog(text), text);
 }
 
+TEST(Log, BytesThatAreNoCharactersAreWrittenAsBytesAndOtherHalvesOfPairsAsNumbers) {
+  const std::pair<char16_t, const char*> kCases[] = {
+      {0xDC7F, "\\u{DC7F}"}, {0xDC80, "\\x80"}, {0xDCFF, "\\xFF"}, {0xDD00, "\\u{DD00}"}};
+  for (const auto& [unit, shown] : kCases)
+    EXPECT_EQ(Log::escapedForLog(Text(std::u16string(1, unit))), Text(shown));
+}
+
 TEST(Log, MarksThatHideOrTurnTextAreWrittenOut) {
   EXPECT_EQ(Log::escapedForLog(Text(std::u16string(u"a\u202Eb\u2028c"))), Text("a\\u{202E}b\\u{2028}c"));
   EXPECT_EQ(Log::escapedForLog(Text(std::u16string(1, char16_t(0xD800)))), Text("\\u{D800}"));

@@ -80,6 +80,15 @@ TEST(Text, MacRomanReadsEveryByteAsOneCharacter) {
   EXPECT_EQ(Text::fromMacRoman("A\x8A\xDB"), Text("A\xC3\xA4\xE2\x82\xAC"));
 }
 
+TEST(Text, TheUpperHalfOfMacRomanIsThatOfItsTable) {
+  std::string bytes;
+  for (int byte = 0x80; byte <= 0xFF; ++byte) bytes.push_back(static_cast<char>(byte));
+  EXPECT_EQ(Text::fromMacRoman(bytes), Text(std::u16string(u"ÄÅÇÉÑÖÜáàâäãåçéèêëíìîïñóòôöõúùûü"
+                                                           u"†°¢£§•¶ß®©™´¨≠ÆØ∞±≤≥¥µ∂∑∏π∫ªºΩæø"
+                                                           u"¿¡¬√ƒ≈∆«»…\u00A0ÀÃÕŒœ–—“”‘’÷◊ÿŸ⁄€‹›ﬁﬂ"
+                                                           u"‡·‚„‰ÂÊÁËÈÍÎÏÌÓÔ\uF8FFÒÚÛÙıˆ˜¯˘˙˚¸˝˛ˇ")));
+}
+
 TEST(Text, FindsPrefixesSuffixesAndParts) {
   const Text text("/opt/Foo.app");
   EXPECT_TRUE(text.hasPrefix("/opt"));

@@ -31,6 +31,13 @@ TEST_F(Completion, SuccessShowsTheFinalMessageWithItsMark) {
   EXPECT_EQ(screenReader.announced.back(), Text("Foo was successfully installed."));
 }
 
+TEST_F(Completion, SuccessHidesAMessageThatWasShown) {
+  auto& controller = started();
+  window.messageField.setHidden(Hidden::No);
+  controller.installationFinished(InstallOutcome::installed());
+  EXPECT_FALSE(window.messageField.visible());
+}
+
 TEST_F(Completion, AfterSuccessTheInstallButtonQuits) {
   auto& controller = started();
   controller.installationFinished(InstallOutcome::installed());

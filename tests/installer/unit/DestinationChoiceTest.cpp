@@ -200,6 +200,12 @@ TEST_F(ApplicationsDirectory, TheLastSharedFolderIsTakenWhenItCanBeWritten) {
   EXPECT_EQ(fake.log.lines(), Lines{});
 }
 
+TEST_F(ApplicationsDirectory, WhereTheSystemNamesNoSharedFolderItIsTheUsualOne) {
+  searchPaths.localApplications = {};
+  files.addFolder("/Applications");
+  EXPECT_EQ(choice.applicationsDirectory(), Text("/Applications"));
+}
+
 TEST_F(ApplicationsDirectory, ThePersonsOwnIsTakenWhereTheSharedOneCannotBeWritten) {
   files.addFolder("/Applications");
   files.node("/Applications")->isWritable = false;

@@ -36,6 +36,10 @@ TEST_F(WindowColors, TheReadMeHasPaperOfBothAppearances) {
   ASSERT_NE(paper, nullptr);
   const RedGreenBlueAlpha ink = {0.114, 0.114, 0.122, 1.0};
   const RedGreenBlueAlpha lightInk = {0.941, 0.941, 0.949, 1.0};
+  EXPECT_NEAR(in(AppearanceName::Aqua, paper).blue, 0.969, 1e-6);
+  EXPECT_NEAR(in(AppearanceName::DarkAqua, paper).red, 0.129, 1e-6);
+  EXPECT_NEAR(in(AppearanceName::DarkAqua, paper).green, 0.125, 1e-6);
+  EXPECT_NEAR(in(AppearanceName::DarkAqua, paper).blue, 0.114, 1e-6);
   EXPECT_GT(contrast(in(AppearanceName::Aqua, paper), ink), 7.0);
   EXPECT_GT(contrast(in(AppearanceName::DarkAqua, paper), lightInk), 7.0);
   EXPECT_EQ(window.readMeTextView.textColor_, nullptr) << "the document's own";

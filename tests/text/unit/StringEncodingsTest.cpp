@@ -153,6 +153,22 @@ TEST_F(EncodingsOfFiles, ADetectionHardlyBetterThanChanceIsNot) {
   EXPECT_EQ(best("abcd!!"), Text("abcd!!"));
 }
 
+TEST_F(EncodingsOfFiles, ADetectionOfFortyInAHundredIsBelievedAndOneOfLessIsNot) {
+  codecs_.detected = {{TextEncodings::utf16LittleEndian, 40}};
+  EXPECT_EQ(best("\x1F\x04\x40\x04"), Text("Пр"));
+  codecs_.detected = {{TextEncodings::utf16LittleEndian, 39}};
+  EXPECT_NE(best("\x1F\x04\x40\x04"), Text("Пр"));
+}
+
+TEST_F(EncodingsOfFiles, Utf8IsBelievedHoweverLittleADetectorMakesOfItButNotWithControlBytes) {
+  codecs_.detected = {{TextEncodings::utf8, 10}};
+  EXPECT_EQ(best("gr\xC3\xBC\xC3\x9F"), Text("grüß"));
+  EXPECT_EQ(codecs_.asked, std::vector<TextEncoding>{TextEncodings::utf8});
+  codecs_.asked.clear();
+  (void)best("gr\xC3\xBC\xC3\x9F\x01");
+  EXPECT_EQ(codecs_.asked.front(), TextEncodings::unicode) << "the candidates are tried instead";
+}
+
 TEST_F(EncodingsOfFiles, ADetectionThatDoesNotDecodeFallsThrough) {
   codecs_.detected = {{TextEncodings::utf8, 90}};
   EXPECT_EQ(best("h\xF6ren"), Text("hören"));
@@ -221,6 +237,7 @@ TEST_F(StringWithHTML, TheDeclarationIsLookedForFromTheFirstMetaToTheEndOfThePag
       "<meta charset=utf-8><p>html\xC3\xA4",              // "html" anywhere makes it a page
   };
   for (const std::string& bytes : pages) EXPECT_TRUE(page(bytes).hasSuffix("ä")) << bytes;
+  EXPECT_TRUE(page("<html><meta charset!utf-8>\xC3\xA4").hasSuffix("Ã¤")) << "blanks and one sign alone";
   EXPECT_TRUE(
       page("<html><meta charset=klingon charset=utf-8>\xC3\xA4").hasSuffix("Ã¤"));  // the first counts
 }

@@ -98,6 +98,7 @@ TEST(StringWithPercentEscapes, EscapesAllThatMayNotStandInAUrl) {
   const Row rows[] = {
       {"\"#%<>[\\]^`{|} ", "%22%23%25%3C%3E%5B%5C%5D%5E%60%7B%7C%7D%20", "the ASCII ones"},
       {"\x01\x7F", "%01%7F", "control characters"},
+      {"\u0080", "%C2%80", "the first of two bytes"},
       {"ä€\U0001F600", "%C3%A4%E2%82%AC%F0%9F%98%80", "everything else, as UTF-8"},
       {"100%", "100%25", "what could not be decoded is escaped as it stands"},
       {"50%zz%20", "50%25zz%2520", "all of it"},

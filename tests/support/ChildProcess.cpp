@@ -68,6 +68,13 @@ struct Pipe {
   ::_exit(127);
 }
 
+// Until the other end is closed, as it is when the child becomes the program or ends.
+void waitForClosing(int readEnd) {
+  char byte = 0;
+  while (::read(readEnd, &byte, 1) < 0 && errno == EINTR) {
+  }
+}
+
 int statusOf(int waitStatus) {
   return WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : -WTERMSIG(waitStatus);
 }
@@ -87,6 +94,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const Chil
   if (program.empty()) throw std::runtime_error("no such program: " + arguments.at(0));
   Pipe input;
   Pipe output;
+  Pipe untilExec;
   const std::vector<char*> argumentPointers = pointers(arguments);
   const std::vector<char*> environmentPointers = pointers(options.environment);
   char* const* environment = options.environment.empty() ? environ : environmentPointers.data();
@@ -98,6 +106,9 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const Chil
   }
   ::close(input.read);
   ::close(output.write);
+  ::close(untilExec.write);
+  waitForClosing(untilExec.read);
+  ::close(untilExec.read);
   input_ = input.write;
   outputDescriptor_ = output.read;
   if (pid_ < 0) throw std::runtime_error("fork failed");

@@ -33,8 +33,8 @@ inline constexpr double kTestPatience = 30;
 
 class ChildProcess {
  public:
-  // The first argument is the program, searched in PATH when it has no slash. Throws std::runtime_error when
-  // it cannot be started.
+  // The first argument is the program, searched in PATH when it has no slash. Returns once the child has become
+  // that program. Throws std::runtime_error when it cannot be started.
   explicit ChildProcess(const std::vector<std::string>& arguments, const ChildOptions& options = {});
   // Kills what still runs and collects it.
   ~ChildProcess();

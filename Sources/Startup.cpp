@@ -11,6 +11,7 @@
 #include "Platform/bundles/Bundles.h"
 #include "Platform/bundles/LocalizedStrings.h"
 #include "Platform/files/FileManager.h"
+#include "Platform/files/ItemClaims.h"
 #include "Platform/files/SearchPaths.h"
 #include "Platform/session/SystemFacts.h"
 #include "Platform/window/Alerts.h"
@@ -62,6 +63,8 @@ void Startup::run(const std::vector<Text>& argumentList) {
   outlets_.pathField.setStringValue(undisguised(services_.destinations.localizedPath(destination)));
   completion_.completeDocumentation();
   if (!completion_.completeCodes(info)) return controller_.showSetupError("missing product signature");
+
+  if (anotherHas(destination)) return services_.application.terminate();
 
   showTexts(version);
   showReadMeOrInstallPage();
@@ -129,6 +132,18 @@ void Startup::showReadMeOrInstallPage() {
   services_.application.performWhenShown(
       [&view = outlets_.readMeTextView, path = *path] { view.setDocumentFromFile(path); });
   controller_.selectTab(kReadMePage);
+}
+
+// Two that replace the same item would undo each other's work. Of one that does not answer nothing is known: it may be
+// at its end, with its window closed.
+bool Startup::anotherHas(const Text& destination) {
+  const auto comeForward = [&window = outlets_.window, &processes = services_.processes] {
+    window.makeKeyAndOrderFront();
+    if (const auto current = processes.currentProcess()) current->setFrontProcess();
+  };
+  if (services_.claims.claim(destination, comeForward) != ItemClaims::Claim::Anothers) return false;
+  services_.log("Another installer is there for %@: it comes to the front", destination);
+  return true;
 }
 
 void Startup::bringForward() {

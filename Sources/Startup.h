@@ -18,6 +18,7 @@ class Application;
 class Bundles;
 class FileManager;
 class Images;
+class ItemClaims;
 class KTProcessClass;
 class KTUtilitiesVersions;
 class LocalizedStrings;
@@ -30,6 +31,7 @@ struct StartupServices {
   Alerts& alerts;
   Application& application;
   const Bundles& bundles;
+  ItemClaims& claims;
   DestinationChoice& destinations;
   const FileManager& files;
   Images& images;
@@ -57,9 +59,10 @@ class Startup {
   Startup(const StartupServices& services, const InstallerOutlets& outlets, ArgumentDictionary& arguments,
           Controller controller);
 
-  // Runs once. Ends with the window on its page, with a set-up error in the window, or with
-  // the version alert up. Logs: "direct invocation"; "shortened path = %@"; what the
-  // completion of the arguments logs; set-up errors.
+  // Runs once. Ends with the window on its page, with a set-up error in the window, with the version alert up, or,
+  // where another installer is there for the same destination, with that one in front and this one told to end.
+  // Logs: "direct invocation"; "shortened path = %@"; what the completion of the arguments logs; set-up errors;
+  // "Another installer is there for %@: it comes to the front".
   void run(const std::vector<Text>& argumentList);
   // What the destination was chosen for; nullopt when start-up ended before that.
   [[nodiscard]] std::optional<DestinationReason> destinationReason() const {
@@ -73,6 +76,7 @@ class Startup {
   [[nodiscard]] ImagePointer productIcon(const PropertyDictionary& info) const;
   void showTexts(const OptionalText& version);
   void showReadMeOrInstallPage();
+  [[nodiscard]] bool anotherHas(const Text& destination);
   void bringForward();
   void showSystemVersionAlert(const OptionalText& version, const OptionalText& minimum);
 

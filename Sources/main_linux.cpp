@@ -13,6 +13,7 @@
 #include "Core/Paths.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
 #include "Platform/bundles/Workspace.h"
+#include "Platform/files/linux/SocketItemClaims.h"
 #include "Platform/files/linux/trash/XdgTrash.h"
 #include "Platform/files/posix/SilentFileChangeNotices.h"
 #include "Platform/rights/linux/PolkitAuthorizer.h"
@@ -50,7 +51,17 @@ namespace halvorn {
 namespace {
 
 constexpr char kProgramName[] = "HalvornInstaller";
+constexpr char kActivationToken[] =
+    "XDG_ACTIVATION_TOKEN";  // the toolkit's, for the next window it activates
 constexpr char kBundleIdentifier[] = "example.halvorn.installer";
+
+// What the desktop gave this program so that its window may come to the front. On X11 windows are told by the window
+// manager, which is asked by name.
+SocketItemClaims::Activation activationOf(const Environment& environment) {
+  if (!isWaylandSession(environment)) return {};
+  return {.token = environment.value(kActivationToken).value_or(""),
+          .takeOver = [](const std::string& token) { ::setenv(kActivationToken, token.c_str(), 1); }};
+}
 
 // The window, the controller and what they need.
 class Installer {
@@ -82,7 +93,7 @@ class Installer {
                         .openReadMe = [this] { controller_.openReadMe(); }});
     controller_.awakeFromNib();
     logWhatIsMissing(conditions, system_.log());
-    window_.showIfVisibleAtLaunch();
+    if (!application_.isTerminated()) window_.showIfVisibleAtLaunch();
     const int status = runLoop();
     // Nobody works the window any more; left standing, it would look frozen until the worker is through.
     window_.hide();
@@ -126,6 +137,7 @@ class Installer {
     return {.startup = {.alerts = alerts_,
                         .application = application_,
                         .bundles = system_.bundles(),
+                        .claims = claims_,
                         .destinations = destinations_,
                         .files = system_.files(),
                         .images = system_.images(),
@@ -173,6 +185,8 @@ class Installer {
   QtApplication& application_ = system_.parts().of<ApplicationPart>().application;
   InstallerWindow& window_;
   SilentFileChangeNotices changes_;
+  SocketItemClaims claims_{system_.parts().of<MainLoop>().runLoop(),
+                           activationOf(system_.parts().of<Ground>().environment)};
   Departure departure_;
   CompletionSound sound_;
   NotifiedMessages messages_{

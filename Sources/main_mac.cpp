@@ -15,6 +15,7 @@
 #include "Platform/files/SearchPaths.h"
 #include "Platform/files/mac/MacFileChangeNotices.h"
 #include "Platform/files/mac/MacTrash.h"
+#include "Platform/files/null/NullFiles.h"
 #include "Platform/rights/mac/MacAuthorizer.h"
 #include "Platform/running/posix/BeforeExit.h"
 #include "Platform/running/posix/PosixStandardStreams.h"
@@ -111,6 +112,7 @@ class Installer {
     return {.startup = {.alerts = alerts_,
                         .application = application_,
                         .bundles = system_.bundles(),
+                        .claims = claims_,
                         .destinations = destinations_,
                         .files = system_.files(),
                         .images = system_.images(),
@@ -157,6 +159,7 @@ class Installer {
   KTSystem& system_;
   MacApplication& application_ = system_.parts().of<ApplicationPart>().application;
   MacInstallerWindow& window_;
+  NullItemClaims claims_;
   MacFileChangeNotices changes_;
   Departure departure_;
   CompletionSound sound_;

@@ -51,6 +51,7 @@ struct Ground {
   const NullLocalizedDates dates;
   NullFileManager files;
   NullFileChangeNotices changes;
+  NullItemClaims claims;
   NullStandardStreams streams;
   NullTasks tasks;
   NullImages images;
@@ -152,6 +153,7 @@ class Installer {
     return {.startup = {.alerts = alerts_,
                         .application = ground_.application,
                         .bundles = ground_.bundles,
+                        .claims = ground_.claims,
                         .destinations = destinations_,
                         .files = ground_.files,
                         .images = ground_.images,

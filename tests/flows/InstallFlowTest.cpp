@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -26,6 +27,30 @@ TEST_F(InstallFlow, QuestionsAboutTheProgramAreAnsweredWithoutAWindow) {
   const auto help = runCommand({builtInstaller(), "--help"}, nowhere);
   EXPECT_EQ(help.status, 0);
   EXPECT_NE(help.output.find("-sourcePath PATH"), std::string::npos) << help.output;
+}
+
+TEST_F(InstallFlow, StartedAgainForTheSameDestinationTheFirstComesForwardAndTheSecondEnds) {
+  const auto tool = [&](const std::vector<std::string>& command) {
+    return runCommand(command, {.environment = desktop().environment()});
+  };
+  const auto isShown = [&] {
+    return tool({"xdotool", "search", "--onlyvisible", "--name", "^Install Sample$"}).status == 0;
+  };
+  {
+    InstallerDriver first(desktop(), {"-sourcePath", product()});
+    ASSERT_TRUE(first.waitForButton("Install", 30));
+    ASSERT_EQ(tool({"sh", "-c", "xdotool search --name '^Install Sample$' windowminimize"}).status, 0);
+    ASSERT_TRUE(eventually([&] { return !isShown(); }, kTestPatience));
+    InstallerDriver second(desktop(), {"-sourcePath", product()});
+    EXPECT_EQ(second.process().waitForEnd(30), 0);
+    EXPECT_TRUE(eventually(isShown, kTestPatience)) << "the first one's window is there again";
+    EXPECT_TRUE(first.process().isRunning());
+    EXPECT_EQ(countOf("Another installer is there for " + destination() + ": it comes to the front"), 1);
+    first.process().sendSignal(SIGKILL);
+    EXPECT_NE(first.process().waitForEnd(30), 0);
+  }
+  InstallerDriver third(desktop(), {"-sourcePath", product()});
+  EXPECT_TRUE(third.waitForButton("Install", 30)) << "a dead installer keeps nobody out";
 }
 
 TEST_F(InstallFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {

@@ -14,6 +14,7 @@
 #include "Platform/bundles/linux/LinuxLocalizedStrings.h"
 #include "Platform/color/null/NullColor.h"
 #include "Platform/files/linux/trash/XdgTrash.h"
+#include "Platform/files/null/NullFiles.h"
 #include "Platform/files/posix/SilentFileChangeNotices.h"
 #include "Platform/rights/linux/PolkitAuthorizer.h"
 #include "Platform/rights/posix/Requester.h"
@@ -157,6 +158,7 @@ struct InstallerSteps::Parts {
     return {.startup = {.alerts = alerts,
                         .application = application,
                         .bundles = bundles,
+                        .claims = claims,
                         .destinations = destinations,
                         .files = files,
                         .images = images,
@@ -218,6 +220,7 @@ struct InstallerSteps::Parts {
   NullDesktopMessages messages;  // the terminal is told by who asked for the installation
   NullStandardStreams closedStreams;
   PosixStandardStreams streams{Paths::appending(system.searchPaths().homeFolder(), "Library/Logs")};
+  NullItemClaims claims;  // no window could come to the front
   SilentFileChangeNotices changes;
   Departure departure;
   int signal = 0;

@@ -5,6 +5,7 @@
 #include "Platform/files/FileChangeNotices.h"
 #include "Platform/files/FileHandles.h"
 #include "Platform/files/FileManager.h"
+#include "Platform/files/ItemClaims.h"
 #include "Platform/files/SearchPaths.h"
 #include "Platform/files/TemporaryFiles.h"
 #include "Platform/files/Trash.h"
@@ -59,6 +60,12 @@ class NullTemporaryFiles : public TemporaryFiles {
   OptionalText create() override { return std::nullopt; }
   std::optional<std::string> contents(const Text&) const override { return std::nullopt; }
   void remove(const Text&) override {}
+};
+
+// Nobody knows who works on what.
+class NullItemClaims : public ItemClaims {
+ public:
+  Claim claim(const Text&, std::function<void()>) override { return Claim::Unknown; }
 };
 
 // A Trash that takes nothing: every item stays where it is.

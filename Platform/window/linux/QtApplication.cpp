@@ -170,6 +170,8 @@ void QtApplication::terminate() {
   QApplication::exit(0);
 }
 
+bool QtApplication::isTerminated() const { return parts_->terminated; }
+
 void QtApplication::setSessionEnded(std::function<void()> callback) {
   parts_->watch.askedToQuit = [this, ended = std::move(callback)] {
     ended();

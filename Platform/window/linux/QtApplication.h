@@ -28,6 +28,7 @@ class QtApplication : public Application, public MainThread {
   bool runUntil(const std::function<bool()>& condition, double seconds);
 
   void terminate() override;
+  [[nodiscard]] bool isTerminated() const;
   // Called when the session manager ends the program, which terminate()s right after.
   void setSessionEnded(std::function<void()> callback);
   void setApplicationIcon(const ImagePointer& icon) override;  // once the window has been painted

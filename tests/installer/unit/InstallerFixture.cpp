@@ -4,6 +4,8 @@ namespace halvorn {
 
 InstallerFixture::Installer::Installer(InstallerFixture& fixture, std::vector<Text> argumentList)
     : install{.files = fixture.files, .trash = fixture.trash, .notices = fixture.notices, .log = fixture.log},
+      claims(fixture.installersKnowEachOther ? std::make_unique<FakeItemClaims>(fixture.claims)
+                                             : std::make_unique<FakeItemClaims>()),
       versions(fixture.bundles, fixture.system, fixture.processes.unicode, fixture.dates, fixture.log),
       theme(versions, fixture.defaults, fixture.interfaceStyle),
       colors(
@@ -29,6 +31,7 @@ InstallerFixture::Installer::Installer(InstallerFixture& fixture, std::vector<Te
       services{.startup = {.alerts = fixture.alerts,
                            .application = fixture.application,
                            .bundles = fixture.bundles,
+                           .claims = *claims,
                            .destinations = destinations,
                            .files = fixture.files,
                            .images = fixture.images,

@@ -27,6 +27,7 @@
 #include "tests/fakes/FakeDesktopMessages.h"
 #include "tests/fakes/FakeFileChangeNotices.h"
 #include "tests/fakes/FakeInterfaceStyleSetting.h"
+#include "tests/fakes/FakeItemClaims.h"
 #include "tests/fakes/FakeLocalizedDates.h"
 #include "tests/fakes/FakeLocalizedStrings.h"
 #include "tests/fakes/FakeMainThread.h"
@@ -156,6 +157,9 @@ class InstallerFixture : public ::testing::Test {
   FakeImages images;
   FakeScreenReader screenReader;
   FakeDesktopMessages messages;
+  // Without it each is alone in the world.
+  bool installersKnowEachOther = false;
+  FakeItemClaims::Claims claims;
   FakeAudioDevices devices;
   FakeSounds sounds{devices};
   LaunchInstalled launch = LaunchInstalled::Yes;
@@ -165,6 +169,7 @@ class InstallerFixture : public ::testing::Test {
     Installer(InstallerFixture& fixture, std::vector<Text> argumentList);
 
     InstallServices install;
+    std::unique_ptr<FakeItemClaims> claims;
     KTUtilitiesVersions versions;
     KTUtilitiesTheme theme;
     KTDynamicColorClass colors;

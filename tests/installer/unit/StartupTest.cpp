@@ -269,5 +269,41 @@ TEST_F(Startup, TheProgramEndsWithItsLastWindow) {
   EXPECT_TRUE(start({"-sourcePath", product}).applicationShouldTerminateAfterLastWindowClosed());
 }
 
+TEST_F(Startup, ASecondInstallerOfTheSameDestinationBringsTheFirstForwardAndEnds) {
+  installersKnowEachOther = true;
+  start({"-sourcePath", product});
+  application.show();
+  window.calls.clear();
+  const auto requestsForFront = [&] {
+    const auto& requests = processes.applications.requestsOfInstaller();
+    return std::count(requests.begin(), requests.end(), "front");
+  };
+  const auto before = requestsForFront();
+  start({"-sourcePath", product});
+  EXPECT_EQ(application.terminations, 1);
+  EXPECT_EQ(requestsForFront(), before + 1);
+  EXPECT_EQ(linesWith("Another installer"),
+            std::vector<std::string>{
+                "Another installer is there for /Applications/Foo.app: it comes to the front"});
+  const auto shown = std::count(window.calls.begin(), window.calls.end(), "window.makeKeyAndOrderFront");
+  EXPECT_EQ(shown, 1) << "the first one's; that of the second is not shown";
+  EXPECT_EQ(std::count(window.calls.begin(), window.calls.end(), "window.center"), 0);
+}
+
+TEST_F(Startup, InstallersOfTwoProductsStandSideBySide) {
+  installersKnowEachOther = true;
+  start({"-sourcePath", product});
+  start({"-sourcePath", product, "-destinationPath", "/Applications/Bar.app"});
+  EXPECT_EQ(application.terminations, 0);
+}
+
+TEST_F(Startup, ASetUpErrorIsShownWhoeverElseIsThere) {
+  installersKnowEachOther = true;
+  start({"-sourcePath", product});
+  start({"-sourcePath", "/Volumes/NAS/Missing.app", "-destinationPath", "/Applications/Foo.app"});
+  EXPECT_EQ(application.terminations, 0);
+  EXPECT_EQ(window.introField.text_, Text("missing product signature"));
+}
+
 }  // namespace
 }  // namespace halvorn

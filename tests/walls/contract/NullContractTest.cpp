@@ -58,6 +58,7 @@ TEST_F(NullFiles, NothingIsOpenedMadeOrTrashed) {
   EXPECT_EQ(temporary.create(), std::nullopt);
   EXPECT_EQ(temporary.contents(here), std::nullopt);
   temporary.remove("/nonexistent");
+  EXPECT_EQ(NullItemClaims().claim(here, [] {}), ItemClaims::Claim::Unknown);
   EXPECT_TRUE(NullTrash().recycle(here, {"item"}).has_value())
       << "what is not in the Trash stays where it was";
   NullFileChangeNotices().noteFileSystemChanged(here);

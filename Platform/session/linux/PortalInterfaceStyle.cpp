@@ -2,7 +2,7 @@
 
 #include "Platform/color/linux/ColorSchemeSetting.h"
 #include "Platform/session/linux/BusClient.h"
-#include "Platform/session/linux/SettingListener.h"
+#include "Platform/session/linux/SignalListener.h"
 
 namespace halvorn {
 
@@ -17,7 +17,7 @@ class PortalInterfaceStyle::PortalSettings {
   }
 
   void listen(std::function<void()> handler) {
-    listener_.changed = [this, heard = std::move(handler)](const QDBusMessage& change) {
+    listener_.heardSignal = [this, heard = std::move(handler)](const QDBusMessage& change) {
       bus_.expectAnswers();
       if (ColorSchemeSetting::prefersDark(change)) heard();
     };
@@ -28,7 +28,7 @@ class PortalInterfaceStyle::PortalSettings {
 
  private:
   BusClient bus_;
-  SettingListener listener_;
+  SignalListener listener_;
 };
 
 PortalInterfaceStyle::PortalInterfaceStyle(const std::optional<std::string>& busAddress)

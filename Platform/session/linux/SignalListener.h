@@ -1,4 +1,4 @@
-// Hears of changed settings of the desktop portal.
+// Hears the signals of a bus that it is connected to, by its slot.
 #pragma once
 
 #include <QDBusMessage>
@@ -7,15 +7,15 @@
 
 namespace halvorn {
 
-class SettingListener : public QObject {
+class SignalListener : public QObject {
   Q_OBJECT
 
  public:
-  std::function<void(const QDBusMessage& change)> changed;
+  std::function<void(const QDBusMessage& signal)> heardSignal;
 
  public Q_SLOTS:
   void heard(const QDBusMessage& message) {
-    if (changed) changed(message);
+    if (heardSignal) heardSignal(message);
   }
 };
 

@@ -43,7 +43,8 @@ void InstallerWinController::awakeFromNib() {
        .extractArguments = [this] { extractArguments(); },
        .playDoneSound = [this] { playDoneSound(); },
        .showSetupError = [this](const Text& message) { showSetupError(message); },
-       .systemVersionAlertDidEnd = [this](int returnCode) { systemVersionAlertDidEnd(returnCode); }});
+       .systemVersionAlertDidEnd = [this](int returnCode) { systemVersionAlertDidEnd(returnCode); },
+       .logIsIn = [this](const Text& path) { completion_.setLogFile(path); }});
   startup.run(argumentList_);
   destinationReason_ = startup.destinationReason();
 }
@@ -100,6 +101,7 @@ void InstallerWinController::install() {
   }
   outlets_.installButton.setEnabled(Enabled::No);
   outlets_.cancelButton.setEnabled(Enabled::No);
+  completion_.installationBegins();
   services_.workers.detach([this] { worker_.installThread(); });
 }
 

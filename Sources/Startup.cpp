@@ -73,8 +73,9 @@ void Startup::run(const std::vector<Text>& argumentList) {
 }
 
 void Startup::chooseLogDestination(const std::vector<Text>& argumentList) {
-  if (isStartedByProduct(argumentList)) return openLogFile(services_.streams, services_.searchPaths);
-  services_.log("direct invocation");
+  if (!isStartedByProduct(argumentList)) return services_.log("direct invocation");
+  if (const OptionalText path = openLogFile(services_.streams, services_.searchPaths))
+    controller_.logIsIn(*path);
 }
 
 void Startup::prepareWindow() {

@@ -54,6 +54,7 @@ class Startup {
     std::function<void()> playDoneSound;
     std::function<void(const Text&)> showSetupError;
     std::function<void(int)> systemVersionAlertDidEnd;
+    std::function<void(const Text& path)> logIsIn;  // where people can read it
   };
 
   Startup(const StartupServices& services, const InstallerOutlets& outlets, ArgumentDictionary& arguments,

@@ -28,6 +28,7 @@
 #include "Platform/session/linux/SessionServers.h"
 #include "Platform/session/linux/WaylandSession.h"
 #include "Platform/session/linux/wayland/WaylandConnection.h"
+#include "Platform/window/linux/BusNotices.h"
 #include "Platform/window/linux/InstallerWindow.h"
 #include "Platform/window/linux/LoneAlert.h"
 #include "Platform/window/linux/PackagedToolkit.h"
@@ -51,6 +52,7 @@ namespace halvorn {
 namespace {
 
 constexpr char kProgramName[] = "HalvornInstaller";
+constexpr char kNameForPeople[] = "Halvorn Installer";
 constexpr char kActivationToken[] =
     "XDG_ACTIVATION_TOKEN";  // the toolkit's, for the next window it activates
 constexpr char kBundleIdentifier[] = "example.halvorn.installer";
@@ -149,12 +151,15 @@ class Installer {
                         .system = system_.systemFacts(),
                         .log = system_.log()},
             .completion = {.application = application_,
+                           .clock = system_.clock(),
                            .sound = sound_,
                            .defaults = system_.defaults(),
                            .messages = messages_,
                            .strings = system_.strings(),
                            .mainThread = application_,
+                           .notices = notices_,
                            .screenReader = screenReader_,
+                           .workspace = system_.workspace(),
                            .log = system_.log()},
             .worker = {.install = install_,
                        .destinations = destinations_,
@@ -191,9 +196,10 @@ class Installer {
   CompletionSound sound_;
   NotifiedMessages messages_{
       system_.workers(), sessionBusAddress(system_.parts().of<Ground>().environment).value_or(std::string()),
-      "Halvorn Installer"};
+      kNameForPeople};
   QtAlerts alerts_;
   QtScreenReader screenReader_;
+  BusNotices notices_{kNameForPeople};
   PosixStandardStreams streams_{Paths::appending(system_.searchPaths().homeFolder(), "Library/Logs")};
   XdgTrash trash_{system_.clock(), personOfThisProcess(), LinksInTheWay::Followed};
   const InstallServices install_{
@@ -255,7 +261,7 @@ int endWithoutWindow(KTSystem& system, const Text& sentence) {
   system.log()("%@", sentence);
   if (!isStartedByProduct(system.parts().arguments)) return kNoWindow;
   PosixStandardStreams streams(Paths::appending(system.searchPaths().homeFolder(), "Library/Logs"));
-  openLogFile(streams, system.searchPaths());
+  static_cast<void>(openLogFile(streams, system.searchPaths()));
   system.log()("%@", sentence);
   return kNoWindow;
 }
@@ -269,7 +275,7 @@ int refuseAdministrator(KTSystem& system) {
   if (!isSeen) return kAdministratorRefused;
   (void)system.application();
   (void)system.appearances();
-  showLoneAlert("Halvorn Installer", administratorAlert(system.strings(), system.images()), system.strings());
+  showLoneAlert(kNameForPeople, administratorAlert(system.strings(), system.images()), system.strings());
   return kAdministratorRefused;
 }
 

@@ -24,6 +24,7 @@
 #include "Platform/window/mac/MacAlerts.h"
 #include "Platform/window/mac/MacInstallerWindow.h"
 #include "Platform/window/mac/MacScreenReader.h"
+#include "Platform/window/null/NullWindow.h"
 #include "Sources/AdministratorRefusal.h"
 #include "Sources/CommandLineAnswer.h"
 #include "Sources/CompletionSound.h"
@@ -124,12 +125,15 @@ class Installer {
                         .system = system_.systemFacts(),
                         .log = system_.log()},
             .completion = {.application = application_,
+                           .clock = system_.clock(),
                            .sound = sound_,
                            .defaults = system_.defaults(),
                            .messages = messages_,
                            .strings = system_.strings(),
                            .mainThread = system_.mainThread(),
+                           .notices = notices_,
                            .screenReader = screenReader_,
+                           .workspace = system_.workspace(),
                            .log = system_.log()},
             .worker = {.install = install_,
                        .destinations = destinations_,
@@ -166,6 +170,7 @@ class Installer {
   MacAlerts alerts_;
   MacScreenReader screenReader_;
   NullDesktopMessages messages_;
+  NullNotices notices_;
   PosixStandardStreams streams_{Paths::appending(system_.searchPaths().homeFolder(), "Library/Logs")};
   MacTrash trash_;
   const InstallServices install_{

@@ -165,12 +165,15 @@ class Installer {
                         .system = ground_.systemFacts,
                         .log = ground_.log},
             .completion = {.application = ground_.application,
+                           .clock = ground_.clock,
                            .sound = sound_.completion,
                            .defaults = ground_.defaults,
                            .messages = messages_,
                            .strings = ground_.strings,
                            .mainThread = ground_.mainThread,
+                           .notices = notices_,
                            .screenReader = screenReader_,
+                           .workspace = ground_.workspace,
                            .log = ground_.log},
             .worker = {.install = install_,
                        .destinations = destinations_,
@@ -206,6 +209,7 @@ class Installer {
   NullAlerts alerts_;
   NullScreenReader screenReader_;
   NullDesktopMessages messages_;
+  NullNotices notices_;
   NullTrash trash_;
   const InstallServices install_{
       .files = ground_.files, .trash = trash_, .notices = ground_.changes, .log = ground_.log};

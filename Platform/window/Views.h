@@ -100,6 +100,8 @@ class Window {  // around the views
   virtual void makeKeyAndOrderFront() = 0;       // in front of the others, with the keyboard
   virtual void orderFrontRegardless() = 0;       // also when another program is in front
   virtual void makeMain() = 0;                   // of this program's
+  // Whether it is the window that the person works in.
+  [[nodiscard]] virtual bool isKeyWindow() const = 0;
   // Whether the window's minimise button can be used.
   [[nodiscard]] virtual bool isMiniaturizeEnabled() const = 0;
 };

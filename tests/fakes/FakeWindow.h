@@ -11,6 +11,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +20,7 @@
 #include "Platform/window/Application.h"
 #include "Platform/window/Images.h"
 #include "Platform/window/InstallerOutlets.h"
+#include "Platform/window/Notices.h"
 #include "Platform/window/ScreenReader.h"
 
 namespace halvorn {
@@ -200,12 +202,14 @@ class FakePlainWindow : public Window {
     calls_.push_back("window.orderFrontRegardless");
   }
   void makeMain() override { calls_.push_back("window.makeMain"); }
+  bool isKeyWindow() const override { return isKey_; }
   bool isMiniaturizeEnabled() const override {
     calls_.push_back("window.isMiniaturizeEnabled");
     return true;
   }
   Text title_;
   bool visible_ = false;
+  bool isKey_ = true;
 
  private:
   Calls& calls_;
@@ -248,6 +252,7 @@ class FakeHostApplication : public Application {
   void terminate() override { ++terminations; }
   void setApplicationIcon(const ImagePointer& image) override { icon = image; }
   void performWhenShown(std::function<void()> task) override { whenShown.push_back(std::move(task)); }
+  void requestUserAttention() override { ++requestsForAttention; }
   void beep() override { ++beeps; }
   bool currentEventHasOptionKey() const override { return optionKey; }
   // The first window has been painted.
@@ -256,6 +261,7 @@ class FakeHostApplication : public Application {
   }
 
   int terminations = 0;
+  int requestsForAttention = 0;
   int beeps = 0;
   ImagePointer icon;
   std::vector<std::function<void()>> whenShown;
@@ -309,6 +315,23 @@ class FakeImages : public Images {
     const auto found = images.find(key);
     return found != images.end() ? found->second : nullptr;
   }
+};
+
+class FakeNotices : public Notices {
+ public:
+  void show(const Notice& notice) override {
+    if (!hasPlace) {
+      if (notice.notShown) notice.notShown();
+      return;
+    }
+    shown = notice;
+    all.push_back(notice);
+  }
+  void withdraw() override { shown.reset(); }
+
+  bool hasPlace = true;
+  std::optional<Notice> shown;
+  std::vector<Notice> all;
 };
 
 class FakeScreenReader : public ScreenReader {

@@ -67,11 +67,11 @@ TEST_F(MediumFlow, AFailureIsToldByTheDesktop) {
   ASSERT_TRUE(installer.waitForButton("Install", 30));
   fs::rename(product(), image() / "away");
   ASSERT_TRUE(installer.click("Install"));
-  EXPECT_TRUE(
-      service.waitForOutput("notified Halvorn Installer|Sample|Installation failed.\\nTry installing Sample "
-                            "manually by copying it to the "
-                            "Applications folder.|dialog-error\n",
-                            60))
+  EXPECT_TRUE(service.waitForOutput(
+      "notified Halvorn Installer|Install Sample|Installation failed.\\nTry installing Sample "
+      "manually by copying it to the "
+      "Applications folder.|dialog-error\n",
+      60))
       << service.output();
   EXPECT_TRUE(installer.waitForButton("Install", 20)) << "the page is as it was";
 }

@@ -32,6 +32,9 @@ class Services : public QDBusVirtualObject {
     if (role_ == "silence") return true;
     if (role_ == "nonsense") return bus.send(message.createReply(QVariant(QStringList{"what", "ever"})));
     if (role_ == "notifications") {
+      if (message.member() == "GetCapabilities")
+        return bus.send(message.createReply(QStringList{"actions", "body", "body-markup"}));
+      if (message.member() == "CloseNotification") return bus.send(message.createReply());
       if (message.member() != "Notify" || message.signature() != "susssasa{sv}i") return false;
       const QVariantList words = message.arguments();
       std::cout << "notified ";

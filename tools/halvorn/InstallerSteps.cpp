@@ -170,12 +170,15 @@ struct InstallerSteps::Parts {
                         .system = system.systemFacts(),
                         .log = log},
             .completion = {.application = application,
+                           .clock = system.clock(),
                            .sound = sound,
                            .defaults = system.defaults(),
                            .messages = messages,
                            .strings = strings,
                            .mainThread = system.mainThread(),
+                           .notices = notices,
                            .screenReader = screenReader,
+                           .workspace = system.workspace(),
                            .log = log},
             .worker = {.install = installing,
                        .destinations = destinations,
@@ -217,6 +220,7 @@ struct InstallerSteps::Parts {
   TerminalAlerts alerts;
   NullImages images;
   NullScreenReader screenReader;
+  NullNotices notices;
   NullDesktopMessages messages;  // the terminal is told by who asked for the installation
   NullStandardStreams closedStreams;
   PosixStandardStreams streams{Paths::appending(system.searchPaths().homeFolder(), "Library/Logs")};

@@ -57,6 +57,7 @@ class TerminalApplication : public Application {
   void terminate() override {}
   void setApplicationIcon(const ImagePointer&) override {}
   void performWhenShown(std::function<void()>) override {}
+  void requestUserAttention() override {}
   void beep() override {}
   bool currentEventHasOptionKey() const override { return hasOptionKey_; }
 

@@ -7,6 +7,7 @@
 #include <QInputEvent>
 #include <QThread>
 #include <QTimer>
+#include <QWidget>
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -195,6 +196,13 @@ void QtApplication::performWhenShown(std::function<void()> task) {
     for (auto& waiting : std::exchange(parts_->whenShown, {})) perform(std::move(waiting));
   };
   performAfter(kLongestToBePainted, [this] { parts_->watch.tellShown(); });
+}
+
+void QtApplication::requestUserAttention() {
+  if (QApplication::activeWindow() != nullptr) return;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->windowType() == Qt::Window && window->isVisible()) QApplication::alert(window);
+  }
 }
 
 void QtApplication::beep() { QApplication::beep(); }

@@ -33,6 +33,7 @@ class QtApplication : public Application, public MainThread {
   void setSessionEnded(std::function<void()> callback);
   void setApplicationIcon(const ImagePointer& icon) override;  // once the window has been painted
   void performWhenShown(std::function<void()> task) override;
+  void requestUserAttention() override;
   void beep() override;
   [[nodiscard]] bool currentEventHasOptionKey() const override;
   // When the person last pressed a key or a button, by the clock of an X server; nullopt before that.

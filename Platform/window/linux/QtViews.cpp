@@ -1,6 +1,6 @@
 #include "Platform/window/linux/QtViews.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QScreen>
 #include <QTabBar>
 
@@ -111,6 +111,12 @@ void QtWindow::orderFrontRegardless() {
 }
 
 void QtWindow::makeMain() { widget_.activateWindow(); }
+
+// Also while an alert hangs on it.
+bool QtWindow::isKeyWindow() const {
+  const QWidget* active = QApplication::activeWindow();
+  return active != nullptr && (active == &widget_ || active->parentWidget() == &widget_);
+}
 
 bool QtWindow::isMiniaturizeEnabled() const {
   return widget_.windowFlags().testFlag(Qt::WindowMinimizeButtonHint);

@@ -109,6 +109,7 @@ class QtWindow : public Window {
   void makeKeyAndOrderFront() override;
   void orderFrontRegardless() override;
   void makeMain() override;
+  bool isKeyWindow() const override;
   bool isMiniaturizeEnabled() const override;
 
  private:

@@ -22,6 +22,7 @@ class MacApplication : public Application {
   void setSessionEnded(std::function<void()> callback);
   void setApplicationIcon(const ImagePointer& icon) override;
   void performWhenShown(std::function<void()> task) override;
+  void requestUserAttention() override;
   void beep() override;
   [[nodiscard]] bool currentEventHasOptionKey() const override;
 

@@ -176,6 +176,11 @@ void MacApplication::windowIsShown() {
   parts_->mainThread.performWhenIdle([parts = parts_] { parts->show(); });
 }
 
+void MacApplication::requestUserAttention() {
+  // The system does nothing while the program is the active one.
+  attempted([] { [[NSApplication sharedApplication] requestUserAttention:NSInformationalRequest]; });
+}
+
 void MacApplication::beep() {
   attempted([] { NSBeep(); });
 }

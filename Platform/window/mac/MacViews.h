@@ -93,6 +93,7 @@ class MacWindow : public Window {
   void makeKeyAndOrderFront() override;
   void orderFrontRegardless() override;
   void makeMain() override;
+  [[nodiscard]] bool isKeyWindow() const override;
   [[nodiscard]] bool isMiniaturizeEnabled() const override;
 
  private:

@@ -126,6 +126,14 @@ void MacWindow::makeMain() {
   attempted([&] { [window_ makeMainWindow]; });
 }
 
+// Also while an alert hangs on it.
+bool MacWindow::isKeyWindow() const {
+  return answered(false, [&] {
+    NSWindow* const sheet = [window_ attachedSheet];
+    return static_cast<bool>([window_ isKeyWindow] || (sheet != nil && [sheet isKeyWindow]));
+  });
+}
+
 bool MacWindow::isMiniaturizeEnabled() const {
   return answered(false, [&] {
     // Window managers that draw the frame have the button for themselves.

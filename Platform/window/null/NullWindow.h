@@ -6,6 +6,7 @@
 #include "Platform/window/Application.h"
 #include "Platform/window/Images.h"
 #include "Platform/window/InstallerOutlets.h"
+#include "Platform/window/Notices.h"
 #include "Platform/window/ScreenReader.h"
 
 namespace halvorn {
@@ -17,6 +18,7 @@ class NullApplication : public Application {
   void terminate() override { isTerminated_ = true; }
   void setApplicationIcon(const ImagePointer&) override {}
   void performWhenShown(std::function<void()> task) override;  // at once: no window is on its way
+  void requestUserAttention() override {}
   void beep() override {}
   bool currentEventHasOptionKey() const override { return false; }
 
@@ -49,6 +51,15 @@ class NullImages : public Images {
 class NullScreenReader : public ScreenReader {
  public:
   void announce(const Text&) override {}
+};
+
+// Nobody reads.
+class NullNotices : public Notices {
+ public:
+  void show(const Notice& notice) override {
+    if (notice.notShown) notice.notShown();
+  }
+  void withdraw() override {}
 };
 
 // Hidden, held by nobody, and never drawn.
@@ -115,6 +126,7 @@ class NullWindow : public Window {
   void makeKeyAndOrderFront() override {}
   void orderFrontRegardless() override {}
   void makeMain() override {}
+  bool isKeyWindow() const override { return false; }
   bool isMiniaturizeEnabled() const override { return false; }
 };
 

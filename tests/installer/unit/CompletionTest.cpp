@@ -136,5 +136,77 @@ TEST_F(Completion, TheFinalMessageIsTheTranslationFilledWithTheName) {
   EXPECT_EQ(window.installButton.title_, Text("Fertig"));
 }
 
+TEST_F(Completion, AFailureIsToldAroundTheWindowWithTheWholeSentenceAndTheLog) {
+  started().installationFinished(
+      InstallOutcome::failed(InstallFailure::NotCopied, "Installation failed.\rTry."));
+  ASSERT_TRUE(desktopNotices.shown.has_value()) << "in the window it is not seen, even in front";
+  EXPECT_EQ(desktopNotices.shown->kind, Notice::Kind::Failure);
+  EXPECT_EQ(desktopNotices.shown->title, Text("Install Foo"));
+  EXPECT_EQ(desktopNotices.shown->text, Text("Installation failed.\rTry."));
+  EXPECT_EQ(desktopNotices.shown->actionTitle, Text("Show Log"));
+  desktopNotices.shown->action();
+  EXPECT_EQ(workspace.opened, std::vector<Text>{"/home/anna/Library/Logs/HalvornInstaller.log"});
+  window.calls.clear();
+  desktopNotices.shown->selected();
+  EXPECT_EQ(window.calls, Calls{"window.makeKeyAndOrderFront"});
+  EXPECT_EQ(application.requestsForAttention, 0) << "the person is here";
+}
+
+TEST_F(Completion, AWindowThatIsNotInFrontAsksForAttention) {
+  window.window.isKey_ = false;
+  started().installationFinished(InstallOutcome::failed(InstallFailure::NotCopied, "Installation failed."));
+  EXPECT_EQ(application.requestsForAttention, 1);
+}
+
+TEST_F(Completion, ALogThatIsNoFileIsNotOffered) {
+  bundles.mainBundle = product + Text("/Contents/Resources/Installer.app");
+  start({}).installationFinished(InstallOutcome::failed(InstallFailure::NotCopied, "Installation failed."));
+  ASSERT_TRUE(desktopNotices.shown.has_value());
+  EXPECT_TRUE(desktopNotices.shown->actionTitle.isEmpty());
+  desktopNotices.shown.reset();
+  streams.unopenable.insert({StandardStreams::Stream::Error, "/home/anna/Library/Logs/HalvornInstaller.log"});
+  started().installationFinished(InstallOutcome::failed(InstallFailure::NotCopied, "Installation failed."));
+  ASSERT_TRUE(desktopNotices.shown.has_value());
+  EXPECT_TRUE(desktopNotices.shown->actionTitle.isEmpty());
+}
+
+TEST_F(Completion, TheEndOfALongInstallationIsToldToWhoLooksElsewhere) {
+  struct Case {
+    double seconds;
+    bool isInFront;
+    bool isTold;
+  };
+  for (const Case& each : {Case{10, false, true}, {9.9, false, false}, {60, true, false}}) {
+    desktopNotices.all.clear();
+    application.requestsForAttention = 0;
+    auto& controller = started();
+    window.installButton.click();
+    clock.sleep(each.seconds);
+    window.window.isKey_ = each.isInFront;
+    controller.installationFinished(InstallOutcome::installed());
+    ASSERT_EQ(desktopNotices.all.size(), each.isTold ? 1U : 0U) << each.seconds;
+    EXPECT_EQ(application.requestsForAttention, each.isTold ? 1 : 0) << each.seconds;
+    if (!each.isTold) continue;
+    EXPECT_EQ(desktopNotices.all[0].kind, Notice::Kind::Result);
+    EXPECT_EQ(desktopNotices.all[0].text, Text("Foo was successfully installed."));
+    EXPECT_TRUE(desktopNotices.all[0].actionTitle.isEmpty());
+  }
+}
+
+TEST_F(Completion, ADismissedPasswordDialogIsToldNobody) {
+  window.window.isKey_ = false;
+  started().installationFinished(InstallOutcome::canceled());
+  EXPECT_TRUE(desktopNotices.all.empty());
+  EXPECT_EQ(application.requestsForAttention, 0);
+}
+
+TEST_F(Completion, TheNextTryTakesTheNoticeOfTheLastAway) {
+  auto& controller = started();
+  controller.installationFinished(InstallOutcome::failed(InstallFailure::NotCopied, "Installation failed."));
+  ASSERT_TRUE(desktopNotices.shown.has_value());
+  window.installButton.click();
+  EXPECT_FALSE(desktopNotices.shown.has_value());
+}
+
 }  // namespace
 }  // namespace halvorn

@@ -326,6 +326,7 @@ TEST_F(Worker, TheDesktopIsToldThatTheDestinationChanged) {
 }
 
 TEST_F(Worker, RightsThatCannotBeHadAreToldWhereThePersonIs) {
+  desktopNotices.hasPlace = false;
   lockApplications();
   authorizer.answer = AuthorizationAnswer::Refused;
   authorizer.reason = "No administrator rights: this system has no pkexec";
@@ -338,7 +339,7 @@ TEST_F(Worker, RightsThatCannotBeHadAreToldWhereThePersonIs) {
   EXPECT_EQ(messages.told.size(), 1U) << "who dismissed the question knows";
 }
 
-TEST_F(Worker, AFailureIsToldAndTheNextOneHasItsOwnReason) {
+TEST_F(Worker, AFailureIsToldOnceAndTheNextOneHasItsOwnReason) {
   lockApplications();
   authorizer.answer = AuthorizationAnswer::Refused;
   authorizer.reason = "No administrator rights";
@@ -347,7 +348,11 @@ TEST_F(Worker, AFailureIsToldAndTheNextOneHasItsOwnReason) {
   files.node("/Applications")->isWritable = true;
   files.take("/Volumes/NAS/Foo.app");
   click();
-  EXPECT_EQ(messages.told.back(), std::string("Foo: Installation failed.") + kHint);
+  ASSERT_EQ(desktopNotices.all.size(), 2U);
+  EXPECT_EQ(desktopNotices.all[0].text,
+            Text(std::string("Authorized copying failed.") + kHint + "\rNo administrator rights"));
+  EXPECT_EQ(desktopNotices.all[1].text, Text(std::string("Installation failed.") + kHint));
+  EXPECT_TRUE(messages.told.empty()) << "the notice said it";
 }
 
 TEST_F(Worker, WhatItFailedAtIsTold) {

@@ -157,6 +157,7 @@ class InstallerFixture : public ::testing::Test {
   FakeImages images;
   FakeScreenReader screenReader;
   FakeDesktopMessages messages;
+  FakeNotices desktopNotices;
   // Without it each is alone in the world.
   bool installersKnowEachOther = false;
   FakeItemClaims::Claims claims;

@@ -55,6 +55,12 @@ TYPED_TEST(WindowContract, EveryViewIsShownUntilItIsHidden) {
   }
 }
 
+TYPED_TEST(WindowContract, WhoIsThereIsNotAskedForAttention) {
+  this->world.showWindow();
+  EXPECT_TRUE(this->outlets.window.isKeyWindow());
+  this->world.application().requestUserAttention();
+}
+
 TYPED_TEST(WindowContract, AViewOnThePageThatIsNotSelectedIsNotHidden) {
   this->outlets.tabView.selectItem(1);
   EXPECT_EQ(this->outlets.readMeTextView.isHidden(), Hidden::No);

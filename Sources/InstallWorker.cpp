@@ -1,5 +1,6 @@
 #include "Sources/InstallWorker.h"
 
+#include "Core/ByteCounter.h"
 #include "Core/ForPeople.h"
 #include "Core/Format.h"
 #include "Core/Log.h"
@@ -154,6 +155,8 @@ InstallWorker::AuthorizedInstall InstallWorker::authorizedInstall(const Text& so
     return AuthorizedInstall::Failed;
 
   animateProgress(Animate::Yes);
+  rights.authorization->whenCopied(
+      [&copied = services_.copied](std::uint64_t bytes) { copied.raiseTo(bytes); });
   const int status = AuthorizedExecute(*rights.authorization, tool, services_.log);
   return status == 0 ? AuthorizedInstall::Done : AuthorizedInstall::Failed;
 }

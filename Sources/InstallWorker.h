@@ -24,6 +24,7 @@ namespace halvorn {
 class Application;
 class Authorizer;
 class Bundles;
+class ByteCounter;
 class Clock;
 class DestinationChoice;
 class FileChangeNotices;
@@ -46,6 +47,7 @@ struct InstallWorkerServices {
   FileChangeNotices& changes;
   const Application& application;
   const Bundles& bundles;
+  ByteCounter& copied;  // raised by the tool's words; copies in process count there by themselves
   const LocalizedStrings& strings;
   MainThread& mainThread;
   Clock& clock;

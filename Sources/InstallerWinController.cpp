@@ -1,5 +1,6 @@
 #include "Sources/InstallerWinController.h"
 
+#include "Core/ByteCounter.h"
 #include "Core/ForPeople.h"
 #include "Core/Format.h"
 #include "Core/Log.h"
@@ -7,6 +8,7 @@
 #include "Platform/bundles/LocalizedStrings.h"
 #include "Platform/bundles/Workspace.h"
 #include "Platform/rights/Authorizer.h"
+#include "Platform/running/MainThread.h"
 #include "Platform/running/Workers.h"
 #include "Platform/window/Alerts.h"
 #include "Platform/window/Application.h"
@@ -20,6 +22,7 @@ namespace {
 constexpr char kSoftwareArchiveUrl[] = "https://www.halvorn.example/archive/";
 constexpr int kReadMePage = 0;
 constexpr int kInstallPage = 1;
+constexpr double kBetweenLooks = 0.5;  // seconds
 
 }  // namespace
 
@@ -30,6 +33,7 @@ InstallerWinController::InstallerWinController(const InstallerServices& services
       outlets_(outlets),
       argumentList_(std::move(argumentList)),
       completion_(services.completion, outlets, arguments_),
+      progress_(services.progress),
       worker_(services.worker, arguments_,
               {.animateProgress = [this](Animate animate) { animateProgress(animate); },
                .installationFinished =
@@ -102,7 +106,13 @@ void InstallerWinController::install() {
   outlets_.installButton.setEnabled(Enabled::No);
   outlets_.cancelButton.setEnabled(Enabled::No);
   completion_.installationBegins();
+  services_.worker.copied.reset();
+  progress_.begin();
   services_.workers.detach([this] { worker_.installThread(); });
+  services_.workers.detach([this] {
+    progress_.measure(arguments_.text(KTInstallerKeySourcePath).value_or(Text()),
+                      arguments_.text(KTInstallerKeyWrapperPath), services_.departure.left);
+  });
 }
 
 void InstallerWinController::cancel() {
@@ -138,15 +148,33 @@ void InstallerWinController::openReadMe() {
 }
 
 void InstallerWinController::animateProgress(Animate animate) {
-  if (animate == Animate::No) return outlets_.progressIndicator.stopAnimation();
+  ++round_;
+  if (animate == Animate::No) {
+    showProgress(std::nullopt);
+    return outlets_.progressIndicator.stopAnimation();
+  }
   outlets_.progressIndicator.startAnimation();
+  followProgress(round_);
   const Text name = arguments_.text(KTInstallerKeyProductName).value_or(Text());
   services_.screenReader.announce(
       formatForPeople(services_.strings.localized("%@ is being installed."), name));
 }
 
+void InstallerWinController::followProgress(int round) {
+  if (round != round_) return;
+  showProgress(progress_.progress());
+  services_.completion.mainThread.performAfter(kBetweenLooks, [this, round] { followProgress(round); });
+}
+
+void InstallerWinController::showProgress(const std::optional<Progress>& progress) {
+  outlets_.progressIndicator.setProgress(progress);
+  services_.application.setProgress(progress ? std::optional(progress->share) : std::nullopt);
+}
+
 void InstallerWinController::installationFinished(const InstallOutcome& outcome) {
   outcome_ = outcome;
+  ++round_;
+  showProgress(std::nullopt);
   completion_.installationFinished(outcome);
 }
 

@@ -14,6 +14,7 @@
 #include "Sources/ArgumentDictionary.h"
 #include "Sources/Completion.h"
 #include "Sources/InstallOutcome.h"
+#include "Sources/InstallProgress.h"
 #include "Sources/InstallWorker.h"
 #include "Sources/Startup.h"
 
@@ -34,6 +35,7 @@ struct InstallerServices {
   StartupServices startup;
   CompletionServices completion;
   InstallWorkerServices worker;
+  InstallProgressServices progress;
   // The controller's own.
   Application& application;
   Authorizer& authorizer;
@@ -89,6 +91,10 @@ class InstallerWinController {
 
  private:
   void describeButtons(int index);
+  // Shows how far it is, again and again, as long as `round` lasts.
+  void followProgress(int round);
+  void showProgress(const std::optional<Progress>& progress);
+
   InstallerServices services_;
   InstallerOutlets outlets_;
   std::vector<Text> argumentList_;
@@ -97,7 +103,9 @@ class InstallerWinController {
   std::optional<DestinationReason> destinationReason_;
   std::optional<InstallOutcome> outcome_;
   Completion completion_;
+  InstallProgress progress_;
   InstallWorker worker_;
+  int round_ = 0;  // counts the beginnings and ends of what is followed
 };
 
 }  // namespace halvorn

@@ -9,12 +9,15 @@
 #include <random>
 #include <string_view>
 
+#include "Core/ByteCounter.h"
 #include "Core/Format.h"
 #include "Core/Paths.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
 #include "Platform/bundles/Workspace.h"
 #include "Platform/files/linux/SocketItemClaims.h"
 #include "Platform/files/linux/trash/XdgTrash.h"
+#include "Platform/files/posix/PosixFileManager.h"
+#include "Platform/files/posix/PosixItemSizes.h"
 #include "Platform/files/posix/SilentFileChangeNotices.h"
 #include "Platform/rights/linux/PolkitAuthorizer.h"
 #include "Platform/rights/posix/Person.h"
@@ -28,6 +31,7 @@
 #include "Platform/session/linux/SessionServers.h"
 #include "Platform/session/linux/WaylandSession.h"
 #include "Platform/session/linux/wayland/WaylandConnection.h"
+#include "Platform/text/linux/IcuLocalizedSizes.h"
 #include "Platform/window/linux/BusNotices.h"
 #include "Platform/window/linux/InstallerWindow.h"
 #include "Platform/window/linux/LoneAlert.h"
@@ -46,6 +50,7 @@
 #include "Sources/main_application.h"
 #include "System/linux/Appearance.h"
 #include "System/linux/MainLoop.h"
+#include "System/linux/Places.h"
 #include "train/InstallFunction.h"
 
 namespace halvorn {
@@ -56,6 +61,11 @@ constexpr char kNameForPeople[] = "Halvorn Installer";
 constexpr char kActivationToken[] =
     "XDG_ACTIVATION_TOKEN";  // the toolkit's, for the next window it activates
 constexpr char kBundleIdentifier[] = "example.halvorn.installer";
+
+Text firstLanguage(KTSystem& system) {
+  const std::vector<Text>& languages = system.parts().of<Places>().languages;
+  return languages.empty() ? Text("en") : languages.front();
+}
 
 // What the desktop gave this program so that its window may come to the front. On X11 windows are told by the window
 // manager, which is asked by name.
@@ -169,11 +179,17 @@ class Installer {
                        .changes = changes_,
                        .application = application_,
                        .bundles = system_.bundles(),
+                       .copied = copied_,
                        .strings = system_.strings(),
                        .mainThread = application_,
                        .clock = system_.clock(),
                        .departure = departure_,
                        .log = system_.log()},
+            .progress = {.copied = copied_,
+                         .items = sizesOnDisk_,
+                         .sizes = sizes_,
+                         .strings = system_.strings(),
+                         .clock = system_.clock()},
             .application = application_,
             .authorizer = authorizer_,
             .colors = system_.colors(),
@@ -202,8 +218,12 @@ class Installer {
   BusNotices notices_{kNameForPeople};
   PosixStandardStreams streams_{Paths::appending(system_.searchPaths().homeFolder(), "Library/Logs")};
   XdgTrash trash_{system_.clock(), personOfThisProcess(), LinksInTheWay::Followed};
+  ByteCounter copied_;
+  PosixFileManager copyingFiles_{FileRules{.copied = &copied_}};
+  const PosixItemSizes sizesOnDisk_;
+  const IcuLocalizedSizes sizes_{firstLanguage(system_)};
   const InstallServices install_{
-      .files = system_.files(), .trash = trash_, .notices = changes_, .log = system_.log()};
+      .files = copyingFiles_, .trash = trash_, .notices = changes_, .log = system_.log()};
   PolkitAuthorizer authorizer_{system_.log()};
   DestinationChoice destinations_;
   InstallerWinController controller_;
@@ -302,6 +322,7 @@ int applicationMain(int argumentCount, char** arguments) {
     const BeforeExit withoutDisplay(
         [&] { system.log()("ERROR -- There is no display that the window can be shown on"); });
     (void)system.application();
+    system.parts().of<ApplicationPart>().application.setIdentifier(kBundleIdentifier);
   }
   (void)system.colors();
 

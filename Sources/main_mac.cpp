@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <random>
 
+#include "Core/ByteCounter.h"
 #include "Core/Format.h"
 #include "Core/Paths.h"
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
@@ -21,6 +22,7 @@
 #include "Platform/running/posix/PosixStandardStreams.h"
 #include "Platform/running/posix/TerminationSignals.h"
 #include "Platform/session/null/NullSession.h"
+#include "Platform/text/null/NullText.h"
 #include "Platform/window/mac/MacAlerts.h"
 #include "Platform/window/mac/MacInstallerWindow.h"
 #include "Platform/window/mac/MacScreenReader.h"
@@ -143,11 +145,17 @@ class Installer {
                        .changes = changes_,
                        .application = application_,
                        .bundles = system_.bundles(),
+                       .copied = copied_,
                        .strings = system_.strings(),
                        .mainThread = system_.mainThread(),
                        .clock = system_.clock(),
                        .departure = departure_,
                        .log = system_.log()},
+            .progress = {.copied = copied_,
+                         .items = itemSizes_,
+                         .sizes = sizes_,
+                         .strings = system_.strings(),
+                         .clock = system_.clock()},
             .application = application_,
             .authorizer = authorizer_,
             .colors = system_.colors(),
@@ -173,6 +181,9 @@ class Installer {
   NullNotices notices_;
   PosixStandardStreams streams_{Paths::appending(system_.searchPaths().homeFolder(), "Library/Logs")};
   MacTrash trash_;
+  ByteCounter copied_;
+  const NullItemSizes itemSizes_;
+  const NullLocalizedSizes sizes_;
   const InstallServices install_{
       .files = system_.files(), .trash = trash_, .notices = changes_, .log = system_.log()};
   MacAuthorizer authorizer_;

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Core/ByteCounter.h"
 #include "KTStuff/CocoaExtensions/SoundExtensions.h"
 #include "KTStuff/KTClasses/KTCompatibility.h"
 #include "KTStuff/KTClasses/KTDynamicColorClass.h"
@@ -183,11 +184,17 @@ class Installer {
                        .changes = ground_.changes,
                        .application = ground_.application,
                        .bundles = ground_.bundles,
+                       .copied = copied_,
                        .strings = ground_.strings,
                        .mainThread = ground_.mainThread,
                        .clock = ground_.clock,
                        .departure = departure_,
                        .log = ground_.log},
+            .progress = {.copied = copied_,
+                         .items = itemSizes_,
+                         .sizes = sizes_,
+                         .strings = ground_.strings,
+                         .clock = ground_.clock},
             .application = ground_.application,
             .authorizer = authorizer_,
             .colors = colors_.colors,
@@ -211,6 +218,9 @@ class Installer {
   NullDesktopMessages messages_;
   NullNotices notices_;
   NullTrash trash_;
+  ByteCounter copied_;
+  const NullItemSizes itemSizes_;
+  const NullLocalizedSizes sizes_;
   const InstallServices install_{
       .files = ground_.files, .trash = trash_, .notices = ground_.changes, .log = ground_.log};
   NullAuthorizer authorizer_;

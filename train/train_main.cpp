@@ -6,6 +6,7 @@
 
 #include "Platform/files/posix/PosixFileManager.h"
 #include "Platform/files/posix/SilentFileChangeNotices.h"
+#include "Platform/rights/posix/CopiedLine.h"
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/running/posix/StandardErrorLog.h"
 #include "train/InstallConfinement.h"
@@ -37,7 +38,10 @@ int main(int argumentCount, char** arguments) {
   }
   PosixClock clock;
   const StandardErrorLog log(clock, "train");
-  PosixFileManager files(rights->files);
+  ByteCounter copied(kToldEachBytes, tellCopied);
+  FileRules rules = rights->files;
+  if (start == ProcessStart::Privileged) rules.copied = &copied;
+  PosixFileManager files(rules);
   ToolTrash trash(clock, rights->trashOwner, rights->files.links, rights->files.pins);
   SilentFileChangeNotices notices;
   const auto wrapper = argumentCount == 4 ? OptionalText(arguments[3]) : std::nullopt;

@@ -1,6 +1,8 @@
 // Administrator rights for one run of the installer's tool.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <variant>
 #include <vector>
@@ -26,6 +28,9 @@ using ToolEnd = std::variant<ToolExited, ToolDied, ToolNotStarted, ToolUnknown>;
 class Authorization {
  public:
   virtual ~Authorization() = default;
+  // Has `copied` told how many bytes the tool has copied, each time that it says so; where it cannot, never. To be called
+  // before run(), on whose thread it is called.
+  virtual void whenCopied(std::function<void(std::uint64_t bytes)> copied) = 0;
   // Runs the tool that the rights were asked for, with administrator rights, and waits for its end.
   [[nodiscard]] virtual ToolEnd run() = 0;
 };

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "Platform/window/Images.h"
 
@@ -21,6 +22,8 @@ class Application {
   // Has the desktop mark the program's window until the person comes to it; nothing while the person is there.
   // Thread: main.
   virtual void requestUserAttention() = 0;
+  // What task bars show of the program's work, a share from 0 to 1; nullopt shows none. Thread: main.
+  virtual void setProgress(std::optional<double> share) = 0;
   // The system's alert sound. Thread: main.
   virtual void beep() = 0;
   // Whether the press of a key or button that the main thread works on, or worked on last, was made with the

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "Core/Geometry.h"
 #include "Core/Text.h"
@@ -85,8 +86,16 @@ class TabView : public virtual View {  // pages, one of which is seen
   [[nodiscard]] virtual int selectedItem() const = 0;  // counted from 0
 };
 
+// How far something has come.
+struct Progress {
+  double share = 0;  // from 0 to 1
+  Text text;         // the same in words
+};
+
 class ProgressIndicator : public virtual View {  // turns while something works
  public:
+  // For a tool tip and for those who hear the window; nothing that is seen changes. nullopt: nobody knows, as at first.
+  virtual void setProgress(const std::optional<Progress>& progress) = 0;
   virtual void startAnimation() = 0;  // turns, and is seen only then
   virtual void stopAnimation() = 0;   // and is seen no more
 };

@@ -41,7 +41,8 @@ class FakeAuthorizer : public Authorizer {
 
   std::vector<Request> requests;
   int runs = 0;
-  int freed = 0;  // authorizations given back
+  std::uint64_t bytesCopied = 0;  // told by each run
+  int freed = 0;                  // authorizations given back
   bool isWithdrawn = false;
 
  private:
@@ -52,14 +53,17 @@ class FakeAuthorizer : public Authorizer {
     Rights(const Rights&) = delete;
     Rights& operator=(const Rights&) = delete;
 
+    void whenCopied(std::function<void(std::uint64_t)> copied) override { copied_ = std::move(copied); }
     ToolEnd run() override {
       ++owner_.runs;
       if (owner_.onRun) owner_.onRun();
+      if (copied_) copied_(owner_.bytesCopied);
       return next(owner_.ends, owner_.end);
     }
 
    private:
     FakeAuthorizer& owner_;
+    std::function<void(std::uint64_t)> copied_;
   };
 
   template <typename Value>

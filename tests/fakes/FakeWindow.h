@@ -181,7 +181,9 @@ class FakeProgressIndicator : public FakeView, public ProgressIndicator {
     animating_ = false;
     record("stopAnimation");
   }
+  void setProgress(const std::optional<Progress>& progress) override { progress_ = progress; }
   bool animating_ = false;
+  std::optional<Progress> progress_;
 };
 
 class FakePlainWindow : public Window {
@@ -253,6 +255,7 @@ class FakeHostApplication : public Application {
   void setApplicationIcon(const ImagePointer& image) override { icon = image; }
   void performWhenShown(std::function<void()> task) override { whenShown.push_back(std::move(task)); }
   void requestUserAttention() override { ++requestsForAttention; }
+  void setProgress(std::optional<double> share) override { progress = share; }
   void beep() override { ++beeps; }
   bool currentEventHasOptionKey() const override { return optionKey; }
   // The first window has been painted.
@@ -262,6 +265,7 @@ class FakeHostApplication : public Application {
 
   int terminations = 0;
   int requestsForAttention = 0;
+  std::optional<double> progress;
   int beeps = 0;
   ImagePointer icon;
   std::vector<std::function<void()>> whenShown;

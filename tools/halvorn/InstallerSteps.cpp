@@ -5,6 +5,7 @@
 
 #include <random>
 
+#include "Core/ByteCounter.h"
 #include "Core/Paths.h"
 #include "KTStuff/CocoaExtensions/SoundExtensions.h"
 #include "KTStuff/KTClasses/KTDynamicColorClass.h"
@@ -24,6 +25,7 @@
 #include "Platform/session/null/NullSession.h"
 #include "Platform/sound/linux/LoadedSounds.h"
 #include "Platform/sound/null/NullSound.h"
+#include "Platform/text/null/NullText.h"
 #include "Sources/AdministratorRefusal.h"
 #include "Sources/CompletionSound.h"
 #include "Sources/InstallerWinController.h"
@@ -188,12 +190,18 @@ struct InstallerSteps::Parts {
                        .changes = changes,
                        .application = application,
                        .bundles = bundles,
+                       .copied = copied,
                        .strings = strings,
                        .mainThread = system.mainThread(),
                        .clock = system.clock(),
                        .departure = departure,
                        .log = log,
                        .launch = mayLaunch() ? settings.launch : LaunchInstalled::No},
+            .progress = {.copied = copied,
+                         .items = itemSizes,
+                         .sizes = sizes,
+                         .strings = strings,
+                         .clock = system.clock()},
             .application = application,
             .authorizer = authorizerInUse(),
             .colors = colors,
@@ -239,6 +247,9 @@ struct InstallerSteps::Parts {
   KTDynamicColorClass colors{
       {.appearances = appearances, .theme = theme, .system = system.systemFacts(), .log = log}};
   XdgTrash trash{system.clock(), personOfThisProcess(), LinksInTheWay::Followed};
+  ByteCounter copied;
+  const NullItemSizes itemSizes;
+  const NullLocalizedSizes sizes;
   const InstallServices installing{.files = files, .trash = trash, .notices = changes, .log = log};
   PolkitAuthorizer authorizer{log};
   RootAuthorizer rootAuthorizer;

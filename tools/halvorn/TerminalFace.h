@@ -58,6 +58,7 @@ class TerminalApplication : public Application {
   void setApplicationIcon(const ImagePointer&) override {}
   void performWhenShown(std::function<void()>) override {}
   void requestUserAttention() override {}
+  void setProgress(std::optional<double>) override {}
   void beep() override {}
   bool currentEventHasOptionKey() const override { return hasOptionKey_; }
 

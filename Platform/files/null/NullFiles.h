@@ -6,6 +6,7 @@
 #include "Platform/files/FileHandles.h"
 #include "Platform/files/FileManager.h"
 #include "Platform/files/ItemClaims.h"
+#include "Platform/files/ItemSizes.h"
 #include "Platform/files/SearchPaths.h"
 #include "Platform/files/TemporaryFiles.h"
 #include "Platform/files/Trash.h"
@@ -60,6 +61,14 @@ class NullTemporaryFiles : public TemporaryFiles {
   OptionalText create() override { return std::nullopt; }
   std::optional<std::string> contents(const Text&) const override { return std::nullopt; }
   void remove(const Text&) override {}
+};
+
+// Nobody knows how much there is.
+class NullItemSizes : public ItemSizes {
+ public:
+  std::optional<std::uint64_t> bytesIn(const Text&, const Cancellation&) const override {
+    return std::nullopt;
+  }
 };
 
 // Nobody knows who works on what.

@@ -171,7 +171,8 @@ std::optional<FileFailure> PosixFileManager::copyItem(const Text& from, const Te
   return orNoMemory(to, [&]() -> std::optional<FileFailure> {
     const auto places = placesOfCopy(from, to);
     if (!places) return places.cause();
-    return copyTree(places->source, places->target, {.readAs = reader(), .ownership = rules_.ownership});
+    return copyTree(places->source, places->target,
+                    {.readAs = reader(), .ownership = rules_.ownership, .copied = rules_.copied});
   });
 }
 
@@ -179,7 +180,8 @@ std::optional<FileFailure> PosixFileManager::obstacleToCopying(const Text& from,
   return orNoMemory(to, [&]() -> std::optional<FileFailure> {
     const auto source = placeToRead(from);
     if (!source) return source.cause().at(from.bytes());
-    return obstacleToCopy(*source, to.bytes(), {.readAs = reader(), .ownership = rules_.ownership});
+    return obstacleToCopy(*source, to.bytes(),
+                          {.readAs = reader(), .ownership = rules_.ownership, .copied = nullptr});
   });
 }
 

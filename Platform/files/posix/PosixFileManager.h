@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "Core/ByteCounter.h"
 #include "Platform/files/FileManager.h"
 #include "Platform/files/posix/copy/ItemPlace.h"
 #include "Platform/files/posix/copy/TreeCopy.h"
@@ -20,6 +21,8 @@ struct FileRules {
   // Whoever's rights decide what can be read: listed, or copied from. nullopt: this process' own.
   std::optional<Person> readAs = std::nullopt;
   Ownership ownership = Ownership::Kept;
+  // Counts what is copied, while it is; null: nobody counts.
+  ByteCounter* copied = nullptr;
 };
 
 class PosixFileManager : public FileManager {

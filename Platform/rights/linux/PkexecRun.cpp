@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "Platform/rights/linux/CleanSpawn.h"
+#include "Platform/rights/posix/CopiedLine.h"
 #include "Platform/running/posix/StandardErrorLog.h"
 
 namespace halvorn {
@@ -110,9 +111,15 @@ void PkexecRun::passOn(bool toTheLastByte) {
     std::size_t length = unfinishedLine_.find('\n');
     if (length == std::string::npos && !toTheLastByte && unfinishedLine_.size() < kLongestLine) return;
     if (length == std::string::npos) length = std::min(unfinishedLine_.size(), kLongestLine);
-    writeToStandardError(unfinishedLine_.substr(0, length) + "\n");
+    passOnLine(unfinishedLine_.substr(0, length));
     unfinishedLine_.erase(0, length + 1);
   }
+}
+
+void PkexecRun::passOnLine(const std::string& line) const {
+  const auto bytes = bytesInCopiedLine(line);
+  if (!bytes) return writeToStandardError(line + "\n");
+  if (copied_) copied_(*bytes);
 }
 
 PkexecRun::Seen PkexecRun::wait() {

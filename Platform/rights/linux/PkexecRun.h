@@ -10,9 +10,12 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Platform/running/posix/FileDescriptor.h"
@@ -49,6 +52,10 @@ class PkexecRun {
   // it was over before its start was seen, that happens in the second call.
   [[nodiscard]] const End& waitForEnd();
 
+  // From now on told how many bytes the tool has copied so far, each time that it says so; its lines about that are not
+  // passed on. Called by the thread that waits.
+  void whenCopied(std::function<void(std::uint64_t bytes)> copied) { copied_ = std::move(copied); }
+
   // What pkexec said before any tool ran; at most some kilobytes.
   [[nodiscard]] const std::string& complaint() const { return complaint_; }
 
@@ -66,6 +73,7 @@ class PkexecRun {
   // Takes in what is there without waiting; false when nothing more will come.
   bool readOutput();
   void passOn(bool toTheLastByte);
+  void passOnLine(const std::string& line) const;
 
   pid_t pid_;
   std::string pkexecName_;
@@ -76,6 +84,7 @@ class PkexecRun {
   std::optional<End> end_;
   std::string complaint_;
   std::string unfinishedLine_;
+  std::function<void(std::uint64_t)> copied_;
 };
 
 }  // namespace halvorn

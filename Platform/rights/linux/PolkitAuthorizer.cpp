@@ -24,6 +24,7 @@ class PolkitAuthorization : public Authorization {
  public:
   PolkitAuthorization(const Log& log, std::unique_ptr<PkexecRun> run) : log_(log), run_(std::move(run)) {}
 
+  void whenCopied(std::function<void(std::uint64_t)> copied) override { run_->whenCopied(std::move(copied)); }
   ToolEnd run() override {
     const auto waitStatus = run_->waitForEnd().waitStatus;
     if (!waitStatus) return ToolUnknown{};
@@ -45,6 +46,7 @@ class PolkitAuthorization : public Authorization {
 class EmptyAuthorization : public Authorization {
  public:
   explicit EmptyAuthorization(int error) : error_(error) {}
+  void whenCopied(std::function<void(std::uint64_t)>) override {}
   ToolEnd run() override { return ToolNotStarted{error_}; }
 
  private:

@@ -1,10 +1,13 @@
 // Texts without tables: ASCII is known, and nothing is converted, searched or typed.
 #pragma once
 
+#include <string>
+
 #include "Platform/text/Digests.h"
 #include "Platform/text/HtmlText.h"
 #include "Platform/text/Keyboard.h"
 #include "Platform/text/LocalizedDates.h"
+#include "Platform/text/LocalizedSizes.h"
 #include "Platform/text/Regex.h"
 #include "Platform/text/TextCodecs.h"
 #include "Platform/text/Unicode.h"
@@ -15,6 +18,15 @@ namespace halvorn {
 class NullLocalizedDates : public LocalizedDates {
  public:
   OptionalText shortDate(Date) const override { return std::nullopt; }
+};
+
+// Amounts are numbers of bytes.
+class NullLocalizedSizes : public LocalizedSizes {
+ public:
+  Part partOf(std::uint64_t bytes, std::uint64_t whole) const override {
+    return {number(bytes), number(whole)};
+  }
+  Text number(std::uint64_t number) const override { return Text(std::to_string(number)); }
 };
 
 // ASCII is known; of every other character nothing is.

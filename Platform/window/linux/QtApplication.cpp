@@ -20,6 +20,8 @@
 
 #include "Platform/color/linux/Palettes.h"
 #include "Platform/window/linux/IdleTasks.h"
+#include "Platform/window/linux/LauncherEntry.h"
+#include "Platform/window/linux/QtText.h"
 #include "Platform/window/linux/ToolkitsWayland.h"
 #include "Platform/window/linux/pictures/QtImage.h"
 
@@ -204,6 +206,12 @@ void QtApplication::requestUserAttention() {
     if (window->windowType() == Qt::Window && window->isVisible()) QApplication::alert(window);
   }
 }
+
+void QtApplication::setIdentifier(const Text& identifier) {
+  QGuiApplication::setDesktopFileName(toQString(identifier));
+}
+
+void QtApplication::setProgress(std::optional<double> share) { showProgressInLauncher(share); }
 
 void QtApplication::beep() { QApplication::beep(); }
 

@@ -27,6 +27,8 @@ class QtApplication : public Application, public MainThread {
   // Works until the condition holds, asked after each thing done; false when that many seconds were over first.
   bool runUntil(const std::function<bool()>& condition, double seconds);
 
+  // By which desktops know the program: the name of its desktop entry, without the ending.
+  void setIdentifier(const Text& identifier);
   void terminate() override;
   [[nodiscard]] bool isTerminated() const;
   // Called when the session manager ends the program, which terminate()s right after.
@@ -34,6 +36,7 @@ class QtApplication : public Application, public MainThread {
   void setApplicationIcon(const ImagePointer& icon) override;  // once the window has been painted
   void performWhenShown(std::function<void()> task) override;
   void requestUserAttention() override;
+  void setProgress(std::optional<double> share) override;
   void beep() override;
   [[nodiscard]] bool currentEventHasOptionKey() const override;
   // When the person last pressed a key or a button, by the clock of an X server; nullopt before that.

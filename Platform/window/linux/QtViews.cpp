@@ -79,6 +79,11 @@ void QtTabView::selectItem(int index) {
   window_.focusPage(index);
 }
 
+void QtProgressIndicator::setProgress(const std::optional<Progress>& progress) {
+  if (!progress) return spinner_.forgetProgress();
+  spinner_.setProgress(progress->share, forDisplay(progress->text));
+}
+
 QtWindow::QtWindow(WindowWidget& widget) : widget_(widget), title_(toText(widget.windowTitle())) {}
 
 void QtWindow::setTitle(const Text& title) {

@@ -93,6 +93,7 @@ class QtTabView : public QtView, public TabView {
 class QtProgressIndicator : public QtView, public ProgressIndicator {
  public:
   QtProgressIndicator(WindowWidget& window, Spinner& spinner) : QtView(window, spinner), spinner_(spinner) {}
+  void setProgress(const std::optional<Progress>& progress) override;
   void startAnimation() override { spinner_.start(); }
   void stopAnimation() override { spinner_.stop(); }
 

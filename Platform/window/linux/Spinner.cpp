@@ -6,6 +6,7 @@
 namespace halvorn {
 namespace {
 
+constexpr int kSteps = 1000;
 constexpr int kSpokes = 12;
 constexpr int kStepMilliseconds = 80;
 
@@ -19,14 +20,30 @@ Spinner::Spinner(int side, QWidget* parent) : QProgressBar(parent) {
 }
 
 void Spinner::start() {
+  forgetProgress();
   setRange(0, 0);  // of unknown length, also for a screen reader
   step_ = 0;
   timer_.start(kStepMilliseconds, this);
   update();
 }
 
+void Spinner::setProgress(double share, const QString& text) {
+  if (!isTurning()) return;
+  setRange(0, kSteps);
+  setValue(qRound(share * kSteps));
+  setToolTip(text);
+  setAccessibleDescription(text);
+}
+
+void Spinner::forgetProgress() {
+  setToolTip({});
+  setAccessibleDescription({});
+  if (isTurning()) setRange(0, 0);
+}
+
 void Spinner::stop() {
   timer_.stop();
+  forgetProgress();
   setRange(0, 1);
   setValue(0);
   update();

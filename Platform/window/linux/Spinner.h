@@ -11,7 +11,10 @@ class Spinner : public QProgressBar {
   Spinner(int side, QWidget* parent);
 
   void start();
-  void stop();
+  void stop();  // and forgets how far it was
+  // For the tool tip and a screen reader: how far it is, from 0 to 1. It turns as it did.
+  void setProgress(double share, const QString& text);
+  void forgetProgress();
   [[nodiscard]] bool isTurning() const { return timer_.isActive(); }
 
  protected:

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "Platform/running/MainThread.h"
 #include "Platform/window/Application.h"
@@ -23,6 +24,7 @@ class MacApplication : public Application {
   void setApplicationIcon(const ImagePointer& icon) override;
   void performWhenShown(std::function<void()> task) override;
   void requestUserAttention() override;
+  void setProgress(std::optional<double>) override {}  // the Dock has no bar of its own for it
   void beep() override;
   [[nodiscard]] bool currentEventHasOptionKey() const override;
 

@@ -73,6 +73,7 @@ class MacProgressIndicator : public ProgressIndicator, public MacView {
  public:
   MacProgressIndicator(NSProgressIndicator* view, PlacesAgain placesAgain)
       : MacView(view, std::move(placesAgain)), view_(view) {}
+  void setProgress(const std::optional<Progress>& progress) override;
   void startAnimation() override;
   void stopAnimation() override;
   // Some systems hide the view by themselves while it does not turn: that is no answer to who asks.

@@ -91,6 +91,14 @@ int MacTabView::selectedItem() const {
                   [&] { return static_cast<int>([view_ indexOfTabViewItem:[view_ selectedTabViewItem]]); });
 }
 
+void MacProgressIndicator::setProgress(const std::optional<Progress>& progress) {
+  attempted([&] {
+    const double range = [view_ maxValue] - [view_ minValue];
+    [view_ setDoubleValue:[view_ minValue] + (progress ? progress->share * range : 0)];
+    [view_ setToolTip:progress ? stringOf(progress->text) : nil];
+  });
+}
+
 void MacProgressIndicator::startAnimation() {
   attempted([&] { [view_ startAnimation:nil]; });
 }

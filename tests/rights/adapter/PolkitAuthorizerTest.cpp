@@ -245,6 +245,12 @@ TEST_F(PolkitZoo, WhatTheToolSaysAppearsLineByLineEvenWithoutALastLineEnd) {
             "ready\nanswer: granted\ntool: one\ntool: two\nend: exited 0\n");
 }
 
+TEST_F(PolkitZoo, HowMuchTheToolHasCopiedIsToldAndNotPassedOn) {
+  inWorld({.rules = PolkitWorld::ruleAnswering("YES")});
+  EXPECT_EQ(ask("", {tool(), "say", "one\ncopied 4194304\ntool: two\ncopied 5x\n"}).output,
+            "ready\nanswer: granted\ntool: one\ncopied: 4194304\ntool: two\ncopied 5x\nend: exited 0\n");
+}
+
 // The window shows progress again as soon as the tool runs, not when it is done.
 TEST_F(PolkitZoo, GrantedIsAnsweredWhileTheToolStillRuns) {
   inWorld({.rules = PolkitWorld::ruleAnswering("YES")});

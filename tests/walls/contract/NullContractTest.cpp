@@ -58,6 +58,7 @@ TEST_F(NullFiles, NothingIsOpenedMadeOrTrashed) {
   EXPECT_EQ(temporary.create(), std::nullopt);
   EXPECT_EQ(temporary.contents(here), std::nullopt);
   temporary.remove("/nonexistent");
+  EXPECT_EQ(NullItemSizes().bytesIn(here, kNeverCanceled), std::nullopt);
   EXPECT_EQ(NullItemClaims().claim(here, [] {}), ItemClaims::Claim::Unknown);
   EXPECT_TRUE(NullTrash().recycle(here, {"item"}).has_value())
       << "what is not in the Trash stays where it was";
@@ -248,6 +249,7 @@ TEST_F(NullText, NothingIsConvertedSearchedReadOrTyped) {
   EXPECT_EQ(NullDigests().md5("text"), std::nullopt);
   EXPECT_EQ(NullKeyboard().type(), KeyboardTypes::ansi);
   EXPECT_EQ(NullKeyboard().translate(0, 0, 0), std::nullopt);
+  EXPECT_EQ(NullLocalizedSizes().partOf(1, 2).whole, Text("2"));
   EXPECT_EQ(NullLocalizedDates().shortDate({}), std::nullopt);
 }
 

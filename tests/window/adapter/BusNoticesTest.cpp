@@ -178,6 +178,7 @@ TEST_F(BusNoticesTest, TheTaskBarIsToldHowFarTheWorkIs) {
   };
   ASSERT_TRUE(dock.connect(QString(), QString(), QStringLiteral("com.canonical.Unity.LauncherEntry"),
                            QStringLiteral("Update"), &listener, SLOT(heard(QDBusMessage))));
+  application.application().setIdentifier("example.halvorn.installer");
   application.application().setProgress(0.25);
   application.application().setProgress(std::nullopt);
   EXPECT_TRUE(soon([&] { return heard.size() == 2; }));

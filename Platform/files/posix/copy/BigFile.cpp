@@ -52,7 +52,7 @@ void BigFile::help(CopyScratch& scratch, const std::shared_ptr<BigFile>& self) {
   while (next_ < facts_.st_size && !context_.hasFailed() && !context_.queue.hasTasks()) {
     const off_t start = next_.fetch_add(kRangeSize);
     if (start >= facts_.st_size) break;
-    if (const Cause cause = copyRange(scratch, start)) fail(cause);
+    copyAndCount(scratch, start);
   }
   --threads_;
   if (next_ < facts_.st_size && !context_.hasFailed()) offerHelp(self);
@@ -69,9 +69,14 @@ void BigFile::copyRanges(CopyScratch& scratch, const std::shared_ptr<BigFile>& s
     }
     const off_t start = next_.fetch_add(kRangeSize);
     if (start >= facts_.st_size) break;
-    if (const Cause cause = copyRange(scratch, start)) fail(cause);
+    copyAndCount(scratch, start);
   }
   --threads_;
+}
+
+void BigFile::copyAndCount(CopyScratch& scratch, off_t start) {
+  if (const Cause cause = copyRange(scratch, start)) return fail(cause);
+  context_.noteCopied(std::min(kRangeSize, facts_.st_size - start));
 }
 
 Cause BigFile::copyRange(CopyScratch& scratch, off_t start) {

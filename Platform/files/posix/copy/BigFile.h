@@ -32,6 +32,7 @@ class BigFile {
           const struct stat& made, const CopyPlace& place);
   // Takes ranges until none is left.
   void copyRanges(CopyScratch& scratch, const std::shared_ptr<BigFile>& self);
+  void copyAndCount(CopyScratch& scratch, off_t start);
   Cause copyRange(CopyScratch& scratch, off_t start);
   void fail(const Cause& cause) const noexcept { context_.fail(cause, path_.get(), name_.c_str()); }
   Cause finish();

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "Core/ByteCounter.h"
 #include "Platform/files/posix/copy/Cause.h"
 #include "Platform/files/posix/copy/CopyQueue.h"
 #include "Platform/files/posix/copy/FileMetadata.h"
@@ -19,6 +20,7 @@ namespace halvorn {
 struct CopyRules {
   const Person* readAs = nullptr;  // whose rights open the originals; null: this process' own
   Ownership ownership = Ownership::Kept;
+  ByteCounter* copied = nullptr;  // told what has been copied; null: nobody counts
 };
 
 struct CopyPlace;
@@ -40,6 +42,11 @@ struct CopyContext {
   // Everybody may open less then, and one thread works.
   [[nodiscard]] bool hasFewDescriptors() const { return hasFewDescriptors_; }
   void allowWorkers(unsigned count) { queue.allowWorkers(hasFewDescriptors_ ? 1 : count); }
+
+  // So many bytes of a file are in its copy.
+  void noteCopied(off_t bytes) const {
+    if (rules.copied != nullptr) rules.copied->add(static_cast<std::uint64_t>(bytes));
+  }
 
   // The first failure ends the copy: everybody looks here before going on. It is what failure() tells.
   void fail(const Cause& cause, const CopyPlace& place) noexcept;

@@ -148,6 +148,7 @@ Cause copyOpened(CopyContext& context, CopyScratch& scratch, OpenOriginal origin
   if (!isCloned) {
     if (const Cause cause = copyContents(context, scratch, source, target, facts)) return cause;
   }
+  context.noteCopied(facts.st_size);
   const Cause cause = context.giver.finishFile(source, target, facts, made.facts, place.mayInherit);
   if (cause || made.file.closeAfterWriting()) return cause;
   return Cause::ofSystem(Operation::Write);

@@ -3,9 +3,12 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <sstream>
 
+#include "Platform/rights/posix/CopiedLine.h"
 #include "tests/rights/adapter/attacks/AttackScene.h"
 
 namespace halvorn {
@@ -72,6 +75,22 @@ class InstallCases : public testing::TestWithParam<Level> {
   std::unique_ptr<PolkitWorld> world_;
   std::unique_ptr<AttackScene> scene_;
 };
+
+// To whoever gave the rights, that is; a person's own run says nothing of it.
+TEST_P(InstallCases, HowMuchHasBeenCopiedIsToldOnTheWay) {
+  constexpr std::size_t kBig = 20U << 20;
+  scene_->addFile(source() + "/Contents/big", std::string(kBig, 'x'), 0644, owner());
+  const Result result = install({source(), destination()});
+  EXPECT_EQ(result.status, 0);
+  std::uint64_t most = 0;
+  for (const std::string& line : result.log) most = std::max(most, bytesInCopiedLine(line).value_or(0));
+  if (GetParam() == Level::Person) {
+    EXPECT_EQ(most, 0U);
+  } else {
+    EXPECT_GE(most, kBig - kToldEachBytes);
+    EXPECT_LT(most, kBig + kToldEachBytes);
+  }
+}
 
 INSTANTIATE_TEST_SUITE_P(AllLevels, InstallCases,
                          testing::Values(Level::Person, Level::Administrator, Level::AdministratorBySudo),

@@ -12,6 +12,7 @@ namespace halvorn {
 
 class ByteCounter {
  public:
+  // Is told a sum.
   using Told = std::function<void(std::uint64_t bytes)>;
 
   ByteCounter() = default;
@@ -20,6 +21,7 @@ class ByteCounter {
   ByteCounter(const ByteCounter&) = delete;
   ByteCounter& operator=(const ByteCounter&) = delete;
 
+  // So many more.
   void add(std::uint64_t bytes) {
     const std::uint64_t before = bytes_.fetch_add(bytes, std::memory_order_relaxed);
     if (told_ && before / step_ != (before + bytes) / step_) told_(before + bytes);
@@ -30,7 +32,9 @@ class ByteCounter {
     while (before < bytes && !bytes_.compare_exchange_weak(before, bytes, std::memory_order_relaxed)) {
     }
   }
+  // From the beginning.
   void reset() { bytes_.store(0, std::memory_order_relaxed); }
+  // All of them.
   [[nodiscard]] std::uint64_t bytes() const { return bytes_.load(std::memory_order_relaxed); }
 
  private:

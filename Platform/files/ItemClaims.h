@@ -9,6 +9,7 @@ namespace halvorn {
 
 class ItemClaims {
  public:
+  // Whose an item is.
   enum class Claim {
     Ours,      // for as long as this program lives, however it ends
     Anothers,  // of a program of the same person, which was told that it is wanted, and heard it

@@ -9,6 +9,7 @@ namespace halvorn {
 
 class LocalizedSizes {
  public:
+  // Two amounts, of which one is a part of the other.
   struct Part {
     Text part;   // "1.2"
     Text whole;  // "2.0 GB"

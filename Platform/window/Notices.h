@@ -7,12 +7,13 @@
 
 namespace halvorn {
 
+// What is to be said, and what follows from pressing it.
 struct Notice {
-  enum class Kind { Result, Failure };
+  enum class Kind { Result, Failure };  // of which a failure matters more
 
-  Kind kind = Kind::Result;
-  Text title = {};
-  Text text = {};
+  Kind kind = Kind::Result;             // how much it matters
+  Text title = {};                      // about what
+  Text text = {};                       // the whole sentence
   Text actionTitle = {};                // of a button on it; "" for none
   std::function<void()> action = {};    // that button was pressed
   std::function<void()> selected = {};  // it was clicked itself

@@ -42,7 +42,8 @@ TEST_F(WaylandFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {
   ASSERT_TRUE(startedVersion("1.0"));
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
   ASSERT_TRUE(installer.waitForButton("Install", kTestPatience));
-  ASSERT_TRUE(eventually([&] { return focusedApplication() == "example.halvorn.installer"; })) << focusedApplication();
+  ASSERT_TRUE(eventually([&] { return focusedApplication() == "example.halvorn.installer"; }))
+      << focusedApplication();
   installer.key("Return");
   ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
   EXPECT_TRUE(startedVersion("2.0"));

@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -12,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace halvorn {
@@ -24,11 +26,19 @@ constexpr int kPatienceForTheToken = 500;  // of a program that sends it at once
 constexpr std::size_t kLongestToken = 512;
 constexpr char kHeard = '!';
 
-// The way that all paths to the item have in common.
+// Of the nearest folder on the way that is there.
+dev_t fileSystemOf(std::filesystem::path place) {
+  struct stat status {};
+  while (::stat(place.c_str(), &status) != 0 && place.has_relative_path()) place = place.parent_path();
+  return status.st_dev;
+}
+
+// The way that all paths to the item have in common, and its file system: where somebody has mounts of his own, the same
+// way leads to another place.
 std::string resolved(const Text& path) {
   std::error_code error;
   const auto place = std::filesystem::weakly_canonical(std::filesystem::path(path.bytes()), error);
-  return error ? path.bytes() : place.string();
+  return std::to_string(fileSystemOf(place)) + ":" + (error ? path.bytes() : place.string());
 }
 
 // The same in every version of the program: two of them may meet.

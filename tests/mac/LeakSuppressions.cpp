@@ -5,6 +5,6 @@
 // NOLINTBEGIN(bugprone-reserved-identifier): the sanitizer calls it by this name.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
-  return "leak:libobjc.so\nleak:libgnustep-base.so\nleak:libgnustep-gui.so\n";
+  return "leak:libobjc.so\nleak:libgnustep-base.so\nleak:libgnustep-gui.so\nleak:libfontconfig.so\n";
 }
 // NOLINTEND(bugprone-reserved-identifier)

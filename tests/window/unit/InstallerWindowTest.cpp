@@ -4,13 +4,12 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QCommonStyle>
 #include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QProxyStyle>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QStyleFactory>
 #include <QTextBlock>
 #include <fstream>
 #include <string>
@@ -191,13 +190,12 @@ TEST_F(InstallerWindowDescription, ButtonsHaveLettersOfTheirOwnThatPressThem) {
 }
 
 // A desktop that has its own order of buttons.
-class ActionFirstStyle : public QProxyStyle {
+class ActionFirstStyle : public QCommonStyle {
  public:
-  ActionFirstStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("fusion"))) {}
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* data) const override {
     if (hint == SH_DialogButtonLayout) return QDialogButtonBox::KdeLayout;
-    return QProxyStyle::styleHint(hint, option, widget, data);
+    return QCommonStyle::styleHint(hint, option, widget, data);
   }
 };
 

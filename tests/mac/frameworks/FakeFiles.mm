@@ -110,6 +110,7 @@ int copyfile_state_set(copyfile_state_t state, std::uint32_t flag, const void* v
 
 int copyfile(const char* from, const char* to, copyfile_state_t state, copyfile_flags_t flags) {
   fakemac::state().copyFlags.push_back(flags);
+  // Another process makes the item; nothing tells a program that is meant for two systems when.
   while (!fakemac::state().copyGate.empty() && !fs::exists(fakemac::state().copyGate)) ::usleep(5000);
   struct stat source {};
   struct stat target {};

@@ -31,12 +31,12 @@
 #include "Platform/session/linux/SessionServers.h"
 #include "Platform/session/linux/WaylandSession.h"
 #include "Platform/session/linux/wayland/WaylandConnection.h"
-#include "Platform/text/linux/IcuLocalizedSizes.h"
 #include "Platform/window/linux/BusNotices.h"
 #include "Platform/window/linux/InstallerWindow.h"
 #include "Platform/window/linux/LoneAlert.h"
 #include "Platform/window/linux/PackagedToolkit.h"
 #include "Platform/window/linux/QtAlerts.h"
+#include "Platform/window/linux/QtLocalizedSizes.h"
 #include "Platform/window/linux/QtScreenReader.h"
 #include "Platform/window/linux/ScaleVariables.h"
 #include "Sources/AdministratorRefusal.h"
@@ -221,7 +221,7 @@ class Installer {
   ByteCounter copied_;
   PosixFileManager copyingFiles_{FileRules{.copied = &copied_}};
   const PosixItemSizes sizesOnDisk_;
-  const IcuLocalizedSizes sizes_{firstLanguage(system_)};
+  const QtLocalizedSizes sizes_{firstLanguage(system_)};
   const InstallServices install_{
       .files = copyingFiles_, .trash = trash_, .notices = changes_, .log = system_.log()};
   PolkitAuthorizer authorizer_{system_.log()};

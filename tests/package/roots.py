@@ -109,10 +109,13 @@ exec chroot "$root" "$@"
 """
 
 
-def in_root(root, binds, environment, command, scratch=""):
+def in_root(root, binds, environment, command, scratch="", network=False):
     """The words that run the command in the root, with BINDS (place outside, place inside) there too; as an ordinary person,
-    or with SCRATCH, an empty folder, as the administrator of a system whose changes are thrown away."""
+    or with SCRATCH, an empty folder, as the administrator of a system whose changes are thrown away. It is a machine of its own:
+    without NETWORK it hears nothing of its neighbours, whose people have the same names and homes."""
     enter, become = own_mounts()
+    if not network:
+        enter = [*enter, "--net"]
     pairs = [("/proc", "proc"), ("/dev", "dev"), *binds]
     words = ["/usr/bin/env", "-i", *(f"{name}={value}" for name, value in environment.items()), *command]
     return [*enter, "sh", "-c", ENTER, "sh", "\n".join(f"{one}:{other}" for one, other in pairs), root,

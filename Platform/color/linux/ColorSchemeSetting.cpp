@@ -10,50 +10,50 @@ constexpr char kPath[] = "/org/freedesktop/portal/desktop";
 constexpr char kSettingsInterface[] = "org.freedesktop.portal.Settings";
 constexpr char kGroup[] = "org.freedesktop.appearance";
 constexpr char kScheme[] = "color-scheme";
-constexpr char kContrast[] = "contrast";
-constexpr uint kPreferred = 1;  // dark, or higher; of either setting
+constexpr uint kDark = 1;
 constexpr int kDeepestNesting = 4;
 
-std::optional<bool> isPreferred(QVariant value) {
-  // The reply is a variant in a variant, what a signal tells a variant.
-  for (int depth = 0; depth < kDeepestNesting && value.canConvert<QDBusVariant>(); ++depth)
-    value = value.value<QDBusVariant>().variant();
+std::optional<bool> isDark(const QVariant& value) {
   bool isNumber = false;
-  const uint preference = value.toUInt(&isNumber);
-  return isNumber ? std::optional(preference == kPreferred) : std::nullopt;
-}
-
-std::optional<bool> isPreferred(const QVariantList& reply) {
-  return reply.isEmpty() ? std::nullopt : isPreferred(reply.front());
-}
-
-QDBusMessage questionFor(const char* key) {
-  // Every portal knows Read; its newer namesake without the second wrapping came later.
-  QDBusMessage message = QDBusMessage::createMethodCall(kService, kPath, kSettingsInterface, "Read");
-  message << QString(kGroup) << QString(key);
-  return message;
-}
-
-std::optional<bool> isPreferred(const QDBusMessage& change, const char* key) {
-  const QVariantList values = change.arguments();
-  const bool isThis = values.size() == 3 && values[0].toString() == kGroup && values[1].toString() == key;
-  return isThis ? isPreferred(values[2]) : std::nullopt;
+  const uint scheme = unwrapped(value).toUInt(&isNumber);
+  return isNumber ? std::optional(scheme == kDark) : std::nullopt;
 }
 
 }  // namespace
 
-QDBusMessage question() { return questionFor(kScheme); }
-QDBusMessage questionForContrast() { return questionFor(kContrast); }
+QDBusMessage question() {
+  // Every portal knows Read; its newer namesake without the second wrapping came later.
+  QDBusMessage message = QDBusMessage::createMethodCall(kService, kPath, kSettingsInterface, "Read");
+  message << QString(kGroup) << QString(kScheme);
+  return message;
+}
 
-std::optional<bool> prefersDark(const QVariantList& reply) { return isPreferred(reply); }
-std::optional<bool> prefersContrast(const QVariantList& reply) { return isPreferred(reply); }
+QDBusMessage questionForAll(const QStringList& groups) {
+  QDBusMessage message = QDBusMessage::createMethodCall(kService, kPath, kSettingsInterface, "ReadAll");
+  message << groups;
+  return message;
+}
+
+QVariant unwrapped(QVariant value) {
+  // The reply to one question is a variant in a variant, what a signal tells a variant.
+  for (int depth = 0; depth < kDeepestNesting && value.canConvert<QDBusVariant>(); ++depth)
+    value = value.value<QDBusVariant>().variant();
+  return value;
+}
+
+std::optional<bool> prefersDark(const QVariantList& reply) {
+  return reply.isEmpty() ? std::nullopt : isDark(reply.front());
+}
 
 void listen(QDBusConnection& bus, QObject* receiver, const char* slot) {
   // No sender is named: finding out who that is would wait, and start a portal that nobody needs yet.
   bus.connect(QString(), kPath, kSettingsInterface, "SettingChanged", receiver, slot);
 }
 
-std::optional<bool> prefersDark(const QDBusMessage& change) { return isPreferred(change, kScheme); }
-std::optional<bool> prefersContrast(const QDBusMessage& change) { return isPreferred(change, kContrast); }
+std::optional<bool> prefersDark(const QDBusMessage& change) {
+  const QVariantList values = change.arguments();
+  const bool isThis = values.size() == 3 && values[0].toString() == kGroup && values[1].toString() == kScheme;
+  return isThis ? isDark(values[2]) : std::nullopt;
+}
 
 }  // namespace halvorn::ColorSchemeSetting

@@ -2,41 +2,39 @@
 
 #include <QApplication>
 #include <QWidget>
-#include <utility>
 
-#include "Platform/color/linux/ColorSchemeWatch.h"
+#include "Platform/color/linux/AppearanceWatch.h"
+#include "Platform/color/linux/Motion.h"
 #include "Platform/color/linux/Palettes.h"
 
 namespace halvorn {
 
 DesktopAppearance::DesktopAppearance(std::optional<InterfaceStyle> fixed,
-                                     std::optional<Contrast> fixedContrast) {
+                                     std::optional<Contrast> fixedContrast)
+    : fixed_(fixed), fixedContrast_(fixedContrast) {
   use(fixed.value_or(InterfaceStyle::Light), fixedContrast.value_or(Contrast::Usual));
-  ColorSchemeWatch::Report report;
-  if (!fixed) {
-    report.scheme = [this](bool prefersDark) {
-      const InterfaceStyle wanted = prefersDark ? InterfaceStyle::Dark : InterfaceStyle::Light;
-      if (wanted == style_) return;
-      use(wanted, contrast_);
-      if (changed) changed();
-    };
-  }
-  if (!fixedContrast) {
-    report.contrast = [this](bool prefersContrast) {
-      const Contrast wanted = prefersContrast ? Contrast::High : Contrast::Usual;
-      if (wanted != contrast_) use(style_, wanted);
-    };
-  }
-  if (!report.scheme && !report.contrast) return;
-  watch_ = std::make_unique<ColorSchemeWatch>(std::move(report), [this] {
-    if (unanswered) unanswered();
-  });
+  watch_ = std::make_unique<AppearanceWatch>([this](const AppearanceSettings& settings) { follow(settings); },
+                                             [this] {
+                                               if (unanswered) unanswered();
+                                             });
 }
 
 DesktopAppearance::~DesktopAppearance() = default;
 
 InterfaceStyle DesktopAppearance::style() const { return style_; }
 Contrast DesktopAppearance::contrast() const { return contrast_; }
+
+void DesktopAppearance::follow(const AppearanceSettings& settings) {
+  setWidgetsMotion(settings.prefersStillness() ? Motion::Reduced : Motion::Usual);
+  const InterfaceStyle style =
+      fixed_.value_or(settings.prefersDark() ? InterfaceStyle::Dark : InterfaceStyle::Light);
+  const Contrast contrast =
+      fixedContrast_.value_or(settings.prefersContrast() ? Contrast::High : Contrast::Usual);
+  if (style == style_ && contrast == contrast_) return;
+  const bool isOtherStyle = style != style_;
+  use(style, contrast);
+  if (isOtherStyle && changed) changed();
+}
 
 void DesktopAppearance::use(InterfaceStyle style, Contrast contrast) {
   style_ = style;

@@ -13,8 +13,9 @@ enum class Contrast;
 class DesktopAppearance {
  public:
   // With a style, that one is kept whatever the desktop says (a person's own setting wins). Without, the
-  // desktop's color-scheme setting is asked for and followed while the program runs; light until the answer
-  // is there and when there is none. The contrast is the desktop's in either case, unless one is given. Returns at once. A QtApplication must exist. Thread: main.
+  // desktop's choice between dark and light is asked for and followed while the program runs; light until the answer
+  // is there and when there is none. The contrast is the desktop's in either case, unless one is given, and so is
+  // whether widgets move (Motion.h). Returns at once. A QtApplication must exist. Thread: main.
   explicit DesktopAppearance(std::optional<InterfaceStyle> fixed,
                              std::optional<Contrast> fixedContrast = std::nullopt);
   ~DesktopAppearance();
@@ -29,11 +30,14 @@ class DesktopAppearance {
   std::function<void()> unanswered;
 
  private:
+  void follow(const class AppearanceSettings& settings);
   void use(InterfaceStyle style, Contrast contrast);
 
+  const std::optional<InterfaceStyle> fixed_;
+  const std::optional<Contrast> fixedContrast_;
   InterfaceStyle style_ = InterfaceStyle::Light;
   Contrast contrast_{};
-  std::unique_ptr<class ColorSchemeWatch> watch_;
+  std::unique_ptr<class AppearanceWatch> watch_;
 };
 
 }  // namespace halvorn

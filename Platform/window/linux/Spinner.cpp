@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QTimerEvent>
 
+#include "Platform/color/linux/Motion.h"
+
 namespace halvorn {
 namespace {
 
@@ -28,7 +30,7 @@ void Spinner::start() {
 }
 
 void Spinner::setProgress(double share, const QString& text) {
-  if (!isTurning()) return;
+  if (!isWorking()) return;
   setRange(0, kSteps);
   setValue(qRound(share * kSteps));
   setToolTip(text);
@@ -38,7 +40,7 @@ void Spinner::setProgress(double share, const QString& text) {
 void Spinner::forgetProgress() {
   setToolTip({});
   setAccessibleDescription({});
-  if (isTurning()) setRange(0, 0);
+  if (isWorking()) setRange(0, 0);
 }
 
 void Spinner::stop() {
@@ -54,12 +56,13 @@ void Spinner::timerEvent(QTimerEvent* event) {
     QProgressBar::timerEvent(event);
     return;
   }
+  if (widgetsMotion() == Motion::Reduced) return;
   step_ = (step_ + 1) % kSpokes;
   update();
 }
 
 void Spinner::paintEvent(QPaintEvent*) {
-  if (!isTurning()) return;
+  if (!isWorking()) return;
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.translate(QRectF(rect()).center());

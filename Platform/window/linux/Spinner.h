@@ -1,4 +1,5 @@
-// A wheel that turns while something is being done and is not there otherwise.
+// A wheel that turns while something is being done and is not there otherwise. It is there and stands still where nothing
+// is to move.
 #pragma once
 
 #include <QBasicTimer>
@@ -12,10 +13,10 @@ class Spinner : public QProgressBar {
 
   void start();
   void stop();  // and forgets how far it was
-  // For the tool tip and a screen reader: how far it is, from 0 to 1. It turns as it did.
+  // For the tool tip and a screen reader: how far it is, from 0 to 1. It looks as it did.
   void setProgress(double share, const QString& text);
   void forgetProgress();
-  [[nodiscard]] bool isTurning() const { return timer_.isActive(); }
+  [[nodiscard]] bool isWorking() const { return timer_.isActive(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

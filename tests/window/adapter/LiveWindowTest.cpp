@@ -1,4 +1,7 @@
 // Real keys and mouse clicks on the real window under a window manager.
+#include <sstream>
+#include <utility>
+
 #include "tests/window/adapter/LiveWindow.h"
 
 namespace halvorn {
@@ -195,6 +198,22 @@ class WindowOnABus : public LiveWindow {
     portal_->writeInput(scheme + "\n");
     ASSERT_TRUE(portal_->readLine(kTestPatience));
   }
+  // Whether the wheel is painted on while its clock ticks five times.
+  bool turns() {
+    int ticks = 0, paintings = 0;
+    readWheel(ticks, paintings);
+    int laterTicks = ticks, laterPaintings = paintings;
+    EXPECT_TRUE(eventually([&] {
+      readWheel(laterTicks, laterPaintings);
+      return laterTicks >= ticks + 5;
+    })) << "the wheel's clock stands still";
+    return laterPaintings >= paintings + 3;
+  }
+  void readWheel(int& ticks, int& paintings) {
+    std::istringstream(ask("wheel").substr(6)) >> ticks >> paintings;
+  }
+  [[nodiscard]] bool isSeen(const std::string& view) { return ask("ink " + view) != "ink 0"; }
+
   std::unique_ptr<ChildProcess> portal_;
 };
 
@@ -223,6 +242,46 @@ TEST_F(WindowOnABus, TheDesktopsContrastIsFollowedInEitherLook) {
   EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #c9c9cf"; }));
   set("contrast");
   EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #000000"; }));
+}
+
+TEST_F(WindowOnABus, AThemeOfHighContrastIsFollowed) {
+  startPortal();
+  ASSERT_EQ(portal_->readLine(kTestPatience), "ready");
+  set("theme HighContrastInverse");
+  startWindow("desktop");
+  EXPECT_TRUE(said("dark"));
+  EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #ffffff"; }));
+  set("theme Adwaita");
+  EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #c9c9cf"; }));
+  for (const auto& [on, off] : {std::pair("high-contrast YES", "high-contrast NO"),
+                                std::pair("scheme BreezeHighContrast", "scheme Breeze")}) {
+    set(on);
+    EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #000000"; })) << on;
+    set(off);
+    EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #c9c9cf"; })) << off;
+  }
+}
+
+TEST_F(WindowOnABus, WhereNothingIsToMoveTheWheelIsThereAndStandsStill) {
+  startPortal();
+  ASSERT_EQ(portal_->readLine(kTestPatience), "ready");
+  set("still");
+  startWindow("light");
+  showInstallPage();
+  tell({"spin"});
+  EXPECT_TRUE(eventually([&] { return !turns(); }));
+  EXPECT_TRUE(isSeen("progressIndicator"));
+  for (const auto& [moving, still] :
+       {std::pair("moving", "animations NO"), std::pair("animations YES", "durations 0"),
+        std::pair("durations 1", "still")}) {
+    set(moving);
+    EXPECT_TRUE(eventually([&] { return turns(); })) << moving;
+    set(still);
+    EXPECT_TRUE(eventually([&] { return !turns(); })) << still;
+    EXPECT_TRUE(isSeen("progressIndicator"));
+  }
+  tell({"stop"});
+  EXPECT_FALSE(isSeen("progressIndicator"));
 }
 
 TEST_F(WindowOnABus, ASettingOfThePersonsOwnWinsOverTheDesktop) {

@@ -6,7 +6,7 @@
 //   set FIELD TEXT | title BUTTON TEXT | enable BUTTON | disable BUTTON | hide VIEW | show VIEW | image VIEW
 //   PATH aqua VIEW | inherit VIEW | document PATH | select INDEX | spin | stop | window CALL | windowTitle
 //   TEXT icon PATH | sheet ICON | announce TEXT | screenshot PATH | option | state NAME | still | judge | places |
-//   terminate
+//   wheel | ink VIEW | terminate
 //
 // "\n" in a text is a line end. Each command is answered by "done".
 
@@ -52,6 +52,20 @@ class ReturnWatch : public QObject {
   }
 };
 
+// How often the wheel's clock ticked, and how often it was painted.
+class WheelWatch : public QObject {
+ public:
+  int ticks = 0;
+  int paintings = 0;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Timer) ++ticks;
+    if (event->type() == QEvent::Paint) ++paintings;
+    return false;
+  }
+};
+
 class Probe {
  public:
   Probe(QtApplication& application, Images& images, InstallerWindow& window, const LocalizedStrings& strings)
@@ -66,6 +80,7 @@ class Probe {
                         .windowClosed = [this] { say("closed"), application_.terminate(); },
                         .openLink = [](const Text& url) { say("link " + url.bytes()); },
                         .openReadMe = [this] { report("openReadMe"); }});
+    wheel().installEventFilter(&wheelWatch_);
   }
 
   void obey(const std::string& line) {
@@ -137,6 +152,9 @@ class Probe {
     if (verb == "still") still();
     if (verb == "judge") judge();
     if (verb == "places") places();
+    if (verb == "wheel")
+      say("wheel " + std::to_string(wheelWatch_.ticks) + " " + std::to_string(wheelWatch_.paintings));
+    if (verb == "ink") ink(rest);
     if (verb == "terminate") application_.terminate();
     if (verb != "window") return;
     if (rest == "show") outlets_.tabView.showWithoutTabsAndBorder();
@@ -169,14 +187,23 @@ class Probe {
     }
   }
 
+  Spinner& wheel() { return *window_.widget().find<Spinner>(QStringLiteral("progressIndicator")); }
+
   // A wheel that turns is seen at its beginning.
   void still() {
-    for (QWidget* widget : window_.widget().findChildren<QWidget*>()) {
-      auto* spinner = dynamic_cast<Spinner*>(widget);
-      if (spinner == nullptr || !spinner->isTurning()) continue;
-      spinner->stop();
-      spinner->start();
+    if (!wheel().isWorking()) return;
+    wheel().stop();
+    wheel().start();
+  }
+
+  // How many pixels of a view are not of the color of its corner.
+  void ink(const std::string& id) {
+    const QImage image = window_.widget().find<QWidget>(QString::fromStdString(id))->grab().toImage();
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) count += image.pixel(x, y) != image.pixel(0, 0) ? 1 : 0;
     }
+    say("ink " + std::to_string(count));
   }
 
   void openMenu() {
@@ -242,6 +269,7 @@ class Probe {
   QtAlerts alerts_{window_};
   QtScreenReader reader_{window_};
   ProbeStates states_;
+  WheelWatch wheelWatch_;
 };
 
 std::optional<InterfaceStyle> styleNamed(const std::string& name) {

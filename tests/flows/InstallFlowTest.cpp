@@ -16,7 +16,17 @@ namespace {
 namespace fs = std::filesystem;
 const Lines kStillRunning = {"Still running 'SMPL': Sample"};
 
-class InstallFlow : public FlowFixture {};
+class InstallFlow : public FlowFixture {
+ protected:
+  // What a screen reader is told is at work.
+  static Lines busyRoles(const InstallerDriver& installer) {
+    Lines roles;
+    for (const Control& control : installer.controls()) {
+      if (control.has("busy")) roles.push_back(control.role);
+    }
+    return roles;
+  }
+};
 
 // No display, and nothing of the person's is touched.
 TEST_F(InstallFlow, QuestionsAboutTheProgramAreAnsweredWithoutAWindow) {
@@ -140,8 +150,11 @@ TEST_F(InstallFlow, AProductThatKeepsComingBackCancelsTheInstallationWithTheMess
   ASSERT_TRUE(startedVersion("1.0"));
 
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  EXPECT_EQ(busyRoles(installer), Lines{});
   ASSERT_TRUE(installer.click("Install"));
+  EXPECT_TRUE(eventually([&] { return busyRoles(installer) == Lines{"frame", "progress bar"}; }, 20));
   EXPECT_TRUE(eventually([&] { return logHas("Sample refused to quit; installation cancelled"); }, 90));
+  EXPECT_TRUE(eventually([&] { return busyRoles(installer).empty(); }, 20));
   EXPECT_TRUE(installer.waitForButton("Install", 20)) << "enabled again";
   EXPECT_TRUE(installer.waitForButton("Cancel", 20));
   EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + kQuitObeyed + kStillRunning +

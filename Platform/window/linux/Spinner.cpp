@@ -1,5 +1,6 @@
 #include "Platform/window/linux/Spinner.h"
 
+#include <QAccessible>
 #include <QPainter>
 #include <QTimerEvent>
 
@@ -11,6 +12,15 @@ namespace {
 constexpr int kSteps = 1000;
 constexpr int kSpokes = 12;
 constexpr int kStepMilliseconds = 80;
+
+void tellBusyChanged(QWidget* widget) {
+  QAccessible::State changed;
+  changed.busy = true;
+  for (QWidget* each : {widget, widget->window()}) {
+    QAccessibleStateChangeEvent event(each, changed);
+    QAccessible::updateAccessibility(&event);
+  }
+}
 
 }  // namespace
 
@@ -26,6 +36,7 @@ void Spinner::start() {
   setRange(0, 0);  // of unknown length, also for a screen reader
   step_ = 0;
   timer_.start(kStepMilliseconds, this);
+  tellBusyChanged(this);
   update();
 }
 
@@ -44,10 +55,12 @@ void Spinner::forgetProgress() {
 }
 
 void Spinner::stop() {
+  const bool wasWorking = isWorking();
   timer_.stop();
   forgetProgress();
   setRange(0, 1);
   setValue(0);
+  if (wasWorking) tellBusyChanged(this);
   update();
 }
 

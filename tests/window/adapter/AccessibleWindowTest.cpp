@@ -1,4 +1,7 @@
 // What an assistive program sees and hears of the real window.
+#include <sstream>
+#include <string_view>
+
 #include "tests/window/adapter/LiveWindow.h"
 
 namespace halvorn {
@@ -14,9 +17,10 @@ class AccessibleWindow : public LiveWindow {
                                                ChildOptions{.environment = desktop_->environment()});
     ASSERT_TRUE(listener_->waitForOutput("listening", kTestPatience)) << listener_->output();
   }
+  std::string all() { return run({KT_ACCESSIBLE_PROBE, std::to_string(probe_->pid())}); }
   // "role <tab> name" of what is shown, a line each.
   std::string seen() {
-    const std::string printed = run({KT_ACCESSIBLE_PROBE, std::to_string(probe_->pid())});
+    const std::string printed = all();
     std::string found = "\n";
     for (std::size_t at = 0; at < printed.size();) {
       const auto end = std::min(printed.find('\n', at), printed.size());
@@ -29,6 +33,17 @@ class AccessibleWindow : public LiveWindow {
   }
   [[nodiscard]] bool sees(const std::string& role, const std::string& name) {
     return eventually([&] { return seen().find("\n" + role + "\t" + name + "\n") != std::string::npos; });
+  }
+  // The roles of what says that it is busy.
+  std::string busy() {
+    std::istringstream lines(all());
+    std::string roles;
+    for (std::string line; std::getline(lines, line);) {
+      const auto states = line.find('\t', line.find('\t') + 1) + 1;
+      const std::string_view found(line.data() + states, line.find('\t', states) - states);
+      if (found.find("busy") != std::string_view::npos) roles += line.substr(0, line.find('\t')) + ";";
+    }
+    return roles;
   }
   std::unique_ptr<ChildProcess> listener_;
 };
@@ -61,6 +76,17 @@ TEST_F(AccessibleWindow, NamesAreInThePersonsLanguage) {
   EXPECT_TRUE(sees("push button", "Installieren")) << seen();
   EXPECT_TRUE(sees("push button", "Hilfe")) << seen();
   EXPECT_TRUE(sees("image", "Programmsymbol")) << seen();
+}
+
+TEST_F(AccessibleWindow, WindowAndIndicatorAreBusyWhileItWorks) {
+  startWindow();
+  showInstallPage();
+  ASSERT_TRUE(sees("progress bar", "Progress")) << seen();
+  EXPECT_EQ(busy(), "");
+  tell({"spin"});
+  EXPECT_TRUE(eventually([&] { return busy() == "frame;progress bar;"; })) << all();
+  tell({"stop"});
+  EXPECT_TRUE(eventually([&] { return busy().empty(); })) << all();
 }
 
 TEST_F(AccessibleWindow, ASheetIsAnAlertThatReadsItsMessage) {

@@ -164,7 +164,8 @@ void AlertSheet::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     return;
   }
-  resize(neededSize());
+  // Some window managers show a button for the largest size wherever another size is possible at all.
+  setFixedSize(neededSize());
   standOver(parentWidget()->window()->frameGeometry());
   QDialog::showEvent(event);
   letWindowHaveKeyboard(false);

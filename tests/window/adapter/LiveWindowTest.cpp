@@ -1,4 +1,5 @@
 // Real keys and mouse clicks on the real window under a window manager.
+#include <cstdio>
 #include <sstream>
 #include <utility>
 
@@ -156,6 +157,30 @@ TEST_F(WindowOnADesktop, ASheetTakesTheKeyboardAndEndsByReturn) {
   key("Return");
   EXPECT_TRUE(said("sheet ended 1000"));
   EXPECT_EQ(times("action"), 0) << probe_->output();
+}
+
+TEST_F(WindowOnADesktop, ASheetIsADialogOfItsWindowThatIsNotMadeSmallOrLarge) {
+  const std::string window = activeWindow();
+  tell({"sheet AlertStopIcon"});
+  ASSERT_TRUE(eventually([&] { return isSheet(activeWindow(), window); }));
+  const auto property = [&, sheet = activeWindow()](const char* name) {
+    return run({"xprop", "-id", sheet, name});
+  };
+  EXPECT_NE(property("_NET_WM_WINDOW_TYPE").find("= _NET_WM_WINDOW_TYPE_DIALOG"), std::string::npos);
+  EXPECT_NE(property("_NET_WM_STATE").find("_NET_WM_STATE_MODAL"), std::string::npos);
+  std::ostringstream owner;
+  owner << "# 0x" << std::hex << std::stoul(window);
+  EXPECT_NE(property("WM_TRANSIENT_FOR").find(owner.str()), std::string::npos)
+      << property("WM_TRANSIENT_FOR");
+  // What may be done with it: flags, then bits, of which 8 is making it small and 16 making it large.
+  unsigned flags = 0, functions = 0;
+  const std::string hints = property("_MOTIF_WM_HINTS");
+  ASSERT_EQ(std::sscanf(hints.c_str(), "%*[^=]= %x, %x", &flags, &functions), 2) << hints;
+  EXPECT_EQ(flags & 1U, 1U);
+  EXPECT_EQ(functions & (8U | 16U), 0U) << hints;
+  EXPECT_TRUE(eventually([&] {
+    return property("_NET_WM_ALLOWED_ACTIONS").find("_NET_WM_ACTION_MAXIMIZE") == std::string::npos;
+  })) << property("_NET_WM_ALLOWED_ACTIONS");
 }
 
 TEST_F(WindowOnADesktop, TheSecondButtonOfASheetIsReachedByTab) {

@@ -331,8 +331,13 @@ Box Builder::boxOfProgress(const InterfaceElement& element, NSView* holder) {
   [view setIndeterminate:YES];
   [view setDisplayedWhenStopped:NO];
   add(element, holder, view);
-  name(element, std::make_unique<MacProgressIndicator>(view, placesAgain()));
-  return boxAround(view, element, [size](double) { return Extent{size, size}; });
+  auto outlet = std::make_unique<MacProgressIndicator>(view, placesAgain());
+  const MacProgressIndicator* const indicator = outlet.get();
+  name(element, std::move(outlet));
+  Box box = boxAround(view, element, [size](double) { return Extent{size, size}; });
+  // Its room is kept while it does not turn, when some systems hide the view.
+  box.isShown = [indicator] { return indicator->isHidden() == Hidden::No; };
+  return box;
 }
 
 Box Builder::boxOfRule(const InterfaceElement& element, NSView* holder) {

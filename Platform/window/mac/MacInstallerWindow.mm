@@ -119,8 +119,15 @@ MacInstallerWindow::Loaded MacInstallerWindow::load(const Text& descriptionPath,
     return missing.isEmpty() ? missing : format("no usable %@", missing);
   });
   if (!problem.isEmpty()) return {nullptr, format("%@: %@", descriptionPath, problem)};
-  attempted([&] { parts->window = windowFor(parts->built); });
-  if (parts->window == nil) return {nullptr, format("%@: there is no screen", descriptionPath)};
+  Text reason;
+  attempted([&] {
+    @try {
+      parts->window = windowFor(parts->built);
+    } @catch (NSException* raised) {
+      reason = textOf([raised reason]).value_or(Text());
+    }
+  });
+  if (parts->window == nil) return {nullptr, format("%@: there is no screen (%@)", descriptionPath, reason)};
   parts->outlet = std::make_unique<MacWindow>(parts->window, [&application] { application.windowIsShown(); });
   parts->outlet->setTitle(parts->built.title);
   return {std::unique_ptr<MacInstallerWindow>(new MacInstallerWindow(std::move(parts))), {}};

@@ -46,7 +46,7 @@ printf '<html><body>Guide</body></html>' >"$folder/image/Guide.html"
 destination="$HOME/Applications/Sample.app"
 
 # --- a screen
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$folder/display" >/dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp -noreset 3>"$folder/display" >/dev/null 2>&1 &
 server=$!
 installer=
 leave() {
@@ -98,6 +98,33 @@ click() {  # click X Y in the window
   sleep 0.05
   xdotool mouseup 1
 }
+# moving NAME OTHER: a state in which something turns is reached when the screen no longer looks like the other.
+moving() {
+  local end=$((SECONDS + 20)) other
+  other=$(md5sum <"$folder/$2.png")
+  while [ "$SECONDS" -lt "$end" ]; do
+    import -window root "$folder/$1.png" 2>/dev/null
+    if [ "$(md5sum <"$folder/$1.png")" != "$other" ]; then return; fi
+    sleep 0.1
+  done
+  fail "$1 looks like $2"
+}
+# same NAME OTHER: the screen comes to look like the other again.
+same() {
+  local end=$((SECONDS + 20)) other
+  other=$(md5sum <"$folder/$2.png")
+  while [ "$SECONDS" -lt "$end" ]; do
+    import -window root "$folder/$1.png" 2>/dev/null
+    if [ "$(md5sum <"$folder/$1.png")" = "$other" ]; then return; fi
+    sleep 0.1
+  done
+  fail "$1 does not look like $2"
+}
+# The document comes after the window's first picture.
+words_show() {
+  import -window root -crop "420x90+$((left + 30))+$((top + 8))" "$folder/words.png"
+  [ "$(identify -format %k "$folder/words.png")" -gt 3 ]
+}
 right_button() { click 598 398; }
 left_button() { click 500 398; }
 help_button() { click 30 398; }
@@ -118,14 +145,16 @@ export HALVORN_MAC_GATE="$folder/gate"
 cp -r "$folder/old.app" "$destination"
 if start install -sourcePath "$folder/image/Sample.app" -readMePath "$readme" -documentationPath "$folder/image/Guide.html" \
   -destinationPath "$destination"; then
+  expect "the read-me's words show" words_show
   picture 1-read-me
   right_button; picture 2-install 1-read-me
-  left_button; picture 2a-back 2-install
+  left_button; same 2a-back 1-read-me
   key Return; picture 2b-again 2a-back
   help_button
   right_button
   expect "the copy begins" test ! -e "$destination"
-  picture 3-progress 2b-again
+  moving 3-progress 2b-again
+  moving 3a-progress 3-progress
   [ -d "$HOME/.Trash/Sample.app" ] || fail "the old copy is not in the Trash"
   : >"$folder/gate"
   expect "the product is there" test -e "$destination/Contents/Resources/data"
@@ -148,8 +177,9 @@ if start failure -sourcePath "$folder/image/Gone.app" -destinationPath "$destina
   rm -rf "$folder/image/Gone.app"
   : >"$folder/gate"
   expect "the failure is logged" logged "ERROR -- Could not copy myself to"
-  picture 6-failed 5-without-read-me
-  key Return
+  # The page is as it was and can be used again; the sentence is told around the window.
+  same 6-failed 5-without-read-me
+  key Escape
   ends 0
 fi
 

@@ -120,6 +120,20 @@ TEST_F(MacWindowTest, TheButtonsStandAtTheEndOfTheLastRowOrAtItsBeginningWhereIt
   EXPECT_EQ(NSMinX([viewOf(turned.installButton) frame]), 16);
 }
 
+TEST_F(MacWindowTest, WhatTurnsHasItsPlaceBesideTheHelpButtonBeforeItTurns) {
+  const auto loaded = load();
+  InstallerOutlets outlets = loaded.window->outlets();
+  const NSRect help = [viewOf(outlets.helpButton) frame];
+  for (const bool turns : {false, true}) {
+    if (turns) outlets.progressIndicator.startAnimation();
+    const NSRect place = [viewOf(outlets.progressIndicator) frame];
+    EXPECT_GE(NSMinX(place), NSMaxX(help)) << turns;
+    EXPECT_LT(NSMinY(place), NSMaxY(help)) << turns;
+    EXPECT_GT(NSMaxY(place), NSMinY(help)) << turns;
+  }
+  outlets.progressIndicator.stopAnimation();
+}
+
 TEST_F(MacWindowTest, ADocumentOfRichTextIsShownAsSuch) {
   std::ofstream(folder / "a.rtf")
       << "{\\rtf1\\ansi{\\fonttbl{\\f0\\fswiss Helvetica;}}\\f0 Gr\\'fc\\'dfe {\\b bold}}";

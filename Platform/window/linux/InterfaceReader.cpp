@@ -252,7 +252,7 @@ void Reader::readRule(QBoxLayout* into) {
   if (!known({})) return;
   auto* rule = new QWidget(window_.get());
   rule->setFixedHeight(1);
-  rule->setBackgroundRole(QPalette::Mid);
+  rule->setBackgroundRole(QPalette::Midlight);
   rule->setAutoFillBackground(true);
   into->addWidget(rule);
   xml_.skipCurrentElement();

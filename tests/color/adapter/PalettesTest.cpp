@@ -38,6 +38,17 @@ TEST(Palettes, TextIsReadInEachLook) {
   }
 }
 
+TEST(Palettes, EdgesStandOutInEachLook) {
+  for (const Look look : {Look::Light, Look::Dark}) {
+    for (const Contrast contrast : {Contrast::Usual, Contrast::High}) {
+      const QPalette palette = paletteFor(look, contrast);
+      for (const auto ground : {QPalette::Window, QPalette::Base})
+        EXPECT_GE(contrastOf(palette, QPalette::Mid, ground), 3.0);
+      EXPECT_GE(contrastOf(palette, QPalette::Highlight, QPalette::Window), 3.0);
+    }
+  }
+}
+
 TEST(Palettes, WithHighContrastEdgesAndWhatCannotBeUsedAreSeenToo) {
   for (const Look look : {Look::Light, Look::Dark}) {
     QPalette palette = paletteFor(look, Contrast::High);

@@ -264,7 +264,7 @@ TEST_F(WindowOnABus, TheDesktopsContrastIsFollowedInEitherLook) {
   EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #000000"; }))
       << "in a look of the person's own, too";
   set("no-contrast");
-  EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #c9c9cf"; }));
+  EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #8a8a90"; }));
   set("contrast");
   EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #000000"; }));
 }
@@ -277,13 +277,13 @@ TEST_F(WindowOnABus, AThemeOfHighContrastIsFollowed) {
   EXPECT_TRUE(said("dark"));
   EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #ffffff"; }));
   set("theme Adwaita");
-  EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #c9c9cf"; }));
+  EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #8a8a90"; }));
   for (const auto& [on, off] : {std::pair("high-contrast YES", "high-contrast NO"),
                                 std::pair("scheme BreezeHighContrast", "scheme Breeze")}) {
     set(on);
     EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #000000"; })) << on;
     set(off);
-    EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #c9c9cf"; })) << off;
+    EXPECT_TRUE(eventually([&] { return ask("edges") == "edges #8a8a90"; })) << off;
   }
 }
 

@@ -21,6 +21,8 @@ namespace halvorn {
 namespace {
 
 constexpr double kLeastContrast = 4.5;
+constexpr double kLeastEdgeContrast = 3.0;
+constexpr int kLarger = 2;
 
 class Judge {
  public:
@@ -166,24 +168,19 @@ class Judge {
 
   // Twice as large as it stands there: of thin strokes no pixel would have the whole color.
   QImage enlarged(const QRect& part) {
-    constexpr int kLarger = 2;
     const qreal ratio = window_.devicePixelRatioF() * kLarger;
     QImage image((QSizeF(part.size()) * ratio).toSize(), QImage::Format_RGB32);
     image.setDevicePixelRatio(ratio);
     window_.render(&image, QPoint(), QRegion(part));
     return image;
   }
+  // As that part of a widget stands in the window.
+  QImage enlarged(const QWidget& widget, const QRect& part) {
+    return enlarged(part.translated(widget.mapTo(&window_, QPoint(0, 0))));
+  }
 
   // The tone there is most of, against the one that differs most from it.
-  void judgeContrast(QWidget& leaf) {
-    const bool hasText =
-        dynamic_cast<FieldLabel*>(&leaf) != nullptr || qobject_cast<QAbstractButton*>(&leaf) != nullptr;
-    QRect part = leaf.visibleRegion().boundingRect();
-    if (!hasText || !leaf.isEnabled() || part.height() < leaf.fontMetrics().height()) return;
-    // Without the edge and the ring of a button.
-    if (qobject_cast<QAbstractButton*>(&leaf) != nullptr) part = part.marginsRemoved({8, 8, 8, 8});
-    const QPoint corner = leaf.mapTo(&window_, QPoint(0, 0));
-    const QImage image = enlarged(part.translated(corner));
+  static double bestContrast(const QImage& image) {
     QHash<QRgb, int> tones;
     for (int y = 0; y < image.height(); ++y) {
       for (int x = 0; x < image.width(); ++x) ++tones[image.pixel(x, y)];
@@ -195,9 +192,60 @@ class Judge {
     }
     double best = 1.0;
     for (auto it = tones.begin(); it != tones.end(); ++it) best = std::max(best, contrast(it.key(), ground));
-    const auto* label = dynamic_cast<FieldLabel*>(&leaf);
-    const bool empty = label != nullptr && label->text().isEmpty();
-    if (!empty && best < kLeastContrast) find("contrast " + std::to_string(best).substr(0, 4), leaf);
+    return best;
+  }
+
+  void judgeContrast(QWidget& leaf) {
+    if (!leaf.isEnabled() || leaf.visibleRegion().boundingRect().height() < leaf.fontMetrics().height())
+      return;
+    if (const auto* label = dynamic_cast<FieldLabel*>(&leaf); label != nullptr && !label->text().isEmpty())
+      expectContrast(bestContrast(enlarged(leaf, leaf.visibleRegion().boundingRect())), kLeastContrast, "",
+                     leaf);
+    auto* button = qobject_cast<QAbstractButton*>(&leaf);
+    if (button == nullptr) return;
+    const bool wasUnderMouse = button->underMouse();
+    // Round its corners is what it stands on.
+    const QColor around = enlarged(leaf, QRect(0, 0, 1, 1)).pixelColor(0, 0);
+    button->setAttribute(Qt::WA_UnderMouse, false);
+    judgeButton(*button, around, "");
+    button->setAttribute(Qt::WA_UnderMouse, true);
+    judgeButton(*button, around, " under the mouse");
+    button->setDown(true);
+    judgeButton(*button, around, " pressed");
+    button->setDown(false);
+    button->setAttribute(Qt::WA_UnderMouse, wasUnderMouse);
+  }
+
+  QImage imageOf(QWidget& widget, const QColor& ground) {
+    const qreal ratio = window_.devicePixelRatioF() * kLarger;
+    QImage image((QSizeF(widget.size()) * ratio).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(ground);
+    widget.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+    return image;
+  }
+
+  // Its title, its edge and, where it has the keyboard, its ring.
+  void judgeButton(QAbstractButton& button, const QColor& ground, const std::string& when) {
+    constexpr int kRing = 2;
+    constexpr int kAround = 8;  // of the ring, the gap and the edge
+    const QImage whole = imageOf(button, ground);
+    const double scale = static_cast<double>(whole.width()) / button.width();
+    const int around = static_cast<int>(kAround * scale);
+    const QImage inside = whole.copy(whole.rect().marginsRemoved({around, around, around, around}));
+    expectContrast(bestContrast(inside), kLeastContrast, when, button);
+    // From the left inwards: first the ring, then the edge.
+    const auto pixel = [&](double x) { return whole.pixel(static_cast<int>(x * scale), whole.height() / 2); };
+    double best = 1.0;
+    for (double x = kRing + 0.5; x < kAround; x += 0.25)
+      best = std::max(best, contrast(pixel(x), ground.rgb()));
+    expectContrast(best, kLeastEdgeContrast, " of the edge" + when, button);
+    if (pixel(1) != ground.rgb())
+      expectContrast(contrast(pixel(1), ground.rgb()), kLeastEdgeContrast, " of the ring" + when, button);
+  }
+
+  void expectContrast(double found, double least, const std::string& where, const QWidget& leaf) {
+    if (found < least) find("contrast " + std::to_string(found).substr(0, 4) + where, leaf);
   }
 
   void judgeOverlaps() {

@@ -1,13 +1,15 @@
-# The installer with the toolkit it was built with, for a disk image: build/package/HalvornInstaller.app.
+# The installer with the toolkit it was built with, for a disk image, and halvorn, which makes one: build/package.
 # What every desktop has stays the system's: packaging/linux/system-libraries.
 # With --deb the Debian package for this release instead, which uses its toolkit.
 dev_package() {
   need build run package
   if [ "${1:-}" = --deb ]; then package_deb; return; fi
-  configure_and_build release HalvornInstaller HalvornStarter
+  configure_and_build release HalvornInstaller halvorn HalvornStarter
   rm -rf build/package; mkdir -p build/package
   packaging/linux/package_bundle build/HalvornInstaller.app build/package/HalvornInstaller.app "$(source_time)"
-  cp build/release/packaging/HalvornStarter build/package/
+  # The maker's tool, which finds the package and the starter beside itself.
+  cp build/HalvornStarter build/package/
+  strip --strip-unneeded -o build/package/halvorn build/halvorn
   say "build/package/HalvornInstaller.app: $(du -sh --apparent-size build/package/HalvornInstaller.app | cut -f1)"
 }
 

@@ -21,7 +21,9 @@ class Person:
         binds = [(self.home, "home/anna"), (single, "media/anna/Foo.run"), *self.desktop.binds]
         with open(self.log, "wb") as log:
             program = "/media/anna/Foo.run" + ("/Install Foo" if os.path.isdir(single) else "")
-            return subprocess.Popen(roots.in_root(self.system, binds, values, [program, *arguments]),
+            # Somebody whose new files are nobody else's; what is installed is as it was shipped all the same.
+            words = ["sh", "-c", 'umask 077; exec "$0" "$@"', program, *arguments]
+            return subprocess.Popen(roots.in_root(self.system, binds, values, words),
                                     stdin=subprocess.DEVNULL, stdout=log, stderr=log, cwd="/")
 
     def printed(self):
@@ -36,6 +38,10 @@ class Person:
 
     def unpacked(self):
         return glob.glob(os.path.join(self.home, ".cache/halvorn-installer-*/*"))
+
+
+def modes(bundle):
+    return {os.path.relpath(path, bundle): oct(os.lstat(path).st_mode) for path in glob.glob(f"{bundle}/**", recursive=True)}
 
 
 def install(person, single, product, check=lambda: None):
@@ -63,6 +69,8 @@ def go_through(person, process, product, check=lambda: None):
             process.terminate()
         process.wait()
     assert process.returncode == 0, log()
-    difference = subprocess.run(["diff", "-r", product, os.path.join(person.home, "Applications/Foo.app")], capture_output=True, text=True)
+    installed = os.path.join(person.home, "Applications/Foo.app")
+    difference = subprocess.run(["diff", "-r", product, installed], capture_output=True, text=True)
     assert difference.returncode == 0, difference.stdout
+    assert modes(product) == modes(installed), modes(installed)
     assert not person.unpacked(), "what was unpacked is still there"

@@ -17,6 +17,7 @@
 #include "tools/halvorn/Launchers.h"
 #include "tools/halvorn/Plan.h"
 #include "tools/halvorn/Program.h"
+#include "tools/halvorn/SingleFile.h"
 #include "tools/halvorn/TreeAudit.h"
 
 namespace halvorn {
@@ -25,7 +26,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kLargestIcon = 16UL * 1024 * 1024;
-enum class Kind { Squashfs, Iso };
+enum class Kind { Squashfs, Iso, SingleFile };
 
 // A folder that is gone with the object.
 class Scratch {
@@ -58,6 +59,7 @@ struct Order {
   std::string installer;  // bundle
   std::string image;
   Kind kind = Kind::Squashfs;
+  std::string starter = {};  // of a single file
   OptionalText readMe, documentation, signer;
 };
 
@@ -177,17 +179,27 @@ class Making {
     if (order_.kind == Kind::Squashfs)
       return {"mksquashfs", stage(), order_.image, "-noappend", "-no-progress",
               "-quiet",     "-comp", "xz",         "-all-root", "-no-xattrs"};
-    return {"xorriso", "-as",        "mkisofs", "-quiet", "-r", "-D", "-V", facts_.product.substr(0, 32),
+    // With the modes of the stage: those that -r chooses let nobody write, and what is copied from there could neither be
+    // moved to the Trash nor replaced.
+    return {"xorriso", "-as",        "mkisofs", "-quiet", "-R", "-uid",
+            "0",       "-gid",       "0",       "-D",     "-V", facts_.product.substr(0, 32),
             "-o",      order_.image, stage()};
   }
 
   MayStop makeImage() {
+    if (order_.kind == Kind::SingleFile) return makeSingleFile();
     const auto words = imageWords();
     std::error_code problem;
     fs::remove(order_.image, problem);
     const ProgramEnd end = runProgram(words, {"SOURCE_DATE_EPOCH=" + std::to_string(time_)});
     if (end.status == 0) return std::nullopt;
     return Stop{Ending::CannotCreate, words.front() + ": " + end.output};
+  }
+
+  [[nodiscard]] MayStop makeSingleFile() const {
+    const std::string problem = madeSingleFile(
+        {.starter = order_.starter, .folder = stage(), .scratch = scratch_.path(), .output = order_.image});
+    return problem.empty() ? std::nullopt : MayStop(Stop{Ending::CannotCreate, problem});
   }
 
   MayStop writeSums() {
@@ -213,13 +225,29 @@ class Making {
     return Stop{Ending::CannotCreate, "gpg: " + end.output};
   }
 
+  [[nodiscard]] ProgramEnd unpackedTo(const std::string& folder) const {
+    switch (order_.kind) {
+      case Kind::Squashfs:
+        return runProgram({"unsquashfs", "-quiet", "-no-progress", "-no-xattrs", "-d", folder, order_.image});
+      case Kind::Iso:
+        return runProgram({"xorriso", "-osirrox", "on", "-indev", order_.image, "-extract", "/", folder});
+      case Kind::SingleFile:
+        break;
+    }
+    return runProgram({order_.image, "--unpack", folder});
+  }
+
+  // As a person does: a single file itself, else what lies on the medium to be opened.
+  [[nodiscard]] ProgramEnd startedFrom(const std::string& folder) const {
+    if (order_.kind != Kind::SingleFile)
+      return runProgram({folder + "/" + launcherName(facts_), "--version"});
+    return runProgram({order_.image, "--version"}, {"XDG_CACHE_HOME=" + scratch_.path()});
+  }
+
   // Unpacks the image, compares the product, starts the installer from it, and asks that what it would do.
   MayStop prove() {
     const std::string folder = scratch_.path() + "/unpacked";
-    const ProgramEnd unpacked =
-        order_.kind == Kind::Squashfs
-            ? runProgram({"unsquashfs", "-quiet", "-no-progress", "-no-xattrs", "-d", folder, order_.image})
-            : runProgram({"xorriso", "-osirrox", "on", "-indev", order_.image, "-extract", "/", folder});
+    const ProgramEnd unpacked = unpackedTo(folder);
     const auto unproved = [](const std::string& why) {
       return Stop{Ending::No, "the image does not hold: " + why};
     };
@@ -231,7 +259,7 @@ class Making {
         return unproved(each.path + ": " + each.kind);
     }
     const std::string installer = folder + "/" + installerPath(facts_);
-    const ProgramEnd started = runProgram({installer + "/Contents/Linux/HalvornInstaller", "--version"});
+    const ProgramEnd started = startedFrom(folder);
     if (started.status != 0) return unproved("its installer does not start: " + started.output);
     InstallerSteps steps({.installer = Text(installer), .arguments = {"-sourcePath", Text(product)}});
     steps.begin();
@@ -253,19 +281,36 @@ std::string absolutePath(const Text& word) {
   return path.has_filename() ? path.string() : path.parent_path().string();
 }
 
-// Which program makes the image, by the name's ending; "" for a name that says nothing.
-std::string programFor(const std::string& image, Kind& kind) {
-  kind = image.ends_with(".iso") ? Kind::Iso : Kind::Squashfs;
-  if (kind == Kind::Iso) return "xorriso";
-  return image.ends_with(".squashfs") ? "mksquashfs" : "";
+struct KindFacts {
+  const char* ending;  // of the image's name
+  Kind kind;
+  const char* program;  // that makes it, and its package
+  const char* package;
+};
+constexpr KindFacts kKinds[] = {{".squashfs", Kind::Squashfs, "mksquashfs", "squashfs-tools"},
+                                {".iso", Kind::Iso, "xorriso", "xorriso"},
+                                {".run", Kind::SingleFile, "zstd", "zstd"}};
+
+MayStop obstacleToKind(Order& order) {
+  const auto* const facts =
+      std::find_if(std::begin(kKinds), std::end(kKinds),
+                   [&order](const KindFacts& each) { return order.image.ends_with(each.ending); });
+  if (facts == std::end(kKinds))
+    return Stop{Ending::Misused, "the image's name ends in .squashfs, .iso or .run"};
+  order.kind = facts->kind;
+  if (!isInPath(facts->program))
+    return Stop{Ending::Unavailable,
+                std::string(facts->program) + " is not installed: sudo apt install " + facts->package};
+  if (order.kind != Kind::SingleFile) return std::nullopt;
+  const OptionalText starter = starterFor(Text(order.installer));
+  if (!starter)
+    return Stop{Ending::NoInput, "no HalvornStarter lies beside halvorn or the installer's bundle"};
+  order.starter = starter->bytes();
+  return std::nullopt;
 }
 
 MayStop obstacleTo(const Call& call, Order& order) {
-  const std::string program = programFor(order.image, order.kind);
-  if (program.empty()) return Stop{Ending::Misused, "the image's name ends in .squashfs or .iso"};
-  const std::string package = order.kind == Kind::Iso ? "xorriso" : "squashfs-tools";
-  if (!isInPath(program))
-    return Stop{Ending::Unavailable, program + " is not installed: sudo apt install " + package};
+  if (auto stop = obstacleToKind(order)) return stop;
   if (order.signer && !isInPath("gpg"))
     return Stop{Ending::Unavailable, "gpg is not installed: sudo apt install gnupg"};
   if (call.words.has("--inside") && call.words.has("--beside"))

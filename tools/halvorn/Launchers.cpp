@@ -62,6 +62,8 @@ std::string launcherScript(const LauncherFacts& facts) {
          "without noexec.\"\n"
          "  exit 69\n"
          "}\n"
+         // Of the installer, not of the product.
+         "[ $# = 1 ] && case $1 in --help | --version) exec \"$program\" \"$1\" ;; esac\n"
          "exec \"$program\"" +
          arguments + " \"$@\"\n";
 }

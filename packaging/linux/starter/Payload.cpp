@@ -7,22 +7,12 @@
 #include <unistd.h>
 #include <zstd.h>
 
-#include <array>
-#include <cstdint>
-#include <cstring>
 #include <vector>
+
+#include "packaging/linux/starter/PayloadTrailer.h"
 
 namespace halvorn {
 namespace {
-
-constexpr std::size_t kTrailer = 32;
-constexpr char kMark[] = "HalvornPayload1";  // with its zero 16 bytes
-
-off_t numberIn(const unsigned char* bytes) {
-  std::uint64_t number = 0;
-  for (int place = 7; place >= 0; --place) number = number << 8U | bytes[place];
-  return static_cast<off_t>(number);
-}
 
 bool writeAll(int file, const char* bytes, std::size_t count) {
   while (count > 0) {
@@ -59,12 +49,13 @@ bool decompress(const Payload& payload, int into) {
   return isWell && left == 0 && place == payload.start + payload.size;
 }
 
-// The tar of the system, reading from the descriptor. -1 where there is none.
+// The tar of the system, reading from the descriptor. Modes are those of the archive, whatever the person's mask: what is
+// installed has them from here. -1 where there is none.
 pid_t startTar(int from, const std::string& folder) {
   posix_spawn_file_actions_t actions;
   ::posix_spawn_file_actions_init(&actions);
   ::posix_spawn_file_actions_adddup2(&actions, from, STDIN_FILENO);
-  std::string words[] = {"tar", "-x", "-f", "-", "--no-same-owner", "-C", folder};
+  std::string words[] = {"tar", "-x", "-f", "-", "--no-same-owner", "-p", "-C", folder};
   std::vector<char*> pointers;
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
@@ -79,16 +70,16 @@ pid_t startTar(int from, const std::string& folder) {
 std::optional<Payload> payloadOf(const std::string& program) {
   const int file = ::open(program.c_str(), O_RDONLY | O_CLOEXEC);
   struct stat status {};
-  std::array<unsigned char, kTrailer> trailer{};
   if (file < 0 || ::fstat(file, &status) != 0) return std::nullopt;
-  const off_t end = status.st_size - static_cast<off_t>(kTrailer);
-  if (end <= 0 || ::pread(file, trailer.data(), kTrailer, end) != static_cast<ssize_t>(kTrailer))
+  const off_t end = status.st_size - static_cast<off_t>(kTrailerSize);
+  std::string trailer(kTrailerSize, '\0');
+  if (end <= 0 || ::pread(file, trailer.data(), kTrailerSize, end) != static_cast<ssize_t>(kTrailerSize))
     return std::nullopt;
-  const off_t size = numberIn(trailer.data());
-  if (std::memcmp(trailer.data() + 16, kMark, sizeof kMark) != 0 || size <= 0 || size > end)
-    return std::nullopt;
+  const PayloadSizes sizes = sizesInTrailer(trailer);
+  const auto size = static_cast<off_t>(sizes.packed);
+  if (size <= 0 || size > end) return std::nullopt;
   return Payload{
-      .file = file, .start = end - size, .size = size, .unpackedSize = numberIn(trailer.data() + 8)};
+      .file = file, .start = end - size, .size = size, .unpackedSize = static_cast<off_t>(sizes.unpacked)};
 }
 
 bool unpack(const Payload& payload, const std::string& folder) {

@@ -15,8 +15,7 @@ struct Payload {
   off_t unpackedSize = 0;  // as told; what it takes on a disk may be somewhat more
 };
 
-// The payload of the file: its last 32 bytes are two sizes, packed and unpacked, in eight bytes each with the lowest first,
-// and 16 bytes that say so. nullopt where they are anything else.
+// What the file's trailer says. nullopt where it has none.
 [[nodiscard]] std::optional<Payload> payloadOf(const std::string& program);
 
 // Unpacks into the existing folder, with the system's tar. Fails: false, and the folder may hold a part.

@@ -1,13 +1,16 @@
 // One file to double-click: unpacks what lies behind this program into a private folder of the person's, starts the
-// "Install ..." in it with this program's arguments, and removes the folder when that has ended. It is linked statically and
-// needs tar. Why: docs/decisions/036-one-file.md
+// "Install ..." in it with this program's arguments, and removes the folder when that has ended. With "--unpack FOLDER" it
+// unpacks there and starts nothing. It is linked statically and needs tar. Why: docs/decisions/036-one-file.md
 #include <dirent.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <vector>
 
 #include "packaging/linux/starter/Payload.h"
@@ -18,6 +21,7 @@ namespace {
 
 constexpr int kNothingInside = 66;  // no payload, or a damaged one
 constexpr int kNoPlace = 69;        // nowhere to unpack to
+constexpr char kDamaged[] = "This file is damaged: it could not be unpacked.";
 
 volatile sig_atomic_t child = 0;
 volatile sig_atomic_t received = 0;  // the first signal that asked for the end
@@ -75,6 +79,13 @@ int startAndWait(std::string program, char** arguments) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
+// For who wants to look before anything is started.
+int unpackTo(const Payload& payload, const std::string& folder) {
+  if (::mkdir(folder.c_str(), 0755) != 0)
+    return say(folder + " cannot be made: " + std::strerror(errno), kNoPlace);
+  return unpack(payload, folder) ? 0 : say(kDamaged, kNothingInside);
+}
+
 int run(char** arguments) {
   // Unpacking ends by itself when nobody reads any more.
   std::signal(SIGPIPE, SIG_IGN);
@@ -82,12 +93,14 @@ int run(char** arguments) {
   listenForTheEnd();
   const auto payload = payloadOf("/proc/self/exe");
   if (!payload) return say("This file is damaged: there is nothing in it to install.", kNothingInside);
+  if (arguments[1] != nullptr && arguments[1] == std::string("--unpack") && arguments[2] != nullptr)
+    return unpackTo(*payload, arguments[2]);
   const PrivateFolder folder =
       makePrivateFolder(placesForPrivateFolders(), static_cast<unsigned long long>(payload->unpackedSize));
   if (folder.path.empty()) return say(folder.problem, kNoPlace);
   int status = kNothingInside;
   if (!unpack(*payload, folder.path)) {
-    status = say("This file is damaged: it could not be unpacked.", kNothingInside);
+    status = say(kDamaged, kNothingInside);
   } else if (received != 0) {
     status = 128 + received;
   } else if (const std::string program = starterIn(folder.path); program.empty()) {

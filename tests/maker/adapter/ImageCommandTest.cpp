@@ -1,6 +1,8 @@
 // halvorn image: media, what lies on them, and that it starts from there.
 #include <sys/stat.h>
 
+#include <map>
+
 #include "tests/maker/adapter/HalvornFixture.h"
 
 namespace halvorn {
@@ -33,10 +35,11 @@ class ImageCommand : public HalvornFixture {
   }
   [[nodiscard]] std::string unpacked(const std::string& image) const {
     const std::string to = folder_ / ("unpacked " + image);
-    const auto result =
-        image.ends_with(".iso")
-            ? runCommand({"xorriso", "-osirrox", "on", "-indev", folder_ / image, "-extract", "/", to})
-            : runCommand({"unsquashfs", "-quiet", "-no-progress", "-d", to, folder_ / image});
+    std::vector<std::string> words = {"unsquashfs", "-quiet", "-no-progress", "-d", to, folder_ / image};
+    if (image.ends_with(".iso"))
+      words = {"xorriso", "-osirrox", "on", "-indev", folder_ / image, "-extract", "/", to};
+    if (image.ends_with(".run")) words = {folder_ / image, "--unpack", to};
+    const auto result = runCommand(words, {.environment = environment_});
     EXPECT_EQ(result.status, 0) << result.output;
     return to;
   }
@@ -45,13 +48,15 @@ class ImageCommand : public HalvornFixture {
     return contentsOf(home() + "/started");
   }
   [[nodiscard]] static bool hasTools(const std::string& image) {
+    if (image.ends_with(".run"))
+      return programExists("zstd") && fs::exists(fs::path(KT_HALVORN).parent_path() / "HalvornStarter");
     return programExists(image.ends_with(".iso") ? "xorriso" : "mksquashfs");
   }
 };
 
 TEST_F(ImageCommand, WhatAPersonOpensStartsTheInstallerFromWhereverItLies) {
   const std::string readMe = putFile(folder_ / "Read Me.txt", "Welcome");
-  for (const char* image : {"Sample.squashfs", "Sample.iso"}) {
+  for (const char* image : {"Sample.squashfs", "Sample.iso", "Sample.run"}) {
     if (!hasTools(image)) GTEST_SKIP() << "the program that makes " << image << " is not installed";
     const std::string answered = made(image, {"--read-me", readMe});
     EXPECT_TRUE(has(answered, "\"launcher\": \"Install Sample\"")) << answered;
@@ -68,6 +73,34 @@ TEST_F(ImageCommand, WhatAPersonOpensStartsTheInstallerFromWhereverItLies) {
     EXPECT_EQ(runCommand({"diff", "-r", product(), medium + "/.halvorn/Sample.app"}).output, "");
     EXPECT_EQ(contentsOf(medium + "/.xdg-volume-info"),
               "[Volume Info]\nName=Sample\nIconFile=.halvorn/icon.png\n");
+  }
+}
+
+TEST_F(ImageCommand, ASingleFileStartsTheInstallerAndLeavesNothing) {
+  if (!hasTools("Sample.run")) GTEST_SKIP() << "zstd or the library for it is not installed";
+  const std::string answered = made("Sample.run");
+  EXPECT_TRUE(has(answered, "\"launcher\": \"Install Sample\"")) << answered;
+  EXPECT_EQ(runCommand({"sha256sum", "-c", "--quiet", "Sample.run.sha256"},
+                       {.environment = environment_, .workingFolder = folder_.path().string()})
+                .status,
+            0);
+  // What it starts sees the product; its status is that of the file.
+  putStarter("[ \"$1\" = --version ] && exit 0; ls -l \"$2/Contents\" >\"$HOME/started\"; exit 7\n");
+  ASSERT_NE(made("Other.run"), "");
+  const auto run = runCommand({folder_ / "Other.run"}, {.environment = environment_, .workingFolder = "/"});
+  EXPECT_EQ(run.status, 7) << run.output;
+  EXPECT_TRUE(has(started(), "-rw-r--r--")) << started();
+  for (const auto& entry : fs::recursive_directory_iterator(home() + "/.cache"))
+    EXPECT_FALSE(fs::is_regular_file(entry)) << entry.path();
+}
+
+TEST_F(ImageCommand, WhatAPersonOpensAnswersForTheInstaller) {
+  if (!hasTools("Sample.squashfs")) GTEST_SKIP() << "mksquashfs is not installed";
+  ASSERT_NE(made("Sample.squashfs"), "");
+  const std::string launcher = unpacked("Sample.squashfs") + "/Install Sample";
+  for (const char* question : {"--help", "--version"}) {
+    EXPECT_EQ(runCommand({launcher, question}, {.environment = environment_}).status, 0);
+    EXPECT_EQ(started(), std::string(question) + "\n");
   }
 }
 
@@ -88,7 +121,7 @@ TEST_F(ImageCommand, TheDesktopEntryFindsItsMedium) {
 }
 
 TEST_F(ImageCommand, TheSameProductGivesTheSameImageWheneverItIsMade) {
-  for (const char* ending : {".squashfs", ".iso"}) {
+  for (const char* ending : {".squashfs", ".iso", ".run"}) {
     const std::string image = std::string("Sample") + ending;
     if (!hasTools(image)) GTEST_SKIP() << "the program that makes " << image << " is not installed";
     ASSERT_NE(made(image), "");
@@ -157,12 +190,34 @@ TEST_F(ImageCommand, ModesAndOwnersAreTheSameForEverybody) {
     EXPECT_FALSE(has(listing, std::string("\n") + mode)) << mode << listing;
 }
 
+// Else nobody could move it to the Trash or replace it.
+TEST_F(ImageCommand, WhatIsCopiedFromAnyMediumCanBeWrittenByItsOwner) {
+  for (const char* image : {"Sample.squashfs", "Sample.iso", "Sample.run"}) {
+    if (!hasTools(image)) GTEST_SKIP() << "the program that makes " << image << " is not installed";
+    ASSERT_NE(made(image), "");
+    const std::string bundle = unpacked(image) + "/.halvorn/Sample.app";
+    for (const auto& [path, mode] : std::map<std::string, mode_t>{
+             {bundle, 0755}, {bundle + "/Contents", 0755}, {bundle + "/Contents/Info.plist", 0644}}) {
+      struct stat facts {};
+      ASSERT_EQ(::lstat(path.c_str(), &facts), 0);
+      EXPECT_EQ(facts.st_mode & 07777U, mode) << image << " " << path;
+      EXPECT_EQ(facts.st_uid, ::geteuid() == 0 ? 0U : ::geteuid()) << image << " " << path;
+    }
+  }
+}
+
 TEST_F(ImageCommand, WhatCannotBecomeAnImageSaysWhy) {
   if (!hasTools("Sample.squashfs")) GTEST_SKIP() << "mksquashfs is not installed";
   EXPECT_EQ(halvorn(words("Sample.zip")).status, 64);
   EXPECT_EQ(halvorn(words("Sample.squashfs", {"--inside", "--beside"})).status, 64);
   EXPECT_EQ(halvorn(words("Sample.squashfs", {"--read-me", folder_ / "none"})).status, 66);
   EXPECT_EQ(halvorn(words("none/Sample.squashfs")).status, 73);
+  if (hasTools("Sample.run")) {
+    EXPECT_EQ(halvorn(words("none/Sample.run")).status, 73);
+    ASSERT_NE(made("Sample.run"), "");
+    EXPECT_EQ(runCommand({folder_ / "Sample.run", "--unpack", folder_ / "NAS"}).status, 69)
+        << "over what is there already";
+  }
   putStarter("echo broken; exit 1\n");
   const CommandResult broken = halvorn(words("Sample.squashfs"));
   EXPECT_EQ(broken.status, 1);
@@ -173,6 +228,9 @@ TEST_F(ImageCommand, WhatCannotBecomeAnImageSaysWhy) {
   const CommandResult without = halvorn(words("Sample.squashfs"));
   EXPECT_EQ(without.status, 69);
   EXPECT_TRUE(has(without.output, "sudo apt install squashfs-tools")) << without.output;
+  const CommandResult withoutZstd = halvorn(words("Sample.run"));
+  EXPECT_EQ(withoutZstd.status, 69);
+  EXPECT_TRUE(has(withoutZstd.output, "sudo apt install zstd")) << withoutZstd.output;
 }
 
 }  // namespace

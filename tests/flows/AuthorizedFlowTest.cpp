@@ -32,7 +32,7 @@ class AuthorizedFlow : public testing::Test {
       if (!programExists(program)) GTEST_SKIP() << program << " is not installed";
     }
     if (fs::exists("/Applications")) GTEST_SKIP() << "this machine has a folder /Applications";
-    world_ = std::make_unique<PolkitWorld>();
+    world_ = std::make_unique<PolkitWorld>(parts());
     // Where the person can read it, wherever the build folder lies.
     fs::copy(fs::path(builtInstaller()).parent_path().parent_path().parent_path(), bundle(),
              fs::copy_options::recursive);
@@ -42,6 +42,7 @@ class AuthorizedFlow : public testing::Test {
     makeSampleProduct(at("NAS"), {.program = at("kt_start_report"), .hasIcon = false});
   }
 
+  [[nodiscard]] virtual PolkitWorldParts parts() const { return {}; }
   [[nodiscard]] std::string at(const std::string& name) const { return world_->scratchFolder() + "/" + name; }
   [[nodiscard]] std::string bundle() const { return at("HalvornInstaller.app"); }
   [[nodiscard]] std::string product() const { return at("NAS/Sample.app"); }
@@ -91,9 +92,9 @@ class AuthorizedFlow : public testing::Test {
 
   [[nodiscard]] std::unique_ptr<ChildProcess> agentFor(InstallerDriver& driver,
                                                        const std::string& mode) const {
-    auto agent = std::make_unique<ChildProcess>(
-        Lines{at("kt_polkit_agent"), std::to_string(driver.process().pid()), mode},
-        ChildOptions{.environment = world_->personsEnvironment()});
+    auto agent =
+        std::make_unique<ChildProcess>(Lines{at("kt_polkit_agent"), std::to_string(driver.installer()), mode},
+                                       ChildOptions{.environment = world_->personsEnvironment()});
     EXPECT_TRUE(agent->waitForOutput("registered", kPatience)) << agent->output();
     return agent;
   }
@@ -179,6 +180,82 @@ TEST_F(AuthorizedFlow, TheRightPasswordInstallsForTheAdministratorAndLaunchesFor
     }
   }
   EXPECT_EQ(versionOfBundle(home() + "/.local/share/Trash/files/Sample.app"), "1.0");
+}
+
+// What asks for the rights was unpacked to a folder of the person's, and is gone afterwards.
+TEST_F(AuthorizedFlow, FromASingleFileTheRightPasswordInstallsForTheAdministrator) {
+  const std::string file = at("Sample.run");
+  // What is shipped has no symbols either, and packs in a fraction of the time.
+  ASSERT_EQ(runCommand({"strip", bundle() + "/Contents/Linux/HalvornInstaller"}).status, 0);
+  const auto made =
+      runCommand({KT_HALVORN, "image", product(), "--installer", bundle(), "-o", file}, {}, 300);
+  if (made.status == 69 || made.status == 66) GTEST_SKIP() << made.output;
+  ASSERT_EQ(made.status, 0) << made.output;
+  inThePersonsShoes(*world_, [&] {
+    Session session(home());
+    InstallerDriver driver(session.desktop, {},
+                           {.program = file,
+                            .environment = {"HOME=" + home()},
+                            .accessibleProbe = at("accessible_probe"),
+                            .isSingleFile = true});
+    ASSERT_TRUE(driver.waitForButton("Install", kPatience)) << driver.process().output();
+    const auto agent = agentFor(driver, "right");
+    ASSERT_TRUE(driver.click("Install"));
+    ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", kPatience))
+        << driver.process().output();
+    EXPECT_TRUE(agent->waitForOutput("asked: org.freedesktop.policykit.exec", kPatience)) << agent->output();
+    ASSERT_TRUE(driver.click("OK"));
+    EXPECT_EQ(driver.process().waitForEnd(kPatience), 0);
+    EXPECT_TRUE(fs::is_empty(home() + "/.cache/halvorn-installer-" + std::to_string(PolkitWorld::personId)));
+  });
+  struct stat facts {};
+  ASSERT_EQ(::lstat(destination().c_str(), &facts), 0);
+  EXPECT_EQ(facts.st_uid, 0U);
+  EXPECT_EQ(runCommand({"diff", "-r", product(), destination()}).output, "");
+}
+
+// Where a package of the distribution's installed it, the question has words and a picture of its own.
+class PackagedFlow : public AuthorizedFlow {
+ protected:
+  static constexpr char kAction[] = KT_SOURCE_DIR "/packaging/linux/debian/example.halvorn.installer.policy";
+  PolkitWorldParts parts() const override { return {.action = kAction}; }
+  // Where the action says that the tool lies.
+  void installPackage() {
+    const std::string action = contentsOf(kAction);
+    const std::string key = "org.freedesktop.policykit.exec.path\">";
+    const std::size_t start = action.find(key) + key.size();
+    const std::string tool = action.substr(start, action.find('<', start) - start);
+    const std::string suffix = "/HalvornInstaller.app/Contents/Resources/train";
+    ASSERT_TRUE(tool.ends_with(suffix)) << tool;
+    const fs::path folder = tool.substr(0, tool.size() - suffix.size());
+    world_->layOver(folder.parent_path(), "programs");
+    fs::create_directory(folder);
+    fs::copy(bundle(), folder / "HalvornInstaller.app", fs::copy_options::recursive);
+    program_ = folder / "HalvornInstaller.app/Contents/Linux/HalvornInstaller";
+  }
+  std::string program_;
+};
+
+TEST_F(PackagedFlow, TheQuestionNamesTheInstallerAndHasItsIcon) {
+  installPackage();
+  inThePersonsShoes(*world_, [&] {
+    Session session(home());
+    InstallerDriver driver(
+        session.desktop, {"-sourcePath", product()},
+        {.program = program_, .environment = {"HOME=" + home()}, .accessibleProbe = at("accessible_probe")});
+    const auto agent = agentFor(driver, "right");
+    ASSERT_TRUE(driver.click("Install"));
+    ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", kPatience)) << agent->output();
+    EXPECT_TRUE(
+        agent->waitForOutput("icon: halvorn-installer\n"
+                             "asked: example.halvorn.installer.copy Authentication is required for "
+                             "Halvorn Installer to install an application\n",
+                             kPatience))
+        << agent->output();
+  });
+  struct stat facts {};
+  ASSERT_EQ(::lstat(destination().c_str(), &facts), 0);
+  EXPECT_EQ(facts.st_uid, 0U);
 }
 
 // The product knows nothing of the road it came on: started by the installer or by its entry, it is the same.

@@ -66,12 +66,19 @@ InstallerDriver::InstallerDriver(Desktop& desktop, std::vector<std::string> argu
       pointer_(startedPointer(desktop)),
       accessibleProbe_(options.accessibleProbe.empty() ? KT_BINARY_DIR "/tests/accessible_probe"
                                                        : options.accessibleProbe),
+      isSingleFile_(options.isSingleFile),
       process_(commandLine(options.program, std::move(arguments)),
                {.environment = desktop.environmentWith(options.environment)}) {}
 
+pid_t InstallerDriver::installer() const {
+  if (!isSingleFile_) return process_.pid();
+  const CommandResult children = runCommand({"pgrep", "-P", std::to_string(process_.pid())});
+  return children.status == 0 ? std::atoi(children.output.c_str()) : 0;
+}
+
 std::vector<Control> InstallerDriver::controls() const {
   const CommandResult seen =
-      runCommand({accessibleProbe_, std::to_string(process_.pid())}, {.environment = desktop_.environment()});
+      runCommand({accessibleProbe_, std::to_string(installer())}, {.environment = desktop_.environment()});
   std::vector<Control> result;
   if (seen.status != 0) return result;
   for (const std::string& line : split(seen.output, '\n')) {
@@ -143,7 +150,7 @@ bool InstallerDriver::clickAt(int x, int y) {
 std::optional<InstallerDriver::Place> InstallerDriver::windowPlace() const {
   const CommandResult tree = runCommand({"swaymsg", "-s", desktop_.swaySocket(), "-r", "-t", "get_tree"},
                                         {.environment = desktop_.environment()});
-  const std::size_t window = tree.output.find("\"pid\": " + std::to_string(process_.pid()) + ",");
+  const std::size_t window = tree.output.find("\"pid\": " + std::to_string(installer()) + ",");
   const std::size_t place = window == std::string::npos ? window : tree.output.rfind("\"rect\":", window);
   if (place == std::string::npos) return std::nullopt;
   return Place{numberBehind(tree.output, "x", place), numberBehind(tree.output, "y", place)};

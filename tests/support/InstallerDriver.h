@@ -32,6 +32,7 @@ struct DriverOptions {
   std::string program = {};                   // the built installer when empty
   std::vector<std::string> environment = {};  // added to the desktop's
   std::string accessibleProbe = {};           // the built one when empty
+  bool isSingleFile = false;                  // the program starts the installer
 };
 
 class InstallerDriver {
@@ -53,6 +54,8 @@ class InstallerDriver {
   void screenshot(const std::string& file) const;
 
   [[nodiscard]] ChildProcess& process() { return process_; }
+  // The installer's own process; of a single file 0 as long as it has not started one.
+  [[nodiscard]] pid_t installer() const;
 
  private:
   [[nodiscard]] std::optional<Control> button(const std::string& name) const;
@@ -67,6 +70,7 @@ class InstallerDriver {
   Desktop& desktop_;
   std::unique_ptr<ChildProcess> pointer_;  // on Wayland
   std::string accessibleProbe_;
+  bool isSingleFile_;
   ChildProcess process_;
 };
 

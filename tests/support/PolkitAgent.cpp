@@ -6,7 +6,7 @@
 //   cancel   dismisses the dialog
 //   vanish   ends as soon as it is asked
 // and with "wait-" before it, only after a line came on standard input.
-// Prints "registered", then "asked: <action> <message>" each time.
+// Prints "registered", then "icon: <name>" and "asked: <action> <message>" each time.
 #define POLKIT_AGENT_I_KNOW_API_IS_SUBJECT_TO_CHANGE 1
 #include <polkitagent/polkitagent.h>
 #include <unistd.h>
@@ -57,10 +57,10 @@ void startSession(Conversation* conversation) {
   polkit_agent_session_initiate(session);
 }
 
-void begin(PolkitAgentListener* listener, const gchar* action, const gchar* message, const gchar*,
+void begin(PolkitAgentListener* listener, const gchar* action, const gchar* message, const gchar* icon,
            PolkitDetails*, const gchar* cookie, GList* identities, GCancellable* cancellable,
            GAsyncReadyCallback done, gpointer data) {
-  std::printf("asked: %s %s\n", action, message);
+  std::printf("icon: %s\nasked: %s %s\n", icon, action, message);
   if (mode.starts_with(waiting)) {
     // The dialog is on the screen, and the person thinks.
     std::string line;

@@ -143,6 +143,11 @@ void PolkitWorld::writePolicy(const PolkitWorldParts& parts) {
   write(rules + "/00-test.rules",
         "polkit.addAdminRule(function(action, subject) { return ['unix-user:halvorn-admin']; });\n" +
             parts.rules);
+  if (!parts.action.empty()) {
+    const std::string actions = "/usr/share/polkit-1/actions";
+    layOver(actions, "actions");
+    fs::copy_file(parts.action, fs::path(actions) / fs::path(parts.action).filename());
+  }
   if (!parts.policyDaemon) {
     const std::string services = "/usr/share/dbus-1/system-services";
     layOver(services, "services");

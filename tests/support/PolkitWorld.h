@@ -25,7 +25,8 @@
 namespace halvorn {
 
 struct PolkitWorldParts {
-  std::string rules = "";  // JavaScript, before all other rules
+  std::string rules = "";   // JavaScript, before all other rules
+  std::string action = "";  // the file of an action that an installed package has; "" for none
   bool bus = true;
   bool policyDaemon = true;  // else the bus serves, and knows of no such daemon
 };
@@ -62,13 +63,14 @@ class PolkitWorld {
   void mount(const std::string& source, const std::string& target, const std::string& type,
              unsigned long flags, const std::string& data);
 
+  // From here on only this world sees what is put into the folder of the machine. The name is a new one each time.
+  void layOver(const std::string& machineFolder, const std::string& name);
+
  private:
   void enterOwnNamespace();
   void writeAccounts();
   void writePolicy(const PolkitWorldParts& parts);
   void startBus();
-  // A folder of the machine with things put over it that only this world sees.
-  void layOver(const std::string& machineFolder, const std::string& name);
   void killWhatIsLeft();
 
   TemporaryFolder folder_;

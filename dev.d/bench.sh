@@ -9,6 +9,12 @@ dev_bench() {
   fi
   shift
   [ -x "benchmarks/run_$name" ] || die "no benchmark '$name'"
+  if [ "$name" = size ]; then
+    source dev.d/package.sh
+    dev_package
+    benchmarks/run_size build/package/HalvornInstaller.app "$@"
+    return
+  fi
   need build run bench
   cmake --preset release -DKT_BENCHMARKS=ON >/dev/null || die "configuring failed"
   configure_and_build release

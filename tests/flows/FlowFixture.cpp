@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
+#include <string_view>
 
 #include "tests/support/SharedApplications.h"
 
@@ -119,6 +120,32 @@ void FlowFixture::installFromTheReadMe(const std::function<void(InstallerDriver&
                                   {"documentationPath", "\"<image>/Guide.html\""}}) +
                             kInstallClicked + installLog());
   meanwhile(installer);
+}
+
+namespace {
+
+std::string windowClassIn(const fs::path& entry) {
+  constexpr std::string_view kKey = "\nStartupWMClass=";
+  const std::string text = contentsOf(entry);
+  const std::size_t at = text.find(kKey);
+  if (at == std::string::npos) return "";
+  const std::size_t start = at + kKey.size();
+  return text.substr(start, text.find('\n', start) - start);
+}
+
+}  // namespace
+
+std::string FlowFixture::windowClassOfInstallersEntry() {
+  return windowClassIn(KT_SOURCE_DIR "/packaging/linux/debian/example.halvorn.installer.desktop");
+}
+
+std::string FlowFixture::windowClassOfProductsEntry() const {
+  std::error_code problem;
+  for (const auto& entry :
+       fs::directory_iterator(desktop_->homeFolder() + "/.local/share/applications", problem)) {
+    if (entry.path().filename().string().starts_with("halvorn-app-")) return windowClassIn(entry.path());
+  }
+  return "";
 }
 
 bool FlowFixture::endProgramsBelow(const fs::path& folder) const {

@@ -61,6 +61,11 @@ class FlowFixture : public ::testing::Test {
   // From a read-me with a guide to the final message; `meanwhile` runs while the installer shows it.
   void installFromTheReadMe(const std::function<void(InstallerDriver&)>& meanwhile);
 
+  // By which windows a desktop entry knows its program: the installer's, as packages have it, and the installed
+  // product's. "" without such a line.
+  [[nodiscard]] static std::string windowClassOfInstallersEntry();
+  [[nodiscard]] std::string windowClassOfProductsEntry() const;
+
   // Ends the programs of this desktop that run from below the folder; false when there is none.
   [[nodiscard]] bool endProgramsBelow(const std::filesystem::path& folder) const;
   [[nodiscard]] static bool sameTree(const std::filesystem::path& a, const std::filesystem::path& b);

@@ -70,6 +70,27 @@ TEST_F(InstallFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
   });
 }
 
+TEST_F(InstallFlow, ShellsKnowBothProgramsByTheirEntriesAndSeeAPicture) {
+  const auto property = [&](const std::string& title, const std::string& name) {
+    return runCommand({"xprop", "-name", title, name}, {.environment = desktop().environment()}).output;
+  };
+  const auto has = [&](const std::string& title, const std::string& name, const std::string& text) {
+    return eventually([&] { return property(title, name).find(text) != std::string::npos; }, kTestPatience);
+  };
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", 30));
+  EXPECT_EQ(windowClassOfInstallersEntry(), "HalvornInstaller");
+  EXPECT_TRUE(has("Install Sample", "WM_CLASS", "\"" + windowClassOfInstallersEntry() + "\""))
+      << property("Install Sample", "WM_CLASS");
+  for (const char* size : {"16 x 16", "32 x 32", "48 x 48", "128 x 128"})
+    EXPECT_TRUE(has("Install Sample", "_NET_WM_ICON", std::string("Icon (") + size)) << size;
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  ASSERT_NE(windowClassOfProductsEntry(), "");
+  EXPECT_TRUE(has("Sample 2.0", "WM_CLASS", "\"" + windowClassOfProductsEntry() + "\""))
+      << property("Sample 2.0", "WM_CLASS");
+}
+
 TEST_F(InstallFlow, AnIconThatDesktopsCannotReadStandsInTheirMenusAllTheSame) {
   if (!programExists("convert")) GTEST_SKIP() << "imagemagick is not installed";
   const std::string icon = product() + "/Contents/Resources/Sample.png";

@@ -31,8 +31,20 @@ class WaylandFlow : public FlowFixture {
 TEST_F(WaylandFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
   installFromTheReadMe([this](InstallerDriver&) {
     EXPECT_TRUE(eventually([&] { return focusedApplication() == "Sample"; })) << focusedApplication();
+    EXPECT_EQ(windowClassOfProductsEntry(), focusedApplication()) << "by that shells find its picture";
     EXPECT_NE(startedWith("XDG_ACTIVATION_TOKEN"), "") << "the compositor's leave to come to the front";
   });
+}
+
+// There a window tells no picture of its own: shells take the one of the entry that is called like the program's id.
+TEST_F(WaylandFlow, TheInstallersIdIsTheNameOfItsEntry) {
+  const fs::path entries = KT_SOURCE_DIR "/packaging/linux/debian";
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kTestPatience));
+  EXPECT_TRUE(eventually([&] {
+    const std::string id = focusedApplication();
+    return !id.empty() && fs::exists(entries / (id + ".desktop"));
+  })) << focusedApplication();
 }
 
 TEST_F(WaylandFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {

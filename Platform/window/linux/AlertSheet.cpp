@@ -218,6 +218,7 @@ void AlertSheet::paintEvent(QPaintEvent* event) {
 }
 
 void AlertSheet::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy) && FieldLabel::copyMarkedIn(*this)) return;
   if (!texts_->scrollBy(event->key())) QDialog::keyPressEvent(event);
 }
 

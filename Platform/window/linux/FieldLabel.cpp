@@ -1,10 +1,5 @@
 #include "Platform/window/linux/FieldLabel.h"
 
-#include <QClipboard>
-#include <QContextMenuEvent>
-#include <QCoreApplication>
-#include <QGuiApplication>
-#include <QMenu>
 #include <QPainter>
 #include <QResizeEvent>
 #include <QStyle>
@@ -21,13 +16,24 @@ constexpr qsizetype kLongestLaidOut = 4096;
 
 bool continuesCharacter(QChar unit) { return unit.isLowSurrogate() || unit.isMark(); }
 
+struct ElidedText {
+  QString text;
+  qsizetype head;  // how much of the beginning is kept
+};
+
 // The text with that many units kept, half of them from each end; no character is cut in two.
-QString withMiddleElided(const QString& text, qsizetype kept) {
+ElidedText withMiddleElided(const QString& text, qsizetype kept) {
   qsizetype head = kept / 2;
   qsizetype tail = text.size() - (kept - head);
   while (head > 0 && continuesCharacter(text.at(head))) --head;
   while (tail < text.size() && continuesCharacter(text.at(tail))) ++tail;
-  return text.left(head) + u'\u2026' + text.mid(tail);
+  return {text.left(head) + u'\u2026' + text.mid(tail), head};
+}
+
+qsizetype leadingBlanks(const QString& text) {
+  qsizetype count = 0;
+  while (count < text.size() && text.at(count).isSpace()) ++count;
+  return count;
 }
 
 }  // namespace
@@ -38,6 +44,7 @@ FieldLabel::FieldLabel(QWidget* parent) : QLabel(parent) {
   QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Preferred);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
+  setCursor(Qt::IBeamCursor);
 }
 
 void FieldLabel::setMaximumLines(int lines) {
@@ -57,6 +64,7 @@ void FieldLabel::setLeftToRightText(bool leftToRight) {
 
 void FieldLabel::setFieldText(const QString& text) {
   lines_.clear();
+  mark(0, 0);
   setText(text);
   setToolTip({});
   if (isVisible()) tellWhatIsLost();
@@ -67,6 +75,12 @@ void FieldLabel::setFieldText(const QString& text) {
 void FieldLabel::setTextColor(const ColorPointer& color) {
   textColor_ = color;
   update();
+}
+
+QStringList FieldLabel::linesShown() const {
+  QStringList texts;
+  for (const Line& line : linesFor(width()).lines) texts << line.text;
+  return texts;
 }
 
 const FieldLabel::Lines& FieldLabel::linesFor(int given) const {
@@ -88,51 +102,73 @@ FieldLabel::Lines FieldLabel::withoutMiddle(int width) const {
   qsizetype fits = 0;
   for (qsizetype step = kLongestLaidOut; step > 0; step /= 2) {
     const qsizetype kept = fits + step;
-    if (kept < whole.size() && !brokenFor(withMiddleElided(whole, kept), width).cut) fits = kept;
+    if (kept < whole.size() && !brokenFor(withMiddleElided(whole, kept).text, width).cut) fits = kept;
   }
-  Lines lines = brokenFor(withMiddleElided(whole, fits), width);
+  const ElidedText elided = withMiddleElided(whole, fits);
+  Lines lines = brokenFor(elided.text, width);
   lines.cut = true;
+  const qsizetype lost = text().size() - elided.text.size();
+  for (Line& line : lines.lines) {
+    if (line.start > elided.head) {
+      line.start += lost;
+    } else if (elided.head < line.start + line.text.size()) {
+      line.lostAt = elided.head - line.start;
+      line.lost = lost;
+    }
+  }
   return lines;
 }
 
 FieldLabel::Lines FieldLabel::brokenFor(const QString& text, int width) const {
-  Lines lines;
+  Lines found;
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   option.setTextDirection(leftToRightText_ ? Qt::LeftToRight : layoutDirection());
-  const QFontMetrics metrics(font());
-  const QStringList paragraphs = text.split(u'\n');
-  for (qsizetype i = 0; i < paragraphs.size(); ++i) {
-    const QString& paragraph = paragraphs.at(i);
+  qsizetype start = 0;
+  for (const QString& paragraph : text.split(u'\n')) {
     QTextLayout layout(paragraph, font());
     layout.setTextOption(option);
     layout.beginLayout();
     for (QTextLine line = layout.createLine();; line = layout.createLine()) {
       if (!line.isValid()) {
-        if (paragraph.isEmpty()) lines.texts << QString();
+        if (paragraph.isEmpty()) found.lines.push_back({.text = {}, .start = start});
         break;
       }
-      if (lines.texts.size() + 1 == maximumLines_) {
-        const QString rest = paragraph.mid(line.textStart());
-        line.setLineWidth(width);
-        lines.cut = line.textLength() < rest.size() || i + 1 < paragraphs.size();
-        const QString last = lines.cut && line.textLength() == rest.size() ? rest + u'\u2026' : rest;
-        lines.texts << metrics.elidedText(last.left(kLongestLaidOut), Qt::ElideRight, width);
-        return lines;
-      }
+      const qsizetype lineStart = start + line.textStart();
       line.setLineWidth(width);
-      lines.texts << paragraph.mid(line.textStart(), line.textLength()).trimmed();
+      if (static_cast<int>(found.lines.size()) + 1 == maximumLines_) {
+        const bool isAll = lineStart + line.textLength() >= text.size();
+        found.cut = !isAll;
+        found.lines.push_back(lastLine(text, paragraph.mid(line.textStart()), lineStart, isAll, width));
+        return found;
+      }
+      const QString whole = paragraph.mid(line.textStart(), line.textLength());
+      found.lines.push_back({.text = whole.trimmed(), .start = lineStart + leadingBlanks(whole)});
     }
     layout.endLayout();
+    start += paragraph.size() + 1;
   }
-  return lines;
+  return found;
+}
+
+// What is left of a paragraph, and of the text after it, in one line.
+FieldLabel::Line FieldLabel::lastLine(const QString& text, const QString& rest, qsizetype start, bool isAll,
+                                      int width) const {
+  const bool isRestOfText = start + rest.size() >= text.size();
+  const QString last = isAll || isRestOfText ? rest : rest + u'\u2026';
+  Line line = {.text = fontMetrics().elidedText(last.left(kLongestLaidOut), Qt::ElideRight, width),
+               .start = start};
+  if (isAll) return line;
+  line.lostAt = std::max<qsizetype>(line.text.size() - 1, 0);
+  line.lost = text.size() - start - line.text.size();
+  return line;
 }
 
 int FieldLabel::lineHeight() const { return qRound(fontMetrics().height() * 1.2); }
 
 int FieldLabel::heightForWidth(int width) const {
   if (text().isEmpty()) return 0;
-  return static_cast<int>(linesFor(std::max(width, 1)).texts.size()) * lineHeight();
+  return static_cast<int>(linesFor(std::max(width, 1)).lines.size()) * lineHeight();
 }
 
 QSize FieldLabel::sizeHint() const {
@@ -164,16 +200,6 @@ void FieldLabel::changeEvent(QEvent* event) {
   QLabel::changeEvent(event);
 }
 
-// The words are the toolkit's, for which there are translations.
-void FieldLabel::contextMenuEvent(QContextMenuEvent* event) {
-  if (text().isEmpty()) return;
-  auto* menu = new QMenu(this);
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  menu->addAction(QCoreApplication::translate("QWidgetTextControl", "&Copy"), this,
-                  [this] { QGuiApplication::clipboard()->setText(text()); });
-  menu->popup(event->globalPos());
-}
-
 void FieldLabel::paintEvent(QPaintEvent*) {
   if (text().isEmpty()) return;
   QPainter painter(this);
@@ -188,9 +214,10 @@ void FieldLabel::paintEvent(QPaintEvent*) {
   const int direction = leftToRightText_ ? Qt::TextForceLeftToRight : 0;
   const int height = lineHeight();
   int y = 0;
-  for (const QString& line : linesFor(width()).texts) {
+  for (const Line& line : linesFor(width()).lines) {
     painter.drawText(QRect(0, y, width(), height), static_cast<int>(leading) | Qt::TextSingleLine | direction,
-                     line);
+                     line.text);
+    drawMarked(painter, line, y);
     y += height;
   }
 }

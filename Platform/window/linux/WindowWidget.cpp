@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Platform/window/linux/ActionButton.h"
+#include "Platform/window/linux/FieldLabel.h"
 #include "Platform/window/linux/Mnemonics.h"
 #include "Platform/window/linux/PageScroller.h"
 #include "Platform/window/linux/WorkArea.h"
@@ -114,6 +115,7 @@ bool WindowWidget::pressKeyButton(int key) {
 bool WindowWidget::performShortcut(const QKeyEvent& event) {
   const bool withControl = event.modifiers() == Qt::ControlModifier;
   if (withControl && (event.key() == Qt::Key_Q || event.key() == Qt::Key_W)) return close(), true;
+  if (event.matches(QKeySequence::Copy)) return FieldLabel::copyMarkedIn(*this);
   if (event.key() == Qt::Key_F1) {
     auto* help = find<QAbstractButton>(QStringLiteral("helpButton"));
     if (help != nullptr && help->isVisible() && help->isEnabled()) help->click();

@@ -115,6 +115,21 @@ TEST_F(WindowOnADesktop, TheKeyboardReturnsToTheButtonThatWasDisabled) {
   EXPECT_TRUE(said("action install:"));
 }
 
+TEST_F(WindowOnADesktop, TheMouseMarksAPathThatIsCopiedAndTheKeyboardStaysWhereItIs) {
+  if (!programExists("xclip")) GTEST_SKIP() << "xclip is not installed";
+  const std::string place = ask("where pathField");
+  const auto space = place.find(' ', 3);
+  // From behind its end to before its beginning.
+  run({"xdotool", "mousemove", place.substr(3, space - 3), place.substr(space + 1), "mousedown", "1",
+       "mousemove_relative", "--", "-600", "0", "mouseup", "1"});
+  EXPECT_TRUE(eventually([&] { return run({"xclip", "-o", "-selection", "primary"}) == "/opt/Sample"; }));
+  key("ctrl+c");
+  EXPECT_TRUE(eventually([&] { return run({"xclip", "-o", "-selection", "clipboard"}) == "/opt/Sample"; }));
+  EXPECT_EQ(ask("focus"), "focus installButton");
+  key("Return");
+  EXPECT_TRUE(said("action install:"));
+}
+
 TEST_F(WindowOnADesktop, TheReadMePageScrollsByKeyAndReturnGoesOn) {
   tell({"document " KT_SOURCE_DIR "/tests/data/window/editor.rtf", "select 0"});
   EXPECT_EQ(ask("focus"), "focus readMeTextView");

@@ -8,6 +8,7 @@
 #include <wayland-client.h>
 #include <wlr-virtual-pointer-client-protocol.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QStackedWidget>
 
 #include "Platform/window/linux/AlertSheet.h"
 #include "Platform/window/linux/AnnouncementArea.h"
@@ -66,6 +67,9 @@ QAccessibleInterface* accessibleFor(const QString&, QObject* object) {
   if (dynamic_cast<AnnouncementArea*>(object) != nullptr) {
     return new QAccessibleWidget(widget, QAccessible::Notification);
   }
+  // Pages without tabs are nothing that one hears of.
+  if (dynamic_cast<QStackedWidget*>(object) != nullptr)
+    return new QAccessibleWidget(widget, QAccessible::Client);
   return nullptr;  // the toolkit's own
 }
 

@@ -71,7 +71,6 @@ AlertSheet::AlertSheet(const AlertDescription& alert, QWidget* window, std::func
   }
   setWindowTitle(window->windowTitle());
   setAccessibleName(forDisplay(alert.messageText));
-  setAccessibleDescription(forDisplay(alert.informativeText));
 
   texts_ = new PageScroller(pageOf(alert));
   // The sheet is drawn below it, round corners and all.

@@ -7,15 +7,45 @@
 namespace halvorn {
 namespace {
 
-// Says a sentence where the person is: the desktop's own notification, else standard error.
+// Says a sentence on standard error, and where the person is: by a notification of the desktop's, if one can
+// be had.
 std::string tellFunction(const std::string& title) {
+  const std::string quoted = quotedForShell(title);
   return "tell() {\n"
          "  echo \"$1\" >&2\n"
-         "  command -v notify-send >/dev/null 2>&1 && notify-send -- " +
-         quotedForShell(title) +
-         " \"$1\" 2>/dev/null\n"
+         "  notify-send -- " +
+         quoted +
+         " \"$1\" 2>/dev/null ||\n"
+         "  busctl --user call org.freedesktop.Notifications /org/freedesktop/Notifications \\\n"
+         "    org.freedesktop.Notifications Notify 'susssasa{sv}i' " +
+         quoted + " 0 dialog-error " + quoted +
+         " \"$1\" 0 0 -1 >/dev/null 2>&1\n"
          "}\n";
 }
+
+// A library that is missing ends the program before its first line, with a word for terminals alone. So the
+// loader is asked first, for the window system that there is; the list in the bundle tells which package has
+// the library.
+constexpr char kLibraryCheck[] = R"script(lacking() {
+  LD_LIBRARY_PATH="$bundle/Contents/PlugIns/platforms${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}" \
+    LD_PRELOAD=$1 LD_TRACE_LOADED_OBJECTS=1 "$program" 2>/dev/null |
+    sed -n 's/^[[:space:]]*\([^ ]*\) => not found.*/\1/p' | sort -u
+}
+missing=
+for part in ${WAYLAND_DISPLAY:+libqwayland-generic.so} ${DISPLAY:+libqxcb.so}; do
+  missing=$(lacking $part | tr '\n' ' ')
+  [ -n "$missing" ] || break
+done
+if [ -n "$missing" ]; then
+  packages=
+  for library in $missing; do
+    found=$(sed -n "s/^$library  *\([^ ]*\) .*/ \1/p" "$bundle/Contents/Resources/system-libraries" 2>/dev/null)
+    packages=$packages$found
+  done
+  tell "The installer cannot start: this system has no ${missing% }.${packages:+ An administrator adds it with: apt install$packages}"
+  exit 69
+fi
+)script";
 
 std::string withoutSlashes(std::string name) {
   std::replace(name.begin(), name.end(), '/', '-');
@@ -53,15 +83,16 @@ std::string launcherScript(const LauncherFacts& facts) {
   if (!facts.documentation.empty()) arguments += " -documentationPath " + here(facts.documentation);
   return "#!/bin/sh\n# Starts the installer that lies beside this file.\n" +
          tellFunction(launcherName(facts)) +
-         "here=$(CDPATH='' cd -- \"$(dirname -- \"$0\")\" && pwd -P) || exit 66\nprogram=" +
-         here(installerPath(facts) + "/Contents/Linux/HalvornInstaller") +
-         "\n"
+         "here=$(CDPATH='' cd -- \"$(dirname -- \"$0\")\" && pwd -P) || exit 66\nbundle=" +
+         here(installerPath(facts)) +
+         "\nprogram=$bundle/Contents/Linux/HalvornInstaller\n"
          "[ -f \"$program\" ] || { tell \"The installer is missing: $program\"; exit 66; }\n"
          "[ -x \"$program\" ] || {\n"
          "  tell \"Nothing can be started from here: copy the folder to your disk, or mount the medium "
          "without noexec.\"\n"
          "  exit 69\n"
-         "}\n"
+         "}\n" +
+         kLibraryCheck +
          // Of the installer, not of the product.
          "[ $# = 1 ] && case $1 in --help | --version) exec \"$program\" \"$1\" ;; esac\n"
          "exec \"$program\"" +

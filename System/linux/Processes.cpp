@@ -11,6 +11,7 @@
 #include "Platform/processes/linux/proc/ProcFiles.h"
 #include "Platform/processes/linux/proc/RunningApplications.h"
 #include "Platform/processes/linux/proc/SessionLaunchContext.h"
+#include "Platform/session/linux/BusAddresses.h"
 #include "Platform/session/linux/WaylandSession.h"
 #include "System/linux/MainLoop.h"
 #include "System/linux/Pictures.h"
@@ -22,7 +23,8 @@ namespace {
 DesktopWindows::Places placesIn(const Environment& environment) {
   return {.display = environment.value("DISPLAY").value_or(""),
           .isWayland = isWaylandSession(environment),
-          .waylandSocket = waylandSocketPath(environment)};
+          .waylandSocket = waylandSocketPath(environment),
+          .bus = sessionBusAddress(environment).value_or("")};
 }
 
 // What is known of the programs of this session, and how they are reached. A new adapter of processes is added here.

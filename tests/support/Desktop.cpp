@@ -31,6 +31,10 @@ std::runtime_error failed(const std::string& part, const ChildProcess& process) 
   return std::runtime_error(part + " did not come up: " + process.output());
 }
 
+constexpr char kKWin[] = "kwin_wayland";
+
+bool needsBus(const DesktopParts& parts) { return parts.bus || parts.compositor == Compositor::KWin; }
+
 void endPart(std::unique_ptr<ChildProcess>& part) {
   if (part) part->end(SIGTERM);
   part.reset();
@@ -51,13 +55,17 @@ bool takesClients(const std::string& path) {
 
 std::optional<std::string> Desktop::missing(const DesktopParts& parts) {
   if (parts.compositor == Compositor::Sway && !programExists("sway")) return "sway is not installed";
+  if (parts.compositor == Compositor::KWin && !programExists(kKWin)) return "kwin-wayland is not installed";
   if (parts.compositor == Compositor::Weston && !programExists("weston")) return "weston is not installed";
   if (parts.xClients && !programExists("Xwayland")) return "xwayland is not installed";
+  if (parts.xClients && parts.compositor == Compositor::KWin && !programExists("xhost"))
+    return "xhost is not installed";
   const bool isOnX = parts.display && parts.compositor == Compositor::None;
   if (isOnX && !programExists("Xvfb")) return "Xvfb is not installed";
   if (isOnX && parts.windowManager && !programExists("openbox")) return "openbox is not installed";
-  if (parts.bus && !programExists("dbus-daemon")) return "dbus-daemon is not installed";
-  if (parts.accessibility && !programExists("gdbus")) return "gdbus is not installed";
+  if (needsBus(parts) && !programExists("dbus-daemon")) return "dbus-daemon is not installed";
+  const bool isAskedOverTheBus = parts.accessibility || parts.compositor == Compositor::KWin;
+  if (isAskedOverTheBus && !programExists("gdbus")) return "gdbus is not installed";
   if (parts.accessibility && ::access("/usr/share/dbus-1/services/org.a11y.Bus.service", R_OK) != 0) {
     return "at-spi2-core is not installed";
   }
@@ -73,7 +81,8 @@ Desktop::Desktop(const DesktopParts& parts) {
   if (isOnX && parts.windowManager) startWindowManager();
   if (parts.compositor == Compositor::Sway) startSway(parts.xClients);
   if (parts.compositor == Compositor::Weston) startWeston();
-  if (parts.bus) startBus(parts.serviceActivation || parts.accessibility);
+  if (needsBus(parts)) startBus(parts.serviceActivation || parts.accessibility);
+  if (parts.compositor == Compositor::KWin) startKWin(parts.xClients);
   if (parts.bus && parts.accessibility) startAccessibility();
 }
 
@@ -177,6 +186,45 @@ void Desktop::startWeston() {
   if (!eventually([&] { return takesClients(waylandSocket()); })) {
     throw failed("weston", *compositor_);
   }
+}
+
+// A copy, which lacks the capability that its file has: a container may not give that, and does not start it then.
+void Desktop::startKWin(bool xClients) {
+  const std::string program = folder_ / kKWin;
+  const CommandResult found = runCommand({"which", kKWin});
+  std::filesystem::copy_file(found.output.substr(0, found.output.find('\n')), program);
+  const std::string display = "wayland-1";
+  std::vector<std::string> command = {program,           "--virtual",
+                                      "--width",         "1280",
+                                      "--height",        "800",
+                                      "--scale",         "1",
+                                      "--no-lockscreen", "--no-global-shortcuts",
+                                      "--socket",        display};
+  // What it starts is told the display for X programs, and the password, which the test program need not know.
+  const std::string displayFile = folder_ / "display";
+  if (xClients)
+    command.insert(command.end(),
+                   {"--xwayland", "sh -c 'xhost +local: && echo $DISPLAY >" + displayFile + "'"});
+  // Drawn without a graphics library: quicker to start and to end. Tests ask it for pictures and press its keys.
+  compositor_ = std::make_unique<ChildProcess>(
+      command,
+      ChildOptions{.environment = environmentWith({"KWIN_COMPOSE=Q", "KWIN_WAYLAND_NO_PERMISSION_CHECKS=1",
+                                                   "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS=1"}),
+                   .signalWhenTestDies = SIGTERM});
+  waylandDisplay_ = display;
+  const std::vector<std::string> question = {
+      "gdbus",      "call",         "--session",
+      "-d",         "org.kde.KWin", "-o",
+      "/Scripting", "-m",           "org.kde.kwin.Scripting.isScriptLoaded",
+      "none"};
+  const auto answers = [&] { return runCommand(question, {.environment = environment()}).status == 0; };
+  if (!eventually([&] { return takesClients(waylandSocket()) && answers(); }))
+    throw failed(kKWin, *compositor_);
+  const auto isTold = [&] {
+    std::ifstream file(displayFile);
+    return std::getline(file, displayName_) && !displayName_.empty();
+  };
+  if (xClients && !eventually(isTold)) throw failed("Xwayland", *compositor_);
 }
 
 void Desktop::startWindowManager() {

@@ -21,12 +21,12 @@
 
 namespace halvorn {
 
-enum class Compositor { None, Sway, Weston };
+enum class Compositor { None, Sway, KWin, Weston };
 
 struct DesktopParts {
   bool display = true;
   bool windowManager = true;  // needs the display
-  bool bus = true;
+  bool bus = true;            // also without this where the compositor needs it
   // In place of the X server. Two such desktops have the same name for their display, each in its own folder.
   Compositor compositor = Compositor::None;
   bool xClients = false;  // whether the compositor takes X programs too
@@ -77,6 +77,7 @@ class Desktop {
  private:
   void startXServer();
   void startSway(bool xClients);
+  void startKWin(bool xClients);
   void startWeston();
   void startWindowManager();
   void startBus(bool serviceActivation);

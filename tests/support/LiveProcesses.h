@@ -39,6 +39,7 @@ namespace halvorn {
 struct LiveOptions {
   std::string display = {};                // "" for none
   std::string waylandSocket = {};          // "" for none
+  std::string bus = {};                    // the session's; "" for none
   std::string table = "/proc";             // or that of OwnProcesses
   AppleEvents* appleEvents = nullptr;      // null: none reach anybody
   Accessibility* accessibility = nullptr;  // null: nobody can be watched

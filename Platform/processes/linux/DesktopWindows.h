@@ -18,13 +18,14 @@ class DesktopWindows {
     std::string display = {};        // of the X server; "" for none
     bool isWayland = false;          // see isWaylandSession()
     std::string waylandSocket = {};  // as waylandSocketPath() tells it
+    std::string bus = {};            // the address of the session's; "" for none
   };
   // The others must outlive this object.
   DesktopWindows(const Places& places, const ProcFiles& files, const Bundles& bundles)
       : x_(places.display,
            places.isWayland ? XWindowSystem::Coverage::SomeWindows : XWindowSystem::Coverage::AllWindows,
            files),
-        toplevels_(places.waylandSocket, files, bundles, [this] { return guests(); }),
+        toplevels_({places.waylandSocket, places.bus}, files, bundles, [this] { return guests(); }),
         windows_(places.isWayland ? static_cast<WindowSystem&>(both_) : x_) {}
 
   [[nodiscard]] WindowSystem& windows() { return windows_; }

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Platform/session/linux/BusAddresses.h"
 #include "Platform/session/linux/WaylandSession.h"
 
 namespace halvorn {
@@ -13,7 +14,8 @@ LinuxDesktopFacts::LinuxDesktopFacts(const Environment& environment,
       sessionIdleTime_(systemBus, clock),
       compositorsClipboard_(waylandSocketPath(environment)),
       clipboard_(environment.value("DISPLAY")),
-      compositorsMenuBar_(waylandSocketPath(environment), loop),
+      compositorsMenuBar_({waylandSocketPath(environment), sessionBusAddress(environment).value_or("")},
+                          loop),
       menuBar_(environment.value("DISPLAY"), loop) {}
 
 std::optional<std::int64_t> LinuxDesktopFacts::nanosecondsSinceLastInput() {

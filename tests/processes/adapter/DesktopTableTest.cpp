@@ -64,6 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
     Desktops, DesktopTable,
     testing::Values(Asked{"X11", {.bus = false}},
                     Asked{"Wayland: sway", {.bus = false, .compositor = Compositor::Sway}},
+                    Asked{"Wayland: KWin", {.compositor = Compositor::KWin}},
                     Asked{"Wayland: weston", {.bus = false, .compositor = Compositor::Weston}}),
     [](const auto& parameters) { return std::string("Desktop") + std::to_string(parameters.index); });
 

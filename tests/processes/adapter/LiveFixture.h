@@ -33,7 +33,10 @@ class LiveFixture : public testing::Test {
   }
   void startDesktopAndWatch(const DesktopParts& parts = {.bus = false}) {
     startDesktop(parts);
-    if (desktop) watch({.display = desktop->displayName(), .waylandSocket = desktop->waylandSocket()});
+    if (!desktop) return;
+    watch({.display = desktop->displayName(),
+           .waylandSocket = desktop->waylandSocket(),
+           .bus = desktop->busAddress()});
   }
 
   // As it is, without waiting for it.

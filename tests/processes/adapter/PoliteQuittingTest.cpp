@@ -49,7 +49,8 @@ INSTANTIATE_TEST_SUITE_P(
     Desktops, PoliteQuitting,
     testing::Values(
         Kind{"X11", {.bus = false}, {}}, Kind{"Wayland", {.bus = false, .compositor = Compositor::Sway}, {}},
-        Kind{"XWayland", {.bus = false, .compositor = Compositor::Sway, .xClients = true}, {"--x-windows"}}),
+        Kind{"XWayland", {.bus = false, .compositor = Compositor::Sway, .xClients = true}, {"--x-windows"}},
+        Kind{"KWin", {.compositor = Compositor::KWin}, {}}),
     [](const auto& parameters) { return parameters.param.name; });
 
 TEST_P(PoliteQuitting, AProgramThatFollowsIsClosedAndNotSignalled) {

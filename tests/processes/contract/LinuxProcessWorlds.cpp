@@ -102,8 +102,10 @@ class LiveWorld : public ProcessWorld {
   const Strings habits_;
   const bool tilesWindows_;
   OwnProcesses own_;
-  LiveProcesses live_{
-      {.display = desktop_.displayName(), .waylandSocket = desktop_.waylandSocket(), .table = own_.path()}};
+  LiveProcesses live_{{.display = desktop_.displayName(),
+                       .waylandSocket = desktop_.waylandSocket(),
+                       .bus = desktop_.busAddress(),
+                       .table = own_.path()}};
   std::deque<ChildProcess> children_;
   std::unique_ptr<Notifications::Observation> observation_ = live_.notifications.addObserver(
       KTProcessChangeNotification, nullptr,
@@ -112,26 +114,34 @@ class LiveWorld : public ProcessWorld {
 
 constexpr DesktopParts kX11{.bus = false};
 constexpr DesktopParts kWayland{.bus = false, .compositor = Compositor::Sway};
+constexpr DesktopParts kKWin{.compositor = Compositor::KWin};
+constexpr DesktopParts kXKWin{.compositor = Compositor::KWin, .xClients = true};
 constexpr DesktopParts kXWayland{.bus = false, .compositor = Compositor::Sway, .xClients = true};
 
 std::unique_ptr<ProcessWorld> makeFake() { return std::make_unique<FakeWorld>(); }
 std::unique_ptr<ProcessWorld> makeX11() { return std::make_unique<LiveWorld>(kX11, Strings{}); }
 std::unique_ptr<ProcessWorld> makeWayland() { return std::make_unique<LiveWorld>(kWayland, Strings{}); }
+std::unique_ptr<ProcessWorld> makeKWin() { return std::make_unique<LiveWorld>(kKWin, Strings{}); }
+std::unique_ptr<ProcessWorld> makeXKWin() {
+  return std::make_unique<LiveWorld>(kXKWin, Strings{"--x-windows"});
+}
 std::unique_ptr<ProcessWorld> makeXWayland() {
   return std::make_unique<LiveWorld>(kXWayland, Strings{"--x-windows"});
 }
 std::optional<std::string> nothing() { return std::nullopt; }
 std::optional<std::string> noX11() { return Desktop::missing(kX11); }
 std::optional<std::string> noWayland() { return Desktop::missing(kWayland); }
+std::optional<std::string> noKWin() { return Desktop::missing(kKWin); }
+std::optional<std::string> noXKWin() { return Desktop::missing(kXKWin); }
 std::optional<std::string> noXWayland() { return Desktop::missing(kXWayland); }
 
 }  // namespace
 
 const std::vector<NamedProcessWorld>& processWorlds() {
-  static const std::vector<NamedProcessWorld> worlds = {{"Fake", nothing, makeFake},
-                                                        {"X11", noX11, makeX11},
-                                                        {"Wayland", noWayland, makeWayland},
-                                                        {"XWayland", noXWayland, makeXWayland}};
+  static const std::vector<NamedProcessWorld> worlds = {
+      {"Fake", nothing, makeFake},         {"X11", noX11, makeX11},
+      {"Wayland", noWayland, makeWayland}, {"XWayland", noXWayland, makeXWayland},
+      {"KWin", noKWin, makeKWin},          {"XKWin", noXKWin, makeXKWin}};
   return worlds;
 }
 

@@ -1,6 +1,7 @@
 // What a compositor tells of the clipboard and of full screens.
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <optional>
 
 #include "Platform/running/posix/PollRunLoop.h"
@@ -14,7 +15,6 @@ namespace {
 
 class WaylandFacts : public testing::Test {
  protected:
-  void SetUp() override { start(Compositor::Sway); }
   void start(Compositor compositor) {
     const DesktopParts parts{.bus = false, .compositor = compositor};
     if (const auto missing = Desktop::missing(parts)) GTEST_SKIP() << *missing;
@@ -30,13 +30,30 @@ class WaylandFacts : public testing::Test {
   ChildProcess copy(const std::string& text) {
     return ChildProcess({"wl-copy", "--foreground", text}, {.environment = desktop->environment()});
   }
-  void sway(const std::vector<std::string>& command) {
-    std::vector<std::string> whole = {"swaymsg", "-s", desktop->swaySocket()};
-    whole.insert(whole.end(), command.begin(), command.end());
-    EXPECT_EQ(runCommand(whole, {.environment = desktop->environment()}).status, 0);
+  void call(const std::vector<std::string>& command) {
+    const auto result = runCommand(command, {.environment = desktop->environment()});
+    EXPECT_EQ(result.status, 0) << result.output;
   }
   bool becomes(std::int64_t count) {
     return eventually([&] { return facts->clipboardChangeCount() == count; });
+  }
+
+  // Has the active window fill the screen, or no longer.
+  void fillScreen(bool isFilled) {
+    if (!desktop->swaySocket().empty()) {
+      return call({"swaymsg", "-s", desktop->swaySocket(), "fullscreen", isFilled ? "enable" : "disable"});
+    }
+    const std::string name = isFilled ? "fill" : "unfill";
+    const std::string script = desktop->folder() + "/" + name;
+    std::ofstream(script) << "workspace.activeClient.fullScreen = " << (isFilled ? "true" : "false") << ";\n";
+    const std::vector<std::string> kwin = {"gdbus",        "call", "--session",  "-d",
+                                           "org.kde.KWin", "-o",   "/Scripting", "-m"};
+    auto load = kwin;
+    load.insert(load.end(), {"org.kde.kwin.Scripting.loadScript", script, name});
+    call(load);
+    auto run = kwin;
+    run.emplace_back("org.kde.kwin.Scripting.start");
+    call(run);
   }
 
   PollRunLoop loop;
@@ -45,7 +62,17 @@ class WaylandFacts : public testing::Test {
   std::unique_ptr<LinuxDesktopFacts> facts;
 };
 
-TEST_F(WaylandFacts, EveryChangeOfTheClipboardCountsFromTheFirstQuestionOn) {
+// Of those that tell.
+class FactsOfEachCompositor : public WaylandFacts, public testing::WithParamInterface<Compositor> {
+ protected:
+  void SetUp() override { start(GetParam()); }
+};
+INSTANTIATE_TEST_SUITE_P(Wayland, FactsOfEachCompositor, testing::Values(Compositor::Sway, Compositor::KWin),
+                         [](const auto& parameters) {
+                           return parameters.param == Compositor::Sway ? "Sway" : "KWin";
+                         });
+
+TEST_P(FactsOfEachCompositor, EveryChangeOfTheClipboardCountsFromTheFirstQuestionOn) {
   const ChildProcess before = copy("before");
   EXPECT_TRUE(eventually([&] {
     return runCommand({"wl-paste"}, {.environment = desktop->environment()}).output.starts_with("before");
@@ -63,17 +90,17 @@ TEST_F(WaylandFacts, EveryChangeOfTheClipboardCountsFromTheFirstQuestionOn) {
   EXPECT_EQ(facts->clipboardChangeCount(), 3) << "once known it stays known";
 }
 
-TEST_F(WaylandFacts, TheMenuBarIsHiddenWhileTheActiveWindowFillsTheScreen) {
+TEST_P(FactsOfEachCompositor, TheMenuBarIsHiddenWhileTheActiveWindowFillsTheScreen) {
   std::vector<int> kinds;
   ASSERT_TRUE(facts->installMenuBarHandler([&](const MenuBarEvent& event) {
     kinds.push_back(event.kind);
     return EventAnswer::Handled;
   }));
   ChildProcess window({zooProgram(), "--windows", "1"}, {.environment = desktop->environment()});
-  ASSERT_TRUE(window.waitForOutput("shown", kTestPatience));
-  sway({"fullscreen", "enable"});
+  ASSERT_TRUE(window.waitForOutput("focus 0", kTestPatience));
+  fillScreen(true);
   EXPECT_TRUE(loop.runUntil([&] { return kinds == std::vector{kMenuBarHiddenEvent}; }, kTestPatience));
-  sway({"fullscreen", "disable"});
+  fillScreen(false);
   EXPECT_TRUE(loop.runUntil([&] { return kinds.size() == 2; }, kTestPatience));
   EXPECT_EQ(kinds.back(), kMenuBarShownEvent);
   desktop->compositor()->end(SIGKILL);
@@ -84,7 +111,6 @@ TEST_F(WaylandFacts, TheMenuBarIsHiddenWhileTheActiveWindowFillsTheScreen) {
 }
 
 TEST_F(WaylandFacts, ADesktopThatTellsNothingLeavesThemUnknown) {
-  facts = nullptr;
   start(Compositor::Weston);
   EXPECT_EQ(facts->clipboardChangeCount(), std::nullopt);
   EXPECT_FALSE(facts->installMenuBarHandler([](const MenuBarEvent&) { return EventAnswer::Handled; }));

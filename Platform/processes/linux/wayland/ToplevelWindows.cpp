@@ -7,14 +7,16 @@
 
 namespace halvorn {
 
-ToplevelWindows::ToplevelWindows(std::string socketPath, const ProcFiles& files, const Bundles& bundles,
+ToplevelWindows::ToplevelWindows(DesktopAddresses desktop, const ProcFiles& files, const Bundles& bundles,
                                  Guests guests)
-    : socketPath_(std::move(socketPath)), clients_(socketPath_, files, bundles), guests_(std::move(guests)) {}
+    : desktop_(std::move(desktop)),
+      clients_(desktop_.waylandSocket, files, bundles),
+      guests_(std::move(guests)) {}
 
 ToplevelWindows::~ToplevelWindows() = default;
 
 bool ToplevelWindows::connectLocked() {
-  if (!std::exchange(hasTried_, true)) list_ = ToplevelList::open(socketPath_);
+  if (!std::exchange(hasTried_, true)) list_ = ToplevelList::open(desktop_);
   return list_ != nullptr;
 }
 
@@ -23,14 +25,24 @@ std::optional<std::vector<ToplevelWindows::OwnedWindow>> ToplevelWindows::window
   auto windows = list_->windows();
   if (!windows) return std::nullopt;
   // After the windows: whoever has one is connected.
-  clients_.refresh();
-  const std::vector<Guest> guests = windows->empty() ? std::vector<Guest>() : guests_();
+  const bool isTold = std::all_of(windows->begin(), windows->end(),
+                                  [](const Toplevel& each) { return each.owner && !each.isGuests; });
+  if (!isTold) clients_.refresh();
+  const std::vector<Guest> guests = isTold ? std::vector<Guest>() : guests_();
   std::vector<OwnedWindow> result;
   for (Toplevel& window : *windows) result.push_back(owned(std::move(window), guests));
   return result;
 }
 
 ToplevelWindows::OwnedWindow ToplevelWindows::owned(Toplevel window, const std::vector<Guest>& guests) const {
+  if (window.owner) {
+    const bool isCertain =
+        !window.isGuests || std::any_of(guests.begin(), guests.end(),
+                                        [&](const Guest& guest) { return guest.pid == *window.owner; });
+    const auto owner = isCertain ? window.owner : std::nullopt;
+    const bool isGuests = window.isGuests;
+    return {std::move(window), owner, isGuests};
+  }
   const std::set<pid_t> clients = clients_.clientsNamed(window.applicationId);
   std::set<pid_t> all = clients;
   for (const Guest& guest : guests) {
@@ -150,7 +162,7 @@ class ToplevelWindows::Watch : public RunLoop::Source {
 };
 
 std::unique_ptr<RunLoop::Source> ToplevelWindows::watch(RunLoop& loop, Changes changes) {
-  auto own = ToplevelList::open(socketPath_);
+  auto own = ToplevelList::open(desktop_);
   return own ? std::make_unique<Watch>(std::move(own), loop, std::move(changes)) : nullptr;
 }
 

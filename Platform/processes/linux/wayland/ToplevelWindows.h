@@ -1,8 +1,9 @@
-// The windows of a desktop whose compositor tells of them the way wlroots' do.
+// The windows of a desktop whose compositor tells of them.
 //
-// Such a compositor tells what application a window is of, and no process. A window is a process's only where
-// exactly one client of the compositor, or one X program that it has taken in, is called like its application; all
-// others are nobody's, and with one such window on the desktop tellsAllWindows() is false.
+// Some compositors tell whose each window is; what an X program says of itself counts where the X server agrees. Others
+// tell what application a window is of, and no process. A window is a process's then only where exactly one client of
+// the compositor, or one X program that it has taken in, is called like its application. All others are nobody's, and
+// with one such window on the desktop tellsAllWindows() is false.
 //
 // The windows of X programs are told and activated here: the compositor heeds nobody else. What those programs can
 // be asked for themselves is left to the X server's side.
@@ -32,8 +33,8 @@ class ToplevelWindows : public WindowSystem {
     std::string name;
   };
   using Guests = std::function<std::vector<Guest>()>;
-  // The path as waylandSocketPath() tells it. The others must outlive this object.
-  ToplevelWindows(std::string socketPath, const ProcFiles& files, const Bundles& bundles, Guests guests);
+  // The others must outlive this object.
+  ToplevelWindows(DesktopAddresses desktop, const ProcFiles& files, const Bundles& bundles, Guests guests);
   ~ToplevelWindows() override;
 
   bool tellsAllWindows() override;
@@ -65,7 +66,7 @@ class ToplevelWindows : public WindowSystem {
   enum class Whose { ClientsAlone, GuestsToo };
   [[nodiscard]] std::vector<Toplevel> windowsOfLocked(const ProcessHold& process, Whose whose);
 
-  const std::string socketPath_;
+  const DesktopAddresses desktop_;
   std::mutex mutex_;  // guards what follows
   bool hasTried_ = false;
   std::unique_ptr<ToplevelList> list_;

@@ -104,8 +104,10 @@ CallResult BusConnection::call(const BusMessage& message, double seconds) {
     exchangeUntil(deadline);
     while (BusMessage received{dbus_connection_pop_message(connection_.get())}) {
       if (dbus_message_get_reply_serial(received.get()) == serial) return resultFrom(std::move(received));
-      const bool isSignal = dbus_message_get_type(received.get()) == DBUS_MESSAGE_TYPE_SIGNAL;
-      if (isSignal) received_.push_back(std::move(received));
+      const int type = dbus_message_get_type(received.get());
+      const bool isWanted =
+          type == DBUS_MESSAGE_TYPE_SIGNAL || (takesCalls_ && type == DBUS_MESSAGE_TYPE_METHOD_CALL);
+      if (isWanted) received_.push_back(std::move(received));
     }
   }
   return isConnected() ? CallFailure::TimedOut : CallFailure::Refused;
@@ -121,6 +123,20 @@ bool BusConnection::send(const BusMessage& message) {
     exchangeUntil(deadline);
   }
   return isConnected() && !dbus_connection_has_messages_to_send(connection_.get());
+}
+
+std::optional<std::uint32_t> BusConnection::ask(const BusMessage& message) {
+  dbus_uint32_t serial = 0;
+  if (!message || !isConnected()) return std::nullopt;
+  if (!dbus_connection_send(connection_.get(), message.get(), &serial)) return std::nullopt;
+  return serial;
+}
+
+void BusConnection::waitForMessages(double seconds) { exchangeUntil(steadySeconds() + seconds); }
+
+std::string BusConnection::name() const {
+  const char* const name = dbus_bus_get_unique_name(connection_.get());
+  return name == nullptr ? "" : name;
 }
 
 CallResult BusConnection::askBus(const char* member, const std::string* argument, double patience) {
@@ -163,14 +179,15 @@ int BusConnection::descriptor() const {
 
 bool BusConnection::readMessages(const std::function<void(DBusMessage*)>& received) {
   dbus_connection_read_write(connection_.get(), 0);
-  while (BusMessage message{dbus_connection_pop_message(connection_.get())})
-    received_.push_back(std::move(message));
-  while (!received_.empty()) {
+  for (;;) {
+    // Also what a call out of `received` has read: the descriptor tells nothing of that any more.
+    while (BusMessage message{dbus_connection_pop_message(connection_.get())})
+      received_.push_back(std::move(message));
+    if (received_.empty()) return isConnected();
     const BusMessage message = std::move(received_.front());
     received_.pop_front();
     received(message.get());
   }
-  return isConnected();
 }
 
 }  // namespace halvorn

@@ -5,6 +5,7 @@
 
 #include <dbus/dbus.h>
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -55,6 +56,16 @@ class BusConnection {
   // Sends and does not wait. False when the connection is gone.
   bool send(const BusMessage& message);
 
+  // Sends, for a reply that readMessages() hands over; the message's serial number, by which the reply names it.
+  [[nodiscard]] std::optional<std::uint32_t> ask(const BusMessage& message);
+  // Until something comes, that many seconds at most.
+  void waitForMessages(double seconds);
+
+  // By which others reach this connection: of no other one, ever, on one bus.
+  [[nodiscard]] std::string name() const;
+  // From now on readMessages() hands over what others call here while a reply is awaited, too.
+  void takeCalls() { takesCalls_ = true; }
+
   // Of the bus itself, with a short patience; empty and nullopt when it does not say.
   [[nodiscard]] std::vector<std::string> names();
   [[nodiscard]] std::optional<std::string> ownerOf(const std::string& name);
@@ -64,7 +75,7 @@ class BusConnection {
 
   // For an event loop: readable when something came; then readMessages().
   [[nodiscard]] int descriptor() const;
-  // Hands over every message that came by itself. False once the connection is gone.
+  // Hands over every message that came by itself, those too that come meanwhile. False once the connection is gone.
   bool readMessages(const std::function<void(DBusMessage*)>& received);
 
  private:
@@ -78,6 +89,7 @@ class BusConnection {
                                   double patience = kPatience);
 
   std::unique_ptr<DBusConnection, Close> connection_;
+  bool takesCalls_ = false;
   std::deque<BusMessage> received_;  // what came while a reply was awaited
 };
 

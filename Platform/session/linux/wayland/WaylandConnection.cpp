@@ -66,6 +66,14 @@ WaylandConnection::~WaylandConnection() {
   wl_event_queue_destroy(queue_);
 }
 
+std::optional<pid_t> WaylandConnection::listener() const {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  if (::getsockopt(descriptor(), SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0 || peer.pid <= 0)
+    return std::nullopt;
+  return peer.pid;
+}
+
 bool WaylandConnection::learnGlobals() {
   static const wl_registry_listener listener = {
       .global =

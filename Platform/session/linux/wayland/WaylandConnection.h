@@ -8,6 +8,7 @@
 // Why: docs/decisions/030-wayland.md
 #pragma once
 
+#include <sys/types.h>
 #include <wayland-client-core.h>
 #include <wayland-client-protocol.h>
 
@@ -15,6 +16,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace halvorn {
@@ -36,6 +38,8 @@ class WaylandConnection {
 
   [[nodiscard]] wl_display* get() const { return display_; }
   [[nodiscard]] int descriptor() const { return wl_display_get_fd(get()); }
+  // The process that opened the socket for connections, as the kernel knows it; nullopt when it does not say.
+  [[nodiscard]] std::optional<pid_t> listener() const;
   // False once the compositor has gone, or has ended the conversation; it stays so.
   [[nodiscard]] bool isUsable() const { return wl_display_get_error(get()) == 0; }
 

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "Platform/session/linux/wayland/ToplevelList.h"
-
 namespace halvorn {
 
 class WaylandMenuBar::Watch {
@@ -38,12 +36,12 @@ class WaylandMenuBar::Watch {
   std::unique_ptr<RunLoop::Source> source_;  // goes before the connection whose descriptor it watches
 };
 
-WaylandMenuBar::WaylandMenuBar(std::string socketPath, RunLoop& loop)
-    : socketPath_(std::move(socketPath)), loop_(loop) {}
+WaylandMenuBar::WaylandMenuBar(DesktopAddresses desktop, RunLoop& loop)
+    : desktop_(std::move(desktop)), loop_(loop) {}
 WaylandMenuBar::~WaylandMenuBar() = default;
 
 bool WaylandMenuBar::installHandler(MenuBarHandler handler) {
-  auto list = ToplevelList::open(socketPath_);
+  auto list = ToplevelList::open(desktop_);
   if (!list) return false;
   watch_ = std::make_unique<Watch>(std::move(list), loop_, std::move(handler));
   return true;

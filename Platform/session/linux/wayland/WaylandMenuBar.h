@@ -3,17 +3,17 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
 #include "Platform/running/posix/RunLoop.h"
 #include "Platform/session/DesktopFacts.h"
+#include "Platform/session/linux/wayland/ToplevelList.h"
 
 namespace halvorn {
 
 class WaylandMenuBar {
  public:
-  // The path as waylandSocketPath() tells it. The compositor is connected to at the installation of the handler.
-  WaylandMenuBar(std::string socketPath, RunLoop& loop);
+  // The desktop is asked at the installation of the handler.
+  WaylandMenuBar(DesktopAddresses desktop, RunLoop& loop);
   ~WaylandMenuBar();
 
   // False where the compositor does not tell.
@@ -22,7 +22,7 @@ class WaylandMenuBar {
  private:
   class Watch;
 
-  const std::string socketPath_;
+  const DesktopAddresses desktop_;
   RunLoop& loop_;
   std::unique_ptr<Watch> watch_;
 };

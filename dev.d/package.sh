@@ -1,6 +1,6 @@
 # The installer with the toolkit it was built with, for a disk image, and halvorn, which makes one: build/package.
 # What every desktop has stays the system's: packaging/linux/system-libraries.
-# With --deb the Debian package for this release instead, which uses its toolkit.
+# With --deb the Debian packages for this release instead, which use its toolkit.
 dev_package() {
   need build run package
   if [ "${1:-}" = --deb ]; then package_deb; return; fi
@@ -14,10 +14,18 @@ dev_package() {
 }
 
 package_deb() {
-  configure_and_build release HalvornInstaller
+  build_for_debs
   mkdir -p build/package
   packaging/linux/make_deb build/HalvornInstaller.app build/package "$(source_time)"
+  packaging/linux/make_library_debs build/release build/package "$(source_time)"
   say build/package/*.deb
+}
+
+# All that is installed.
+build_for_debs() {
+  need docs
+  configure_and_build release HalvornInstaller halvorn HalvornStarter kt Micro HalvornSound HalvornDigests ktstuff_manual \
+    ktstuff_{Text,Bundles,Process,Sound,Appearance,KTStuff}_{shared,static}
 }
 
 # The time of everything that is made to be handed on: of what it is made from, not of now.

@@ -3,7 +3,7 @@ dev_test() {
   local preset=dev
   if [ "${1:-}" = --sanitize ]; then preset=asan; shift; fi
   need build run test wayland mac docs
-  [ "$preset" != dev ] || ! wants_package "$@" || { source dev.d/package.sh; dev_package; }
+  [ "$preset" != dev ] || ! wants_package "$@" || { source dev.d/package.sh; dev_package; build_for_debs; }
   configure_and_build "$preset"
   # The runtime of GCC 12 takes what some libraries loaded late keep for each thread for what it is not, and crashes on it.
   export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=0:intercept_tls_get_addr=0}"

@@ -30,9 +30,9 @@ void FlowFixture::SetUp() {
 
 void FlowFixture::bringDesktop() {
   if (const auto missing = Desktop::missing(parts())) GTEST_SKIP() << *missing;
-  const bool isOnX = parts().compositor == Compositor::None;
-  const std::vector<const char*> hands =
-      isOnX ? std::vector{"xdotool", "import"} : std::vector{"swaymsg", "wtype", "grim"};
+  std::vector<const char*> hands;
+  if (parts().compositor == Compositor::None) hands = {"xdotool", "import"};
+  if (parts().compositor == Compositor::Sway) hands = {"swaymsg", "wtype", "grim"};
   for (const char* program : hands) {
     if (!programExists(program)) GTEST_SKIP() << program << " is not installed";
   }

@@ -1,6 +1,7 @@
 // Whole installations on a Wayland desktop, clicked with its own pointer and keys.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 
@@ -118,6 +119,36 @@ TEST_F(WaylandFlow, WithoutADisplayTheLogSaysSoAndTheStatusToo) {
     ASSERT_FALSE(said.empty()) << result.output;
     EXPECT_TRUE(said.back().starts_with("ERROR -- Without a window: ")) << said.back();
   }
+}
+
+class KWinFlow : public FlowFixture {
+ protected:
+  [[nodiscard]] DesktopParts parts() const override {
+    return {.compositor = Compositor::KWin, .accessibility = true};
+  }
+};
+
+TEST_F(KWinFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
+  installFromTheReadMe([](InstallerDriver&) {});
+}
+
+TEST_F(KWinFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {
+  const fs::path old = makeSampleProduct(applications(), {.version = "1.0"});
+  ChildProcess running({old / "Contents/Linux/Sample"},
+                       {.environment = desktop().environmentWith(reportEntry())});
+  ASSERT_TRUE(startedVersion("1.0"));
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kTestPatience));
+  ASSERT_TRUE(eventually([&] {
+    const auto controls = installer.controls();
+    return std::any_of(controls.begin(), controls.end(),
+                       [](const Control& each) { return each.has("active"); });
+  })) << "the window has the keyboard";
+  installer.key("Return");
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(startedVersion("2.0"));
+  EXPECT_FALSE(running.isRunning());
+  EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + kQuitObeyed + installLog());
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "tests/support/InstallerDriver.h"
 
+#include <linux/input-event-codes.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -36,13 +38,21 @@ std::optional<Control> parsed(const std::string& line) {
 
 // Before the program, so that its seat has a pointer from the start.
 std::unique_ptr<ChildProcess> startedPointer(const Desktop& desktop) {
-  if (desktop.waylandDisplay().empty()) return nullptr;
+  if (desktop.swaySocket().empty()) return nullptr;
   auto pointer = std::make_unique<ChildProcess>(
       std::vector<std::string>{KT_BINARY_DIR "/tests/kt_wayland_pointer", "1280", "800"},
       ChildOptions{.environment = desktop.environment()});
   if (pointer->readLine(kTestPatience) != "ready")
     throw std::runtime_error("no pointer: " + pointer->output());
   return pointer;
+}
+
+std::unique_ptr<ChildProcess> startedHands(const Desktop& desktop) {
+  if (desktop.waylandDisplay().empty() || !desktop.swaySocket().empty()) return nullptr;
+  auto hands = std::make_unique<ChildProcess>(std::vector<std::string>{KT_BINARY_DIR "/tests/kt_kwin_hands"},
+                                              ChildOptions{.environment = desktop.environment()});
+  if (hands->readLine(kTestPatience) != "ready") throw std::runtime_error("no hands: " + hands->output());
+  return hands;
 }
 
 // Behind `"name": `, from there on.
@@ -64,6 +74,7 @@ InstallerDriver::InstallerDriver(Desktop& desktop, std::vector<std::string> argu
                                  const DriverOptions& options)
     : desktop_(desktop),
       pointer_(startedPointer(desktop)),
+      hands_(startedHands(desktop)),
       accessibleProbe_(options.accessibleProbe.empty() ? KT_BINARY_DIR "/tests/accessible_probe"
                                                        : options.accessibleProbe),
       isSingleFile_(options.isSingleFile),
@@ -135,19 +146,21 @@ bool InstallerDriver::click(const std::string& name, double seconds) {
 }
 
 bool InstallerDriver::clickAt(int x, int y) {
-  if (!pointer_) {
+  if (!pointer_ && !hands_) {
     return runCommand({"xdotool", "mousemove", std::to_string(x), std::to_string(y), "click", "1"},
                       {.environment = desktop_.environment()})
                .status == 0;
   }
   const auto window = windowPlace();
   if (!window) return false;
-  pointer_->writeInput("click " + std::to_string(window->x + x) + " " + std::to_string(window->y + y) + "\n");
-  return pointer_->readLine(kTestPatience) == "done";
+  ChildProcess& mouse = pointer_ ? *pointer_ : *hands_;
+  mouse.writeInput("click " + std::to_string(window->x + x) + " " + std::to_string(window->y + y) + "\n");
+  return mouse.readLine(kTestPatience) == "done";
 }
 
 // Out of the compositor's own description of what it shows.
 std::optional<InstallerDriver::Place> InstallerDriver::windowPlace() const {
+  if (hands_) return windowPlaceInKWin();
   const CommandResult tree = runCommand({"swaymsg", "-s", desktop_.swaySocket(), "-r", "-t", "get_tree"},
                                         {.environment = desktop_.environment()});
   const std::size_t window = tree.output.find("\"pid\": " + std::to_string(installer()) + ",");
@@ -156,7 +169,36 @@ std::optional<InstallerDriver::Place> InstallerDriver::windowPlace() const {
   return Place{numberBehind(tree.output, "x", place), numberBehind(tree.output, "y", place)};
 }
 
+// It finds windows by their titles, and tells the place of each that it has a name for.
+std::optional<InstallerDriver::Place> InstallerDriver::windowPlaceInKWin() const {
+  const auto asked = [&](const std::string& object, const std::string& method, const std::string& argument) {
+    return runCommand(
+               {"gdbus", "call", "--session", "-d", "org.kde.KWin", "-o", object, "-m", method, argument},
+               {.environment = desktop_.environment()})
+        .output;
+  };
+  static const std::regex name(R"(\{[0-9a-f-]{36}\})");
+  static const std::regex place(R"('x': <(\d+)\.\d+>, 'y': <(\d+)\.)");
+  for (const std::string& title : windowTitles()) {
+    const std::string found = asked("/WindowsRunner", "org.kde.krunner1.Match", title);
+    for (std::sregex_iterator each(found.begin(), found.end(), name), end; each != end; ++each) {
+      const std::string told = asked("/KWin", "org.kde.KWin.getWindowInfo", each->str());
+      std::smatch match;
+      if (told.find("'example.halvorn.installer'") != std::string::npos &&
+          std::regex_search(told, match, place))
+        return Place{std::stoi(match[1]), std::stoi(match[2])};
+    }
+  }
+  return std::nullopt;
+}
+
 void InstallerDriver::key(const std::string& keys) {
+  if (hands_) {
+    if (keys != "Return") throw std::runtime_error("no such key: " + keys);
+    hands_->writeInput("key " + std::to_string(KEY_ENTER) + "\n");
+    if (hands_->readLine(kTestPatience) != "done") throw std::runtime_error(hands_->output());
+    return;
+  }
   // The keyboard comes with the tool and goes with it; the program needs a moment to see that there is one.
   const auto command = pointer_ ? std::vector<std::string>{"wtype", "-s", "400", "-k", keys}
                                 : std::vector<std::string>{"xdotool", "key", keys};

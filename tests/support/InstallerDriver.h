@@ -49,7 +49,7 @@ class InstallerDriver {
 
   // Waits for the button and clicks into its middle with the mouse. False when it does not come.
   [[nodiscard]] bool click(const std::string& button, double seconds = kTestPatience);
-  void key(const std::string& keys);  // as xdotool names them, on Wayland as wtype does
+  void key(const std::string& keys);  // as xdotool names them, on sway as wtype does, on KWin "Return" alone
   // A picture of the whole screen; the folder is made.
   void screenshot(const std::string& file) const;
 
@@ -66,9 +66,11 @@ class InstallerDriver {
     int y = 0;
   };
   [[nodiscard]] std::optional<Place> windowPlace() const;
+  [[nodiscard]] std::optional<Place> windowPlaceInKWin() const;
 
   Desktop& desktop_;
-  std::unique_ptr<ChildProcess> pointer_;  // on Wayland
+  std::unique_ptr<ChildProcess> pointer_;  // on sway
+  std::unique_ptr<ChildProcess> hands_;    // on KWin: mouse and keyboard
   std::string accessibleProbe_;
   bool isSingleFile_;
   ChildProcess process_;

@@ -355,6 +355,11 @@ Ending image(const Call& call) {
     call.complain("the product has errors: halvorn check " + shown(Text(order.product)));
     return Ending::No;
   }
+  if (!fs::exists(order.installer + "/Contents/Frameworks"))
+    call.complain(
+        "note: this installer brings no toolkit: it starts only where that of this system is installed; name "
+        "one "
+        "that does with --installer");
   const fs::path bundle(order.product);
   const OptionalText identifier = textForKey(facts, "identifier");
   const LauncherFacts launcher{

@@ -190,6 +190,17 @@ TEST_F(ImageCommand, ModesAndOwnersAreTheSameForEverybody) {
     EXPECT_FALSE(has(listing, std::string("\n") + mode)) << mode << listing;
 }
 
+TEST_F(ImageCommand, AnInstallerThatStandsOnThisSystemsToolkitIsNoted) {
+  if (!hasTools("Sample.squashfs")) GTEST_SKIP() << "mksquashfs is not installed";
+  const CommandResult without = halvorn(words("Sample.squashfs"));
+  EXPECT_EQ(without.status, 0);
+  EXPECT_TRUE(has(without.output, "note: this installer brings no toolkit")) << without.output;
+  fs::create_directories(installer() + "/Contents/Frameworks");
+  const CommandResult with = halvorn(words("Sample.squashfs"));
+  EXPECT_EQ(with.status, 0);
+  EXPECT_FALSE(has(with.output, "note:")) << with.output;
+}
+
 // Else nobody could move it to the Trash or replace it.
 TEST_F(ImageCommand, WhatIsCopiedFromAnyMediumCanBeWrittenByItsOwner) {
   for (const char* image : {"Sample.squashfs", "Sample.iso", "Sample.run"}) {

@@ -18,48 +18,46 @@ QAccessible::State alsoBusy(QAccessible::State state, const Spinner* spinner) {
   return state;
 }
 
-// The window is at work as long as its wheel is.
+// The window is at work as long as its wheel is. Both may be asked when what they are about is half destroyed: it is
+// no window and no wheel any more then.
 class AccessibleWindowWidget : public QAccessibleWidget {
  public:
-  explicit AccessibleWindowWidget(WindowWidget& window)
-      : QAccessibleWidget(&window, QAccessible::Window), window_(window) {}
+  explicit AccessibleWindowWidget(QWidget* window) : QAccessibleWidget(window, QAccessible::Window) {}
   [[nodiscard]] QAccessible::State state() const override {
-    return alsoBusy(QAccessibleWidget::state(), window_.find<Spinner>(QStringLiteral("progressIndicator")));
+    const auto* window = dynamic_cast<WindowWidget*>(object());
+    return alsoBusy(QAccessibleWidget::state(),
+                    window != nullptr ? window->find<Spinner>(QStringLiteral("progressIndicator")) : nullptr);
   }
-
- private:
-  WindowWidget& window_;
 };
 
 // What the toolkit says of a progress bar, which cannot be derived from.
 class AccessibleSpinner : public QAccessibleWidget, public QAccessibleValueInterface {
  public:
-  explicit AccessibleSpinner(Spinner& spinner)
-      : QAccessibleWidget(&spinner, QAccessible::ProgressBar), spinner_(spinner) {}
+  explicit AccessibleSpinner(QWidget* spinner) : QAccessibleWidget(spinner, QAccessible::ProgressBar) {}
   [[nodiscard]] QAccessible::State state() const override {
-    return alsoBusy(QAccessibleWidget::state(), &spinner_);
+    return alsoBusy(QAccessibleWidget::state(), spinner());
   }
   [[nodiscard]] QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Value ? QString::number(spinner_.value()) : QAccessibleWidget::text(kind);
+    return kind == QAccessible::Value ? currentValue().toString() : QAccessibleWidget::text(kind);
   }
   void* interface_cast(QAccessible::InterfaceType type) override {
     if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
     return QAccessibleWidget::interface_cast(type);
   }
-  [[nodiscard]] QVariant currentValue() const override { return spinner_.value(); }
+  [[nodiscard]] QVariant currentValue() const override { return spinner() ? spinner()->value() : 0; }
   void setCurrentValue(const QVariant&) override {}
-  [[nodiscard]] QVariant minimumValue() const override { return spinner_.minimum(); }
-  [[nodiscard]] QVariant maximumValue() const override { return spinner_.maximum(); }
+  [[nodiscard]] QVariant minimumValue() const override { return spinner() ? spinner()->minimum() : 0; }
+  [[nodiscard]] QVariant maximumValue() const override { return spinner() ? spinner()->maximum() : 0; }
   [[nodiscard]] QVariant minimumStepSize() const override { return {}; }
 
  private:
-  Spinner& spinner_;
+  [[nodiscard]] const Spinner* spinner() const { return dynamic_cast<Spinner*>(object()); }
 };
 
 QAccessibleInterface* accessibleFor(const QString&, QObject* object) {
   auto* widget = dynamic_cast<QWidget*>(object);
-  if (auto* window = dynamic_cast<WindowWidget*>(object)) return new AccessibleWindowWidget(*window);
-  if (auto* spinner = dynamic_cast<Spinner*>(object)) return new AccessibleSpinner(*spinner);
+  if (dynamic_cast<WindowWidget*>(object) != nullptr) return new AccessibleWindowWidget(widget);
+  if (dynamic_cast<Spinner*>(object) != nullptr) return new AccessibleSpinner(widget);
   if (dynamic_cast<AlertSheet*>(object) != nullptr)
     return new QAccessibleWidget(widget, QAccessible::AlertMessage);
   if (dynamic_cast<PictureLabel*>(object) != nullptr)

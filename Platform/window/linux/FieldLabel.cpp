@@ -4,7 +4,6 @@
 #include <QResizeEvent>
 #include <QStyle>
 #include <algorithm>
-#include <utility>
 
 #include "Platform/color/linux/QtGraphicsContext.h"
 
@@ -91,7 +90,7 @@ const FieldLabel::Lines& FieldLabel::linesFor(int given) const {
   if (lines_.size() == kWidthsKept) lines_.clear();
   Lines lines = brokenFor(text(), width);
   if (lines.cut && loses_ == Loses::Middle) lines = withoutMiddle(width);
-  return *lines_.insert(width, std::move(lines));
+  return *lines_.insert(width, lines);
 }
 
 // With as much of both ends as the lines hold.

@@ -26,7 +26,7 @@ report_skipped() {
   skipped=$(grep -cE '\*\*\*Skipped' "$1" || true)
   [ "$skipped" != 0 ] || return 0
   total=$(sed -nE 's/^.*tests passed.* out of ([0-9]+)$/\1/p' "$1")
-  reasons=$(awk '/: Skipped$/ { getline; count[$0]++ } END { for (reason in count) print count[reason] " x " reason }' \
+  reasons=$(awk '/: Skipped$/ { getline; gsub(/[^ ]*halvorn-test-[^ :]*/, "a folder"); count[$0]++ } END { for (reason in count) print count[reason] " x " reason }' \
     "$(dirname "$1")/Testing/Temporary/LastTest.log" | sort -rn | awk '{ printf "%s%s", separator, $0; separator = "; " }')
   say "skipped $skipped of $total tests: $reasons (their names: grep Skipped $1)"
 }

@@ -15,4 +15,9 @@ namespace halvorn {
 // The same answer, without entering.
 [[nodiscard]] std::optional<std::string> whyNoOwnMounts();
 
+// In a user name space the administrator has not all of his rights. Whether device nodes can be made in the folder, and
+// whether a program that was made slow can be made quick again.
+[[nodiscard]] bool canMakeDevices(const std::string& folder);
+[[nodiscard]] bool canMakeQuickAgain();
+
 }  // namespace halvorn

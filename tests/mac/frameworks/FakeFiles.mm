@@ -19,7 +19,7 @@
 using fakemac::state;
 namespace fs = std::filesystem;
 
-struct _copyfile_state {
+struct copyfile_state {
   int (*callback)(int, int, copyfile_state_t, const char*, const char*, void*) = nullptr;
   void* context = nullptr;
 };
@@ -87,7 +87,7 @@ extern "C" {
 
 copyfile_state_t copyfile_state_alloc(void) {
   fakemac::countGiven();
-  return new _copyfile_state;
+  return new copyfile_state;
 }
 
 int copyfile_state_free(copyfile_state_t state) {

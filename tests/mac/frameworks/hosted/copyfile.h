@@ -5,7 +5,7 @@
 
 extern "C" {
 
-typedef struct _copyfile_state* copyfile_state_t;
+typedef struct copyfile_state* copyfile_state_t;
 typedef std::uint32_t copyfile_flags_t;
 copyfile_state_t copyfile_state_alloc(void);
 int copyfile_state_free(copyfile_state_t state);

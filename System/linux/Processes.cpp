@@ -32,7 +32,7 @@ struct Session {
   explicit Session(KTSystem& system)
       : places(system.parts().of<Places>()),
         loop(system.parts().of<MainLoop>()),
-        desktop(placesIn(environment), procFiles, places.bundles),
+        desktop(placesIn(environment), procFiles, places.bundles, system.log()),
         running(procFiles, places.bundles, windows, DesktopSession::ofThisProgram()),
         events(running, windows, loop.runLoop(), loop.mainThread()),
         source(running, procFiles, windows, system.workspace()),

@@ -8,7 +8,7 @@ LiveProcesses::LiveProcesses(const LiveOptions& options)
                .isWayland = !options.waylandSocket.empty(),
                .waylandSocket = options.waylandSocket,
                .bus = options.bus},
-              procFiles, bundles),
+              procFiles, bundles, log),
       running(procFiles, bundles, windows, DesktopSession{"", options.display, options.waylandSocket}),
       source(running, procFiles, windows, workspace),
       control(running, windows, clock),

@@ -21,11 +21,11 @@ class DesktopWindows {
     std::string bus = {};            // the address of the session's; "" for none
   };
   // The others must outlive this object.
-  DesktopWindows(const Places& places, const ProcFiles& files, const Bundles& bundles)
+  DesktopWindows(const Places& places, const ProcFiles& files, const Bundles& bundles, const Log& log)
       : x_(places.display,
            places.isWayland ? XWindowSystem::Coverage::SomeWindows : XWindowSystem::Coverage::AllWindows,
            files),
-        toplevels_({places.waylandSocket, places.bus}, files, bundles, [this] { return guests(); }),
+        toplevels_({places.waylandSocket, places.bus}, files, bundles, log, [this] { return guests(); }),
         windows_(places.isWayland ? static_cast<WindowSystem&>(both_) : x_) {}
 
   [[nodiscard]] WindowSystem& windows() { return windows_; }

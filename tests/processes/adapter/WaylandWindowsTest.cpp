@@ -274,5 +274,23 @@ TEST_F(SilentDesktop, LaunchesComeFromALookAtTheTableAndTheFrontIsUnknown) {
   EXPECT_EQ(count("front"), 0);
 }
 
+TEST_F(SilentDesktop, TheLogSaysOnceWhatIsNotToldOf) {
+  const auto lines = [this] {
+    const auto all = live->log.lines();
+    return std::count_if(all.begin(), all.end(), [](const std::string& line) {
+      return line.starts_with("This desktop tells nothing of its windows: ");
+    });
+  };
+  EXPECT_EQ(lines(), 0) << "nobody has asked yet";
+  EXPECT_FALSE(live->windows.tellsAllWindows());
+  EXPECT_FALSE(live->windows.tellsActiveWindow());
+  EXPECT_EQ(lines(), 1);
+}
+
+TEST_F(RealToplevels, NothingIsWithheldAndTheLogHasNoSuchLine) {
+  EXPECT_TRUE(live->windows.tellsAllWindows());
+  EXPECT_EQ(live->log.lines(), std::vector<std::string>{});
+}
+
 }  // namespace
 }  // namespace halvorn

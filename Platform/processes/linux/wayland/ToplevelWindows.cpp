@@ -8,15 +8,23 @@
 namespace halvorn {
 
 ToplevelWindows::ToplevelWindows(DesktopAddresses desktop, const ProcFiles& files, const Bundles& bundles,
-                                 Guests guests)
+                                 const Log& log, Guests guests)
     : desktop_(std::move(desktop)),
+      log_(log),
       clients_(desktop_.waylandSocket, files, bundles),
       guests_(std::move(guests)) {}
 
 ToplevelWindows::~ToplevelWindows() = default;
 
 bool ToplevelWindows::connectLocked() {
-  if (!std::exchange(hasTried_, true)) list_ = ToplevelList::open(desktop_);
+  if (std::exchange(hasTried_, true)) return list_ != nullptr;
+  list_ = ToplevelList::open(desktop_);
+  if (list_ == nullptr) {
+    log_(
+        "This desktop tells nothing of its windows: programs are found in the process table and asked to end "
+        "by a "
+        "signal, and which one is in front is not known");
+  }
   return list_ != nullptr;
 }
 

@@ -8,7 +8,7 @@
 // The windows of X programs are told and activated here: the compositor heeds nobody else. What those programs can
 // be asked for themselves is left to the X server's side.
 //
-// Connects at the first question. Without such a compositor, once it is gone, and while it does not answer, it
+// Connects at the first question; the log then has a line where the desktop tells nothing. Without such a compositor, once it is gone, and while it does not answer, it
 // answers like NoWindows.
 // Why: docs/decisions/030-wayland.md
 #pragma once
@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 
+#include "Core/Log.h"
 #include "Platform/processes/linux/proc/WindowSystem.h"
 #include "Platform/processes/linux/wayland/ClientNames.h"
 #include "Platform/session/linux/wayland/ToplevelList.h"
@@ -34,7 +35,8 @@ class ToplevelWindows : public WindowSystem {
   };
   using Guests = std::function<std::vector<Guest>()>;
   // The others must outlive this object.
-  ToplevelWindows(DesktopAddresses desktop, const ProcFiles& files, const Bundles& bundles, Guests guests);
+  ToplevelWindows(DesktopAddresses desktop, const ProcFiles& files, const Bundles& bundles, const Log& log,
+                  Guests guests);
   ~ToplevelWindows() override;
 
   bool tellsAllWindows() override;
@@ -67,6 +69,7 @@ class ToplevelWindows : public WindowSystem {
   [[nodiscard]] std::vector<Toplevel> windowsOfLocked(const ProcessHold& process, Whose whose);
 
   const DesktopAddresses desktop_;
+  const Log& log_;
   std::mutex mutex_;  // guards what follows
   bool hasTried_ = false;
   std::unique_ptr<ToplevelList> list_;

@@ -85,6 +85,7 @@ std::vector<XWindowSystem::ClassedOwner> XWindowSystem::classedOwners() {
   const auto owners = owners_->of(all);
   xcb_connection_t* const x = connection_->get();
   std::vector<xcb_get_property_cookie_t> cookies;
+  cookies.reserve(all.size());
   for (const xcb_window_t window : all) cookies.push_back(xcb_icccm_get_wm_class(x, window));
   for (std::size_t i = 0; i < all.size(); ++i) {
     xcb_icccm_get_wm_class_reply_t named{};

@@ -107,6 +107,8 @@ class Wayland(Desktop):
         self.own["SWAYSOCK"], self.own["WAYLAND_DISPLAY"] = server.wait_for(r"^serves (\S+ \S+)").split()
         socket = os.path.join(self.folder.name, self.own["WAYLAND_DISPLAY"])
         os.chmod(socket, 0o777)
+        # A seat whose only keyboard comes with a key and goes with it tells programs of the keyboard after the key. This one stays.
+        self.started("wtype", "-s", "86400000", "-k", "Return")
         self.environment = {"WAYLAND_DISPLAY": "wayland-1", "XDG_RUNTIME_DIR": "/run/user/1000"}
         self.binds = [(socket, "run/user/1000/wayland-1")]
 

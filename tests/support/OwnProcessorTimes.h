@@ -23,9 +23,9 @@ class OwnProcessorTimes {
       if (isThere && item.st_uid != ::geteuid()) missing_ = "the file of processor times is another person's";
       return;
     }
-    if (!isThere) std::ofstream{kFile};
+    if (!isThere) const std::ofstream made(kFile);
     isMade_ = !isThere;
-    std::ofstream{ownFile};
+    const std::ofstream own(ownFile);
     isOwn_ = ::unshare(CLONE_NEWNS) == 0 &&
              ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
              ::mount(ownFile.c_str(), kFile, nullptr, MS_BIND, nullptr) == 0;

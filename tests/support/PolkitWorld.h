@@ -25,8 +25,8 @@
 namespace halvorn {
 
 struct PolkitWorldParts {
-  std::string rules = "";   // JavaScript, before all other rules
-  std::string action = "";  // the file of an action that an installed package has; "" for none
+  std::string rules = {};   // JavaScript, before all other rules
+  std::string action = {};  // the file of an action that an installed package has; "" for none
   bool bus = true;
   bool policyDaemon = true;  // else the bus serves, and knows of no such daemon
 };

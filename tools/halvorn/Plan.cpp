@@ -165,7 +165,8 @@ class Planning {
 const PropertyDictionary& part(const Plan& plan, const char* key) {
   static const PropertyDictionary none;
   const auto found = plan.facts.find(key);
-  return found != plan.facts.end() && found->second.dictionary() ? *found->second.dictionary() : none;
+  const PropertyDictionary* const value = found != plan.facts.end() ? found->second.dictionary() : nullptr;
+  return value != nullptr ? *value : none;
 }
 
 bool isTrueIn(const PropertyDictionary& facts, const char* key) {

@@ -95,7 +95,7 @@ Outcome devices(const Call& call) {
 // The lasting name of the device that people or programs call so; nullopt when there is none.
 OptionalText deviceCalled(const Text& name, const AudioDevices& all) {
   for (const AudioDeviceID id : all.devices().value_or(std::vector<AudioDeviceID>())) {
-    const OptionalText identifier = all.uid(id, AudioScope::Global);
+    OptionalText identifier = all.uid(id, AudioScope::Global);
     if (identifier && (*identifier == name || all.name(id) == name)) return identifier;
   }
   return std::nullopt;

@@ -122,7 +122,7 @@ struct BusNotices::Service {
 
 BusNotices::BusNotices(const Text& programName) : programName_(programName) {}
 
-BusNotices::~BusNotices() { withdraw(); }
+BusNotices::~BusNotices() { BusNotices::withdraw(); }
 
 void BusNotices::show(const Notice& notice) {
   // Asking for a bus that is not there would start one.

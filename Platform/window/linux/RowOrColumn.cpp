@@ -107,7 +107,8 @@ int RowOrColumn::heightForWidth(int width) const {
 }
 
 void RowOrColumn::setGeometry(const QRect& rect) {
-  QLayout::setGeometry(rect);
+  // Not the row's own, which would place the items.
+  QLayout::setGeometry(rect);  // NOLINT(bugprone-parent-virtual-call)
   const QMargins around = margins();
   const bool stacked = rect.width() < wantedWidth();
   const Qt::LayoutDirection direction =

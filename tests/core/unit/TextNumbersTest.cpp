@@ -1,12 +1,14 @@
 // Numbers at the start of a text, held against the C library's readers.
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <random>
 #include <string>
+#include <type_traits>
 
 #include "Core/RealReading.h"
 #include "Core/Text.h"
@@ -18,7 +20,8 @@ constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 template <typename Real>
 bool isSameBits(Real a, Real b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
+  using Bits = std::conditional_t<sizeof(Real) == sizeof(std::uint32_t), std::uint32_t, std::uint64_t>;
+  return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b);
 }
 
 // Both readings of a number, bit for bit; the C library's are correctly rounded.

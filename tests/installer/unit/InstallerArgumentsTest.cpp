@@ -145,7 +145,7 @@ TEST_F(Arguments, WithoutQuitCodesTheProductCodesAreTheQuitCodes) {
   EXPECT_EQ(*controller.arguments().list(KTInstallerKeyProductCode), Texts{"FOOX"});
   EXPECT_EQ(*controller.arguments().list(KTInstallerKeyQuitCode), Texts{"FOOX"});
   EXPECT_TRUE(logHasPrefix("Updated arguments: {"));
-  EXPECT_TRUE(logHas(("Updated arguments: " + controller.arguments().description().bytes()).c_str()));
+  EXPECT_TRUE(logHas("Updated arguments: " + controller.arguments().description().bytes()));
 }
 
 TEST_F(Arguments, ACodeGivenTwiceStaysTwice) {

@@ -110,8 +110,9 @@ TEST_F(HalvornWords, EveryShellOffersTheSame) {
 
 TEST_F(HalvornWords, TheManPageHasNoMistakesOfForm) {
   if (!programExists("man")) GTEST_SKIP() << "man is not installed";
+  const std::string file = KT_SOURCE_DIR "/tools/halvorn/halvorn.1";
   const CommandResult page =
-      runCommand({"man", "--warnings", "-l", "-Tutf8", KT_SOURCE_DIR "/tools/halvorn/halvorn.1"},
+      runCommand({"man", "--warnings", "-l", "-Tutf8", file},
                  {.environment = {"PATH=/usr/bin:/bin", "LANG=C.UTF-8", "MANPAGER=cat"}});
   EXPECT_EQ(page.status, 0);
   EXPECT_FALSE(has(page.output, "warning")) << page.output;

@@ -18,7 +18,7 @@ using Strings = std::vector<std::string>;
 
 struct Animal {
   std::string name;
-  std::string code = "";  // "" declares none
+  std::string code = {};  // "" declares none
   bool ignoresRequests = false;
 };
 

@@ -95,7 +95,7 @@ struct HtmlCounts {
 void count(QStringView html, const Tag& tag, QStringView inside, HtmlCounts& counts) {
   ++counts.tags;
   counts.hasFewAttributes = counts.hasFewAttributes && inside.count(u'=') <= kMostAttributes &&
-                            inside.size() <= 16 * kMostAttributes;
+                            inside.size() <= qsizetype{16} * kMostAttributes;
   if (tag.closes) return;
   if (tag.name == u"tr") ++counts.rows;
   if (tag.name == u"img") ++counts.images;

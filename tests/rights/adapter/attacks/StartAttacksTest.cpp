@@ -266,8 +266,8 @@ TEST_F(StartAttacks, HowItIsServedIsNotLeftToWhoeverAsked) {
       "taskset -c 0 python3 -c 'import ctypes, os, sys; ctypes.CDLL(None).prctl(29, 400000000, 0, 0, 0); "
       "ctypes.CDLL(None).syscall(int(sys.argv[1]), 1, 0, 3 << 13); os.execv(sys.argv[2], sys.argv[2:])' "
       "\"$@\"";
-  const std::vector<std::string> command{
-      "sh", "-c", hostile, "sh", std::to_string(SYS_ioprio_set), KT_BINARY_DIR "/tests/kt_secured_probe"};
+  const std::string probe = KT_BINARY_DIR "/tests/kt_secured_probe";
+  const std::vector<std::string> command{"sh", "-c", hostile, "sh", std::to_string(SYS_ioprio_set), probe};
   const auto asked = runCommand(command, {.environment = AttackScene::pkexecEnvironment()});
   EXPECT_TRUE(asked.output.ends_with("\nown session: yes\n" + servedAsUsual())) << asked.output;
   // Root's own arrangement is root's own decision; and here it can be seen that the start was hostile.

@@ -54,7 +54,7 @@ void fill(std::vector<std::uint64_t>& words, Random& random) {
 void makeFile(const std::string& path, std::uint64_t bytes, Random& random, mode_t mode = 0644) {
   const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
   require(file >= 0, "open " + path);
-  std::vector<std::uint64_t> words(std::min<std::uint64_t>(bytes / 8 + 1, 128 * 1024));
+  std::vector<std::uint64_t> words(std::min<std::uint64_t>(bytes / 8 + 1, std::uint64_t{128} * 1024));
   for (std::uint64_t left = bytes; left > 0;) {
     fill(words, random);
     const std::size_t count = std::min<std::uint64_t>(left, words.size() * 8);

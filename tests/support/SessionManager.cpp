@@ -17,7 +17,7 @@
 #include <vector>
 
 // Of the library's own transport, which has no header: nobody but this machine is listened to.
-extern "C" int _IceTransNoListen(const char* protocol);
+extern "C" int _IceTransNoListen(const char* protocol);  // NOLINT(bugprone-reserved-identifier)
 
 namespace {
 

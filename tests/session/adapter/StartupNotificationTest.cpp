@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -32,9 +33,9 @@ class Announcements {
       if (message->type != begin && message->type != more) continue;
       EXPECT_EQ(message->format, 8);
       EXPECT_EQ(message->type == begin, !open_.contains(message->window)) << "only the first is the first";
-      for (const char c : message->data.data8) {
-        if (c != '\0') {
-          open_[message->window] += c;
+      for (const std::uint8_t byte : message->data.data8) {
+        if (byte != 0) {
+          open_[message->window] += static_cast<char>(byte);
         } else if (open_.contains(message->window)) {
           whole_.push_back(open_.extract(message->window).mapped());
         }

@@ -1,4 +1,6 @@
 // Oracles of comparison and patterns: see StringOracles.h.
+#include <compare>
+
 #include "tests/fakes/FakeUnicode.h"
 #include "tests/text/unit/StringOracles.h"
 
@@ -17,7 +19,7 @@ struct Item {
     return (character == U'0' ? first : character) <=>
            (other.character == U'0' ? other.first : other.character);
   }
-  bool operator==(const Item& other) const { return (*this <=> other) == 0; }
+  bool operator==(const Item& other) const { return std::is_eq(*this <=> other); }
   char32_t first = 0;
 };
 

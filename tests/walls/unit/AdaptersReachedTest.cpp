@@ -113,12 +113,13 @@ bool names(const std::string& text, const std::string& name) {
 std::vector<std::string> adaptersThatNobodyNames(const std::map<std::string, std::string>& reached) {
   std::set<std::string> usedHeaders;
   std::vector<Adapter> left;
-  for (const auto& [name, header] : adapters()) {
+  for (const Adapter& adapter : adapters()) {
     const bool isNamed = std::any_of(reached.begin(), reached.end(), [&](const auto& file) {
-      return file.first != header && file.first != sourceOf(header) && names(file.second, name);
+      return file.first != adapter.header && file.first != sourceOf(adapter.header) &&
+             names(file.second, adapter.name);
     });
-    if (isNamed) usedHeaders.insert(header);
-    if (!isNamed) left.push_back({name, header});
+    if (isNamed) usedHeaders.insert(adapter.header);
+    if (!isNamed) left.push_back(adapter);
   }
   std::vector<std::string> result;
   for (const auto& [name, header] : left) {

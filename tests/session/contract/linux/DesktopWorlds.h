@@ -58,7 +58,7 @@ struct RealScreen {
   Desktop desktop{parts};
   PollRunLoop loop;
   Servant window{{KT_WINDOW_PROBE}, desktop};
-  const PosixClock clock;
+  const PosixClock clock{};
   LinuxDesktopFacts facts{Environment(Environment::Variables{{"DISPLAY", desktop.displayName()}}),
                           std::nullopt, loop, clock};
 };

@@ -150,9 +150,10 @@ void Desktop::startSway(bool xClients) {
   const std::string configuration = folder_ / "sway.conf";
   std::ofstream(configuration) << "xwayland " << (xClients ? "enable" : "disable") << "\n"
                                << "output HEADLESS-1 resolution 1280x800\n"
-                               << "for_window [app_id=\".*\"] floating enable\n"
-                               << "for_window [class=\".*\"] floating enable\n"
-                               << "default_floating_border none\n"
+                               // With a title, a window moves some time after it has come.
+                               << "default_border none\ndefault_floating_border none\n"
+                               << "for_window [app_id=\".*\"] floating enable, border none\n"
+                               << "for_window [class=\".*\"] floating enable, border none\n"
                                << "exec echo serves \"$SWAYSOCK\" \"$WAYLAND_DISPLAY\" \"$DISPLAY\"\n";
   std::vector<std::string> command = {"setpriv", "--pdeathsig", "TERM", "sway", "-c", configuration};
   if (::geteuid() == 0) {

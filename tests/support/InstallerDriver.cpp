@@ -8,6 +8,7 @@
 #include <regex>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace halvorn {
 namespace {
@@ -151,11 +152,27 @@ bool InstallerDriver::clickAt(int x, int y) {
                       {.environment = desktop_.environment()})
                .status == 0;
   }
-  const auto window = windowPlace();
+  const auto window = settledPlace(kTestPatience);
   if (!window) return false;
   ChildProcess& mouse = pointer_ ? *pointer_ : *hands_;
   mouse.writeInput("click " + std::to_string(window->x + x) + " " + std::to_string(window->y + y) + "\n");
   return mouse.readLine(kTestPatience) == "done";
+}
+
+// A compositor moves a new window when it gives it a title.
+std::optional<InstallerDriver::Place> InstallerDriver::settledPlace(double seconds) const {
+  constexpr int kLooks = 5;
+  int same = 0;
+  std::optional<Place> place;
+  const bool isSettled = eventually(
+      [&] {
+        const auto before = std::exchange(place, windowPlace());
+        const bool stays = place && before && place->x == before->x && place->y == before->y;
+        same = stays ? same + 1 : 0;
+        return same == kLooks;
+      },
+      seconds);
+  return isSettled ? place : std::nullopt;
 }
 
 // Out of the compositor's own description of what it shows.
@@ -208,6 +225,9 @@ void InstallerDriver::key(const std::string& keys) {
 
 void InstallerDriver::screenshot(const std::string& file) const {
   std::filesystem::create_directories(std::filesystem::path(file).parent_path());
+  // The program is told that its window shows before the compositor shows it.
+  constexpr double kLongestToShow = 2.0;
+  if (pointer_) static_cast<void>(settledPlace(kLongestToShow));
   const auto command = pointer_ ? std::vector<std::string>{"grim", file}
                                 : std::vector<std::string>{"import", "-window", "root", file};
   const CommandResult result = runCommand(command, {.environment = desktop_.environment()});

@@ -66,6 +66,8 @@ class InstallerDriver {
     int y = 0;
   };
   [[nodiscard]] std::optional<Place> windowPlace() const;
+  // Where it stays for some looks.
+  [[nodiscard]] std::optional<Place> settledPlace(double seconds) const;
   [[nodiscard]] std::optional<Place> windowPlaceInKWin() const;
 
   Desktop& desktop_;

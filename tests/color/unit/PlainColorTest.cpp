@@ -58,7 +58,8 @@ TEST(PlainColor, HueSaturationAndBrightnessAreThoseOfTheHexagon) {
                {{1, 0, 1, 1}, 5.0 / 6, 1.0, 1.0, "magenta"},
                {{0.5, 0.5, 0.5, 1}, 0.0, 0.0, 0.5, "grey has no hue"},
                {{0, 0, 0, 1}, 0.0, 0.0, 0.0, "black has no saturation"},
-               {{0.4, 0.2, 0.3, 1}, 11.0 / 12, 0.5, 0.4, "a hue below red's"}};
+               {{0.4, 0.2, 0.3, 1}, 11.0 / 12, 0.5, 0.4, "a hue below red's"},
+               {{0.2, 0.4, 0.8, 1}, 11.0 / 18, 0.75, 0.8, "a hue before blue's"}};
   for (const auto& [rgb, hue, saturation, brightness, why] : table) {
     const auto color = PlainColor::deviceRGB(rgb.red, rgb.green, rgb.blue);
     EXPECT_NEAR(color->hueComponent(), hue, 1e-12) << why;

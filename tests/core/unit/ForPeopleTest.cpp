@@ -38,8 +38,8 @@ TEST(ForPeople, WhatNobodySeesIsShownAsWhatItIs) {
 }
 
 TEST(ForPeople, WhatBelongsToLettersAndPicturesStays) {
-  for (const char* name :
-       {"می\u200Cخواهم", "क्\u200Dष", "👨\u200D👩\u200D👧", "❤\uFE0F\u200D🔥", "1\uFE0F\u20E3", "㊙\uFE0F"}) {
+  for (const char* name : {"می\u200Cخواهم", "\u1820\u200D\u1820", "क्\u200Dष", "👨\u200D👩\u200D👧",
+                           "❤\uFE0F\u200D🔥", "1\uFE0F\u20E3", "㊙\uFE0F"}) {
     const Text text(name);
     EXPECT_EQ(undisguised(text), text) << name;
   }

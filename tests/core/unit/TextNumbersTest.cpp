@@ -40,6 +40,11 @@ TEST(TextNumbers, OneNumberInADigitFarBehindThePointIsNearlyNothing) {
   EXPECT_EQ(Text("-0." + std::string(400, '0') + "1e380").doubleValue(), -1e-21);
 }
 
+TEST(TextNumbers, OnlyWhiteSpaceMayStandBeforeANumber) {
+  EXPECT_EQ(Text(" \t\n\v\f\r1.5").doubleValue(), 1.5);
+  for (const char* text : {"~1.5", "\"1.5", "a1.5"}) EXPECT_EQ(Text(text).doubleValue(), 0.0) << text;
+}
+
 TEST(TextNumbers, ManyDigitsAndASmallExponentAreALargeNumber) {
   EXPECT_EQ(Text("1" + std::string(60, '0') + "e-5").floatValue(), kInfinity);
   EXPECT_EQ(Text("1" + std::string(400, '0') + "e-5").doubleValue(), std::numeric_limits<double>::infinity());

@@ -96,6 +96,7 @@ TEST_F(Arguments, WithoutABundleAboveTheSourcePathIsMissing) {
   bundles.mainBundle = "/usr/lib/Installer.app";
   start({});
   EXPECT_EQ(window.introField.text_, Text("missing source path"));
+  EXPECT_EQ(window.nameField.text_, Text("")) << "there is none to show";
   EXPECT_TRUE(logHas("shortened path = /usr"));
   EXPECT_TRUE(logHas("shortened path = /"));
   EXPECT_TRUE(logHas("missing source path"));

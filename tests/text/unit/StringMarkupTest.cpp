@@ -39,6 +39,8 @@ TEST(StringByExpandingHTMLEntities, ResolvesEntitiesAndMarkup) {
        "a\nb\nc\nd\ne\nf\ng", "rarer blocks"},
       {"<table><tr><td>a</td><td></td><td>b</td></tr><tr><td>c</td></tr></table>", "a\t\tb\nc",
        "cells and rows"},
+      {"<table><tr><td>a</td><td></td></tr><tr><td>c</td></tr></table>", "a\nc",
+       "an empty cell at the end of its row"},
       {"<pre>a  b\n  c\r\nd</pre>e", "a  b\n  c\nd\ne", "preformatted text keeps its white space"},
       {"x<pre>\na\n\nb\n</pre>", "x\na\n\nb", "but for the breaks directly inside"},
       {"<head><title>t</title></head>a<script>s</script><style>s</style>b", "ab", "what is not shown"},

@@ -157,10 +157,11 @@ TEST(TerminationSignals, AnotherThreadAtWorkIsNotDisturbed) {
                 count = ::read(ends[0], &byte, 1);
               });
               while (!isReading) std::this_thread::yield();
-              // It has a handler, which is what is tested.
-              for (int i = 0; i < 100; ++i)
-                ::pthread_kill(reader.native_handle(),
-                               SIGTERM);  // NOLINT(bugprone-bad-signal-to-kill-thread)
+              const pthread_t thread = reader.native_handle();
+              for (int i = 0; i < 100; ++i) {
+                // It has a handler, which is what is tested. NOLINTNEXTLINE(bugprone-bad-signal-to-kill-thread)
+                ::pthread_kill(thread, SIGTERM);
+              }
               (void)!::write(ends[1], "x", 1);
               reader.join();
               return count == 1 ? 0 : 2;

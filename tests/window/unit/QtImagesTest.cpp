@@ -79,14 +79,12 @@ TEST(QtImages, TiffOfEitherByteOrderIsRead) {
   EXPECT_EQ(image->pixmap(48, 1.0).size(), QSize(48, 48));
   EXPECT_EQ(middleOf(image->pixmap(48, 1.0)), QColor(Qt::green));
   // One pixel of one byte, the high bytes first.
-  const auto field = [](const char* tag, const char* kind, char value) {
-    return QByteArray(tag, 2) + QByteArray(kind, 2) + QByteArray("\0\0\0\1\0", 5) + value +
-           QByteArray("\0\0", 2);
+  const auto field = [](char tag, char value) {
+    return QByteArray(1, '\1') + tag + QByteArray("\0\3\0\0\0\1\0", 7) + value + QByteArray("\0\0", 2);
   };
   const QByteArray other = QByteArray("MM\0*\0\0\0\x0C", 8) + QByteArray("\xFF\0\0\0", 4) +
-                           QByteArray("\0\x08", 2) + field("\1\0", "\0\3", 1) + field("\1\1", "\0\3", 1) +
-                           field("\1\2", "\0\3", 8) + field("\1\3", "\0\3", 1) + field("\1\6", "\0\3", 1) +
-                           QByteArray("\1\x11\0\4\0\0\0\1\0\0\0\x08", 12) + field("\1\x16", "\0\3", 1) +
+                           QByteArray("\0\x08", 2) + field(0, 1) + field(1, 1) + field(2, 8) + field(3, 1) +
+                           field(6, 1) + QByteArray("\1\x11\0\4\0\0\0\1\0\0\0\x08", 12) + field(0x16, 1) +
                            QByteArray("\1\x17\0\4\0\0\0\1\0\0\0\1", 12) + QByteArray(4, '\0');
   const auto pixel = imageFromBytes(other);
   ASSERT_TRUE(pixel);

@@ -147,7 +147,7 @@ TEST_F(ReadMe, AFileOfAnyNameIsRead) { EXPECT_EQ(textOf("na\xEFve \n%\".txt", "x
 TEST_F(ReadMe, OfALongDocumentTheBeginningIsShown) {
   const std::string line = "Some words of text that go on as usual.\n";
   std::string text;
-  while (text.size() < 9 * 1024 * 1024) text += line;
+  while (text.size() < std::size_t{9} * 1024 * 1024) text += line;
   for (const char* name : {"a.txt", "a.html", "a.md"}) {
     const std::string shown = textOf(name, text);
     EXPECT_FALSE(isWhole_) << name;
@@ -164,7 +164,7 @@ TEST_F(ReadMe, ABeginningIsReadInTheEncodingOfTheWhole) {
   // The place where reading ends falls into a character in two of the three.
   for (const std::string& before : {""s, "x"s, "xy"s}) {
     std::string text = before;
-    while (text.size() < 2 * 1024 * 1024) text += "漢\n";
+    while (text.size() < std::size_t{2} * 1024 * 1024) text += "漢\n";
     EXPECT_EQ(textOf("a.txt", text).substr(0, before.size() + 3), before + "漢") << before;
     EXPECT_FALSE(isWhole_);
   }

@@ -204,7 +204,7 @@ TEST(RtfReader, DamagedDocumentsDoNoHarm) {
   for (int round = 0; round < 400; ++round) {
     QByteArray damaged = whole;
     for (int i = 0; i < 12; ++i) {
-      const auto at = static_cast<qsizetype>(6 + random() % static_cast<unsigned>(damaged.size() - 6));
+      const auto at = 6 + static_cast<qsizetype>(random() % static_cast<unsigned>(damaged.size() - 6));
       constexpr char kNasty[] = "{}\\';*-0\xFF\n";
       damaged[at] = (random() % 2) != 0 ? kNasty[random() % 10] : static_cast<char>(random());
     }

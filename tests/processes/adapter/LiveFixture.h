@@ -71,6 +71,13 @@ class LiveFixture : public testing::Test {
         << "not listed";
     return result;
   }
+  // Until the desktop has told of that many windows of the child: it knows of them later than the child itself.
+  void awaitWindows(const ChildProcess& child, std::size_t windows) {
+    EXPECT_TRUE(eventually([&] {
+      const auto held = live->running.withPid(child.pid());
+      return held && live->windows.windowsOf(held->hold).size() == windows;
+    })) << "the windows are not known";
+  }
   bool isListed(const ChildProcess& child) { return live->listed(child.pid()) != nullptr; }
   [[nodiscard]] std::ptrdiff_t count(const std::string& change) const {
     return std::count(live->changes.begin(), live->changes.end(), change);

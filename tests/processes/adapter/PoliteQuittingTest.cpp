@@ -2,6 +2,7 @@
 #include <signal.h>
 
 #include "tests/processes/adapter/LiveFixture.h"
+#include "tests/support/QuitLines.h"
 
 namespace halvorn {
 namespace {
@@ -21,10 +22,7 @@ class PoliteQuitting : public LiveFixture, public testing::WithParamInterface<Ki
     habits.insert(habits.end(), {"--windows", std::to_string(windows)});
     habits.insert(habits.end(), GetParam().habits.begin(), GetParam().habits.end());
     ChildProcess& child = startBundle("Editor", "EDIT", habits);
-    EXPECT_TRUE(eventually([&] {
-      const auto held = live->running.withPid(child.pid());
-      return held && live->windows.windowsOf(held->hold).size() == static_cast<std::size_t>(windows);
-    }));
+    awaitWindows(child, static_cast<std::size_t>(windows));
     return child;
   }
   // How long it took.
@@ -34,7 +32,7 @@ class PoliteQuitting : public LiveFixture, public testing::WithParamInterface<Ki
     EXPECT_TRUE(editor->quitRunningApplicationWithTimeout(timeout));
     return testSeconds() - start;
   }
-  bool wasQuit() { return live->log.lines().at(0).starts_with("quit Editor: terminated after "); }
+  bool wasQuit() { return saysItQuit(live->log.lines().at(0), "Editor"); }
   static int count(ChildProcess& child, const std::string& what) {
     std::ignore = child.waitForOutput("(never said)", 0.2);
     int result = 0;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tests/processes/contract/ProcessWorlds.h"
+#include "tests/support/QuitLines.h"
 
 namespace halvorn {
 namespace {
@@ -158,7 +159,7 @@ TEST_P(ProcessContract, AnApplicationThatFollowsEndsOnThePoliteRequest) {
   EXPECT_TRUE(process->quitRunningApplicationWithTimeout(4.0F));
   EXPECT_FALSE(process->isStillRunning());
   ASSERT_EQ(world->logLines().size(), 1u);
-  EXPECT_TRUE(world->logLines()[0].starts_with("quit Editor: terminated after ")) << world->logLines()[0];
+  EXPECT_TRUE(saysItQuit(world->logLines()[0], "Editor")) << world->logLines()[0];
   EXPECT_TRUE(world->settles([&] { return !world->changes.empty() && world->changes.back() == "ended"; }));
 }
 
@@ -169,8 +170,7 @@ TEST_P(ProcessContract, AnApplicationThatDoesNotIsEndedByForceAfterTheTimeout) {
   EXPECT_TRUE(process->quitRunningApplicationWithTimeout(0.3F));
   EXPECT_FALSE(process->isStillRunning());
   ASSERT_EQ(world->logLines().size(), 1u);
-  EXPECT_TRUE(world->logLines()[0].starts_with("force-quit Editor: terminated after "))
-      << world->logLines()[0];
+  EXPECT_TRUE(saysItWasForced(world->logLines()[0], "Editor")) << world->logLines()[0];
 }
 
 TEST_P(ProcessContract, AnApplicationThatIsGoneRefusesRequestsAndSaysSo) {

@@ -27,8 +27,10 @@ void setEntry(std::vector<std::string>& environment, const std::string& entry) {
 }
 
 // What a desktop part prints is only of interest when it does not come up.
-std::runtime_error failed(const std::string& part, const ChildProcess& process) {
-  return std::runtime_error(part + " did not come up: " + process.output());
+std::runtime_error failed(const std::string& part, ChildProcess& process) {
+  const auto status = process.waitForEnd(0.1);
+  return std::runtime_error(part + (status ? " ended with " + std::to_string(*status) : " did not come up") +
+                            ": " + process.output());
 }
 
 constexpr char kKWin[] = "kwin_wayland";
@@ -189,18 +191,37 @@ void Desktop::startWeston() {
   }
 }
 
-// A copy, which lacks the capability that its file has: a container may not give that, and does not start it then.
+namespace {
+
+// What a desktop gives a program that may press keys and buttons: its entry asks for that.
+void permitHands(const std::filesystem::path& dataFolder) {
+  std::filesystem::create_directories(dataFolder / "applications");
+  std::ofstream(dataFolder / "applications/hands.desktop")
+      << "[Desktop Entry]\nType=Application\nName=Hands\nNoDisplay=true\nExec=" KT_BINARY_DIR
+         "/tests/kt_kwin_hands\nX-KDE-Wayland-Interfaces=org_kde_kwin_fake_input\n";
+}
+
+std::vector<std::string> kwinCommand(const std::string& program, const std::string& display) {
+  return {program,           "--virtual",
+          "--width",         "1280",
+          "--height",        "800",
+          "--scale",         "1",
+          "--no-lockscreen", "--no-global-shortcuts",
+          "--socket",        display};
+}
+
+}  // namespace
+
+// A copy, which lacks the capability that its file has: a container may not give that, and does not start it then. Its
+// permissions are as on a desktop: without them it would read every client's program twice to know it again, which
+// takes longer than a start waits where the program is large.
 void Desktop::startKWin(bool xClients) {
   const std::string program = folder_ / kKWin;
   const CommandResult found = runCommand({"which", kKWin});
   std::filesystem::copy_file(found.output.substr(0, found.output.find('\n')), program);
+  permitHands(folder_ / "data");
   const std::string display = "wayland-1";
-  std::vector<std::string> command = {program,           "--virtual",
-                                      "--width",         "1280",
-                                      "--height",        "800",
-                                      "--scale",         "1",
-                                      "--no-lockscreen", "--no-global-shortcuts",
-                                      "--socket",        display};
+  std::vector<std::string> command = kwinCommand(program, display);
   // What it starts is told the display for X programs, and the password, which the test program need not know.
   const std::string displayFile = folder_ / "display";
   if (xClients)
@@ -209,17 +230,17 @@ void Desktop::startKWin(bool xClients) {
   // Drawn without a graphics library: quicker to start and to end. Tests ask it for pictures and press its keys.
   compositor_ = std::make_unique<ChildProcess>(
       command,
-      ChildOptions{.environment = environmentWith({"KWIN_COMPOSE=Q", "KWIN_WAYLAND_NO_PERMISSION_CHECKS=1",
-                                                   "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS=1"}),
+      ChildOptions{.environment = environmentWith({"KWIN_COMPOSE=Q", "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS=1",
+                                                   "XDG_DATA_DIRS=" + folder_ / "data" + ":/usr/share"}),
                    .signalWhenTestDies = SIGTERM});
   waylandDisplay_ = display;
   const std::vector<std::string> question = {
-      "gdbus",      "call",         "--session",
-      "-d",         "org.kde.KWin", "-o",
-      "/Scripting", "-m",           "org.kde.kwin.Scripting.isScriptLoaded",
-      "none"};
+      "sh", "-c",
+      "exec gdbus call --session --timeout 2 -d org.kde.KWin -o /Scripting "
+      "-m org.kde.kwin.Scripting.isScriptLoaded none"};
   const auto answers = [&] { return runCommand(question, {.environment = environment()}).status == 0; };
-  if (!eventually([&] { return takesClients(waylandSocket()) && answers(); }))
+  // It serves nobody before its loop runs: one that connects again and again would only fill its queue.
+  if (!eventually([&] { return takesClients(waylandSocket()); }) || !eventually(answers))
     throw failed(kKWin, *compositor_);
   const auto isTold = [&] {
     std::ifstream file(displayFile);

@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <iostream>
 #include <regex>
 #include <sstream>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 namespace halvorn {
@@ -106,8 +108,17 @@ std::optional<Control> InstallerDriver::showing(const std::string& name) const {
   return std::nullopt;
 }
 
+bool InstallerDriver::seen(const std::function<bool()>& condition, double seconds) const {
+  bool isSeen = false;
+  std::ignore = eventually([&] { return (isSeen = condition()) || !process_.isRunning(); }, seconds);
+  if (isSeen) return true;
+  if (const auto status = process_.waitForEnd(0))
+    std::cerr << "The installer has ended with " << *status << " and printed:\n" << process_.output();
+  return false;
+}
+
 bool InstallerDriver::waitForText(const std::string& text, double seconds) const {
-  return eventually([&] { return showing(text).has_value(); }, seconds);
+  return seen([&] { return showing(text).has_value(); }, seconds);
 }
 
 std::optional<Control> InstallerDriver::button(const std::string& name) const {
@@ -119,7 +130,7 @@ std::optional<Control> InstallerDriver::button(const std::string& name) const {
 }
 
 bool InstallerDriver::waitForButton(const std::string& name, double seconds) const {
-  return eventually([&] { return button(name).has_value(); }, seconds);
+  return seen([&] { return button(name).has_value(); }, seconds);
 }
 
 std::vector<std::string> InstallerDriver::windowTitles() const {
@@ -135,7 +146,7 @@ bool InstallerDriver::click(const std::string& name, double seconds) {
   std::optional<Control> target;
   std::optional<Control> before;
   // A window that still moves to its place has its buttons elsewhere a moment later.
-  const bool isThere = eventually(
+  const bool isThere = seen(
       [&] {
         before = target;
         target = button(name);

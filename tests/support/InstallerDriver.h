@@ -7,6 +7,7 @@
 //   EXPECT_TRUE(installer.waitForText("Sample was successfully installed.", 30));
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -58,6 +59,8 @@ class InstallerDriver {
   [[nodiscard]] pid_t installer() const;
 
  private:
+  // Not once the program has ended; what it printed is shown then.
+  [[nodiscard]] bool seen(const std::function<bool()>& condition, double seconds) const;
   [[nodiscard]] std::optional<Control> button(const std::string& name) const;
   [[nodiscard]] bool clickAt(int x, int y);
   // On Wayland a window does not know where it is.
@@ -75,7 +78,7 @@ class InstallerDriver {
   std::unique_ptr<ChildProcess> hands_;    // on KWin: mouse and keyboard
   std::string accessibleProbe_;
   bool isSingleFile_;
-  ChildProcess process_;
+  mutable ChildProcess process_;  // to see whether it has ended is to collect it
 };
 
 // The log lines in a text of the installer, without time, program and pid.

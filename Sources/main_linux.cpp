@@ -238,14 +238,16 @@ bool isRefused(const Environment& environment) {
 constexpr int kFewestDescriptors = 48;
 constexpr int kFewestThreads = 3;
 
-// Whether the window can be shown somewhere. A platform of the toolkit that somebody chose needs what it needs.
-Answer askForDisplay(const Environment& environment) {
+// Whether the window can be shown somewhere, and where. A platform of the toolkit that somebody chose needs what it needs.
+void askForDisplay(const Environment& environment, StartConditions& conditions) {
+  const auto name = environment.value("DISPLAY");
+  if (name) conditions.displayName = *name;
   const char* const platform = std::getenv("QT_QPA_PLATFORM");
-  if (platform != nullptr && !std::string_view(platform).starts_with("xcb")) return Answer::Given;
-  const Answer display = askDisplay(environment.value("DISPLAY"));
-  if (display == Answer::Given || !isWaylandSession(environment)) return display;
-  const auto compositor = WaylandConnection::open(waylandSocketPath(environment), kLongestForDisplay);
-  return compositor != nullptr ? Answer::Given : display;
+  if (platform != nullptr && !std::string_view(platform).starts_with("xcb")) return;
+  conditions.display = askDisplay(name);
+  if (conditions.display == Answer::Given || !isWaylandSession(environment)) return;
+  conditions.display = WaylandConnection::ask(waylandSocketPath(environment), kLongestForDisplay);
+  conditions.displayName = environment.value("WAYLAND_DISPLAY").value_or("wayland-0");
 }
 
 // What there is, asked for within a bounded time.
@@ -253,10 +255,9 @@ StartConditions startConditions(const Environment& environment) {
   StartConditions conditions{.hasThreads = canHaveThreads(kFewestThreads),
                              .hasDescriptors = canHaveDescriptors(kFewestDescriptors),
                              .hasProcessTable = ::access("/proc/self/exe", F_OK) == 0};
-  if (const auto name = environment.value("DISPLAY")) conditions.displayName = *name;
   // Without one of these there is no window, whatever the display says.
   if (obstacleToTheWindow(conditions)) return conditions;
-  conditions.display = askForDisplay(environment);
+  askForDisplay(environment, conditions);
   if (obstacleToTheWindow(conditions)) return conditions;
   const BusAnswers buses = askBuses(sessionBusAddress(environment), environment.value("AT_SPI_BUS_ADDRESS"));
   conditions.sessionBus = buses.session;

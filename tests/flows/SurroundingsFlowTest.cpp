@@ -89,6 +89,14 @@ TEST_F(Surroundings, WithoutADisplayThereIsASentence) {
                  "ERROR -- Without a window: there is no display (DISPLAY is not set).");
   expectSentence(command, changed({"DISPLAY=:63999"}),
                  "ERROR -- Without a window: the display :63999 cannot be reached.");
+  expectSentence(command, changed({"DISPLAY=", "WAYLAND_DISPLAY=wayland-7"}),
+                 "ERROR -- Without a window: the display wayland-7 cannot be reached.");
+}
+
+TEST_F(Surroundings, ACompositorThatIsSilentIsNotWaitedForLong) {
+  const SilentServer compositor(desktop().runtimeFolder() + "/wayland-7");
+  expectSentence(after("true"), changed({"DISPLAY=", "WAYLAND_DISPLAY=wayland-7"}),
+                 "ERROR -- Without a window: the display wayland-7 does not answer.");
 }
 
 TEST_F(Surroundings, ADisplayThatTakesTheConnectionAndIsSilentIsNotWaitedForLong) {

@@ -79,6 +79,7 @@ TEST_P(RealConnection, KnowsWhatIsOfferedAndBindsIt) {
 
 TEST_P(RealConnection, ACompositorThatIsKilledMakesItUnusable) {
   EXPECT_TRUE(connection->isUsable());
+  EXPECT_EQ(WaylandConnection::ask(desktop->waylandSocket(), 10s), Answer::Given);
   desktop->compositor()->end(SIGKILL);
   EXPECT_FALSE(connection->roundTrip());
   EXPECT_FALSE(connection->isUsable());
@@ -108,6 +109,7 @@ TEST(WaylandConnections, WhereNobodyListensThereIsNone) {
   for (const std::string& path :
        {std::string(), folder / "wayland-1", folder.path().string(), folder / std::string(200, 'x')}) {
     EXPECT_EQ(WaylandConnection::open(path), nullptr) << path;
+    EXPECT_EQ(WaylandConnection::ask(path, kShortPatience), Answer::Missing) << path;
   }
 }
 
@@ -117,6 +119,7 @@ TEST(WaylandConnections, ADisplayThatNeverAnswersIsGivenUp) {
   EXPECT_EQ(WaylandConnection::open(display.path(), kShortPatience), nullptr);
   EXPECT_GE(testSeconds() - start, 0.19);
   EXPECT_LT(testSeconds() - start, kTestPatience);
+  EXPECT_EQ(WaylandConnection::ask(display.path(), kShortPatience), Answer::Silent);
 }
 
 TEST(WaylandConnections, ADisplayThatTakesNobodyIsNotWaitedFor) {

@@ -35,7 +35,17 @@ FileDescriptor connectedTo(const std::string& path) {
 
 std::unique_ptr<WaylandConnection> WaylandConnection::open(const std::string& socketPath,
                                                            std::chrono::milliseconds patience) {
+  return open(connectedTo(socketPath), patience);
+}
+
+Answer WaylandConnection::ask(const std::string& socketPath, std::chrono::milliseconds patience) {
   FileDescriptor connection = connectedTo(socketPath);
+  if (!connection) return Answer::Missing;
+  return open(std::move(connection), patience) != nullptr ? Answer::Given : Answer::Silent;
+}
+
+std::unique_ptr<WaylandConnection> WaylandConnection::open(FileDescriptor connection,
+                                                           std::chrono::milliseconds patience) {
   if (!connection) return nullptr;
   // It owns the descriptor, also where it fails.
   wl_display* const display = wl_display_connect_to_fd(connection.release());

@@ -19,7 +19,11 @@
 #include <optional>
 #include <string>
 
+#include "Platform/session/Answer.h"
+
 namespace halvorn {
+
+class FileDescriptor;
 
 class WaylandConnection {
  public:
@@ -28,6 +32,8 @@ class WaylandConnection {
   // Null when nobody listens at that path, takes connections or answers in time.
   [[nodiscard]] static std::unique_ptr<WaylandConnection> open(
       const std::string& socketPath, std::chrono::milliseconds patience = kPatience);
+  // Whether a compositor listens at that path and answers in time.
+  [[nodiscard]] static Answer ask(const std::string& socketPath, std::chrono::milliseconds patience);
   // Over a connection that outlives this object and that others use at the same time, from any thread: events of
   // theirs stay theirs. Null when the compositor does not answer in time.
   [[nodiscard]] static std::unique_ptr<WaylandConnection> over(
@@ -67,6 +73,8 @@ class WaylandConnection {
   };
 
   enum class Whose { Own, Foreign };
+  [[nodiscard]] static std::unique_ptr<WaylandConnection> open(FileDescriptor connection,
+                                                               std::chrono::milliseconds patience);
   WaylandConnection(wl_display* display, Whose whose, std::chrono::milliseconds patience);
   [[nodiscard]] bool learnGlobals();
   [[nodiscard]] void* bindProxy(const wl_interface& interface, std::uint32_t knownVersion);

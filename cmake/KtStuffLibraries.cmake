@@ -20,9 +20,9 @@ function(kt_public_library target kind name)
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 endfunction()
 
-# kt_public(NAME CORE targets ADAPTERS targets [NEEDS names] [LIBRARIES names] [PACKAGES names] [MODULES targets]): CORE is
-# what its headers declare, ADAPTERS what that stands on, NEEDS other libraries of these, LIBRARIES those of the system,
-# PACKAGES the same where CMake finds them, MODULES what it loads when it is needed.
+# kt_public(NAME CORE targets [ADAPTERS targets] [NEEDS names] [LIBRARIES names] [PACKAGES names]
+# [MODULES targets]): CORE is what its headers declare, ADAPTERS what that stands on, NEEDS other libraries of these, LIBRARIES
+# those of the system, PACKAGES the same where CMake finds them, MODULES what it loads when it is needed.
 function(kt_public name)
   cmake_parse_arguments(ARG "" "" "CORE;ADAPTERS;NEEDS;LIBRARIES;PACKAGES;MODULES" ${ARGN})
   set(objects)
@@ -49,7 +49,7 @@ function(kt_public name)
   foreach(target ${ARG_ADAPTERS})
     target_link_libraries(ktstuff_${name}_shared PRIVATE $<BUILD_INTERFACE:${target}>)
   endforeach()
-  kt_exports(ktstuff_${name}_shared ${ARG_CORE} ${ARG_ADAPTERS})
+  set_property(GLOBAL APPEND PROPERTY KTSTUFF_ARCHIVES ${ARG_CORE} ${ARG_ADAPTERS})
   # They lie below the library where it is built as where it is installed, for who adds this tree to a tree of their own.
   foreach(module ${ARG_MODULES})
     add_dependencies(ktstuff_${name}_static ${module})
@@ -67,26 +67,25 @@ function(kt_public name)
   kt_pkg_config(${name} "${ARG_NEEDS}" "${ARG_LIBRARIES}" "${ARG_PACKAGES}")
 endfunction()
 
-# Which symbols can be seen: the public ones, and for our own libraries what lies in the archives of the adapters.
-function(kt_exports target)
-  set(own)
-  foreach(archive ${ARGN})
-    if(archive MATCHES "^kt_(platform|system)")
-      list(APPEND own ${archive})
-    endif()
-  endforeach()
+# Which symbols can be seen: the public ones, and for our own libraries whatever else lies in any of the archives: a library
+# takes of the archives of another one what that has left.
+function(kt_exports)
+  get_property(archives GLOBAL PROPERTY KTSTUFF_ARCHIVES)
   set(files)
-  foreach(archive ${own})
+  foreach(archive ${archives})
     list(APPEND files $<TARGET_FILE:${archive}>)
   endforeach()
-  set(script ${PROJECT_BINARY_DIR}/exports/${target}.map)
-  add_custom_command(OUTPUT ${script} DEPENDS ${own} ${PROJECT_SOURCE_DIR}/KTStuff/packaging/exports.sh
-    COMMAND ${PROJECT_SOURCE_DIR}/KTStuff/packaging/exports.sh ${PROJECT_VERSION_MAJOR} ${CMAKE_NM} ${files} > ${script})
-  add_custom_target(${target}_exports DEPENDS ${script})
-  add_dependencies(${target} ${target}_exports)
-  # Within a library a call goes straight to what is called.
-  target_link_options(${target} PRIVATE -Wl,--version-script=${script} -Wl,-Bsymbolic-functions)
-  set_target_properties(${target} PROPERTIES LINK_DEPENDS ${script})
+  set(script ${PROJECT_BINARY_DIR}/exports.map)
+  set(exports ${PROJECT_SOURCE_DIR}/KTStuff/packaging/exports.sh)
+  add_custom_command(OUTPUT ${script} DEPENDS ${archives} ${exports} VERBATIM
+    COMMAND ${exports} ${PROJECT_VERSION_MAJOR} ${CMAKE_NM} ${PROJECT_SOURCE_DIR} ${files} > ${script})
+  add_custom_target(ktstuff_exports DEPENDS ${script})
+  foreach(name ${ARGN})
+    add_dependencies(ktstuff_${name}_shared ktstuff_exports)
+    # Within a library a call goes straight to what is called.
+    target_link_options(ktstuff_${name}_shared PRIVATE -Wl,--version-script=${script} -Wl,-Bsymbolic-functions)
+    set_target_properties(ktstuff_${name}_shared PROPERTIES LINK_DEPENDS ${script})
+  endforeach()
 endfunction()
 
 function(kt_pkg_config name needs libraries packages)
@@ -121,6 +120,7 @@ kt_public(Appearance CORE kt_utilities_theme kt_color kt_views kt_system_appeara
 kt_public(KTStuff CORE kt_utilities kt_installer_interface kt_system NEEDS Process Sound Appearance Bundles Text
   LIBRARIES xcb-screensaver xcb-xfixes xcb PACKAGES Qt6::DBus Qt6::Core)
 target_link_libraries(ktstuff_KTStuff_shared PRIVATE $<BUILD_INTERFACE:kt_platform_session>)
+kt_exports(Text Bundles Process Sound Appearance KTStuff)
 
 foreach(folder Core KTStuff/KTClasses KTStuff/CocoaExtensions Platform)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION ${KTSTUFF_HEADERS}/${folder} COMPONENT development

@@ -51,10 +51,14 @@ env -i PATH=/usr/bin:/bin "HOME=$folder/home" LANG=C.UTF-8 "$kt" micro 2>&1 | gr
 for word in $("$kt" --help | awk 'NR > 2 {print $1}' | sort -u); do
   grep -qw -- "$word" "$source/tools/kt/kt.1" || fail "kt's manual does not tell of $word"
 done
-# Every visible symbol has a version, and every one is of this library.
+# Every visible symbol has a version, and every one is of this library; what is promised stands in an installed header.
+find "$folder/prefix/include" -name '*.h' -exec cat {} + | tr -cs 'A-Za-z0-9_' '\n' | LC_ALL=C sort -u >"$folder/declared"
 for library in "$folder"/prefix/lib*/libKTStuff*.so; do
   others=$(nm -D --defined-only "$library" | awk '$3 !~ /^_Z.*7halvorn.*@@KTSTUFF_1(_PRIVATE)?$/ && $3 !~ /^KTSTUFF_1/' | head -5)
   [ -z "$others" ] || fail "$library shows $others"
+  strangers=$(nm -D --defined-only "$library" | awk '$3 ~ /@@KTSTUFF_1$/ && match($3, /7halvorn[0-9]+/) {
+    print substr($3, RSTART + RLENGTH, substr($3, RSTART + 8, RLENGTH - 8))}' | LC_ALL=C sort -u | LC_ALL=C comm -23 - "$folder/declared")
+  [ -z "$strangers" ] || fail "$library promises $strangers"
   objdump -p "$library" | grep -qE 'SONAME +libKTStuff[A-Za-z]*\.so\.1$' || fail "$library has no version in its name"
 done
 # pkg-config tells the same.

@@ -144,6 +144,14 @@ TEST_F(CompareVersion, ALetterOfTwoUnitsIsOneLetter) {
             Ordering::Ascending);
 }
 
+TEST_F(CompareVersion, TwoFirstHalvesAreNoLetterOfTwoUnits) {
+  struct : FakeUnicode {
+    bool isLetter(char32_t scalar) const override { return scalar == 0x1D3FF; }  // what they would add up to
+  } tooLarge;
+  const KTUtilitiesVersions versions(bundles, systemFacts, tooLarge, dates, log);
+  EXPECT_EQ(versions.compareVersion(Text(std::u16string{u'1', 0xD835, 0xDBFF}), "1"), Ordering::Descending);
+}
+
 TEST_F(CompareVersion, StagesFollowOneAnother) {
   const std::vector<Text> ascending = {"3.0p1", "3.0d5", "3.0a1", "3.0b9", "3.0b10",
                                        "3.0f1", "3.0",   "3.0.0", "3.1p1"};

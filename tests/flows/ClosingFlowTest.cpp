@@ -1,41 +1,22 @@
 // The window is closed, or the session ends, in each phase of an installation.
-#include <gtest/gtest.h>
-#include <sys/syscall.h>
-
-#include <algorithm>
-#include <csignal>
-#include <filesystem>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "tests/flows/FlowFixture.h"
-#include "tests/flows/WholeLog.h"
-#include "tests/support/TestFiles.h"
+#include "tests/flows/LeavingFlow.h"
 
 namespace halvorn {
 namespace {
 
 namespace fs = std::filesystem;
 
-const Lines kQuitting = {"Quitting 'SMPL': Sample"};
 const Lines kGivenUp = {"quit Sample: given up after #s (# attempts)"};
-const Lines kNothingInstalled = {"Left before anything was touched: nothing is installed"};
-constexpr double kPatience = 30;
 
 // 0 closes the window, a negative one has the session manager end the session; else the signal that the program is sent.
 constexpr int kCloseWindow = 0;
 constexpr int kEndSession = -1;
 
-class ClosingFlow : public FlowFixture {
+class ClosingFlow : public LeavingFlow {
  protected:
   void SetUp() override {
-    for (const char* program : {"wmctrl", "strace"}) {
-      if (!programExists(program)) GTEST_SKIP() << program << " is not installed";
-    }
-    FlowFixture::SetUp();
-    if (IsSkipped() || HasFatalFailure()) return;
-    old_ = makeSampleProduct(applications(), {.version = "1.0"});
+    if (!programExists("wmctrl")) GTEST_SKIP() << "wmctrl is not installed";
+    LeavingFlow::SetUp();
   }
 
   // From now on programs of the desktop are told when its session ends.
@@ -44,36 +25,6 @@ class ClosingFlow : public FlowFixture {
     const auto address = manager_->readLine(kPatience);
     ASSERT_TRUE(address) << manager_->output();
     desktop().setEnvironment(*address);
-  }
-
-  // Runs the old copy and stops it: it cannot obey a request to quit.
-  std::unique_ptr<ChildProcess> startedAndStopped() {
-    const std::string program = old_ / "Contents/Linux/Sample";
-    auto running =
-        std::make_unique<ChildProcess>(std::vector<std::string>{program},
-                                       ChildOptions{.environment = desktop().environmentWith(reportEntry())});
-    running->sendSignal(SIGSTOP);
-    return running;
-  }
-
-  // Makes each such call of the installer take its time, for as long as the object exists.
-  std::unique_ptr<ChildProcess> slowDown(InstallerDriver& installer, const std::string& call,
-                                         const std::string& microseconds) {
-    auto tracer = std::make_unique<ChildProcess>(std::vector<std::string>{
-        "strace", "-f", "-o", "/dev/null", "-e", "trace=" + call, "-e",
-        "inject=" + call + ":delay_enter=" + microseconds, "-p", std::to_string(installer.process().pid())});
-    EXPECT_TRUE(tracer->waitForOutput("attached", kPatience)) << tracer->output();
-    return tracer;
-  }
-
-  // Whether a thread of the installer is on its way to a signal that nobody can ignore.
-  [[nodiscard]] static bool isKilling(InstallerDriver& installer) {
-    const std::string call = std::to_string(SYS_pidfd_send_signal) + " ";
-    const fs::directory_iterator threads("/proc/" + std::to_string(installer.process().pid()) + "/task");
-    return std::any_of(begin(threads), end(threads), [&](const fs::path& thread) {
-      const std::string now = contentsOf(thread / "syscall");
-      return now.starts_with(call) && now.find(" 0x9 ") != std::string::npos;
-    });
   }
 
   void closeWindow() {
@@ -100,36 +51,16 @@ class ClosingFlow : public FlowFixture {
     if (way == kCloseWindow) return {};
     return {"The session ends: " + (way == kEndSession ? "asked to quit" : "signal " + std::to_string(way))};
   }
-  static Lines launched(int way) {
-    const Lines whole = installLog();
-    if (way == kCloseWindow) return whole;
-    return Lines(whole.begin(), whole.end() - 1) + Lines{"not launched: the session ends"};
-  }
-
-  [[nodiscard]] fs::path trashed() const { return trashFolder() / "Sample.app"; }
-  [[nodiscard]] fs::path trashFolder() const { return desktopHome() / ".local/share/Trash/files"; }
-  [[nodiscard]] fs::path desktopHome() const { return applications().parent_path(); }
-
-  void expectNothingTouched() {
-    EXPECT_EQ(versionOfBundle(destination()), "1.0");
-    EXPECT_FALSE(fs::exists(trashed()));
-    EXPECT_EQ(report().find("started 2.0"), std::string::npos);
-  }
-  void expectReplaced() {
-    EXPECT_TRUE(sameTree(product(), destination()));
-    EXPECT_EQ(versionOfBundle(trashed()), "1.0");
-  }
+  static Lines launched(int way) { return way == kCloseWindow ? installLog() : copiedAndNotLaunched(); }
   void expectLaunchedUnlessTheSessionEnded(int way) {
     if (way == kCloseWindow) {
       EXPECT_TRUE(startedVersion("2.0"));
     } else {
-      EXPECT_EQ(report().find("started 2.0"), std::string::npos);
-      EXPECT_FALSE(endProgramsBelow(destination()));
+      expectNotLaunched();
     }
   }
 
  private:
-  fs::path old_;
   std::unique_ptr<ChildProcess> manager_;
 };
 
@@ -263,35 +194,6 @@ TEST_P(EveryWayOfClosing, WhileLaunchingOnlyTheEndOfTheSessionLeavesTheLaunchOut
   expectReplaced();
   expectLaunchedUnlessTheSessionEnded(GetParam());
   EXPECT_EQ(logHas("not launched: the session ends"), GetParam() != kCloseWindow);
-}
-
-// The toolkit ends the program by exit() then.
-TEST_F(ClosingFlow, WhenTheDisplayGoesAwayWhileCopyingTheCopyIsFinished) {
-  InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
-  {
-    const auto tracer = slowDown(installer, "utimensat", "700000");
-    ASSERT_TRUE(installer.click("Install"));
-    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()) && fs::exists(destination()); }, kPatience));
-    desktop().xServer()->sendSignal(SIGKILL);
-    ASSERT_TRUE(eventually([&] { return logHas("The session ends: the display has gone"); }, kPatience));
-    EXPECT_FALSE(logHas("successfully copied"));
-  }
-  EXPECT_EQ(installer.process().waitForEnd(kPatience), 1) << "the toolkit's own status";
-  expectReplaced();
-  EXPECT_EQ(wholeLog(),
-            kPlainStart + (Lines{"Install", "The session ends: the display has gone"} + launched(SIGTERM)));
-}
-
-TEST_F(ClosingFlow, WhenTheDisplayGoesAwayBeforeAnythingWasTouchedNothingIs) {
-  const auto running = startedAndStopped();
-  InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.click("Install"));
-  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
-  desktop().xServer()->sendSignal(SIGKILL);
-  EXPECT_EQ(installer.process().waitForEnd(kPatience), 1);
-  expectNothingTouched();
-  EXPECT_EQ(installerLog().back(), kNothingInstalled.front());
 }
 
 TEST_F(ClosingFlow, TheDelayOfTheProductThatEndsDuringASecondInstallationIsALeavingToo) {

@@ -79,28 +79,6 @@ TEST_F(WaylandFlow, ACopyOnTheOtherDesktopIsLeftAlone) {
   EXPECT_TRUE(there.isRunning());
 }
 
-TEST_F(WaylandFlow, WhenTheCompositorGoesAwayTheWorkerFinishesAndTheLogSaysWhy) {
-  makeSampleProduct(applications(), {.version = "1.0"});
-  InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.waitForButton("Install", kTestPatience));
-  // The copy takes its time.
-  ChildProcess tracer({"strace", "-f", "-o", "/dev/null", "-e", "trace=utimensat", "-e",
-                       "inject=utimensat:delay_enter=700000", "-p",
-                       std::to_string(installer.process().pid())});
-  ASSERT_TRUE(tracer.waitForOutput("attached", kTestPatience)) << tracer.output();
-  ASSERT_TRUE(installer.click("Install"));
-  const fs::path trashed = desktop().homeFolder() + "/.local/share/Trash/files/Sample.app";
-  ASSERT_TRUE(eventually([&] { return fs::exists(trashed) && fs::exists(destination()); }));
-  desktop().compositor()->sendSignal(SIGKILL);
-  ASSERT_TRUE(eventually([&] { return logHas("The session ends: the display has gone"); }))
-      << testing::PrintToString(installerLog()) << installer.process().output();
-  tracer.end(SIGTERM);
-  EXPECT_EQ(installer.process().waitForEnd(kTestPatience), 1) << "the toolkit's own status";
-  EXPECT_EQ(versionOfBundle(destination()), "2.0");
-  EXPECT_TRUE(sameTree(product(), destination()));
-  EXPECT_EQ(versionOfBundle(trashed), "1.0");
-}
-
 // Neither a compositor nor an X server; and one of each that has gone.
 TEST_F(WaylandFlow, WithoutADisplayTheLogSaysSoAndTheStatusToo) {
   const std::string home = desktop().homeFolder();

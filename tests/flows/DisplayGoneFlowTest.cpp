@@ -1,0 +1,136 @@
+// The display goes away in each phase of an installation: the X server is killed, or the compositor. The toolkit ends the
+// program by exit() then, with a status of its own.
+#include "tests/flows/LeavingFlow.h"
+
+namespace halvorn {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char kGone[] = "The session ends: the display has gone";
+
+struct Kind {
+  const char* name;
+  Compositor compositor;
+
+  friend void PrintTo(const Kind& kind, std::ostream* stream) { *stream << kind.name; }
+};
+
+class TheDisplayGoes : public LeavingFlow, public testing::WithParamInterface<Kind> {
+ protected:
+  [[nodiscard]] DesktopParts parts() const override {
+    return {.compositor = GetParam().compositor, .accessibility = true};
+  }
+  void killDisplay() {
+    ChildProcess* const display =
+        GetParam().compositor == Compositor::None ? desktop().xServer() : desktop().compositor();
+    display->sendSignal(SIGKILL);
+  }
+  void expectTheToolkitsEnd(InstallerDriver& installer) {
+    EXPECT_EQ(installer.process().waitForEnd(kPatience), 1) << "the toolkit's own status";
+    EXPECT_TRUE(logHas(kGone)) << testing::PrintToString(wholeLog()) << installer.process().output();
+  }
+  // With a worker on the way to something that it does not begin any more.
+  void expectNothingInstalled(InstallerDriver& installer) {
+    expectTheToolkitsEnd(installer);
+    expectNothingTouched();
+    EXPECT_EQ(installerLog().back(), kNothingInstalled.front()) << testing::PrintToString(wholeLog());
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Desktops, TheDisplayGoes,
+                         testing::Values(Kind{"X11", Compositor::None}, Kind{"Sway", Compositor::Sway},
+                                         Kind{"KWin", Compositor::KWin}),
+                         [](const auto& kind) { return kind.param.name; });
+
+TEST_P(TheDisplayGoes, BeforeTheInstallationAndTheProgramEnds) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+  killDisplay();
+  expectTheToolkitsEnd(installer);
+  expectNothingTouched();
+  EXPECT_EQ(wholeLog(), kPlainStart + Lines{kGone});
+}
+
+TEST_P(TheDisplayGoes, WhileTheOldCopyIsAskedToQuitAndNothingIsTouched) {
+  const auto running = startedAndStopped();
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
+  killDisplay();
+  expectNothingInstalled(installer);
+  EXPECT_TRUE(running->isRunning()) << "it is not forced any more";
+}
+
+TEST_P(TheDisplayGoes, WhileTheOldCopyIsForcedToQuitAndNothingIsTouched) {
+  const auto running = startedAndStopped();
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
+  {
+    const auto tracer = slowDown(installer, "pidfd_send_signal", "2000000");
+    ASSERT_TRUE(eventually([&] { return isKilling(installer); }, kPatience));
+    killDisplay();
+    EXPECT_TRUE(eventually([&] { return !running->isRunning(); }, kPatience));
+  }
+  expectNothingInstalled(installer);
+}
+
+TEST_P(TheDisplayGoes, BetweenTrashAndCopyAndTheCopyIsFinished) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+  {
+    const auto tracer = slowDown(installer, "mkdirat", "1500000");
+    ASSERT_TRUE(installer.click("Install"));
+    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()); }, kPatience));
+    EXPECT_NE(versionOfBundle(destination()), "2.0");
+    killDisplay();
+    ASSERT_TRUE(eventually([&] { return logHas(kGone); }, kPatience)) << installer.process().output();
+  }
+  expectTheToolkitsEnd(installer);
+  expectReplaced();
+  expectNotLaunched();
+}
+
+TEST_P(TheDisplayGoes, WhileCopyingAndTheCopyIsFinished) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+  {
+    const auto tracer = slowDown(installer, "utimensat", "700000");
+    ASSERT_TRUE(installer.click("Install"));
+    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()) && fs::exists(destination()); }, kPatience));
+    killDisplay();
+    ASSERT_TRUE(eventually([&] { return logHas(kGone); }, kPatience)) << installer.process().output();
+    EXPECT_FALSE(logHas("successfully copied"));
+  }
+  expectTheToolkitsEnd(installer);
+  expectReplaced();
+  expectNotLaunched();
+  EXPECT_EQ(wholeLog(), kPlainStart + (Lines{"Install", kGone} + copiedAndNotLaunched()));
+}
+
+TEST_P(TheDisplayGoes, WhileLaunchingAndTheProductIsNotLaunched) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  // Half a second passes between this line and the next.
+  ASSERT_TRUE(eventually([&] { return logHas("launching " + destination()); }, kPatience));
+  killDisplay();
+  expectTheToolkitsEnd(installer);
+  expectReplaced();
+  expectNotLaunched();
+  EXPECT_EQ(installerLog().back(), "not launched: the session ends") << testing::PrintToString(wholeLog());
+}
+
+TEST_P(TheDisplayGoes, AfterTheInstallationAndWhatWasLaunchedStays) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(startedVersion("2.0"));
+  killDisplay();
+  expectTheToolkitsEnd(installer);
+  expectReplaced();
+  EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + installLog() + Lines{kGone});
+}
+
+}  // namespace
+}  // namespace halvorn

@@ -21,11 +21,12 @@ class TheDisplayGoes : public LeavingFlow, public testing::WithParamInterface<Ki
   [[nodiscard]] DesktopParts parts() const override {
     return {.compositor = GetParam().compositor, .accessibility = true};
   }
-  void killDisplay() {
+  void signalDisplay(int signal) {
     ChildProcess* const display =
         GetParam().compositor == Compositor::None ? desktop().xServer() : desktop().compositor();
-    display->sendSignal(SIGKILL);
+    display->sendSignal(signal);
   }
+  void killDisplay() { signalDisplay(SIGKILL); }
   void expectTheToolkitsEnd(InstallerDriver& installer) {
     EXPECT_EQ(installer.process().waitForEnd(kPatience), 1) << "the toolkit's own status";
     EXPECT_TRUE(logHas(kGone)) << testing::PrintToString(wholeLog()) << installer.process().output();
@@ -38,10 +39,10 @@ class TheDisplayGoes : public LeavingFlow, public testing::WithParamInterface<Ki
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Desktops, TheDisplayGoes,
-                         testing::Values(Kind{"X11", Compositor::None}, Kind{"Sway", Compositor::Sway},
-                                         Kind{"KWin", Compositor::KWin}),
-                         [](const auto& kind) { return kind.param.name; });
+const auto kDesktops = testing::Values(Kind{"X11", Compositor::None}, Kind{"Sway", Compositor::Sway},
+                                       Kind{"KWin", Compositor::KWin});
+std::string nameOf(const testing::TestParamInfo<Kind>& kind) { return kind.param.name; }
+INSTANTIATE_TEST_SUITE_P(Desktops, TheDisplayGoes, kDesktops, nameOf);
 
 TEST_P(TheDisplayGoes, BeforeTheInstallationAndTheProgramEnds) {
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
@@ -130,6 +131,28 @@ TEST_P(TheDisplayGoes, AfterTheInstallationAndWhatWasLaunchedStays) {
   expectTheToolkitsEnd(installer);
   expectReplaced();
   EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + installLog() + Lines{kGone});
+}
+
+class TheDisplayStops : public TheDisplayGoes {};
+INSTANTIATE_TEST_SUITE_P(Desktops, TheDisplayStops, kDesktops, nameOf);
+
+// Nobody sees the window then, and the copy does not wait for that.
+TEST_P(TheDisplayStops, WhileCopyingAndTheRestComesWhenItGoesOn) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+  {
+    const auto tracer = slowDown(installer, "utimensat", "700000");
+    ASSERT_TRUE(installer.click("Install"));
+    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()) && fs::exists(destination()); }, kPatience));
+    signalDisplay(SIGSTOP);
+  }
+  ASSERT_TRUE(eventually([&] { return logHas("successfully copied"); }, kPatience))
+      << testing::PrintToString(wholeLog());
+  expectReplaced();
+  signalDisplay(SIGCONT);
+  EXPECT_TRUE(installer.waitForText("Sample was successfully installed.", kPatience));
+  EXPECT_TRUE(startedVersion("2.0"));
+  EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + installLog());
 }
 
 }  // namespace

@@ -233,10 +233,13 @@ class PackagedFlow : public AuthorizedFlow {
     fs::copy(bundle(), folder / "HalvornInstaller.app", fs::copy_options::recursive);
     program_ = folder / "HalvornInstaller.app/Contents/Linux/HalvornInstaller";
   }
+  static std::string bundleOf(const std::string& program) {
+    return fs::path(program).parent_path().parent_path().parent_path();
+  }
   std::string program_;
 };
 
-TEST_F(PackagedFlow, TheQuestionNamesTheInstallerAndHasItsIcon) {
+TEST_F(PackagedFlow, TheQuestionNamesTheInstallerAndTheProductAndHasItsIcon) {
   installPackage();
   inThePersonsShoes(*world_, [&] {
     Session session(home());
@@ -246,12 +249,12 @@ TEST_F(PackagedFlow, TheQuestionNamesTheInstallerAndHasItsIcon) {
     const auto agent = agentFor(driver, "right");
     ASSERT_TRUE(driver.click("Install"));
     ASSERT_TRUE(driver.waitForText("Sample was successfully installed.", kPatience)) << agent->output();
-    EXPECT_TRUE(
-        agent->waitForOutput("icon: halvorn-installer\n"
-                             "asked: example.halvorn.installer.copy Authentication is required for "
-                             "Halvorn Installer to install an application\n",
-                             kPatience))
-        << agent->output();
+    const std::string asked =
+        "icon: halvorn-installer\nasked: example.halvorn.installer.copy Authentication is required for "
+        "Halvorn "
+        "Installer to install an application, from where to where the command says: " +
+        bundleOf(program_) + "/Contents/Resources/train " + product() + " " + destination() + "\n";
+    EXPECT_TRUE(agent->waitForOutput(asked, kPatience)) << agent->output();
   });
   struct stat facts {};
   ASSERT_EQ(::lstat(destination().c_str(), &facts), 0);

@@ -288,7 +288,12 @@ std::vector<std::shared_ptr<KTProcess>> InstallerSteps::targets() {
 OptionalText InstallerSteps::obstacleToRights() {
   if (parts_->isRoot) return std::nullopt;
   const OptionalText tool = parts_->bundles.pathForResource(parts_->settings.installer, "train", "");
-  return parts_->authorizer.obstacleTo(tool.value_or(Text()));
+  std::vector<Text> words;
+  for (const char* key :
+       {KTInstallerKeySourcePath, KTInstallerKeyDestinationPath, KTInstallerKeyWrapperPath}) {
+    if (const OptionalText word = arguments().text(key)) words.push_back(*word);
+  }
+  return parts_->authorizer.obstacleTo(tool.value_or(Text()), words);
 }
 
 InstallOutcome InstallerSteps::install() {

@@ -81,6 +81,13 @@ Text sentenceOf(const ToolObstacle& obstacle, const Text& tool) {
   return {};
 }
 
+// The dialog of an action that a package brought shows what will be run, and some dialogs show that of every action.
+Text sentenceOf(const WordsObstacle& obstacle) {
+  if (obstacle.kind == WordsObstacle::Kind::Disguised)
+    return format("The administrator's tool is not asked for: '%@' would be shown as another", obstacle.word);
+  return "The administrator's tool is not asked for: its paths are longer than a dialog shows";
+}
+
 OptionalText firstExecutable(const std::vector<std::string>& paths) {
   for (const std::string& path : paths) {
     if (::access(path.c_str(), X_OK) == 0) return Text(path);
@@ -113,6 +120,9 @@ Authorizer::Result PolkitAuthorizer::requestAdministratorRights(const Text& tool
     return grantedInVain(
         EINVAL, logged("The administrator's tool was not started: an argument holds a NUL character"));
   }
+  if (const auto obstacle = obstacleToShowing(arguments)) {
+    return grantedInVain(EINVAL, logged(sentenceOf(*obstacle)));
+  }
   const OptionalText pkexec = firstExecutable(programs_.pkexec);
   if (!pkexec) return refused(kNoPkexec);
   auto [run, error] = start(pkexec->bytes(), toolPath.bytes(), words);
@@ -129,8 +139,9 @@ Authorizer::Result PolkitAuthorizer::requestAdministratorRights(const Text& tool
   return {AuthorizationAnswer::Granted, std::make_unique<PolkitAuthorization>(log_, std::move(run))};
 }
 
-OptionalText PolkitAuthorizer::obstacleTo(const Text& toolPath) const {
+OptionalText PolkitAuthorizer::obstacleTo(const Text& toolPath, const std::vector<Text>& arguments) const {
   if (const auto obstacle = obstacleToTool(toolPath.bytes())) return sentenceOf(*obstacle, toolPath);
+  if (const auto obstacle = obstacleToShowing(arguments)) return sentenceOf(*obstacle);
   return firstExecutable(programs_.pkexec) ? std::nullopt : OptionalText(kNoPkexec);
 }
 

@@ -40,7 +40,7 @@ class PolkitAuthorizer : public Authorizer {
 
   // What would keep the tool from being run, as far as that is known before anybody is asked: the line that the log
   // would get. Thread: any.
-  [[nodiscard]] OptionalText obstacleTo(const Text& toolPath) const;
+  [[nodiscard]] OptionalText obstacleTo(const Text& toolPath, const std::vector<Text>& arguments) const;
 
  private:
   struct Started {

@@ -16,6 +16,11 @@ namespace {
 
 using Kind = ToolObstacle::Kind;
 
+// Some dialogs read what they show as markup.
+bool holdsMarkup(const std::string& word) {
+  return word.find('<') != std::string::npos || word.find("&#") != std::string::npos;
+}
+
 std::string mountsOfThisProcess() {
   std::ifstream file("/proc/self/mountinfo");
   return {std::istreambuf_iterator<char>(file), {}};
@@ -61,6 +66,17 @@ std::optional<ToolObstacle> obstacleToTool(const std::string& toolPath) {
   if (isPrivateMount(mountsOfThisProcess(), major(facts.st_dev), minor(facts.st_dev))) {
     return ToolObstacle{Kind::MediumPrivate, EACCES};
   }
+  return std::nullopt;
+}
+
+std::optional<WordsObstacle> obstacleToShowing(const std::vector<Text>& words) {
+  std::size_t length = 0;
+  for (const Text& word : words) {
+    if (undisguised(word) != word || holdsMarkup(word.bytes()))
+      return WordsObstacle{WordsObstacle::Kind::Disguised, word};
+    length += word.units().size() + 1;
+  }
+  if (length > kMostShownWords) return WordsObstacle{WordsObstacle::Kind::TooLong, {}};
   return std::nullopt;
 }
 

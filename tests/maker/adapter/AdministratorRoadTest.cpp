@@ -92,6 +92,23 @@ TEST_F(AdministratorRoad, RightsThatCannotBeHadSayWhy) {
   EXPECT_FALSE(fs::exists(kDestination));
 }
 
+// The plan knows it, too.
+TEST_F(AdministratorRoad, ANameThatTheQuestionWouldShowAsAnotherIsNotAskedFor) {
+  make({.rules = PolkitWorld::ruleAnswering("YES")});
+  const std::string disguised = at("NAS/Sam\u202Eelp.app");
+  fs::rename(at("NAS/Sample.app"), disguised);
+  for (const char* verb : {"plan", "install"}) {
+    std::vector<std::string> all = {at("halvorn"), "--json", verb, "-sourcePath", disguised};
+    if (verb == std::string("install")) all.emplace_back("--yes");
+    const CommandResult end =
+        runCommand(world_->asPerson(all), {.environment = world_->personsEnvironment()});
+    EXPECT_EQ(end.status, 7) << end.output;
+    EXPECT_TRUE(has(end.output, "The administrator's tool is not asked for: '" + at("NAS/Sam")))
+        << end.output;
+  }
+  EXPECT_FALSE(fs::exists("/opt/Sam\u202Eelp.app"));
+}
+
 TEST_F(AdministratorRoad, WithoutAnAgentThatIsSaid) {
   make();
   const CommandResult none =

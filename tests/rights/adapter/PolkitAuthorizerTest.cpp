@@ -158,6 +158,20 @@ TEST_F(PolkitZoo, AMissingToolIsNotStartedAndNobodyIsAsked) {
       "answer: granted\nend: not started 2\n");
 }
 
+TEST_F(PolkitZoo, WordsThatTheDialogWouldNotShowAsTheyAreAreNotAskedFor) {
+  inWorld();
+  const std::vector<std::pair<std::string, std::string>> wordsAndReasons = {
+      {"/media/Foo\u202Egnp.app", "'/media/Foo\\u{202E}gnp.app' would be shown as another"},
+      {"/media/Foo.app\nAll is well", "'/media/Foo.app\\nAll is well' would be shown as another"},
+      {"/media/" + std::string(1000, 'o'), "its paths are longer than a dialog shows"}};
+  for (const auto& [word, reason] : wordsAndReasons) {
+    const Attempt attempt = ask("right", {tool(), word, "/opt/Foo.app"});
+    EXPECT_FALSE(contains(attempt.agentOutput, "asked:")) << attempt.agentOutput;
+    EXPECT_EQ(attempt.output, "ready\nlog: The administrator's tool is not asked for: " + reason +
+                                  "\nanswer: granted\nend: not started 22\n");
+  }
+}
+
 TEST_F(PolkitZoo, AToolThatIsNotExecutableIsNotStartedAndNobodyIsAsked) {
   inWorld();
   fs::permissions(tool(), fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
@@ -241,13 +255,13 @@ TEST_F(PolkitZoo, AToolThatEndsLikePkexecIsNotMistakenForIt) {
 
 TEST_F(PolkitZoo, WhatTheToolSaysAppearsLineByLineEvenWithoutALastLineEnd) {
   inWorld({.rules = PolkitWorld::ruleAnswering("YES")});
-  EXPECT_EQ(ask("", {tool(), "say", "one\ntool: two"}).output,
+  EXPECT_EQ(ask("", {tool(), "say", "one|tool: two"}).output,
             "ready\nanswer: granted\ntool: one\ntool: two\nend: exited 0\n");
 }
 
 TEST_F(PolkitZoo, HowMuchTheToolHasCopiedIsToldAndNotPassedOn) {
   inWorld({.rules = PolkitWorld::ruleAnswering("YES")});
-  EXPECT_EQ(ask("", {tool(), "say", "one\ncopied 4194304\ntool: two\ncopied 5x\n"}).output,
+  EXPECT_EQ(ask("", {tool(), "say", "one|copied 4194304|tool: two|copied 5x|"}).output,
             "ready\nanswer: granted\ntool: one\ncopied: 4194304\ntool: two\ncopied 5x\nend: exited 0\n");
 }
 

@@ -1,8 +1,9 @@
 // A tool for the administrator's rights that ends in the way it is told: kt_zoo_tool exit N | signal N | say
-// TEXT | wait FILE (until the file exists) | identity. Tells that it has started as the real tool does.
+// TEXT (with '|' for line ends) | wait FILE (until the file exists) | identity. Tells that it has started as the real tool does.
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -10,12 +11,13 @@
 
 int main(int count, char** words) {
   const std::string what = count > 1 ? words[1] : "exit";
-  const std::string value = count > 2 ? words[2] : "0";
+  std::string value = count > 2 ? words[2] : "0";
   if (what != "exit-unannounced") ::shutdown(STDIN_FILENO, SHUT_WR);
   if (what == "signal") {
     ::signal(std::atoi(value.c_str()), SIG_DFL);
     ::raise(std::atoi(value.c_str()));
   }
+  if (what == "say") std::replace(value.begin(), value.end(), '|', '\n');
   if (what == "say") std::fprintf(stderr, "tool: %s", value.c_str());
   if (what == "identity")
     std::fprintf(stderr, "tool: uid %d, for %s\n", ::getuid(), std::getenv("PKEXEC_UID"));

@@ -71,6 +71,24 @@ TEST(ToolObstacle, NobodyIsAskedForAToolWhosePathHidesSomething) {
   EXPECT_EQ(obstacleToTool("/media/Grüße אבג/train")->kind, ToolObstacle::Kind::Missing);
 }
 
+// So would what the tool is told, where the dialog shows that.
+TEST(ToolObstacle, NobodyIsAskedForWordsThatHideSomethingOrAreTooMany) {
+  using Kind = WordsObstacle::Kind;
+  EXPECT_FALSE(obstacleToShowing({}));
+  EXPECT_FALSE(
+      obstacleToShowing({"/media/anna/My Disk/A & B/Grüße אבג.app", "/opt/\U0001F469\u200D\U0001F52C.app"}));
+  for (const char* word : {"/media/\u202Egnp.app", "/media/a\u200Bb.app", "/opt/a.app\nAll is well",
+                           "/opt/\u00ADa", "/opt/<b>a", "/opt/a&#x202E;b"}) {
+    const auto obstacle = obstacleToShowing({"/media/Foo.app", word});
+    ASSERT_TRUE(obstacle) << word;
+    EXPECT_EQ(obstacle->kind, Kind::Disguised) << word;
+    EXPECT_EQ(obstacle->word, Text(word));
+  }
+  const auto ofLength = [](std::size_t length) { return Text("/" + std::string(length - 1, 'x')); };
+  EXPECT_FALSE(obstacleToShowing({ofLength(kMostShownWords - 3), "/"})) << "with a blank behind each";
+  EXPECT_EQ(obstacleToShowing({ofLength(kMostShownWords - 2), "/"})->kind, Kind::TooLong);
+}
+
 TEST(PrivilegedProcess, APlainPathIsAbsoluteAndNeverGoesUp) {
   const auto plain = [](const char* path) {
     const char* const list[] = {path, nullptr};

@@ -4,9 +4,13 @@
 
 namespace halvorn::StringExtensions {
 
+ForwardEdits::ForwardEdits(std::u16string_view units) {
+  settled_.reserve(units.size());
+  replace(0, units);
+}
+
 char16_t ForwardEdits::moveTo(std::size_t position) {
   while (settled_.size() < position && !behind_.empty()) settle(takeFromNearest(position - settled_.size()));
-  while (!behind_.empty() && behind_.back().empty()) behind_.pop_back();
   return behind_.empty() ? u'\0' : behind_.back().front();
 }
 

@@ -14,9 +14,7 @@ namespace halvorn::StringExtensions {
 class ForwardEdits {
  public:
   // The copy is that of these units, the position its first.
-  explicit ForwardEdits(std::u16string_view units) : behind_{units}, behindLength_(units.size()) {
-    settled_.reserve(units.size());
-  }
+  explicit ForwardEdits(std::u16string_view units);
 
   // Goes to that position of the copy, which is neither before the present one nor past the end. Returns the
   // unit there, 0 at the end.
@@ -36,8 +34,8 @@ class ForwardEdits {
 
   std::u16string settled_;
   std::size_t backslashes_ = 0;  // at the end of what is settled
-  std::vector<std::u16string_view> behind_;
-  std::size_t behindLength_;
+  std::vector<std::u16string_view> behind_;  // none is empty
+  std::size_t behindLength_ = 0;
 };
 
 }  // namespace halvorn::StringExtensions

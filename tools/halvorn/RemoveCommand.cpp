@@ -13,6 +13,7 @@
 #include "Platform/bundles/linux/launching/XdgLoginItems.h"
 #include "Platform/files/SearchPaths.h"
 #include "Platform/files/Trash.h"
+#include "Platform/running/Clock.h"
 #include "System/linux/Places.h"
 #include "tools/halvorn/Plan.h"
 
@@ -84,14 +85,22 @@ class Removal {
     return texts;
   }
 
+  // A program that comes back as soon as it is quit stays, too.
   [[nodiscard]] OptionalText programThatStays() {
-    for (const KTProcessPointer& process : steps_.system().processes().allProcesses()) {
-      if (process->path() != bundle_) continue;
-      const OptionalText name = process->name();
+    constexpr double pauseBetweenProcesses = 0.1;
+    for (const KTProcessPointer& process : programs()) {
       process->quit();
-      if (process->isStillRunning()) return name.value_or(Text());
+      steps_.system().clock().sleep(pauseBetweenProcesses);
     }
-    return std::nullopt;
+    const std::vector<KTProcessPointer> left = programs();
+    return left.empty() ? std::nullopt : OptionalText(left.front()->name().value_or(Text()));
+  }
+  [[nodiscard]] std::vector<KTProcessPointer> programs() {
+    std::vector<KTProcessPointer> found;
+    for (const KTProcessPointer& process : steps_.system().processes().allProcesses()) {
+      if (process->path() == bundle_ && process->isStillRunning()) found.push_back(process);
+    }
+    return found;
   }
 
   [[nodiscard]] OptionalText trash(const Text& item) {

@@ -118,6 +118,41 @@ TEST_F(AdministratorRoad, WithoutAnAgentThatIsSaid) {
       << none.output;
 }
 
+// What the manual page says of rights: each with an answer as the schema has it.
+TEST_F(AdministratorRoad, EachStatusOfRightsIsReached) {
+  make({.rules = PolkitWorld::ruleAnswering("AUTH_ADMIN")});
+  StatusTable reached;
+  const auto note = [&](const std::string& verb, const std::string& schema, int status,
+                        const std::string& answers) {
+    EXPECT_EQ(problemsInAnswers(answers, schema, at("answers")), "") << answers;
+    EXPECT_TRUE(has(answers, "\"status\": " + std::to_string(status))) << answers;
+    reached[verb].insert(status);
+  };
+  const auto asPerson = [&](std::vector<std::string> more) {
+    more.insert(more.begin(), {"sh", "-c", "exec \"$@\" 2>/dev/null", "sh", at("halvorn"), "--json"});
+    return runCommand(world_->asPerson(more), {.environment = world_->personsEnvironment()});
+  };
+  const End dismissed = installedWithAgent("cancel");
+  EXPECT_EQ(dismissed.status, 8);
+  reached["install"].insert(*dismissed.status);
+  const CommandResult noAgent = asPerson({"install", "-sourcePath", at("NAS/Sample.app"), "--yes"});
+  EXPECT_EQ(noAgent.status, 7);
+  note("install", "installEvent", 7, noAgent.output);
+  (void)makeSampleProduct("/opt", {});
+  const CommandResult kept = asPerson({"remove", kDestination, "--yes"});
+  EXPECT_EQ(kept.status, 7);
+  note("remove", "remove", 7, kept.output);
+  fs::remove_all(kDestination);
+  fs::rename(at("NAS/Sample.app"), at("NAS/Sam\u202Eelp.app"));
+  const CommandResult planned = asPerson({"plan", "-sourcePath", at("NAS/Sam\u202Eelp.app")});
+  EXPECT_EQ(planned.status, 7);
+  note("plan", "plan", 7, planned.output);
+  EXPECT_EQ(reached, statusesOfRights());
+  for (const auto& [verb, statuses] : reached) {
+    for (const int status : statuses) EXPECT_TRUE(isDocumented({verb}, status)) << verb << " " << status;
+  }
+}
+
 // Nobody is asked, the tool does the copy, and nothing is launched as root.
 TEST_F(AdministratorRoad, RootTakesTheSameRoadWithoutAQuestion) {
   make({.bus = false});

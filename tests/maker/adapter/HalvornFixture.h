@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/maker/adapter/StatusTable.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/SampleProduct.h"
 #include "tests/support/SharedApplications.h"
@@ -46,7 +47,9 @@ class HalvornFixture : public testing::Test {
     return whole;
   }
   [[nodiscard]] CommandResult halvorn(const std::vector<std::string>& words) const {
-    return runCommand(command(words), {.environment = environment_}, 60);
+    const CommandResult result = runCommand(command(words), {.environment = environment_}, 60);
+    EXPECT_TRUE(isDocumented(words, result.status)) << result.status << " is not in the manual page";
+    return result;
   }
   // The answer with --json; it must be as the schema says, and end as `status` says.
   [[nodiscard]] std::string answer(std::vector<std::string> words, const std::string& schema,
@@ -57,15 +60,12 @@ class HalvornFixture : public testing::Test {
     whole.insert(whole.begin(), {"sh", "-c", "exec \"$@\" 2>\"$0\"", folder_ / "complaints"});
     const CommandResult result = runCommand(whole, {.environment = environment_}, 60);
     EXPECT_EQ(result.status, status) << result.output;
+    EXPECT_TRUE(isDocumented(words, status)) << status << " is not in the manual page";
     EXPECT_EQ(problemsIn(result.output, schema), "") << result.output;
     return result.output;
   }
   [[nodiscard]] std::string problemsIn(const std::string& answers, const std::string& schema) const {
-    const std::string file = putFile(folder_ / "answers", answers);
-    return runCommand({"sh", "-c",
-                       "exec /usr/bin/python3 " KT_ANSWERS_SCRIPT " " KT_HALVORN_SCHEMA " '" + schema +
-                           "' < " + file})
-        .output;
+    return problemsInAnswers(answers, schema, folder_ / "answers");
   }
 
   // Makes the copy that is installed one that no Trash takes: as a mount of its own for the administrator, who could

@@ -1,11 +1,10 @@
 // halvorn install: whole installations without a window, each ending by its exit status.
 #include <unistd.h>
 
-#include <atomic>
 #include <csignal>
-#include <thread>
 
 #include "tests/maker/adapter/HalvornFixture.h"
+#include "tests/maker/adapter/Respawner.h"
 
 namespace halvorn {
 namespace {
@@ -128,28 +127,6 @@ TEST_F(InstallCommand, ACopyThatCannotBeTrashedStays) {
   EXPECT_TRUE(has(events, "\"outcome\": \"notTrashed\"")) << events;
   EXPECT_EQ(versionOfBundle(destination()), "1.0");
 }
-
-// Starts the program again whenever it ends.
-class Respawner {
- public:
-  Respawner(std::vector<std::string> program, std::vector<std::string> environment)
-      : thread_([this, program = std::move(program), environment = std::move(environment)] {
-          while (!isOver_) {
-            ChildProcess child(program, {.environment = environment});
-            while (!isOver_ && child.isRunning()) pauseBriefly();
-          }
-        }) {}
-  ~Respawner() {
-    isOver_ = true;
-    thread_.join();
-  }
-  Respawner(const Respawner&) = delete;
-  Respawner& operator=(const Respawner&) = delete;
-
- private:
-  std::atomic<bool> isOver_ = false;
-  std::thread thread_;
-};
 
 TEST_F(InstallCommand, AProgramThatDoesNotStayAwayCancelsIt) {
   const Respawner running(oldCopy(""), environment_);

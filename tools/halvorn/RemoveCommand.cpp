@@ -87,10 +87,10 @@ class Removal {
 
   // A program that comes back as soon as it is quit stays, too.
   [[nodiscard]] OptionalText programThatStays() {
-    constexpr double pauseBetweenProcesses = 0.1;
+    constexpr double kPauseBetweenPrograms = 0.1;
     for (const KTProcessPointer& process : programs()) {
       process->quit();
-      steps_.system().clock().sleep(pauseBetweenProcesses);
+      steps_.system().clock().sleep(kPauseBetweenPrograms);
     }
     const std::vector<KTProcessPointer> left = programs();
     return left.empty() ? std::nullopt : OptionalText(left.front()->name().value_or(Text()));

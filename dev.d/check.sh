@@ -197,7 +197,9 @@ check_mac() {
     objects=("${sources[@]/#/$folder/$target/}")
     tests/mac/audit/audit.py "$(pascal_units)" "$(libsystem_in "$folder")" "${objects[@]/%/.o}" || return 1
     tests/mac/audit/later_audit.py "$folder/declarations/package/types" "${objects[@]/%/.o}" || return 1
-    mac_bundle "$folder/$target" && tests/mac/audit/bundle.py "$folder/$target/HalvornInstaller.app" "$target" || return 1
+    mac_bundle "$folder/$target" || return 1
+    tests/mac/audit/bundle.py "$folder/$target/HalvornInstaller.app" "$target" || return 1
+    tests/mac/audit/seal_test.py "$folder/$target/HalvornInstaller.app" "$target" || return 1
   done
 }
 
@@ -208,7 +210,7 @@ mac_shared_sources() {
     tests/mac/audit/HeadersOfGnustep.cpp
 }
 
-# The installer's bundle, as it is laid out everywhere.
+# The installer's bundle, as it is laid out everywhere, signed ad hoc.
 mac_bundle() {
   local contents="$1/HalvornInstaller.app/Contents" file
   rm -rf "$1/HalvornInstaller.app"
@@ -219,6 +221,7 @@ mac_bundle() {
   cp -r Resources/*.lproj "$contents/Resources/"
   sed "s/@PROJECT_VERSION@/$(sed -nE 's/^project\(HalvornInstaller VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)/" \
     Resources/Info.plist.in >"$contents/Info.plist"
+  tests/mac/audit/sign.py "$1/HalvornInstaller.app"
 }
 
 # mac_build TARGET COMPILER ADAPTER... -- SOURCE...

@@ -1,17 +1,25 @@
 #!/usr/bin/env python3
-"""Whether a bundle is laid out as macOS wants it, and its programs are what they should be.
+"""Whether a bundle is laid out as macOS wants it, its programs are what they should be, and it is what was signed.
 
   bundle.py BUNDLE.app TARGET
 
-TARGET is aarch64-macos or x86_64-macos. What is compared with what is expected: the kind of file and processor, the
-libraries that each program loads and no others, and, for the processor that demands one, the signature.
+TARGET is aarch64-macos or x86_64-macos. What is compared with what is expected: the kind of file and processor, and the
+libraries that each program loads and no others. What is signed is computed again: every page of the programs, Info.plist,
+and every file that the rules of the bundle's own seal ask for.
 """
+import hashlib
 import pathlib
 import plistlib
+import re
 import struct
+import subprocess
 import sys
 
+sys.dont_write_bytecode = True
+import macho  # noqa: E402 (nothing is left beside the sources)
+
 PROCESSORS = {"aarch64-macos": 0x0100000C, "x86_64-macos": 0x01000007}
+KINDS = {"aarch64-macos": "arm64", "x86_64-macos": "x86_64"}
 SYSTEM = "/usr/lib/libSystem.B.dylib"
 FRAMEWORKS = {"AppKit": "C", "Foundation": "C", "Carbon": "A", "CoreServices": "A", "ApplicationServices": "A",
               "CoreFoundation": "A", "Security": "A", "CoreAudio": "A", "IOKit": "A"}
@@ -25,41 +33,88 @@ RESOURCES = ("InstallerWindow.xml", "HalvornInstaller.icns", "en.lproj/Localizab
              "AlertStopIcon.png", "SoundOfSilence.aiff")
 
 
-def load_commands(data):
-    magic, processor, _, kind, count = struct.unpack_from("<5I", data)
-    libraries, signature, place = set(), None, 32
-    for _ in range(count):
-        command, size = struct.unpack_from("<2I", data, place)
+MAIN_PROGRAM = "Contents/MacOS/HalvornInstaller"
+
+
+def loaded_libraries(data):
+    for place, command, _ in macho.load_commands(data):
         if command in (0xC, 0x80000018):  # a library, a weak one
             start = place + struct.unpack_from("<I", data, place + 8)[0]
-            libraries.add(data[start:data.index(b"\0", start)].decode())
-        if command == 0x1D:
-            signature = struct.unpack_from("<2I", data, place + 8)
-        place += size
-    return magic, processor, kind, libraries, signature
+            yield data[start:data.index(b"\0", start)].decode()
 
 
-def is_signed_ad_hoc(data, signature):
-    """The code directory's flags say ad hoc, and each page has the digest that it names."""
-    import hashlib
-    start, _ = signature
-    magic, _, count = struct.unpack_from(">3I", data, start)
-    if magic != 0xFADE0CC0:
-        return False
-    for i in range(count):
-        kind, offset = struct.unpack_from(">2I", data, start + 12 + 8 * i)
-        if kind != 0:
-            continue
-        at = start + offset
-        _, _, _, flags, hashes, _, _, slots, limit = struct.unpack_from(">9I", data, at)
-        length, _, _, page = struct.unpack_from("4B", data, at + 36)
-        for slot in range(slots):
-            piece = data[slot << page:min((slot + 1) << page, limit)]
-            named = data[at + hashes + length * slot:at + hashes + length * (slot + 1)]
-            if hashlib.sha256(piece).digest()[:length] != named:
-                return False
-        return flags & 0x2 != 0 and slots > 0
-    return False
+def complaints_of_others(program, target, libraries):
+    """What two tools that know the format say of it."""
+    kind = subprocess.run(["file", "-b", str(program)], check=True, text=True, stdout=subprocess.PIPE).stdout
+    if not kind.startswith(f"Mach-O 64-bit {KINDS[target]} executable"):
+        yield f"is {kind.strip()}"
+    listing = subprocess.run(["llvm-objdump", "--macho", "--dylibs-used", str(program)], check=True, text=True,
+                             stdout=subprocess.PIPE).stdout
+    listed = {line.split(" (")[0].strip() for line in listing.splitlines()[1:]}
+    if listed != libraries:
+        yield f"loads, as another reads it, {sorted(listed ^ libraries)} differently"
+
+
+def wrong_pages(data, directory):
+    """Pages that are another than was signed, or that only one of the two has."""
+    length = 1 << directory.page_bits
+    pages = [hashlib.sha256(data[at:min(at + length, directory.limit)]).digest() for at in range(0, directory.limit, length)]
+    return [i for i in range(max(len(pages), len(directory.pages))) if pages[i:i + 1] != directory.pages[i:i + 1]]
+
+
+def complaints_about_signature(data, identifier, sealed):
+    """sealed: {slot: the bytes that its digest is of}"""
+    found = macho.signature(data)
+    if found is None:
+        yield "is not signed"
+        return
+    _, start, size = found
+    blobs = macho.blobs(data, start)
+    if 0 not in blobs:
+        yield "has no code directory"
+        return
+    directory = macho.CodeDirectory(blobs[0])
+    if directory.magic != macho.CODE_DIRECTORY or directory.flags & macho.AD_HOC == 0 or directory.kind != macho.SHA256:
+        yield "is not signed ad hoc with the digests that today's systems ask for"
+    if directory.identifier != identifier:
+        yield f"is signed as {directory.identifier}"
+    if directory.limit != start or start + size != len(data):
+        yield "has bytes that are not signed"
+    wrong = wrong_pages(data, directory)
+    if wrong:
+        yield f"has {len(wrong)} pages that are not what was signed, the first is {wrong[0]}"
+    expected = {**sealed, macho.REQUIREMENTS_SLOT: blobs.get(macho.REQUIREMENTS_SLOT, b"")}
+    for slot, content in expected.items():
+        if directory.special.get(slot) != hashlib.sha256(content).digest():
+            yield f"was signed with something else in slot {slot}"
+
+
+def is_sealed(path, rules):
+    """Whether the heaviest of the rules asks for the file."""
+    heaviest = {"omit": True, "weight": 0.0}
+    for pattern, rule in rules.items():
+        rule = rule if isinstance(rule, dict) else {}
+        if re.match(pattern, path) and rule.get("weight", 1.0) > heaviest.get("weight", 1.0):
+            heaviest = rule
+    return not heaviest.get("omit", False)
+
+
+def complaints_about_seal(contents):
+    """Files that are another, or not there, or that nobody signed."""
+    seal = plistlib.loads((contents / "_CodeSignature/CodeResources").read_bytes())
+    files, rules = seal["files2"], seal["rules2"]
+    for path, entry in files.items():
+        file = contents / path
+        if not file.is_file():
+            if not entry.get("optional"):
+                yield f"{path} is sealed and is not there"
+        elif hashlib.sha256(file.read_bytes()).digest() != entry["hash2"]:
+            yield f"{path} is not what was sealed"
+    for file in contents.rglob("*"):
+        path = file.relative_to(contents).as_posix()
+        is_own = path.startswith("_CodeSignature/") or f"Contents/{path}" == MAIN_PROGRAM
+        if file.is_file() and not is_own and path not in files and is_sealed(path, rules):
+            yield f"{path} is not sealed"
 
 
 def complaints_about(bundle, target):
@@ -74,13 +129,25 @@ def complaints_about(bundle, target):
             yield f"there is no resource {name}"
     for name, expected in LOADED.items():
         data = (bundle / name).read_bytes()
-        magic, processor, kind, libraries, signature = load_commands(data)
+        magic, processor, _, kind = struct.unpack_from("<4I", data)
+        libraries = set(loaded_libraries(data))
         if (magic, processor, kind) != (0xFEEDFACF, PROCESSORS[target], 2):
             yield f"{name} is no program for {target}"
         if libraries != expected:
             yield f"{name} loads {sorted(libraries - expected)} beyond and lacks {sorted(expected - libraries)}"
-        if target == "aarch64-macos" and (signature is None or not is_signed_ad_hoc(data, signature)):
-            yield f"{name} is not signed"
+        yield from (f"{name} {complaint}" for complaint in complaints_of_others(bundle / name, target, libraries))
+    yield from complaints_about_signatures(bundle, information.get("CFBundleIdentifier"))
+
+
+def complaints_about_signatures(bundle, identifier):
+    seal = bundle / "Contents/_CodeSignature/CodeResources"
+    if not seal.is_file():
+        yield "there is no seal"
+        return
+    yield from complaints_about_seal(bundle / "Contents")
+    sealed = {macho.INFORMATION_SLOT: (bundle / "Contents/Info.plist").read_bytes(), macho.RESOURCES_SLOT: seal.read_bytes()}
+    for name, asked in ((MAIN_PROGRAM, (identifier, sealed)), ("Contents/Resources/train", ("train", {}))):
+        yield from (f"{name} {complaint}" for complaint in complaints_about_signature((bundle / name).read_bytes(), *asked))
 
 
 def main():

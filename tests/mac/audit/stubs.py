@@ -4,7 +4,8 @@
   stubs.py FOLDER
 
 Each line of symbols.txt that begins in the first column names a library and where it lies on a Mac; the lines below it name
-what of it is used: functions and variables as they are written in C, classes with "@" before them.
+what of it is used: functions and variables as they are written in C, classes with "@" before them; ":x86_64" behind a
+name says that the library has it for that processor alone.
 """
 import pathlib
 import sys
@@ -24,15 +25,23 @@ def libraries(text):
     return found
 
 
-def stub(place, names):
+def exports(targets, names):
     symbols = sorted("_" + name for name in names if not name.startswith("@"))
     classes = sorted(name[1:] for name in names if name.startswith("@"))
-    lines = ["--- !tapi-tbd", "tbd-version: 4", f"targets: {TARGETS}", f"install-name: '{place}'", "current-version: 1",
-             "exports:", f"  - targets: {TARGETS}"]
+    if not names:
+        return []
+    lines = [f"  - targets: {targets}"]
     if symbols:
         lines.append(f"    symbols: [ {', '.join(symbols)} ]")
     if classes:
         lines.append(f"    objc-classes: [ {', '.join(classes)} ]")
+    return lines
+
+
+def stub(place, names):
+    of_one = [name.split(":")[0] for name in names if name.endswith(":x86_64")]
+    lines = ["--- !tapi-tbd", "tbd-version: 4", f"targets: {TARGETS}", f"install-name: '{place}'", "current-version: 1",
+             "exports:", *exports(TARGETS, [name for name in names if ":" not in name]), *exports("[ x86_64-macos ]", of_one)]
     return "\n".join(lines + ["...", ""])
 
 

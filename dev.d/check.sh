@@ -4,7 +4,7 @@
 dev_check() {
   if [ "${1:-}" = --ports ]; then check_ports; return; fi
   if [ "${1:-}" = --pictures ]; then shift; check_pictures "$@"; return; fi
-  if [ "${1:-}" = --mac ]; then check_mac; return; fi
+  if [ "${1:-}" = --mac ]; then shift; check_mac "$@"; return; fi
   if [ "${1:-}" = --abi ]; then need build; check_abi; return; fi
   if [ "${1:-}" = --release ]; then check_release "${2:-trixie}"; return; fi
   if [ "${1:-}" = --docs ]; then check_docs; return; fi
@@ -171,6 +171,7 @@ portable_sources() {
 # Whether the macOS adapters compile for both kinds of Macs, what they use of the system is what others say it has, and the
 # installer and its tool link with it: against libraries that are nothing but lists of names.
 check_mac() {
+  if [ "${1:-}" = --faults ]; then shift; check_mac_faults "$@"; return; fi
   command -v npm >/dev/null && command -v ninja >/dev/null || need ports
   need mac audit
   local folder=build/ports target sources shared objects status=0
@@ -201,6 +202,14 @@ check_mac() {
     tests/mac/audit/bundle.py "$folder/$target/HalvornInstaller.app" "$target" || return 1
     tests/mac/audit/seal_test.py "$folder/$target/HalvornInstaller.app" "$target" || return 1
   done
+}
+
+# check_mac_faults [WORD]: whether the tests of the adapters notice faults that are put into them; with a word those alone
+# that have it in their path or description.
+check_mac_faults() {
+  need build check test mac
+  configure_and_build dev installer_resources
+  tests/mutation/faults.py build/dev tests/mac/faults.txt "$@"
 }
 
 # All else that the two programs are made of.

@@ -17,6 +17,11 @@ bool serveMacLoopUntil(const std::function<bool()>& condition, double seconds) {
   return holds;
 }
 
+int liveInstances(const char* className) {
+  GSDebugAllocationActive(YES);
+  return GSDebugAllocationCount(NSClassFromString([NSString stringWithUTF8String:className]));
+}
+
 MacPool::MacPool() : pool_([[NSAutoreleasePool alloc] init]) {}
 MacPool::~MacPool() { [static_cast<NSAutoreleasePool*>(pool_) release]; }
 

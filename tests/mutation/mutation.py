@@ -36,8 +36,6 @@ ROOTS = re.compile(r'(^|/)(\w+_)?main(_\w+)?\.cpp$|SanitizerOptions')
 OTHER_PROGRAMS = ('walls_unit', 'window_unit')
 WANTED = 0.9
 MEMORY = 3 << 30
-# The slow tests of a program run when the others have noticed nothing.
-PASSES = ('-*Oracle*', '*Oracle*')
 
 Program = collections.namedtuple('Program', 'name link members seconds')  # seconds of processor time for each pass
 Mutant = collections.namedtuple('Mutant', 'path number before after')
@@ -58,10 +56,14 @@ def confinement():
 
 class Bench:
     """A build tree, the unit programs in it, and a folder of its own for each of those who work at once."""
+    ROOM = 'mutation'
+    PROGRAMS = r'\w+_unit\w*'
+    # The slow tests of a program run when the others have noticed nothing.
+    PASSES = ('-*Oracle*', '*Oracle*')
 
     def __init__(self, build):
         self.build = pathlib.Path(build).resolve()
-        self.room = self.build / 'mutation'
+        self.room = self.build / self.ROOM
         shutil.rmtree(self.room, ignore_errors=True)
         self.room.mkdir()
         self.room.chmod(0o755)
@@ -71,7 +73,7 @@ class Bench:
         self.compile = {os.path.relpath(entry['file'], ROOT): shlex.split(entry['command']) for entry in commands}
         self.prelude = self.precompiled()
         names = {found.group(1) for line in lines_of('ninja', '-C', str(self.build), '-t', 'targets', 'all')
-                 if (found := re.match(r'(?:.*/)?(\w+_unit\w*): CXX_EXECUTABLE_LINKER', line))}
+                 if (found := re.match(rf'(?:.*/)?({self.PROGRAMS}): CXX_EXECUTABLE_LINKER', line))}
         names = sorted(names.difference(OTHER_PROGRAMS))
         subprocess.run(['ninja', '-C', str(self.build), *names], check=True, stdout=subprocess.DEVNULL)
         self.programs = [self.program(name) for name in names]
@@ -105,9 +107,9 @@ class Bench:
         link[place] = str(self.room / name)
         table = self.room / f'{name}.map'
         subprocess.run([*link, *self.linker, f'-Wl,-Map={table}'], cwd=self.build, check=True)
-        members = {pathlib.Path(found).name for found in re.findall(r'\.a\(([\w.]+\.cpp\.o)\)', table.read_text())}
+        members = {pathlib.Path(found).name for found in re.findall(r'\.a\(([\w.]+\.(?:cpp|mm)\.o)\)', table.read_text())}
         seconds = []
-        for tests in PASSES:
+        for tests in self.PASSES:
             before = resource.getrusage(resource.RUSAGE_CHILDREN)
             if self.run(self.room / name, tests, 600) != 0:
                 sys.exit(f'{name} fails without any mutant')
@@ -115,7 +117,7 @@ class Bench:
             seconds.append(after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime)
         return Program(name, link, members, seconds)
 
-    def run(self, program, tests, seconds):
+    def run(self, program, tests, seconds, output=subprocess.DEVNULL):
         """The status; None when it took more than so many seconds of the processor, or waited for ten times as long."""
         limits = {resource.RLIMIT_AS: MEMORY, resource.RLIMIT_CORE: 0, resource.RLIMIT_CPU: int(seconds) + 1}
 
@@ -127,7 +129,7 @@ class Bench:
                        'TMPDIR': os.environ.get('TMPDIR', '/tmp')}
         process = subprocess.Popen(
             [*self.confined, str(program), f'--gtest_filter={tests}'], cwd='/', env=environment, start_new_session=True,
-            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, preexec_fn=limit)
+            stdin=subprocess.DEVNULL, stdout=output, stderr=output, preexec_fn=limit)
         try:
             status = process.wait(10 * seconds)
         except subprocess.TimeoutExpired:
@@ -155,7 +157,7 @@ class Bench:
         member = pathlib.Path(mutant.path).name + '.o'
         subject = pathlib.Path(mutant.path).stem
         reached = [program for program in self.programs if member in program.members]
-        passes = [(tests, program) for tests in range(len(PASSES)) for program in reached]
+        passes = [(tests, program) for tests in range(len(self.PASSES)) for program in reached]
         passes.sort(key=lambda each: (each[0], not near(subject, each[1].name), each[1].seconds[each[0]]))
         for tests, program in passes:
             target = folder / program.name
@@ -163,7 +165,7 @@ class Bench:
                 link = [str(target) if word == str(self.room / program.name) else word for word in program.link]
                 # First of all, so that what several objects hold is taken from it.
                 subprocess.run([link[0], str(compiled), *link[1:], *self.linker], cwd=self.build, check=True)
-            status = self.run(target, PASSES[tests], 5 + 3 * program.seconds[tests])
+            status = self.run(target, self.PASSES[tests], 5 + 3 * program.seconds[tests])
             if status != 0:
                 return f'{program.name}{" (time)" if status is None else ""}'
         return None

@@ -18,7 +18,6 @@ struct MacApplication::Parts {
 
   // What waits goes on in its order and never inside the call that was waited for.
   void show() {
-    if (isShown) return;
     isShown = true;
     for (auto& task : waiting) mainThread.perform(std::move(task));
     waiting.clear();

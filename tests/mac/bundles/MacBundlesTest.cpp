@@ -57,6 +57,14 @@ TEST_F(MacBundlesTest, ResourcesOutsideOfTheBundleAreNoneOfIt) {
   EXPECT_EQ(bundles.resourcePaths(app()), std::vector<Text>{at("Contents/Resources/in.png")});
 }
 
+TEST_F(MacBundlesTest, ANeighbourWhoseNameBeginsWithTheBundlesIsOutsideOfIt) {
+  putFile(at("Contents/Info.plist"), infoPlist(""));
+  putFile(folder / "Foo.app.old/secret.png", "x");
+  std::filesystem::create_directories(at("Contents/Resources"));
+  std::filesystem::create_symlink(folder / "Foo.app.old/secret.png", at("Contents/Resources/near.png"));
+  EXPECT_EQ(bundles.pathForResource(app(), "near", "png"), std::nullopt);
+}
+
 TEST_F(MacBundlesTest, ResourcesOfThePersonsLanguageComeFirst) {
   putFile(at("Contents/Info.plist"), infoPlist(""));
   putFile(at("Contents/Resources/Read Me.rtf"), "x");

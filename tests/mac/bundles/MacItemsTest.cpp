@@ -98,6 +98,11 @@ TEST_F(MacItems, ABundleIsRegisteredByItsPathAsTheTextOfAUrl) {
   EXPECT_EQ(workspace.registerBundle("/Applications/Foo.app"), -10811);
 }
 
+TEST_F(MacItems, WhatIsNoUrlIsNotRegistered) {
+  EXPECT_EQ(workspace.registerBundle("no url <"), -50);
+  EXPECT_TRUE(fakemac::state().registered.empty());
+}
+
 TEST_F(MacItems, IconsAndNamesAreTheSystems) {
   EXPECT_TRUE(workspace.hasIcon("/Applications/Foo.app"));
   fakemac::state().hasIcons = false;

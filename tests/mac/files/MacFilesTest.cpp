@@ -104,6 +104,13 @@ TEST_F(MacFiles, WhatTheWorkspaceRefusesWithoutAReasonIsToldSo) {
   EXPECT_TRUE(std::filesystem::exists(folder / "Applications/A.app/file"));
 }
 
+TEST_F(MacFiles, OfSeveralThatStayTheFirstReasonIsTold) {
+  putFile(folder / "Applications/B.app/file", "b");
+  fakemac::state().refusesRecycling = true;
+  EXPECT_EQ(told(trash.recycle(folder / "Applications", {"gone.app", "B.app"})),
+            "No such file or directory: Applications/gone.app (look)");
+}
+
 TEST_F(MacFiles, TheWorkspaceIsToldOfEachChangeAndMayNotCare) {
   MacFileChangeNotices notices;
   notices.noteFileSystemChanged("/Applications/Größe.app");

@@ -1,7 +1,7 @@
 // Rules: a file reference is made for an item that is there, and resolving changes it in place; what is no alias is answered
 // as it is, with wasAlias false (Alias Manager Reference, "FSResolveAliasFile"). Resources belong to their file and are gone
 // with it; -1 is no file (Resource Manager Reference). A list of login items is copied item by item, and an item whose target
-// is gone does not resolve (LSSharedFileList.h). Registering takes a URL of a file (LSInfo.h, "LSRegisterURL").
+// is gone does not resolve (LSSharedFileList.h). Registering takes a URL, never none (LSInfo.h, "LSRegisterURL": not null).
 #import <AppKit/AppKit.h>
 #include <CoreServices/CoreServices.h>
 #import <objc/runtime.h>
@@ -139,7 +139,8 @@ OSStatus LSCopyItemInfoForRef(const FSRef* item, LSRequestedInfo wanted, LSItemI
 }
 
 OSStatus LSRegisterURL(CFURLRef url, Boolean updates) {
-  if (url == nullptr || updates == 0) return -50;
+  if (url == nullptr) fakemac::endForMisuse("LSRegisterURL of no URL");
+  if (updates == 0) return -50;
   state().registered.emplace_back([[(NSURL*)url absoluteString] UTF8String]);
   return state().registration;
 }

@@ -16,6 +16,8 @@ void countGiven();
 void countTaken();
 // Ends the program: what was released had not been given.
 void releasedTooOften(const char* what);
+// Ends the program: real frameworks make no promise of what they do then.
+void endForMisuse(const char* what);
 // Has the reference stand for the path.
 void refer(FSRef* location, const std::string& path);
 // What the class answers by now. Looking it up has the class prepare itself.

@@ -34,6 +34,10 @@ void releasedTooOften(const char* what) {
   std::fprintf(stderr, "released, but never given: %s\n", what);
   std::abort();
 }
+void endForMisuse(const char* what) {
+  std::fprintf(stderr, "no caller may do this: %s\n", what);
+  std::abort();
+}
 IMP methodBefore(Class owner, SEL selector) {
   NSAutoreleasePool* const pool = [[NSAutoreleasePool alloc] init];
   const IMP method = class_getMethodImplementation(owner, selector);

@@ -169,7 +169,8 @@ int sysctl(int* name, unsigned nameLength, void* old, std::size_t* oldLength, vo
   record->kp_proc.p_starttime.tv_sec = static_cast<time_t>(application->startSeconds);
   record->kp_proc.p_starttime.tv_usec = static_cast<suseconds_t>(
       (application->startSeconds - static_cast<double>(record->kp_proc.p_starttime.tv_sec)) * 1e6);
-  record->kp_proc.p_flag = state().isDebugged ? P_TRACED : 0;
+  constexpr int kAddressesOf64Bits = 0x4;  // P_LP64: every program of today has it
+  record->kp_proc.p_flag = kAddressesOf64Bits | (state().isDebugged ? P_TRACED : 0);
   *oldLength = sizeof(*record);
   return 0;
 }

@@ -59,6 +59,13 @@ TEST_F(MacMainThreadTest, ADelayedTaskWaitsItsTime) {
   EXPECT_EQ(order, (std::vector<std::string>{"now", "later"}));
 }
 
+TEST_F(MacMainThreadTest, OfTwoDelayedTasksTheOneOfTheShorterDelayComesFirst) {
+  mainThread.performAfter(0.1, [&] { order.emplace_back("later"); });
+  mainThread.performAfter(0.01, [&] { order.emplace_back("soon"); });
+  ASSERT_TRUE(serveMacLoopUntil([&] { return order.size() == 2; }));
+  EXPECT_EQ(order, (std::vector<std::string>{"soon", "later"}));
+}
+
 TEST_F(MacMainThreadTest, IdleTasksRunInOrderAfterWhatWasPosted) {
   mainThread.performWhenIdle([&] { order.emplace_back("idle 1"); });
   mainThread.performWhenIdle([&] { order.emplace_back("idle 2"); });

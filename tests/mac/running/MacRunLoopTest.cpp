@@ -75,6 +75,16 @@ TEST_F(MacRunLoopTest, ATimerRunsUntilItIsLetGo) {
   EXPECT_FALSE(MacRunLoop::runUntil([&] { return told > 3; }, 0.05));
 }
 
+TEST_F(MacRunLoopTest, ASourceThatIsLetGoIsKeptByNobody) {
+  const int before = liveInstances("KTRunLoopCall");
+  int told = 0;
+  source = loop.every(0.01, [&] { ++told; });
+  EXPECT_EQ(liveInstances("KTRunLoopCall"), before + 1);
+  source.reset();
+  EXPECT_TRUE(serveMacLoopUntil([&] { return liveInstances("KTRunLoopCall") == before; }));
+  EXPECT_EQ(told, 0);
+}
+
 TEST_F(MacRunLoopTest, ASourceThatIsGoneBeforeAnythingCameTellsNothing) {
   int told = 0;
   source = loop.whenReadable(ends[0], [&] { ++told; });

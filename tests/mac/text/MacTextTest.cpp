@@ -4,6 +4,7 @@
 #include "Platform/text/mac/MacRegex.h"
 #include "Platform/text/mac/MacTextCodecs.h"
 #include "Platform/text/mac/MacUnicode.h"
+#include "tests/mac/MacLoop.h"
 #include "tests/mac/MacTest.h"
 #include "tests/support/TextPrinting.h"
 
@@ -75,6 +76,15 @@ TEST_F(MacText, TheOptionsOfAnExpressionAreTheSystemsOwn) {
     EXPECT_EQ(compilation.expression->enumerateMatches(text, finds), std::nullopt);
     EXPECT_EQ(finds.all.size(), count) << pattern << " " << options;
   }
+}
+
+TEST_F(MacText, AnExpressionIsGivenBackWithItsLastUser) {
+  const MacPool pool;
+  const int before = liveInstances("NSRegularExpression");
+  auto compilation = regex.compile("a", 0);
+  EXPECT_EQ(liveInstances("NSRegularExpression"), before + 1);
+  compilation.expression.reset();
+  EXPECT_EQ(liveInstances("NSRegularExpression"), before);
 }
 
 TEST_F(MacText, AGroupThatTookNoPartIsNone) {

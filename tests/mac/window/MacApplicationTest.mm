@@ -50,8 +50,14 @@ TEST_F(MacApplicationTest, TheEndOfTheSessionIsToldBeforeTheLoopEnds) {
   int told = 0;
   application.setSessionEnded([&] { ++told; });
   mainThread.perform([&] { [system() terminate:nil]; });
+  // GNUstep looks for what was posted in here only when the next timer is due, else half a minute later.
+  mainThread.performAfter(0.05, [] {});
   EXPECT_EQ(application.run(), 0);
   EXPECT_EQ(told, 1);
+}
+
+TEST_F(MacApplicationTest, TheSystemIsAnsweredThatTheProgramEndsByItself) {
+  EXPECT_EQ([[system() delegate] applicationShouldTerminate:system()], NSTerminateCancel);
 }
 
 TEST_F(MacApplicationTest, TheMenuEndsTheProgramInThePersonsLanguage) {
@@ -66,6 +72,18 @@ TEST_F(MacApplicationTest, WhatWaitsForAWindowThatNeverComesIsDoneAllTheSame) {
   bool isDone = false;
   application.performWhenShown([&] { isDone = true; });
   EXPECT_TRUE(serveMacLoopUntil([&] { return isDone; }));
+}
+
+TEST_F(MacApplicationTest, AWindowThatIsShownAgainRepeatsNothing) {
+  int done = 0;
+  bool isIdle = false;
+  application.performWhenShown([&] { ++done; });
+  application.windowIsShown();
+  ASSERT_TRUE(serveMacLoopUntil([&] { return done == 1; }, 0.9));
+  application.windowIsShown();
+  mainThread.performWhenIdle([&] { mainThread.perform([&] { isIdle = true; }); });
+  ASSERT_TRUE(serveMacLoopUntil([&] { return isIdle; }));
+  EXPECT_EQ(done, 1);
 }
 
 TEST_F(MacApplicationTest, OnceTheWindowIsThereNothingWaitsLonger) {

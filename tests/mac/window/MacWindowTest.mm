@@ -6,6 +6,7 @@
 
 #include "Platform/running/mac/Conversions.h"
 #include "Platform/running/mac/MacMainThread.h"
+#include "Platform/window/mac/ControlClasses.h"
 #include "Platform/window/mac/InterfaceElement.h"
 #include "Platform/window/mac/MacApplication.h"
 #include "Platform/window/mac/MacImages.h"
@@ -132,6 +133,25 @@ TEST_F(MacWindowTest, WhatTurnsHasItsPlaceBesideTheHelpButtonBeforeItTurns) {
     EXPECT_GT(NSMaxY(place), NSMinY(help)) << turns;
   }
   outlets.progressIndicator.stopAnimation();
+}
+
+TEST_F(MacWindowTest, PagesAreShownWithoutTabsAndBorder) {
+  const auto loaded = load();
+  InstallerOutlets outlets = loaded.window->outlets();
+  NSTabView* const pages = (NSTabView*)viewOf(outlets.tabView);
+  [pages setTabViewType:NSTopTabsBezelBorder];
+  outlets.tabView.showWithoutTabsAndBorder();
+  EXPECT_EQ([pages tabViewType], NSNoTabsNoBorder);
+}
+
+TEST_F(MacWindowTest, AViewThatCountsDownwardsIsTurnedAndOneThatCountsUpwardsIsNot) {
+  const NSRect frame = NSMakeRect(0, 0, 100, 50);
+  NSView* const down = [[[KTBoxView alloc] initWithFrame:frame] autorelease];
+  NSView* const up = [[[NSView alloc] initWithFrame:frame] autorelease];
+  EXPECT_EQ(upwards(down, NSMakeRect(5, 10, 20, 15)), (Rect{.x = 5, .y = 25, .width = 20, .height = 15}));
+  EXPECT_EQ(upwards(up, NSMakeRect(5, 10, 20, 15)), (Rect{.x = 5, .y = 10, .width = 20, .height = 15}));
+  EXPECT_TRUE(NSEqualRects(ofView(down, {5, 25, 20, 15}), NSMakeRect(5, 10, 20, 15)));
+  EXPECT_TRUE(NSEqualRects(ofView(up, {5, 10, 20, 15}), NSMakeRect(5, 10, 20, 15)));
 }
 
 TEST_F(MacWindowTest, ADocumentOfRichTextIsShownAsSuch) {

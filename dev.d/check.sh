@@ -215,8 +215,8 @@ check_mac_faults() {
 # All else that the two programs are made of.
 mac_shared_sources() {
   portable_sources
-  git ls-files -co --exclude-standard 'System/mac/*.cpp' Sources/main.cpp Sources/main_mac.cpp train/train_main.cpp \
-    tests/mac/audit/HeadersOfGnustep.cpp
+  git ls-files -co --exclude-standard 'System/mac/*.cpp' System/Utilities.cpp Sources/main.cpp Sources/main_mac.cpp \
+    train/train_main.cpp tests/mac/audit/HeadersOfGnustep.cpp
 }
 
 # The installer's bundle, as it is laid out everywhere, signed ad hoc.

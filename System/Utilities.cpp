@@ -1,27 +1,10 @@
-// What is asked of the person's desktop, and all the utilities in one.
+// All the utilities in one, from what the system's other parts have.
 #include "KTStuff/KTClasses/KTUtilities.h"
 
-#include "Platform/session/linux/BusAddresses.h"
-#include "Platform/session/linux/LinuxDesktopFacts.h"
-#include "System/linux/MainLoop.h"
-#include "System/linux/Pictures.h"
-#include "System/linux/Places.h"
-#include "System/linux/Toolkit.h"
+#include "System/Parts.h"
 
 namespace halvorn {
 namespace {
-
-struct Desktop {
-  explicit Desktop(KTSystem& system)
-      : toolkit(system.parts().of<Toolkit>()),
-        ground(system.parts().of<Ground>()),
-        facts(ground.environment, systemBusAddress(ground.environment),
-              system.parts().of<MainLoop>().runLoop(), ground.clock) {}
-
-  const Toolkit& toolkit;
-  Ground& ground;
-  LinuxDesktopFacts facts;
-};
 
 KTUtilitiesDesktopServices desktopServices(KTSystem& system) {
   return {.processes = system.processes(),
@@ -59,7 +42,6 @@ struct Utilities {
 
 }  // namespace
 
-DesktopFacts& KTSystem::desktopFacts() { return parts_->of<Desktop>().facts; }
 KTUtilities& KTSystem::utilities() { return parts_->of<Utilities>().utilities; }
 
 }  // namespace halvorn

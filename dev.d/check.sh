@@ -182,8 +182,7 @@ check_mac() {
   library_headers "$folder/include"
   # Headers that GNUstep's own ask for and this compiler does not need.
   mkdir -p "$folder/gnustep/objc"
-  : >"$folder/gnustep/objc/encoding.h"
-  : >"$folder/gnustep/objc/NSObject.h"
+  [ -e "$folder/gnustep/objc/NSObject.h" ] || : | tee "$folder/gnustep/objc/encoding.h" >"$folder/gnustep/objc/NSObject.h"
   tests/mac/audit/stubs.py "$folder/stubs" || return 1
   fetch_declarations "$folder/declarations"
   export ZIG_GLOBAL_CACHE_DIR="$PWD/$folder/cache" ZIG_LOCAL_CACHE_DIR="$PWD/$folder/cache"
@@ -256,7 +255,8 @@ rule compile
   deps = gcc
   description = \$in
 rule program
-  command = $compiler c++ -target $target \$in -o \$out -Lbuild/ports/stubs -Fbuild/ports/stubs -Wl,-dead_strip \$libraries
+  command = $compiler c++ -target $target \$in -o \$out -Lbuild/ports/stubs -Fbuild/ports/stubs $
+    -Wl,-dead_strip,-headerpad,0x100 \$libraries
   description = \$out
 RULES
   for source in "${adapters[@]}"; do

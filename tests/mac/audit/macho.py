@@ -26,6 +26,13 @@ def segment(data, name):
     return None
 
 
+def first_section(data):
+    """Where in the file the first section begins: what lies between it and the load commands is free."""
+    return min(offset for place, command, _ in load_commands(data) if command == SEGMENT_COMMAND
+               for i in range(struct.unpack_from("<I", data, place + 64)[0])
+               for offset in struct.unpack_from("<I", data, place + 72 + 80 * i + 48) if offset != 0)
+
+
 def signature(data):
     """(place of the load command, where the signature begins, how long it is), or None."""
     for place, command, _ in load_commands(data):

@@ -104,7 +104,7 @@ def room_for_signature(data):
         return data[:found[1]], found[0]
     count, size = struct.unpack_from("<2I", data, 16)
     place = macho.HEADER + size
-    if any(data[place:place + 16]):
+    if place + 16 > macho.first_section(data):
         sys.exit("there is no room for another load command")
     struct.pack_into("<2I", data, 16, count + 1, size + 16)
     struct.pack_into("<2I", data, place, macho.SIGNATURE_COMMAND, 16)

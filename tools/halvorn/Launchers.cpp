@@ -16,7 +16,7 @@ std::string tellFunction(const std::string& title) {
          "  notify-send -- " +
          quoted +
          " \"$1\" 2>/dev/null ||\n"
-         "  busctl --user call org.freedesktop.Notifications /org/freedesktop/Notifications \\\n"
+         "  busctl --user -- call org.freedesktop.Notifications /org/freedesktop/Notifications \\\n"
          "    org.freedesktop.Notifications Notify 'susssasa{sv}i' " +
          quoted + " 0 dialog-error " + quoted +
          " \"$1\" 0 0 -1 >/dev/null 2>&1\n"

@@ -53,6 +53,10 @@ TEST_F(RemoveCommand, WhatThePersonMadeStaysAndIsNamed) {
 }
 
 TEST_F(RemoveCommand, ARunningCopyIsQuitFirstAndAStrangerStays) {
+  // A signature that no installation of another test quits.
+  const std::string code = "r" + std::to_string(::getpid() % 1000 + 1000).substr(1);
+  makeProduct({.signature = code});
+  makeProduct({.signature = code}, applications());
   fs::copy_file("/bin/sleep", destination() + "/Contents/Linux/Sample", fs::copy_options::overwrite_existing);
   fs::copy_file("/bin/sleep", product() + "/Contents/Linux/Sample", fs::copy_options::overwrite_existing);
   ChildProcess running({destination() + "/Contents/Linux/Sample", "600"}, {.environment = environment_});

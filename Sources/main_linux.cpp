@@ -305,6 +305,8 @@ int refuseAdministrator(KTSystem& system) {
 int applicationMain(int argumentCount, char** arguments) {
   // Whoever started this program may have ignored the ends of its children; the tool's end must be told here.
   std::signal(SIGCHLD, SIG_DFL);
+  // A server of the desktop that goes away ends no installation, whoever writes to it just then.
+  std::signal(SIGPIPE, SIG_IGN);
   KTSystem system({arguments, arguments + argumentCount},
                   {.programName = kProgramName,
                    .identifier = kBundleIdentifier,

@@ -133,6 +133,21 @@ TEST_P(TheDisplayGoes, AfterTheInstallationAndWhatWasLaunchedStays) {
   EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + installLog() + Lines{kGone});
 }
 
+// As it comes to whoever writes to a display, a bus or a sound server that has gone.
+TEST_F(LeavingFlow, ABrokenPipeEndsNoInstallation) {
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+  {
+    const auto tracer = slowDown(installer, "utimensat", "700000");
+    ASSERT_TRUE(installer.click("Install"));
+    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()) && fs::exists(destination()); }, kPatience));
+    installer.process().sendSignal(SIGPIPE);
+  }
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", kPatience));
+  expectReplaced();
+  EXPECT_TRUE(startedVersion("2.0"));
+}
+
 class TheDisplayStops : public TheDisplayGoes {};
 INSTANTIATE_TEST_SUITE_P(Desktops, TheDisplayStops, kDesktops, nameOf);
 

@@ -94,5 +94,7 @@ int halvornMain(std::vector<Text> words) {
 
 int main(int count, char** arguments) {
   std::signal(SIGCHLD, SIG_DFL);
+  // Whoever does not read to the end breaks nothing off.
+  std::signal(SIGPIPE, SIG_IGN);
   return halvorn::halvornMain({arguments + 1, arguments + count});
 }

@@ -50,6 +50,15 @@ TEST_F(InstallCommand, AProductIsInstalledRegisteredAndLaunched) {
   EXPECT_TRUE(wasLaunched());
 }
 
+TEST_F(InstallCommand, WhoeverDoesNotReadItsEventsBreaksNothingOff) {
+  makeProduct();
+  std::vector<std::string> whole = command(words({"--yes", "--json"}));
+  whole.insert(whole.begin(), {"sh", "-c", "\"$@\" | true", "sh"});
+  EXPECT_EQ(runCommand(whole, {.environment = environment_}, 60).status, 0);
+  EXPECT_EQ(runCommand({"diff", "-r", product(), destination()}).output, "");
+  EXPECT_TRUE(wasLaunched());
+}
+
 TEST_F(InstallCommand, EventsTellWhatHappens) {
   makeProduct();
   const std::string events = installed(0);

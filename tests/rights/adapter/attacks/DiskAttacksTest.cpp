@@ -82,7 +82,7 @@ TEST_F(DiskAttacks, ADiskThatIsReadOnlyFromTheStartFailsAndKeepsTheOldCopy) {
 
 TEST_F(DiskAttacks, ADiskThatTurnsReadOnlyMidwayFailsAndSaysSo) {
   expectHarmless([](AttackScene& scene) -> Harm {
-    constexpr int files = 4000;
+    constexpr int files = 12'000;
     scene.addProduct(scene / "source/Nas.app");
     for (int file = 0; file < files; ++file) {
       scene.addFile(scene / "source/Nas.app/" + std::to_string(file), "bytes", 0644, AttackScene::person);
@@ -91,10 +91,15 @@ TEST_F(DiskAttacks, ADiskThatTurnsReadOnlyMidwayFailsAndSaysSo) {
     ChildProcess tool({scene.tool().path, scene / "source/Nas.app", scene / "target/Nas.app"},
                       {.environment = AttackScene::pkexecEnvironment()});
     if (!eventually([&] { return fs::exists(scene / "target/Nas.app"); })) return "does not start";
-    // Possible only between two files.
+    // Possible only between two files: the tool is stopped, and goes on for a moment where it is at one.
+    tool.sendSignal(SIGSTOP);
     while (::mount("none", (scene / "target").c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) != 0) {
       if (!tool.isRunning()) return "too fast for this test";
+      tool.sendSignal(SIGCONT);
+      ::usleep(200);  // stopped at once, it would never come to the next file
+      tool.sendSignal(SIGSTOP);
     }
+    tool.sendSignal(SIGCONT);
     const auto status = tool.waitForEnd(20);
     if (status != 2) return "exits with " + std::to_string(status.value_or(-1000));
     if (tool.output().find("ERROR -- Could not copy myself to ") == std::string::npos) return tool.output();

@@ -1,6 +1,8 @@
 #include "Platform/running/mac/MacMainThread.h"
 
+#include <chrono>
 #include <deque>
+#include <map>
 #include <mutex>
 #include <utility>
 
@@ -19,6 +21,22 @@ struct MacMainThread::Queue {
     const std::lock_guard lock(mutex);
     idleTasks.push_back(std::move(task));
   }
+  void addDelayed(double seconds, std::function<void()> task) {
+    const std::chrono::duration<double> now = std::chrono::steady_clock::now().time_since_epoch();
+    const std::lock_guard lock(mutex);
+    delayedTasks.emplace(now.count() + seconds, std::move(task));
+  }
+  // The system makes calls that are late in any order; who calls is due himself, so that the first of all is.
+  void runFirstDue() {
+    std::function<void()> task;
+    {
+      const std::lock_guard lock(mutex);
+      if (delayedTasks.empty()) return;
+      task = std::move(delayedTasks.begin()->second);
+      delayedTasks.erase(delayedTasks.begin());
+    }
+    task();
+  }
   void runOldest(std::deque<std::function<void()>>& from) {
     std::function<void()> task;
     {
@@ -33,6 +51,7 @@ struct MacMainThread::Queue {
   std::mutex mutex;
   std::deque<std::function<void()>> tasks;
   std::deque<std::function<void()>> idleTasks;
+  std::multimap<double, std::function<void()>> delayedTasks;  // by the seconds of the clock when they are due
 };
 
 }  // namespace halvorn
@@ -42,11 +61,10 @@ using MainThreadQueue = halvorn::MacMainThread::Queue;
 // A call that the run loop makes once.
 @interface KTMainThreadCall : NSObject {
   std::shared_ptr<MainThreadQueue>* queue_;
-  std::function<void()>* delayed_;
   NSTimeInterval delay_;
 }
 - (id)initWithQueue:(std::shared_ptr<MainThreadQueue>)queue;
-- (void)setTask:(std::function<void()>)task delay:(NSTimeInterval)delay;
+- (void)setDelay:(NSTimeInterval)delay;
 - (void)run;
 - (void)waitAndRun;
 - (void)runDelayed;
@@ -62,7 +80,6 @@ static NSString* const KTMainThreadIdle = @"KTMainThreadIdle";
   self = [super init];
   if (self != nil) {
     queue_ = new std::shared_ptr<MainThreadQueue>(std::move(queue));
-    delayed_ = nullptr;
     delay_ = 0;
   }
   return self;
@@ -70,12 +87,10 @@ static NSString* const KTMainThreadIdle = @"KTMainThreadIdle";
 
 - (void)dealloc {
   delete queue_;
-  delete delayed_;
   [super dealloc];
 }
 
-- (void)setTask:(std::function<void()>)task delay:(NSTimeInterval)delay {
-  delayed_ = new std::function<void()>(std::move(task));
+- (void)setDelay:(NSTimeInterval)delay {
   delay_ = delay;
 }
 
@@ -88,7 +103,7 @@ static NSString* const KTMainThreadIdle = @"KTMainThreadIdle";
 }
 
 - (void)runDelayed {
-  (*delayed_)();
+  (*queue_)->runFirstDue();
 }
 
 - (void)waitForIdle {
@@ -138,9 +153,10 @@ void MacMainThread::perform(std::function<void()> task) {
 }
 
 void MacMainThread::performAfter(double seconds, std::function<void()> task) {
+  queue_->addDelayed(seconds, std::move(task));
   attempted([&] {
     KTMainThreadCall* const call = [[[KTMainThreadCall alloc] initWithQueue:queue_] autorelease];
-    [call setTask:std::move(task) delay:seconds];
+    [call setDelay:seconds];
     callOnMainThread(call, @selector(waitAndRun));
   });
 }

@@ -33,7 +33,7 @@ class ForwardEdits {
   void settle(std::u16string_view units);
 
   std::u16string settled_;
-  std::size_t backslashes_ = 0;  // at the end of what is settled
+  std::size_t backslashes_ = 0;              // at the end of what is settled
   std::vector<std::u16string_view> behind_;  // none is empty
   std::size_t behindLength_ = 0;
 };

@@ -174,7 +174,7 @@ check_mac() {
   if [ "${1:-}" = --faults ]; then shift; check_mac_faults "$@"; return; fi
   command -v npm >/dev/null && command -v ninja >/dev/null || need ports
   need mac audit
-  local folder=build/ports target sources shared objects status=0
+  local folder=build/ports target sources shared objects header status=0
   mapfile -t sources < <(git ls-files -co --exclude-standard 'Platform/*/mac/*.mm' 'Platform/*/mac/*.cpp')
   mapfile -t shared < <(mac_shared_sources)
   [ "${#sources[@]}" -gt 0 ] || die "there are no adapters for macOS"
@@ -182,7 +182,9 @@ check_mac() {
   library_headers "$folder/include"
   # Headers that GNUstep's own ask for and this compiler does not need.
   mkdir -p "$folder/gnustep/objc"
-  [ -e "$folder/gnustep/objc/NSObject.h" ] || : | tee "$folder/gnustep/objc/encoding.h" >"$folder/gnustep/objc/NSObject.h"
+  for header in encoding NSObject; do
+    [ -e "$folder/gnustep/objc/$header.h" ] || : >"$folder/gnustep/objc/$header.h"  # made anew, everything would be compiled anew
+  done
   tests/mac/audit/stubs.py "$folder/stubs" || return 1
   fetch_declarations "$folder/declarations"
   export ZIG_GLOBAL_CACHE_DIR="$PWD/$folder/cache" ZIG_LOCAL_CACHE_DIR="$PWD/$folder/cache"

@@ -101,8 +101,7 @@ TEST_P(EveryWayOfClosing, BeforeTheInstallationEndsTheProgram) {
 TEST_P(EveryWayOfClosing, WhileTheOldCopyIsAskedToQuitNothingIsTouched) {
   const auto running = startedAndStopped();
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.click("Install"));
-  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
+  ASSERT_NO_FATAL_FAILURE(askToQuit(installer));
   leave(installer, GetParam());
   EXPECT_EQ(installer.process().waitForEnd(kPatience), 0);
   EXPECT_TRUE(running->isRunning()) << "it is not forced any more";
@@ -114,8 +113,7 @@ TEST_P(EveryWayOfClosing, WhileTheOldCopyIsAskedToQuitNothingIsTouched) {
 TEST_P(EveryWayOfClosing, WhileTheOldCopyIsForcedToQuitNothingIsTouched) {
   const auto running = startedAndStopped();
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.click("Install"));
-  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
+  ASSERT_NO_FATAL_FAILURE(askToQuit(installer));
   {
     const auto tracer = slowDown(installer, "pidfd_send_signal", "2000000");
     ASSERT_TRUE(eventually([&] { return isKilling(installer); }, kPatience));
@@ -167,12 +165,9 @@ TEST_P(EveryWayOfClosing, BetweenTrashAndCopyTheCopyIsFinished) {
 
 TEST_P(EveryWayOfClosing, WhileCopyingTheCopyIsFinished) {
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
   {
-    const auto tracer = slowDown(installer, "utimensat", "700000");
-    ASSERT_TRUE(installer.click("Install"));
-    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()); }, kPatience));
-    ASSERT_TRUE(eventually([&] { return fs::exists(destination()); }, kPatience));
+    std::unique_ptr<ChildProcess> tracer;
+    ASSERT_NO_FATAL_FAILURE(beginToCopy(installer, tracer));
     leave(installer, GetParam());
     EXPECT_TRUE(eventually([&] { return !windowIsThere(); }, 3)) << "a window that answers nobody";
     EXPECT_FALSE(logHas("successfully copied"));

@@ -56,8 +56,7 @@ TEST_P(TheDisplayGoes, BeforeTheInstallationAndTheProgramEnds) {
 TEST_P(TheDisplayGoes, WhileTheOldCopyIsAskedToQuitAndNothingIsTouched) {
   const auto running = startedAndStopped();
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.click("Install"));
-  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
+  ASSERT_NO_FATAL_FAILURE(askToQuit(installer));
   killDisplay();
   expectNothingInstalled(installer);
   EXPECT_TRUE(running->isRunning()) << "it is not forced any more";
@@ -66,8 +65,7 @@ TEST_P(TheDisplayGoes, WhileTheOldCopyIsAskedToQuitAndNothingIsTouched) {
 TEST_P(TheDisplayGoes, WhileTheOldCopyIsForcedToQuitAndNothingIsTouched) {
   const auto running = startedAndStopped();
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.click("Install"));
-  ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
+  ASSERT_NO_FATAL_FAILURE(askToQuit(installer));
   {
     const auto tracer = slowDown(installer, "pidfd_send_signal", "2000000");
     ASSERT_TRUE(eventually([&] { return isKilling(installer); }, kPatience));
@@ -95,11 +93,9 @@ TEST_P(TheDisplayGoes, BetweenTrashAndCopyAndTheCopyIsFinished) {
 
 TEST_P(TheDisplayGoes, WhileCopyingAndTheCopyIsFinished) {
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
   {
-    const auto tracer = slowDown(installer, "utimensat", "700000");
-    ASSERT_TRUE(installer.click("Install"));
-    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()) && fs::exists(destination()); }, kPatience));
+    std::unique_ptr<ChildProcess> tracer;
+    ASSERT_NO_FATAL_FAILURE(beginToCopy(installer, tracer));
     killDisplay();
     ASSERT_TRUE(eventually([&] { return logHas(kGone); }, kPatience)) << installer.process().output();
     EXPECT_FALSE(logHas("successfully copied"));
@@ -136,11 +132,9 @@ TEST_P(TheDisplayGoes, AfterTheInstallationAndWhatWasLaunchedStays) {
 // As it comes to whoever writes to a display, a bus or a sound server that has gone.
 TEST_F(LeavingFlow, ABrokenPipeEndsNoInstallation) {
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
   {
-    const auto tracer = slowDown(installer, "utimensat", "700000");
-    ASSERT_TRUE(installer.click("Install"));
-    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()) && fs::exists(destination()); }, kPatience));
+    std::unique_ptr<ChildProcess> tracer;
+    ASSERT_NO_FATAL_FAILURE(beginToCopy(installer, tracer));
     installer.process().sendSignal(SIGPIPE);
   }
   ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", kPatience));
@@ -154,11 +148,9 @@ INSTANTIATE_TEST_SUITE_P(Desktops, TheDisplayStops, kDesktops, nameOf);
 // Nobody sees the window then, and the copy does not wait for that.
 TEST_P(TheDisplayStops, WhileCopyingAndTheRestComesWhenItGoesOn) {
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
-  ASSERT_TRUE(installer.waitForButton("Install", kPatience));
   {
-    const auto tracer = slowDown(installer, "utimensat", "700000");
-    ASSERT_TRUE(installer.click("Install"));
-    ASSERT_TRUE(eventually([&] { return fs::exists(trashed()) && fs::exists(destination()); }, kPatience));
+    std::unique_ptr<ChildProcess> tracer;
+    ASSERT_NO_FATAL_FAILURE(beginToCopy(installer, tracer));
     signalDisplay(SIGSTOP);
   }
   ASSERT_TRUE(eventually([&] { return logHas("successfully copied"); }, kPatience))

@@ -51,6 +51,23 @@ class LeavingFlow : public FlowFixture {
     return tracer;
   }
 
+  // Clicks Install, until the old copy is being asked to quit.
+  void askToQuit(InstallerDriver& installer) {
+    ASSERT_TRUE(installer.click("Install"));
+    ASSERT_TRUE(eventually([&] { return logHas(kQuitting.front()); }, kPatience));
+  }
+
+  // Clicks Install, until the old copy is in the Trash and the new one has begun; it takes its time for as long as the
+  // tracer exists.
+  void beginToCopy(InstallerDriver& installer, std::unique_ptr<ChildProcess>& tracer) {
+    ASSERT_TRUE(installer.waitForButton("Install", kPatience));
+    tracer = slowDown(installer, "utimensat", "700000");
+    ASSERT_TRUE(installer.click("Install"));
+    ASSERT_TRUE(eventually(
+        [&] { return std::filesystem::exists(trashed()) && std::filesystem::exists(destination()); },
+        kPatience));
+  }
+
   // Whether a thread of the installer is on its way to a signal that nobody can ignore.
   [[nodiscard]] static bool isKilling(InstallerDriver& installer) {
     const std::string call = std::to_string(SYS_pidfd_send_signal) + " ";

@@ -38,6 +38,7 @@ class DesktopFacts;
 class Digests;
 class FileHandles;
 class FileManager;
+class FourCharCodes;
 class HtmlText;
 class Images;
 class InterfaceStyleSetting;
@@ -107,6 +108,7 @@ class KTSystem {
   [[nodiscard]] const KTRegularExpression& regularExpressions();  // matching
   [[nodiscard]] const StringExtensions::RegexReplacing& regexReplacing();  // replacing by patterns
   [[nodiscard]] StringExtensions::VirtualCharacters& virtualCharacters();  // what keys type, remembered
+  [[nodiscard]] const FourCharCodes& fourCharCodes();                      // signatures as texts
   [[nodiscard]] const HtmlText& htmlText();                                // markup and its entities
   [[nodiscard]] const Keyboard& keyboard();                                // the layout in use
 

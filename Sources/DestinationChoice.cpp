@@ -10,6 +10,7 @@
 #include "Platform/bundles/Workspace.h"
 #include "Platform/files/FileManager.h"
 #include "Platform/files/SearchPaths.h"
+#include "Platform/text/FourCharCodes.h"
 #include "Sources/ProductQuitter.h"
 
 namespace halvorn {
@@ -43,12 +44,13 @@ OptionalText DestinationChoice::autoLaunchPathFor(const Text& name) const {
 OptionalText DestinationChoice::pathToProcessToReplace() {
   const std::vector<Text>* codes = services_.productCodes();
   if (codes == nullptr || codes->empty()) return std::nullopt;
+  const FourCharCodes& system = services_.processes.services().codes;
   const std::vector<Text> first(codes->begin(), codes->begin() + 1);
   auto process = firstProcessToReplace(
-      [&first](FourCharCode signature) { return signatureIsInArray(signature, &first); });
+      [&](FourCharCode signature) { return signatureIsInArray(signature, &first, system); });
   if (!process && codes->size() >= 2) {
     process = firstProcessToReplace(
-        [codes](FourCharCode signature) { return signatureIsInArray(signature, codes); });
+        [&](FourCharCode signature) { return signatureIsInArray(signature, codes, system); });
   }
   // KEEP: a process that matches but has no path ends the search without a result.
   return process ? process->path() : std::nullopt;

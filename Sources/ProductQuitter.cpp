@@ -6,6 +6,7 @@
 #include "KTStuff/KTClasses/KTInstallerInterface.h"
 #include "KTStuff/KTClasses/KTProcess.h"
 #include "Platform/running/Clock.h"
+#include "Platform/text/FourCharCodes.h"
 
 namespace halvorn {
 namespace {
@@ -14,10 +15,10 @@ constexpr double kPauseBetweenProcesses = 0.1;
 
 }  // namespace
 
-bool signatureIsInArray(FourCharCode signature, const std::vector<Text>* codes) {
+bool signatureIsInArray(FourCharCode signature, const std::vector<Text>* codes, const FourCharCodes& system) {
   if (codes == nullptr || signature == kUndeclaredSignature) return false;
   return std::any_of(codes->begin(), codes->end(),
-                     [signature](const Text& code) { return fourCharCodeFromText(code) == signature; });
+                     [&](const Text& code) { return system.codeOf(code) == signature; });
 }
 
 ProductQuitter::ProductQuitter(KTProcessClass& processes, const ArgumentDictionary& arguments,
@@ -27,9 +28,10 @@ ProductQuitter::ProductQuitter(KTProcessClass& processes, const ArgumentDictiona
 void ProductQuitter::walkTargets(const std::function<Walk(KTProcess&)>& visit) const {
   const std::vector<Text>* quitCodes = arguments_.list(KTInstallerKeyQuitCode);
   if (quitCodes == nullptr || quitCodes->empty()) return;
+  const FourCharCodes& system = processes_.services().codes;
   const KTProcessPointer self = processes_.currentProcess();
   for (const KTProcessPointer& process : processes_.allProcesses()) {
-    if (!signatureIsInArray(process->signature(), quitCodes) || process->isEqual(self)) continue;
+    if (!signatureIsInArray(process->signature(), quitCodes, system) || process->isEqual(self)) continue;
     if (visit(*process) == Walk::Stop) return;
   }
 }

@@ -18,15 +18,17 @@
 namespace halvorn {
 
 class Clock;
+class FourCharCodes;
 class KTProcess;
 class KTProcessClass;
 class Log;
 
-// Whether any of the codes, read as a four-character code, is the signature; false without codes (null), and for
+// Whether any of the codes, read as the system reads four-character codes, is the signature; false without codes (null), and for
 // "????", which every program may have that declares none: no list names it, whatever it says.
 // KEEP: what cannot be read as a code counts as 0 and so names a process without a signature. No process that
 // runs has that signature.
-[[nodiscard]] bool signatureIsInArray(FourCharCode signature, const std::vector<Text>* codes);
+[[nodiscard]] bool signatureIsInArray(FourCharCode signature, const std::vector<Text>* codes,
+                                      const FourCharCodes& system);
 
 class ProductQuitter {
  public:

@@ -49,6 +49,7 @@ struct Ground {
   const NullSystemFacts systemFacts;
   const NullUnicode unicode;
   const NullDigests digests;
+  const NullFourCharCodes codes;
   const NullLocalizedDates dates;
   NullFileManager files;
   NullFileChangeNotices changes;
@@ -76,6 +77,7 @@ struct Processes {
                    .tasks = ground.tasks,
                    .unicode = ground.unicode,
                    .digests = ground.digests,
+                   .codes = ground.codes,
                    .clock = ground.clock,
                    .log = ground.log}) {}
 

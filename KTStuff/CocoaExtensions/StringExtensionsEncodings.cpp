@@ -5,7 +5,7 @@
 namespace halvorn {
 namespace StringExtensions {
 
-Text stringWithOSType(FourCharCode code) { return textFromFourCharCode(code); }
+Text stringWithOSType(FourCharCode code, const FourCharCodes& codes) { return codes.textOf(code); }
 
 Text stringWithMacRomanCString(const char* bytes, std::int32_t length) {
   return Text::fromMacRoman({bytes, length > 0 ? static_cast<std::size_t>(length) : 0});

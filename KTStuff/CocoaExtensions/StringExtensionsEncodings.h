@@ -12,6 +12,7 @@
 #include "Core/Text.h"
 #include "Platform/files/FileHandles.h"
 #include "Platform/files/FileManager.h"
+#include "Platform/text/FourCharCodes.h"
 #include "Platform/text/TextCodecs.h"
 #include "Platform/text/Unicode.h"
 
@@ -22,7 +23,8 @@ namespace StringExtensions {
 // Files beyond this size are not read as text.
 constexpr std::size_t kLargestTextFile = std::size_t{256} << 20;
 
-[[nodiscard]] Text stringWithOSType(FourCharCode code);  // its four bytes as Mac OS Roman
+// Its four characters.
+[[nodiscard]] Text stringWithOSType(FourCharCode code, const FourCharCodes& codes);
 // Mac OS Roman bytes; without a length they end before the first zero byte. A negative length is none.
 [[nodiscard]] Text stringWithMacRomanCString(const char* bytes, std::int32_t length);
 [[nodiscard]] Text stringWithMacRomanCString(const char* bytes);

@@ -116,6 +116,8 @@ class PlainText : public HtmlVisitor {
 }  // namespace
 
 Text stringByExpandingHTMLEntities(const Text& text, const HtmlText& html) {
+  OptionalText imported = html.importedText(text);
+  if (imported) return *imported == text ? text : *std::move(imported);
   PlainText visitor;
   if (html.read(text, visitor) != HtmlAnswer::Read) return text;
   Text result = std::move(visitor).finish();

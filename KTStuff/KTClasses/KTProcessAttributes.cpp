@@ -10,6 +10,7 @@
 #include "Platform/files/FileManager.h"
 #include "Platform/running/Clock.h"
 #include "Platform/running/Tasks.h"
+#include "Platform/text/FourCharCodes.h"
 
 namespace halvorn {
 namespace {
@@ -65,7 +66,7 @@ FourCharCode KTProcess::signature() const {
 }
 
 Text KTProcess::signatureString() const {
-  return getProcessInfo() ? textFromFourCharCode(signature()) : Text();
+  return getProcessInfo() ? services().codes.textOf(signature()) : Text();
 }
 
 Text KTProcess::signatureHexString() const {

@@ -32,6 +32,7 @@ class Bundles;
 class Clock;
 class Digests;
 class FileManager;
+class FourCharCodes;
 class Images;
 class Log;
 class Notifications;
@@ -61,6 +62,7 @@ struct KTProcessServices {  // what the system is asked through
   Tasks& tasks;
   const Unicode& unicode;
   const Digests& digests;
+  const FourCharCodes& codes;
   Clock& clock;
   const Log& log;
 };

@@ -12,9 +12,9 @@ namespace halvorn {
 class RunningApplication {
  public:
   virtual ~RunningApplication() = default;
-  // Asks it to end the way a person would: its windows are closed, it may ask to save. Does
-  // nothing but answer true while an earlier request, whoever made it, is not answered yet.
-  // False when the application is gone.
+  // Asks it to end the way a person would: its windows are closed, it may ask to save. It is called again and again
+  // until the application has ended; a system on which a second request would reach the application as one more
+  // sends none while the first is open, and answers true. False when the application is gone.
   [[nodiscard]] virtual bool terminate() = 0;
   // Ends it without asking. False when the application is gone.
   [[nodiscard]] virtual bool forceTerminate() = 0;

@@ -1,7 +1,7 @@
 // HTML, read as a stream of what a page holds. Whatever is not well formed is
 // understood as browsers do, roughly.
 //
-// Thread: any. Scripts are not run, and nothing is fetched.
+// Thread: any, where nothing else is said. Scripts are not run, and nothing is fetched.
 #pragma once
 
 #include <string_view>
@@ -31,6 +31,12 @@ class HtmlText {
   // Fails: elements in elements in elements ... more than some hundreds deep;
   // the visitor has seen a part then.
   [[nodiscard]] virtual HtmlAnswer read(const Text& html, HtmlVisitor& visitor) const = 0;
+  // What a system with an importer of its own takes for the text of the page.
+  // Thread: main; nothing is imported elsewhere. Fails: there is no importer, or it reads no such page.
+  [[nodiscard]] virtual OptionalText importedText(const Text& html) const {
+    static_cast<void>(html);
+    return std::nullopt;
+  }
 };
 
 }  // namespace halvorn

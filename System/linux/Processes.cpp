@@ -75,6 +75,7 @@ KTProcessServices servicesOf(KTSystem& system, Session& session) {
           .tasks = system.tasks(),
           .unicode = system.unicode(),
           .digests = system.digests(),
+          .codes = system.fourCharCodes(),
           .clock = system.clock(),
           .log = system.log()};
 }

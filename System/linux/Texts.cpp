@@ -2,6 +2,7 @@
 #include "Platform/text/linux/IcuLocalizedDates.h"
 #include "Platform/text/linux/IcuUnicode.h"
 #include "Platform/text/linux/LoadedDigests.h"
+#include "Platform/text/posix/MacRomanCodes.h"
 #include "System/linux/Ground.h"
 
 namespace halvorn {
@@ -13,12 +14,14 @@ struct Tables {
   const IcuUnicode unicode;
   const IcuLocalizedDates dates;
   const LoadedDigests digests;
+  const MacRomanCodes codes;
 };
 
 }  // namespace
 
 const Unicode& KTSystem::unicode() { return parts_->of<Tables>().unicode; }
 const LocalizedDates& KTSystem::dates() { return parts_->of<Tables>().dates; }
+const FourCharCodes& KTSystem::fourCharCodes() { return parts_->of<Tables>().codes; }
 const Digests& KTSystem::digests() { return parts_->of<Tables>().digests; }
 
 }  // namespace halvorn

@@ -42,6 +42,7 @@ KTProcessServices servicesOf(KTSystem& system) {
           .tasks = system.tasks(),
           .unicode = system.unicode(),
           .digests = system.digests(),
+          .codes = system.fourCharCodes(),
           .clock = system.clock(),
           .log = system.log()};
 }

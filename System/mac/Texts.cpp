@@ -2,12 +2,13 @@
 #include "KTStuff/CocoaExtensions/StringExtensionsPatterns.h"
 #include "KTStuff/CocoaExtensions/StringExtensionsVirtualCharacters.h"
 #include "Platform/text/mac/MacDigests.h"
+#include "Platform/text/mac/MacFourCharCodes.h"
+#include "Platform/text/mac/MacHtmlText.h"
 #include "Platform/text/mac/MacKeyboard.h"
 #include "Platform/text/mac/MacLocalizedDates.h"
 #include "Platform/text/mac/MacRegex.h"
 #include "Platform/text/mac/MacTextCodecs.h"
 #include "Platform/text/mac/MacUnicode.h"
-#include "Platform/text/posix/XmlHtmlText.h"
 #include "System/Parts.h"
 
 namespace halvorn {
@@ -18,8 +19,9 @@ struct Tables {
   const MacUnicode unicode;
   const MacLocalizedDates dates;
   const MacDigests digests;
+  const MacFourCharCodes codes;
   const MacTextCodecs codecs;
-  const XmlHtmlText html;
+  const MacHtmlText html;
   const MacKeyboard keyboard;
   StringExtensions::VirtualCharacters characters;
 };
@@ -36,6 +38,7 @@ struct Patterns {
 const Unicode& KTSystem::unicode() { return parts_->of<Tables>().unicode; }
 const LocalizedDates& KTSystem::dates() { return parts_->of<Tables>().dates; }
 const Digests& KTSystem::digests() { return parts_->of<Tables>().digests; }
+const FourCharCodes& KTSystem::fourCharCodes() { return parts_->of<Tables>().codes; }
 const TextCodecs& KTSystem::textCodecs() { return parts_->of<Tables>().codecs; }
 const HtmlText& KTSystem::htmlText() { return parts_->of<Tables>().html; }
 const Keyboard& KTSystem::keyboard() { return parts_->of<Tables>().keyboard; }

@@ -28,6 +28,7 @@ inline KTProcessServices changedServices(const KTProcessServices& services, cons
           .tasks = services.tasks,
           .unicode = services.unicode,
           .digests = services.digests,
+          .codes = services.codes,
           .clock = services.clock,
           .log = services.log};
 }

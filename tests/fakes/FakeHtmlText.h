@@ -37,7 +37,10 @@ class FakeHtmlText : public HtmlText {
     return HtmlAnswer::Read;
   }
 
+  OptionalText importedText(const Text&) const override { return imported; }
+
   HtmlAnswer answer = HtmlAnswer::Read;  // what every reading comes to
+  OptionalText imported = {};            // what an importer makes of every page; nullopt: there is none
   std::map<std::string, std::string> entities = {
       {"amp", "&"},       {"lt", "<"},          {"gt", ">"},  {"quot", "\""},
       {"nbsp", "\u00A0"}, {"eacute", "\u00E9"}, {"#65", "A"}, {"#x1F600", "\U0001F600"}};

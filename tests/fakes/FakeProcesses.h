@@ -10,6 +10,7 @@
 
 #include "KTStuff/KTClasses/KTCompatibility.h"
 #include "KTStuff/KTClasses/KTProcess.h"
+#include "Platform/text/posix/MacRomanCodes.h"
 #include "Platform/window/null/NullWindow.h"
 #include "tests/fakes/FakeAccessibility.h"
 #include "tests/fakes/FakeAppleEvents.h"
@@ -52,6 +53,7 @@ class FakeProcesses {
   FakeTasks tasks{temporaryFiles, clock};
   FakeUnicode unicode;
   FakeDigests digests;
+  const MacRomanCodes codes;
   KTProcessClass processes{{.source = applications,
                             .events = applications,
                             .control = applications,
@@ -65,6 +67,7 @@ class FakeProcesses {
                             .tasks = tasks,
                             .unicode = unicode,
                             .digests = digests,
+                            .codes = codes,
                             .clock = clock,
                             .log = log}};
 

@@ -26,6 +26,7 @@ LiveProcesses::LiveProcesses(const LiveOptions& options)
                  .tasks = tasks,
                  .unicode = unicode,
                  .digests = options.digests ? *options.digests : knownDigests,
+                 .codes = codes,
                  .clock = clock,
                  .log = log}),
       observation_(notifications.addObserver(KTProcessChangeNotification, nullptr,

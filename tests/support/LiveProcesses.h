@@ -27,6 +27,7 @@
 #include "Platform/running/posix/PollRunLoop.h"
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/running/posix/PosixTasks.h"
+#include "Platform/text/posix/MacRomanCodes.h"
 #include "Platform/window/null/NullWindow.h"
 #include "tests/fakes/FakeDigests.h"
 #include "tests/fakes/FakeUnicode.h"
@@ -68,6 +69,7 @@ class LiveProcesses {
   FakeWorkspace workspace;
   FakeUnicode unicode;
   FakeDigests knownDigests;
+  const MacRomanCodes codes;
   NullImages noImages;
   NullAppleEvents noAppleEvents;
   NullAccessibility noAccessibility;

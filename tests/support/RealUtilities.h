@@ -34,6 +34,7 @@
 #include "Platform/session/linux/LinuxDesktopFacts.h"
 #include "Platform/session/linux/XdgFolders.h"
 #include "Platform/session/linux/XdgSearchPaths.h"
+#include "Platform/text/posix/MacRomanCodes.h"
 #include "Platform/window/null/NullWindow.h"
 #include "tests/fakes/FakeDefaults.h"
 #include "tests/fakes/FakeDigests.h"
@@ -92,6 +93,7 @@ struct RealUtilities {
   NullImages images;
   const FakeUnicode unicode;
   const FakeDigests digests;
+  const MacRomanCodes codes;
   KTProcessClass processes{{.source = source,
                             .events = events,
                             .control = control,
@@ -105,6 +107,7 @@ struct RealUtilities {
                             .tasks = tasks,
                             .unicode = unicode,
                             .digests = digests,
+                            .codes = codes,
                             .clock = clock,
                             .log = log}};
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Platform/text/Digests.h"
+#include "Platform/text/FourCharCodes.h"
 #include "Platform/text/HtmlText.h"
 #include "Platform/text/Keyboard.h"
 #include "Platform/text/LocalizedDates.h"
@@ -63,6 +64,13 @@ class NullRegex : public Regex {
 class NullHtmlText : public HtmlText {
  public:
   HtmlAnswer read(const Text&, HtmlVisitor&) const override { return HtmlAnswer::Failed; }
+};
+
+// No text is a code.
+class NullFourCharCodes : public FourCharCodes {
+ public:
+  FourCharCode codeOf(const Text&) const override { return 0; }
+  Text textOf(FourCharCode) const override { return {}; }
 };
 
 // No digest is known.

@@ -57,6 +57,7 @@ void choose(const Text& product, const std::vector<Text>& codes) {
                             .tasks = services.tasks,
                             .unicode = services.unicode,
                             .digests = services.digests,
+                            .codes = services.codes,
                             .clock = services.clock,
                             .log = services.log});
   std::random_device random;

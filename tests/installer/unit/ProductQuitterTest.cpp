@@ -29,31 +29,33 @@ class ProductQuitterTest : public testing::Test {
   ProductQuitter quitter{fake.processes, arguments, cancellation, fake.clock, fake.log};
 };
 
+const MacRomanCodes macRoman;
+
 TEST(SignatureIsInArray, TakesTheFirstEqualCode) {
   const std::vector<Text> codes = {"ABCD", "EDIT"};
-  EXPECT_TRUE(signatureIsInArray(fourCharCode("EDIT"), &codes));
-  EXPECT_TRUE(signatureIsInArray(fourCharCode("ABCD"), &codes));
-  EXPECT_FALSE(signatureIsInArray(fourCharCode("edit"), &codes));
+  EXPECT_TRUE(signatureIsInArray(fourCharCode("EDIT"), &codes, macRoman));
+  EXPECT_TRUE(signatureIsInArray(fourCharCode("ABCD"), &codes, macRoman));
+  EXPECT_FALSE(signatureIsInArray(fourCharCode("edit"), &codes, macRoman));
 }
 
 TEST(SignatureIsInArray, SaysNoWithoutAListAndForAnEmptyOne) {
   const std::vector<Text> none;
-  EXPECT_FALSE(signatureIsInArray(fourCharCode("EDIT"), nullptr));
-  EXPECT_FALSE(signatureIsInArray(0, nullptr));
-  EXPECT_FALSE(signatureIsInArray(0, &none));
+  EXPECT_FALSE(signatureIsInArray(fourCharCode("EDIT"), nullptr, macRoman));
+  EXPECT_FALSE(signatureIsInArray(0, nullptr, macRoman));
+  EXPECT_FALSE(signatureIsInArray(0, &none, macRoman));
 }
 
 TEST(SignatureIsInArray, NoListNamesWhatEveryProgramHasThatDeclaresNoCode) {
   const std::vector<Text> codes = {"????", "EDIT"};
-  EXPECT_FALSE(signatureIsInArray(kUndeclaredSignature, &codes));
-  EXPECT_TRUE(signatureIsInArray(fourCharCode("EDIT"), &codes));
+  EXPECT_FALSE(signatureIsInArray(kUndeclaredSignature, &codes, macRoman));
+  EXPECT_TRUE(signatureIsInArray(fourCharCode("EDIT"), &codes, macRoman));
 }
 
 TEST(SignatureIsInArray, AnEntryThatIsNoCodeMatchesSignatureZero) {
   for (const Text& entry : {Text(""), Text("ABC"), Text("ABCDE"), Text("日本語版"), Text("AB\nD")}) {
     const std::vector<Text> codes = {entry};
-    EXPECT_TRUE(signatureIsInArray(0, &codes)) << entry.bytes();
-    EXPECT_FALSE(signatureIsInArray(fourCharCode("ABCD"), &codes)) << entry.bytes();
+    EXPECT_TRUE(signatureIsInArray(0, &codes, macRoman)) << entry.bytes();
+    EXPECT_FALSE(signatureIsInArray(fourCharCode("ABCD"), &codes, macRoman)) << entry.bytes();
   }
 }
 

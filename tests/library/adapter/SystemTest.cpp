@@ -102,6 +102,7 @@ TEST_F(SystemWithoutDesktop, EachPartIsMadeOnce) {
 TEST_F(SystemWithoutDesktop, VersionsTextsAndDigestsAnswer) {
   EXPECT_EQ(system.versions().compareVersion("2.1b3", "2.1"), Ordering::Ascending);
   EXPECT_EQ(StringExtensions::stringByExpandingHTMLEntities("a &lt; b", system.htmlText()), Text("a < b"));
+  EXPECT_EQ(StringExtensions::stringWithOSType(fourCharCode("ABCD"), system.fourCharCodes()), Text("ABCD"));
   EXPECT_EQ(StringExtensions::MD5String("abc", system.digests()), Text("900150983cd24fb0d6963f7d28e17f72"));
   EXPECT_EQ(system.regexReplacing().stringByReplacingOccurrencesOfRegexPattern("a1b22", "[0-9]+", "#"),
             Text("a#b#"));

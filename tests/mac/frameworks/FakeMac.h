@@ -44,6 +44,16 @@ struct Application {
   std::vector<std::string> requests = {};
 };
 
+enum class PageReader { Reads, Refuses, Raises };
+
+struct ImportedPage {  // what the reader of HTML was given
+  std::string bytes;
+  std::string encoding;
+  double seconds = 0;
+  bool wasOnMainThread = false;
+  int resourcesLoaded = 0;
+};
+
 struct SentEvent {
   std::uint32_t eventClass = 0;
   std::uint32_t eventID = 0;
@@ -147,6 +157,9 @@ struct State {
   std::uint32_t keyboardType = 40;
   std::map<std::pair<std::uint16_t, std::uint32_t>, std::u16string> keys;  // by key code and modifiers
   std::vector<std::uint32_t> keyboardTypesAsked;
+
+  PageReader readsPages = PageReader::Reads;
+  std::vector<ImportedPage> importedPages;
 };
 
 [[nodiscard]] State& state();

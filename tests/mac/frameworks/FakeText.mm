@@ -1,6 +1,10 @@
 // Rules: folding is the full one of Unicode (CFStringFold with kCFCompareCaseInsensitive and no locale); names of
 // encodings are the registered ones, in any case, and an unknown one gives the invalid id; a key that types nothing gives
-// no units, and a layout may have no data of its own (Text Input Source Services Reference, UCKeyTranslate).
+// no units, and a layout may have no data of its own (Text Input Source Services Reference, UCKeyTranslate); a type code is four
+// bytes of Mac OS Roman, 0 for what is none (UTType Reference, UTGetOSTypeFromString); pages of HTML are read on the main thread
+// alone, and the delegate among the options is asked before a resource is loaded, nil keeping it away (NSAttributedString
+// Application Kit Additions Reference; WebResourceLoadDelegate).
+#import <AppKit/AppKit.h>
 #include <Carbon/Carbon.h>
 #include <CommonCrypto/CommonDigest.h>
 #import <Foundation/Foundation.h>
@@ -56,6 +60,59 @@ static id letters(id, SEL) {
 }
 @end
 
+@interface NSObject (KTFakePageDelegate)
+- (id)webView:(id)view
+            resource:(id)resource
+     willSendRequest:(id)request
+    redirectResponse:(id)response
+      fromDataSource:(id)source;
+@end
+
+// GNUstep reads no HTML. Made up is what the adapter can see of the reader: the bytes and options it is given, that it asks
+// before it loads a picture, and the text of what tests have, elements taken out.
+static id page(id self, SEL, NSData* data, NSDictionary* options, NSDictionary**) {
+  fakemac::ImportedPage asked;
+  asked.bytes.assign(static_cast<const char*>([data bytes]), [data length]);
+  asked.encoding = [[options objectForKey:NSTextEncodingNameDocumentOption] UTF8String];
+  asked.seconds = [[options objectForKey:NSTimeoutDocumentOption] doubleValue];
+  asked.wasOnMainThread = [NSThread isMainThread];
+  NSString* const text = [[[NSString alloc] initWithData:data encoding:NSUnicodeStringEncoding] autorelease];
+  id const delegate = [options objectForKey:NSWebResourceLoadDelegateDocumentOption];
+  const bool wouldLoad = [text rangeOfString:@"<img"].location != NSNotFound;
+  if (wouldLoad && [delegate webView:nil
+                               resource:nil
+                        willSendRequest:@"picture"
+                       redirectResponse:nil
+                         fromDataSource:nil] != nil)
+    ++asked.resourcesLoaded;
+  state().importedPages.push_back(asked);
+  if (state().readsPages == fakemac::PageReader::Raises)
+    [NSException raise:NSInternalInconsistencyException format:@"page"];
+  if (state().readsPages == fakemac::PageReader::Refuses) {
+    [self release];
+    return nil;
+  }
+  NSMutableString* const shown = [NSMutableString string];
+  NSScanner* const scanner = [NSScanner scannerWithString:text];
+  [scanner setCharactersToBeSkipped:nil];
+  while (![scanner isAtEnd]) {
+    NSString* piece = nil;
+    if ([scanner scanUpToString:@"<" intoString:&piece]) [shown appendString:piece];
+    [scanner scanUpToString:@">" intoString:nullptr];
+    [scanner scanString:@">" intoString:nullptr];
+  }
+  return [self initWithString:shown];
+}
+
+@interface KTFakePages : NSObject
+@end
+@implementation KTFakePages
++ (void)load {
+  fakemac::answerInstead(objc_getClass("NSAttributedString"),
+                         @selector(initWithHTML:options:documentAttributes:), (IMP)page, "@@:@@^@");
+}
+@end
+
 extern "C" {
 
 void CFStringFold(CFMutableStringRef string, CFOptionFlags flags, CFLocaleRef locale) {
@@ -69,6 +126,22 @@ void CFStringFold(CFMutableStringRef string, CFOptionFlags flags, CFLocaleRef lo
                                     static_cast<int32_t>(units.size()), U_FOLD_CASE_DEFAULT, &error);
   [text setString:[NSString stringWithCharacters:reinterpret_cast<const unichar*>(folded.data())
                                           length:static_cast<NSUInteger>(length)]];
+}
+
+OSType UTGetOSTypeFromString(CFStringRef text) {
+  NSData* const bytes = [(NSString*)text dataUsingEncoding:NSMacOSRomanStringEncoding
+                                      allowLossyConversion:NO];
+  if ([bytes length] != 4) return 0;
+  OSType code = 0;
+  for (NSUInteger i = 0; i < 4; ++i) code = code << 8 | static_cast<const UInt8*>([bytes bytes])[i];
+  return code;
+}
+CFStringRef UTCreateStringForOSType(OSType code) {
+  const UInt8 bytes[] = {static_cast<UInt8>(code >> 24), static_cast<UInt8>(code >> 16 & 0xFF),
+                         static_cast<UInt8>(code >> 8 & 0xFF), static_cast<UInt8>(code & 0xFF)};
+  return (CFStringRef)fakemac::given([[NSString alloc] initWithBytes:bytes
+                                                              length:4
+                                                            encoding:NSMacOSRomanStringEncoding]);
 }
 
 CFStringEncoding CFStringConvertIANACharSetNameToEncoding(CFStringRef name) {

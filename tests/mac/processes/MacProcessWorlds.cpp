@@ -65,6 +65,7 @@ class MacWorld : public ProcessWorld {
                      .tasks = rest.tasks,
                      .unicode = rest.unicode,
                      .digests = rest.digests,
+                     .codes = rest.codes,
                      .clock = rest.clock,
                      .log = rest.log}),
           observation(rest.notifications.addObserver(

@@ -1,4 +1,10 @@
 // What the system's strings, character sets and keyboards do beyond what every system must.
+#include <string>
+#include <thread>
+
+#include "KTStuff/CocoaExtensions/StringExtensionsHtml.h"
+#include "Platform/text/mac/MacFourCharCodes.h"
+#include "Platform/text/mac/MacHtmlText.h"
 #include "Platform/text/mac/MacKeyboard.h"
 #include "Platform/text/mac/MacLocalizedDates.h"
 #include "Platform/text/mac/MacRegex.h"
@@ -131,6 +137,42 @@ TEST_F(MacText, ModifiersGoAsTheyAreAndAKeyMayTypeUpToFourUnits) {
   EXPECT_EQ(keyboard.translate(9, KeyModifier::shift | KeyModifier::option, 40), Text("abcd"));
   fakemac::state().keyboardType = 41;
   EXPECT_EQ(keyboard.type(), 41U);
+}
+
+TEST_F(MacText, ATextWithALoneSurrogateIsNoCode) {
+  EXPECT_EQ(MacFourCharCodes().codeOf(Text(u"ab\xD800z")), 0U);
+  EXPECT_EQ(MacFourCharCodes().textOf(0x4D4143A9), Text("MAC©"));
+}
+
+TEST_F(MacText, APageIsReadByTheSystemsImporterAsUnicode) {
+  EXPECT_EQ(StringExtensions::stringByExpandingHTMLEntities(" <b>é</b>\n", MacHtmlText()), Text(" é\n"));
+  ASSERT_EQ(fakemac::state().importedPages.size(), 1U);
+  const fakemac::ImportedPage& asked = fakemac::state().importedPages[0];
+  EXPECT_EQ(asked.bytes.substr(0, 6), std::string("\xFF\xFE \0<\0", 6));
+  EXPECT_EQ(asked.bytes.size(), 2U + 2 * Text(" <b>é</b>\n").length());
+  EXPECT_EQ(asked.encoding, "utf-16");
+  EXPECT_EQ(asked.seconds, MacHtmlText::kLongestImport);
+}
+
+TEST_F(MacText, NothingThatAPageNamesIsLoaded) {
+  EXPECT_EQ(MacHtmlText().importedText("a<img src='http://example.org/a.png'>b"), Text("ab"));
+  ASSERT_EQ(fakemac::state().importedPages.size(), 1U);
+  EXPECT_EQ(fakemac::state().importedPages[0].resourcesLoaded, 0);
+}
+
+TEST_F(MacText, APageThatTheImporterDoesNotReadIsReadAsElsewhere) {
+  for (const auto reader : {fakemac::PageReader::Refuses, fakemac::PageReader::Raises}) {
+    fakemac::state().readsPages = reader;
+    EXPECT_EQ(MacHtmlText().importedText("a<br>b"), std::nullopt);
+    EXPECT_EQ(StringExtensions::stringByExpandingHTMLEntities("a<br>&eacute;", MacHtmlText()), Text("a\né"));
+  }
+}
+
+TEST_F(MacText, TheImporterIsCalledOnTheMainThreadAlone) {
+  OptionalText imported = Text("unasked");
+  std::thread([&] { imported = MacHtmlText().importedText("a<br>b"); }).join();
+  EXPECT_EQ(imported, std::nullopt);
+  EXPECT_TRUE(fakemac::state().importedPages.empty());
 }
 
 TEST_F(MacText, ADayIsShownShortAndWithoutATime) {

@@ -4,17 +4,19 @@
 #include <gtest/gtest.h>
 
 #include "Platform/text/mac/MacDigests.h"
+#include "Platform/text/mac/MacFourCharCodes.h"
+#include "Platform/text/mac/MacHtmlText.h"
 #include "Platform/text/mac/MacRegex.h"
 #include "Platform/text/mac/MacTextCodecs.h"
 #include "Platform/text/mac/MacUnicode.h"
-#include "Platform/text/posix/XmlHtmlText.h"
 
 namespace halvorn {
 
 using Unicodes = testing::Types<MacUnicode>;
 using Codecs = testing::Types<MacTextCodecs>;
 using Regexes = testing::Types<MacRegex>;
-using Htmls = testing::Types<XmlHtmlText>;
+using Htmls = testing::Types<MacHtmlText>;
+using AllCodes = testing::Types<MacFourCharCodes>;
 using AllDigests = testing::Types<MacDigests>;
 
 }  // namespace halvorn

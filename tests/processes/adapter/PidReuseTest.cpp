@@ -116,8 +116,8 @@ TEST_F(PidReuse, BetweenAQuestionAndARequestReachesNobodyElse) {
   OutrunSource source(live->running, live->procFiles, live->windows, live->workspace);
   const KTProcessServices s = live->processes.services();
   KTProcessClass processes({source, s.events, s.control, s.appleEvents, s.accessibility, s.notifications,
-                            s.bundles, s.items, s.files, s.images, s.tasks, s.unicode, s.digests, s.clock,
-                            s.log});
+                            s.bundles, s.items, s.files, s.images, s.tasks, s.unicode, s.digests, s.codes,
+                            s.clock, s.log});
   const std::string product = bundleProgram("Product", "PROD");
   const std::string bystander = bundleProgram("Bystander", "BYST");
   int reused = 0;

@@ -280,6 +280,29 @@ TYPED_TEST(HtmlTextContract, AnyTextGoesThrough) {
 }
 
 template <typename Subject>
+struct FourCharCodesContract : testing::Test {
+  Subject subject;
+};
+TYPED_TEST_SUITE(FourCharCodesContract, AllCodes);
+
+TYPED_TEST(FourCharCodesContract, FourCharactersOfMacOSRomanAreACode) {
+  EXPECT_EQ(this->subject.codeOf("ABCD"), fourCharCode("ABCD"));
+  EXPECT_EQ(this->subject.codeOf("MAC©"), 0x4D4143A9U);
+  EXPECT_EQ(this->subject.codeOf("a  b"), fourCharCode("a  b"));
+  EXPECT_EQ(this->subject.codeOf("????"), kUndeclaredSignature);
+}
+
+TYPED_TEST(FourCharCodesContract, EveryOtherTextIsNone) {
+  for (const Text& text : {Text(""), Text("ABC"), Text("ABCDE"), Text("日本語版"), Text("ab\U0001F600")})
+    EXPECT_EQ(this->subject.codeOf(text), 0U) << text.bytes();
+}
+
+TYPED_TEST(FourCharCodesContract, ACodeIsWrittenAsItIsRead) {
+  for (const Text& text : {Text("ABCD"), Text("MAC©"), Text("????"), Text("a  b")})
+    EXPECT_EQ(this->subject.textOf(this->subject.codeOf(text)), text);
+}
+
+template <typename Subject>
 struct DigestsContract : testing::Test {
   Subject subject;
 };

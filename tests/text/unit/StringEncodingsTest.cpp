@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "KTStuff/CocoaExtensions/StringExtensions.h"
+#include "Platform/text/posix/MacRomanCodes.h"
 #include "tests/fakes/FakeFileHandles.h"
 #include "tests/fakes/FakeFileManager.h"
 #include "tests/fakes/FakeTextCodecs.h"
@@ -26,8 +27,8 @@ TEST(LegacyTexts, AreReadAsMacOSRoman) {
   EXPECT_EQ(stringWithMacRomanCString("a\0b", 3).length(), 3u);
   EXPECT_EQ(stringWithMacRomanCString("abc", 0), Text(""));
   EXPECT_EQ(stringWithMacRomanCString("abc", -1), Text(""));
-  EXPECT_EQ(stringWithOSType(fourCharCode("ABCD")), Text("ABCD"));
-  EXPECT_EQ(stringWithOSType(0x4D4143A9), Text("MAC©"));
+  EXPECT_EQ(stringWithOSType(fourCharCode("ABCD"), MacRomanCodes()), Text("ABCD"));
+  EXPECT_EQ(stringWithOSType(0x4D4143A9, MacRomanCodes()), Text("MAC©"));
 }
 
 TEST(LegacyTexts, TheMutableClassMakesMutableTexts) {

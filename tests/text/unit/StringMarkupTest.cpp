@@ -51,6 +51,14 @@ TEST(StringByExpandingHTMLEntities, ResolvesEntitiesAndMarkup) {
     EXPECT_EQ(stringByExpandingHTMLEntities(row.text, html), row.expected) << row.reason;
 }
 
+TEST(StringByExpandingHTMLEntities, WhatTheSystemImportsIsTakenAsItIs) {
+  FakeHtmlText html;
+  html.imported = Text(" imported\n");
+  EXPECT_EQ(stringByExpandingHTMLEntities("<p>a", html), Text(" imported\n"));
+  const Text same = " imported\n";
+  EXPECT_TRUE(stringByExpandingHTMLEntities(same, html).isSameObject(same)) << "nothing was there to expand";
+}
+
 TEST(StringByExpandingHTMLEntities, NothingToExpandReturnsTheReceiver) {
   const Text text = "plain text";
   EXPECT_TRUE(stringByExpandingHTMLEntities(text, FakeHtmlText()).isSameObject(text));

@@ -246,6 +246,9 @@ TEST_F(NullText, NothingIsConvertedSearchedReadOrTyped) {
     void characters(const Text&) override { ADD_FAILURE(); }
   } nobody;
   EXPECT_EQ(NullHtmlText().read("<p>text", nobody), HtmlAnswer::Failed);
+  EXPECT_EQ(NullHtmlText().importedText("<p>text"), std::nullopt);
+  EXPECT_EQ(NullFourCharCodes().codeOf("ABCD"), 0U);
+  EXPECT_EQ(NullFourCharCodes().textOf(fourCharCode("ABCD")), Text());
   EXPECT_EQ(NullDigests().md5("text"), std::nullopt);
   EXPECT_EQ(NullKeyboard().type(), KeyboardTypes::ansi);
   EXPECT_EQ(NullKeyboard().translate(0, 0, 0), std::nullopt);

@@ -7,6 +7,7 @@
 #include "Platform/text/linux/IcuRegex.h"
 #include "Platform/text/linux/IcuTextCodecs.h"
 #include "Platform/text/linux/IcuUnicode.h"
+#include "Platform/text/posix/MacRomanCodes.h"
 #include "Platform/text/posix/XmlHtmlText.h"
 #include "tests/fakes/FakeDigests.h"
 #include "tests/fakes/FakeHtmlText.h"
@@ -20,6 +21,7 @@ using Unicodes = testing::Types<FakeUnicode, IcuUnicode>;
 using Codecs = testing::Types<FakeTextCodecs, IcuTextCodecs>;
 using Regexes = testing::Types<FakeRegex, IcuRegex>;
 using Htmls = testing::Types<FakeHtmlText, XmlHtmlText>;
+using AllCodes = testing::Types<MacRomanCodes>;
 using AllDigests = testing::Types<FakeDigests, CryptoDigests>;
 
 }  // namespace halvorn

@@ -43,6 +43,8 @@ struct LSItemInfoRecord {
 };
 #pragma pack(pop)
 OSStatus LSCopyItemInfoForRef(const FSRef* item, LSRequestedInfo wanted, LSItemInfoRecord* information);
+OSType UTGetOSTypeFromString(CFStringRef text);
+CFStringRef UTCreateStringForOSType(OSType code);
 OSStatus LSRegisterURL(CFURLRef url, Boolean updates);
 
 typedef struct OpaqueLSSharedFileListRef* LSSharedFileListRef;

@@ -110,7 +110,7 @@ check_mutation() {
 check_campaign() {
   local hours=${1:-1} bundle=build/asan/HalvornInstaller.app
   shift || true
-  configure_and_build asan HalvornInstaller train
+  configure_and_build asan HalvornInstaller train halvorn
   tests/campaign/run_campaign "$bundle" "$bundle/Contents/Resources/train" . --hours "$hours" --report build/campaign.md "$@"
 }
 

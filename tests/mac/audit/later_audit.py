@@ -22,7 +22,7 @@ EXCEPTIONS = {
 } | dict.fromkeys(
     ["URLWithString:", "arrayWithArray:", "arrayWithCapacity:", "arrayWithObjects:", "bundleWithPath:",
      "dataWithBytes:length:", "dateWithTimeIntervalSince1970:", "dateWithTimeIntervalSinceNow:",
-     "dictionaryWithObject:forKey:", "notificationWithName:object:",
+     "dictionaryWithObject:forKey:", "dictionaryWithObjects:forKeys:", "notificationWithName:object:",
      "runningApplicationWithProcessIdentifier:", "stringWithCharacters:length:", "stringWithString:"],
     "makes an object of its class: these declarations leave out such methods, and the other set has it")
 

@@ -145,11 +145,11 @@ TEST_F(MacText, ATextWithALoneSurrogateIsNoCode) {
 }
 
 TEST_F(MacText, APageIsReadByTheSystemsImporterAsUnicode) {
-  EXPECT_EQ(StringExtensions::stringByExpandingHTMLEntities(" <b>é</b>\n", MacHtmlText()), Text(" é\n"));
+  EXPECT_EQ(StringExtensions::stringByExpandingHTMLEntities(" <b>日</b>\n", MacHtmlText()), Text(" 日\n"));
   ASSERT_EQ(fakemac::state().importedPages.size(), 1U);
   const fakemac::ImportedPage& asked = fakemac::state().importedPages[0];
   EXPECT_EQ(asked.bytes.substr(0, 6), std::string("\xFF\xFE \0<\0", 6));
-  EXPECT_EQ(asked.bytes.size(), 2U + 2 * Text(" <b>é</b>\n").length());
+  EXPECT_EQ(asked.bytes.size(), 2U + 2 * Text(" <b>日</b>\n").length());
   EXPECT_EQ(asked.encoding, "utf-16");
   EXPECT_EQ(asked.seconds, MacHtmlText::kLongestImport);
 }

@@ -4,11 +4,11 @@
 dev_package() {
   need build run package
   if [ "${1:-}" = --deb ]; then package_deb; return; fi
-  configure_and_build release HalvornInstaller halvorn HalvornStarter
+  configure_and_build release HalvornInstaller halvorn HalvornLauncher HalvornStarter
   rm -rf build/package; mkdir -p build/package
   packaging/linux/package_bundle build/HalvornInstaller.app build/package/HalvornInstaller.app "$(source_time)"
-  # The maker's tool, which finds the package and the starter beside itself.
-  cp build/HalvornStarter build/package/
+  # The maker's tool, which finds the package and what people open beside itself.
+  cp build/HalvornLauncher build/HalvornStarter build/package/
   strip --strip-unneeded -o build/package/halvorn build/halvorn
   say "build/package/HalvornInstaller.app: $(du -sh --apparent-size build/package/HalvornInstaller.app | cut -f1)"
 }
@@ -24,7 +24,7 @@ package_deb() {
 # All that is installed.
 build_for_debs() {
   need docs
-  configure_and_build release HalvornInstaller halvorn HalvornStarter kt Micro HalvornSound HalvornDigests ktstuff_manual \
+  configure_and_build release HalvornInstaller halvorn HalvornLauncher HalvornStarter kt Micro HalvornSound HalvornDigests ktstuff_manual \
     ktstuff_{Text,Bundles,Process,Sound,Appearance,KTStuff}_{shared,static}
 }
 

@@ -24,6 +24,30 @@ class MediumFlow : public FlowFixture {
   }
   [[nodiscard]] std::string medium() const { return folder_ / "medium"; }
 
+  [[nodiscard]] CommandResult inDesktop(const std::vector<std::string>& words) {
+    return runCommand(words, {.environment = desktop().environment()});
+  }
+  [[nodiscard]] bool shows(const std::string& title) {
+    return inDesktop({"xdotool", "search", "--onlyvisible", "--name", "^" + title + "$"}).status == 0;
+  }
+  // Until there is such a window: a key that comes before what it is meant for is lost.
+  [[nodiscard]] bool pressUntilShown(const std::string& key, const std::string& title) {
+    return eventually([&] {
+      (void)inDesktop({"xdotool", "key", key});
+      return eventually([&] { return shows(title); }, 5);
+    });
+  }
+  // In the file manager that serves on the bus.
+  void select(const std::string& file) {
+    ASSERT_TRUE(eventually([&] {
+      return inDesktop({"gdbus", "call", "--session", "--dest", "org.freedesktop.FileManager1",
+                        "--object-path", "/org/freedesktop/FileManager1", "--method",
+                        "org.freedesktop.FileManager1.ShowItems", "['file://" + file + "']", ""})
+                 .status == 0;
+    }));
+    ASSERT_TRUE(eventually([&] { return shows("medium - Thunar"); }));
+  }
+
   const TemporaryFolder folder_;
 };
 
@@ -51,11 +75,23 @@ TEST_F(MediumFlow, TheDesktopEntryOpensTheWindow) {
       runCommand({"gio", "launch", medium() + "/Install Sample.desktop"},
                  {.environment = desktop().environment(), .workingFolder = medium()});
   ASSERT_EQ(launched.status, 0) << launched.output;
-  EXPECT_TRUE(eventually([&] {
-    return runCommand({"xdotool", "search", "--onlyvisible", "--name", "^Install Sample$"},
-                      {.environment = desktop().environment()})
-               .status == 0;
-  }));
+  EXPECT_TRUE(eventually([&] { return shows("Install Sample"); }));
+  EXPECT_TRUE(endProgramsBelow(medium()));
+}
+
+TEST_F(MediumFlow, AFileManagerOpensWhatLiesOnTheMedium) {
+  if (!programExists("thunar")) GTEST_SKIP() << "thunar is not installed";
+  makeMedium();
+  if (IsSkipped() || HasFatalFailure()) return;
+  const ChildProcess manager({"thunar", "--daemon"}, {.environment = desktop().environment()});
+  ASSERT_NO_FATAL_FAILURE(select(medium() + "/Install Sample"));
+  EXPECT_TRUE(pressUntilShown("Return", "Install Sample")) << "the program is started without a question";
+  EXPECT_TRUE(endProgramsBelow(medium()));
+  EXPECT_TRUE(eventually([&] { return !shows("Install Sample"); }));
+  // Desktop entries it starts from nowhere but the menu's folders without asking.
+  ASSERT_NO_FATAL_FAILURE(select(medium() + "/Install Sample.desktop"));
+  ASSERT_TRUE(pressUntilShown("Return", "Attention"));
+  EXPECT_TRUE(pressUntilShown("alt+l", "Install Sample")) << "Launch Anyway";
   EXPECT_TRUE(endProgramsBelow(medium()));
 }
 

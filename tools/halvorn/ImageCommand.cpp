@@ -13,6 +13,7 @@
 #include "Platform/bundles/linux/BundleIcon.h"
 #include "Platform/bundles/linux/launching/IconPictures.h"
 #include "Platform/files/FileManager.h"
+#include "Platform/running/linux/ThisProgram.h"
 #include "tools/halvorn/Check.h"
 #include "tools/halvorn/Launchers.h"
 #include "tools/halvorn/Plan.h"
@@ -59,7 +60,8 @@ struct Order {
   std::string installer;  // bundle
   std::string image;
   Kind kind = Kind::Squashfs;
-  std::string starter = {};  // of a single file
+  std::string launcher = {};  // to open on the medium
+  std::string starter = {};   // of a single file
   OptionalText readMe, documentation, signer;
 };
 
@@ -138,10 +140,10 @@ class Making {
     if (order_.documentation) {
       if (auto stop = copy(order_.documentation->bytes(), facts_.documentation)) return stop;
     }
-    const std::string name = launcherName(facts_);
-    if (auto stop = write(name, launcherScript(facts_), true)) return stop;
-    if (auto stop = write(name + ".desktop", launcherEntry(facts_), true)) return stop;
-    if (auto stop = write(markPath(facts_), facts_.product + "\n")) return stop;
+    if (auto stop = copy(order_.launcher, launcherName(facts_))) return stop;
+    if (auto stop = write(kLauncherWordsPath, launcherWordsFile(launcherWords(facts_)))) return stop;
+    if (auto stop = write(entryName(facts_), launcherEntry(facts_), true)) return stop;
+    if (auto stop = write(markPath(facts_), entryScript(facts_))) return stop;
     return writeIcon();
   }
 
@@ -291,6 +293,18 @@ constexpr KindFacts kKinds[] = {{".squashfs", Kind::Squashfs, "mksquashfs", "squ
                                 {".iso", Kind::Iso, "xorriso", "xorriso"},
                                 {".run", Kind::SingleFile, "zstd", "zstd"}};
 
+// Beside halvorn, beside the installer's bundle, or where packages have it.
+MayStop obstacleToFinding(const char* program, const Order& order, std::string& path) {
+  const Text folder = Paths::deletingLastComponent(pathOfThisProgram());
+  for (const Text& place : {folder, Paths::deletingLastComponent(Text(order.installer)),
+                            Paths::appending(Paths::deletingLastComponent(folder), "lib/halvorn")}) {
+    path = Paths::appending(place, program).bytes();
+    if (fs::is_regular_file(path)) return std::nullopt;
+  }
+  return Stop{Ending::NoInput,
+              "no " + std::string(program) + " lies beside halvorn or the installer's bundle"};
+}
+
 MayStop obstacleToKind(Order& order) {
   const auto* const facts =
       std::find_if(std::begin(kKinds), std::end(kKinds),
@@ -301,12 +315,9 @@ MayStop obstacleToKind(Order& order) {
   if (!isInPath(facts->program))
     return Stop{Ending::Unavailable,
                 std::string(facts->program) + " is not installed: sudo apt install " + facts->package};
+  if (auto stop = obstacleToFinding("HalvornLauncher", order, order.launcher)) return stop;
   if (order.kind != Kind::SingleFile) return std::nullopt;
-  const OptionalText starter = starterFor(Text(order.installer));
-  if (!starter)
-    return Stop{Ending::NoInput, "no HalvornStarter lies beside halvorn or the installer's bundle"};
-  order.starter = starter->bytes();
-  return std::nullopt;
+  return obstacleToFinding("HalvornStarter", order, order.starter);
 }
 
 MayStop obstacleTo(const Call& call, Order& order) {

@@ -1,8 +1,10 @@
-// What a person opens on a medium: a script that finds its own folder, and a desktop entry that finds the script wherever
-// the medium is mounted. Neither is a folder, so every desktop starts it.
+// What a person opens on a medium: a program that finds its own folder, and a desktop entry that finds the program wherever
+// the medium is mounted. Neither is a folder or a script, so every desktop starts it.
 #pragma once
 
 #include <string>
+
+#include "packaging/linux/launcher/LauncherWords.h"
 
 namespace halvorn {
 
@@ -14,17 +16,21 @@ struct LauncherFacts {
   std::string documentation = {};
 };
 
-inline constexpr char kMediumFolder[] = ".halvorn";
 // "Install Foo"; a slash has no place in a file's name.
 [[nodiscard]] std::string launcherName(const LauncherFacts& facts);
-// The file below the top by which the medium is known.
+// "Install Foo.desktop", without what means something in a command.
+[[nodiscard]] std::string entryName(const LauncherFacts& facts);
+// The file below the top by which the medium is known, and which the entry runs.
 [[nodiscard]] std::string markPath(const LauncherFacts& facts);
 // The installer's bundle and the product's, below the top.
 [[nodiscard]] std::string installerPath(const LauncherFacts& facts);
 [[nodiscard]] std::string productPath(const LauncherFacts& facts);
 
-[[nodiscard]] std::string launcherScript(const LauncherFacts& facts);
+[[nodiscard]] LauncherWords launcherWords(const LauncherFacts& facts);
+// Its command has no quoting within quoting, no dollar and no backslash: what file managers make of these differs.
 [[nodiscard]] std::string launcherEntry(const LauncherFacts& facts);
+// Starts the program at the top, or says why it cannot run: the shell runs where that does not.
+[[nodiscard]] std::string entryScript(const LauncherFacts& facts);
 
 // One word of a shell, whatever it holds.
 [[nodiscard]] std::string quotedForShell(const std::string& word);

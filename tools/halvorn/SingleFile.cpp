@@ -4,8 +4,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "Core/Paths.h"
-#include "Platform/running/linux/ThisProgram.h"
 #include "packaging/linux/starter/PayloadTrailer.h"
 #include "tools/halvorn/Program.h"
 
@@ -27,16 +25,6 @@ std::vector<std::string> archiveWords(const std::string& folder, const std::stri
 }
 
 }  // namespace
-
-OptionalText starterFor(const Text& installer) {
-  const Text folder = Paths::deletingLastComponent(pathOfThisProgram());
-  for (const Text& place : {folder, Paths::deletingLastComponent(installer),
-                            Paths::appending(Paths::deletingLastComponent(folder), "lib/halvorn")}) {
-    const Text starter = Paths::appending(place, "HalvornStarter");
-    if (fs::is_regular_file(starter.bytes())) return starter;
-  }
-  return std::nullopt;
-}
 
 std::string madeSingleFile(const SingleFile& file) {
   const std::string archive = file.scratch + "/archive";

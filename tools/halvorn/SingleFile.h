@@ -3,12 +3,7 @@
 
 #include <string>
 
-#include "Core/Text.h"
-
 namespace halvorn {
-
-// The starter beside halvorn, beside the installer's bundle, or where packages have it; nullopt where there is none.
-[[nodiscard]] OptionalText starterFor(const Text& installer);
 
 struct SingleFile {
   std::string starter;  // program

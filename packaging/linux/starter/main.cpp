@@ -9,12 +9,12 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <cstring>
 #include <vector>
 
 #include "packaging/linux/starter/Payload.h"
 #include "packaging/linux/starter/PrivateFolder.h"
+#include "packaging/linux/starter/Tell.h"
 
 namespace halvorn {
 namespace {
@@ -39,14 +39,8 @@ void listenForTheEnd() {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) ::sigaction(signal, &action, nullptr);
 }
 
-// On standard error, and where a person without a terminal sees it.
 int say(const std::string& sentence, int status) {
-  std::fprintf(stderr, "%s\n", sentence.c_str());
-  std::string words[] = {"notify-send", "--", "Installer", sentence};
-  char* pointers[] = {words[0].data(), words[1].data(), words[2].data(), words[3].data(), nullptr};
-  pid_t pid = -1;
-  if (::posix_spawnp(&pid, "notify-send", nullptr, nullptr, pointers, environ) == 0)
-    ::waitpid(pid, nullptr, 0);
+  tell("Installer", sentence);
   return status;
 }
 

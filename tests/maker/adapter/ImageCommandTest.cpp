@@ -217,6 +217,18 @@ TEST_F(ImageCommand, WhatIsCopiedFromAnyMediumCanBeWrittenByItsOwner) {
   }
 }
 
+TEST_F(ImageCommand, WithoutWhatAPersonOpensThereIsNoImage) {
+  if (!hasTools("Sample.squashfs")) GTEST_SKIP() << "mksquashfs is not installed";
+  std::vector<std::string> elsewhere = words("Sample.squashfs");
+  fs::create_directories(folder_ / "bin");
+  fs::copy(KT_HALVORN, folder_ / "bin");
+  elsewhere.insert(elsewhere.begin(), folder_ / "bin/halvorn");
+  const CommandResult result = runCommand(elsewhere, {.environment = environment_});
+  EXPECT_EQ(result.status, 66);
+  EXPECT_TRUE(has(result.output, "no HalvornLauncher lies beside halvorn")) << result.output;
+  EXPECT_FALSE(fs::exists(folder_ / "Sample.squashfs"));
+}
+
 TEST_F(ImageCommand, WhatCannotBecomeAnImageSaysWhy) {
   if (!hasTools("Sample.squashfs")) GTEST_SKIP() << "mksquashfs is not installed";
   EXPECT_EQ(halvorn(words("Sample.zip")).status, 64);

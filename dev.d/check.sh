@@ -110,7 +110,8 @@ check_mutation() {
 check_campaign() {
   local hours=${1:-1} bundle=build/asan/HalvornInstaller.app
   shift || true
-  configure_and_build asan HalvornInstaller train halvorn
+  need run
+  configure_and_build asan campaign
   tests/campaign/run_campaign "$bundle" "$bundle/Contents/Resources/train" . --hours "$hours" --report build/campaign.md "$@"
 }
 

@@ -113,7 +113,7 @@ class Installation:
 
     def __init__(self, tools, way, scene):
         self.tools, self.way, self.scene = tools, way, scene
-        self.variables, self.words = environment(scene.folder), []
+        self.variables, self.words, self.prefix = environment(scene.folder), [], []
         self.program = None
 
     def command(self):
@@ -134,7 +134,7 @@ class Installation:
         if self.way == "installer":
             self.tools.screen = self.tools.screen or Screen()
             self.variables |= {"QT_QPA_PLATFORM": "xcb", "DISPLAY": self.tools.screen.name}
-        self.program = Program(self.command(), self.variables, self.scene.folder, **how)
+        self.program = Program([*self.prefix, *self.command()], self.variables, self.scene.folder, **how)
         return self.program
 
     def run(self, patience=PATIENCE, **how):

@@ -5,7 +5,7 @@ from installations import SAID, Installation
 from products import WHOLE, Replacement
 from stopper import kill, supports
 
-ATTACK = "kills"
+NOT_YET = "not yet"  # what it answers that is to be tried again before the next call
 
 
 class Counter:
@@ -31,8 +31,8 @@ class Counter:
         areas = [area for area in map(self.area, call.paths()) if area]
         if areas:
             self.areas.append((call.name if call.name.startswith("rename") else "", *areas))
-            if len(self.areas) == self.at:
-                self.act(call)
+            if len(self.areas) == self.at and self.act(call) is NOT_YET:
+                self.at += 1
 
     def phases(self):
         """The numbers of the calls that begin something else, and the one after the last."""

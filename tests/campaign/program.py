@@ -101,9 +101,12 @@ class Program:
             return "sanitizer"
         return "hangs" if status is None else None
 
-    def outcome(self):
-        """Of a start: it is left until it rests, and is asked to end then."""
-        rested = self.come_to_rest()
+    def outcome(self, begun=lambda: True):
+        """Of a start: it is left until it has begun and rests, and is asked to end then."""
+        end = time.monotonic() + PATIENCE
+        while not begun() and self.process.poll() is None and time.monotonic() < end:
+            time.sleep(0.02)
+        rested = begun() and self.come_to_rest() or self.process.poll() is not None
         if self.process.poll() is None:
             self.process.send_signal(signal.SIGTERM)
         status = self.end()

@@ -118,7 +118,7 @@ void FlowFixture::installFromTheReadMe(const std::function<void(InstallerDriver&
                                   "-documentationPath", "<image>/Guide.html"},
                                  {{"readMePath", "\"<image>/Read Me.rtf\""},
                                   {"documentationPath", "\"<image>/Guide.html\""}}) +
-                            kInstallClicked + installLog());
+                            linesOfDesktop() + kInstallClicked + installLog());
   meanwhile(installer);
 }
 

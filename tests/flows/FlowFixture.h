@@ -58,6 +58,8 @@ class FlowFixture : public ::testing::Test {
   [[nodiscard]] Lines whole(const Lines& lines) const;
   [[nodiscard]] Lines wholeLog() const { return whole(installerLog()); }
 
+  // What the log has of the desktop, behind the arguments.
+  [[nodiscard]] virtual Lines linesOfDesktop() const { return {}; }
   // From a read-me with a guide to the final message; `meanwhile` runs while the installer shows it.
   void installFromTheReadMe(const std::function<void(InstallerDriver&)>& meanwhile);
 

@@ -110,6 +110,51 @@ TEST_F(KWinFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
   installFromTheReadMe([](InstallerDriver&) {});
 }
 
+class GnomeFlow : public FlowFixture {
+ protected:
+  [[nodiscard]] DesktopParts parts() const override {
+    return {.compositor = Compositor::Gnome, .accessibility = true};
+  }
+  [[nodiscard]] Lines linesOfDesktop() const override {
+    return {
+        "This desktop tells nothing of its windows: programs are found in the process table and asked to end "
+        "by a "
+        "signal, and which one is in front is not known"};
+  }
+  // The program whose window has the keyboard, as the shell knows it: the name of its desktop entry.
+  [[nodiscard]] std::string focusedApplication() {
+    const std::string told = desktop().evaluated(
+        "global.display.focus_window ? 'of ' + global.display.focus_window.get_wm_class() + '.' : ''");
+    const std::size_t start = told.find("of ");
+    return start == std::string::npos ? "" : told.substr(start + 3, told.rfind('.') - start - 3);
+  }
+};
+
+TEST_F(GnomeFlow, FromTheReadMeToTheFinalMessageWithTheWholeLog) {
+  installFromTheReadMe([this](InstallerDriver&) {
+    EXPECT_TRUE(eventually([&] { return focusedApplication() == "Sample"; })) << focusedApplication();
+    EXPECT_EQ(windowClassOfProductsEntry(), focusedApplication()) << "by that shells find its picture";
+    EXPECT_NE(startedWith("XDG_ACTIVATION_TOKEN"), "") << "the compositor's leave to come to the front";
+  });
+}
+
+// No window is told of there, so it is asked by a signal.
+TEST_F(GnomeFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {
+  const fs::path old = makeSampleProduct(applications(), {.version = "1.0"});
+  ChildProcess running({old / "Contents/Linux/Sample"},
+                       {.environment = desktop().environmentWith(reportEntry())});
+  ASSERT_TRUE(startedVersion("1.0"));
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.waitForButton("Install", kTestPatience));
+  ASSERT_TRUE(eventually([&] { return focusedApplication() == "example.halvorn.installer"; }))
+      << focusedApplication();
+  installer.key("Return");
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(startedVersion("2.0"));
+  EXPECT_FALSE(running.isRunning());
+  EXPECT_EQ(wholeLog(), kPlainStart + linesOfDesktop() + kInstallClicked + kQuitObeyed + installLog());
+}
+
 TEST_F(KWinFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {
   const fs::path old = makeSampleProduct(applications(), {.version = "1.0"});
   ChildProcess running({old / "Contents/Linux/Sample"},

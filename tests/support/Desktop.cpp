@@ -34,8 +34,12 @@ std::runtime_error failed(const std::string& part, ChildProcess& process) {
 }
 
 constexpr char kKWin[] = "kwin_wayland";
+constexpr char kGnome[] = "gnome-shell";
 
-bool needsBus(const DesktopParts& parts) { return parts.bus || parts.compositor == Compositor::KWin; }
+bool isAskedOverTheBus(const DesktopParts& parts) {
+  return parts.compositor == Compositor::KWin || parts.compositor == Compositor::Gnome;
+}
+bool needsBus(const DesktopParts& parts) { return parts.bus || isAskedOverTheBus(parts); }
 
 void endPart(std::unique_ptr<ChildProcess>& part) {
   if (part) part->end(SIGTERM);
@@ -58,6 +62,7 @@ bool takesClients(const std::string& path) {
 std::optional<std::string> Desktop::missing(const DesktopParts& parts) {
   if (parts.compositor == Compositor::Sway && !programExists("sway")) return "sway is not installed";
   if (parts.compositor == Compositor::KWin && !programExists(kKWin)) return "kwin-wayland is not installed";
+  if (parts.compositor == Compositor::Gnome && !programExists(kGnome)) return "gnome-shell is not installed";
   if (parts.compositor == Compositor::Weston && !programExists("weston")) return "weston is not installed";
   if (parts.xClients && !programExists("Xwayland")) return "xwayland is not installed";
   if (parts.xClients && parts.compositor == Compositor::KWin && !programExists("xhost"))
@@ -66,15 +71,15 @@ std::optional<std::string> Desktop::missing(const DesktopParts& parts) {
   if (isOnX && !programExists("Xvfb")) return "Xvfb is not installed";
   if (isOnX && parts.windowManager && !programExists("openbox")) return "openbox is not installed";
   if (needsBus(parts) && !programExists("dbus-daemon")) return "dbus-daemon is not installed";
-  const bool isAskedOverTheBus = parts.accessibility || parts.compositor == Compositor::KWin;
-  if (isAskedOverTheBus && !programExists("gdbus")) return "gdbus is not installed";
+  if ((parts.accessibility || isAskedOverTheBus(parts)) && !programExists("gdbus"))
+    return "gdbus is not installed";
   if (parts.accessibility && ::access("/usr/share/dbus-1/services/org.a11y.Bus.service", R_OK) != 0) {
     return "at-spi2-core is not installed";
   }
   return std::nullopt;
 }
 
-Desktop::Desktop(const DesktopParts& parts) {
+Desktop::Desktop(const DesktopParts& parts) : kind_(parts.compositor) {
   ::mkdir(homeFolder().c_str(), 0700);
   ::mkdir(runtimeFolder().c_str(), 0700);
   // The server first: services that the bus starts get its environment.
@@ -85,6 +90,7 @@ Desktop::Desktop(const DesktopParts& parts) {
   if (parts.compositor == Compositor::Weston) startWeston();
   if (needsBus(parts)) startBus(parts.serviceActivation || parts.accessibility);
   if (parts.compositor == Compositor::KWin) startKWin(parts.xClients);
+  if (parts.compositor == Compositor::Gnome) startGnome(parts.xClients);
   if (parts.bus && parts.accessibility) startAccessibility();
 }
 
@@ -93,6 +99,7 @@ Desktop::~Desktop() {
   endPart(windowManager_);
   endPart(xServer_);
   endPart(compositor_);
+  endPart(systemBus_);
 }
 
 std::vector<std::string> Desktop::environment() const {
@@ -249,6 +256,49 @@ void Desktop::startKWin(bool xClients) {
   if (xClients && !eventually(isTold)) throw failed("Xwayland", *compositor_);
 }
 
+// In a mode that lets the test ask and order it everything, which changes nothing for programs: they are not told how.
+void Desktop::startGnome(bool xClients) {
+  std::string systemBus;
+  systemBus_ = startedBus("system", false, systemBus);
+  const std::string display = "wayland-1";
+  std::vector<std::string> command = {kGnome,     "--headless",        "--wayland", "--virtual-monitor",
+                                      "1280x800", "--wayland-display", display,     "--unsafe-mode"};
+  if (!xClients) command.emplace_back("--no-x11");
+  compositor_ = std::make_unique<ChildProcess>(
+      command, ChildOptions{.environment = environmentWith(
+                                {"GSETTINGS_BACKEND=memory", "DBUS_SYSTEM_BUS_ADDRESS=" + systemBus}),
+                            .signalWhenTestDies = SIGTERM});
+  const std::string ofX = "Using public X11 display ";
+  for (std::string serves; serves.empty();) {
+    const auto line = compositor_->readLine(kTestPatience);
+    if (!line) throw failed(kGnome, *compositor_);
+    const std::size_t number = line->find(ofX);
+    if (number != std::string::npos)
+      displayName_ = line->substr(number + ofX.size(), line->find(',', number) - number - ofX.size());
+    if (line->find("GNOME Shell started") != std::string::npos) serves = *line;
+  }
+  waylandDisplay_ = display;
+  if (xClients) findGuestsPassword();
+  // It begins with an overview, where no window has the keyboard.
+  if (evaluated("Main.overview.hide()").find("(true,") == std::string::npos)
+    throw failed(kGnome, *compositor_);
+}
+
+// The X server of that compositor lets in only who has the newest such file.
+void Desktop::findGuestsPassword() {
+  for (const auto& entry : std::filesystem::directory_iterator(runtimeFolder())) {
+    if (entry.path().filename().string().starts_with(".mutter-Xwaylandauth."))
+      setEnvironment("XAUTHORITY=" + entry.path().string());
+  }
+}
+
+std::string Desktop::evaluated(const std::string& script) const {
+  return runCommand({"gdbus", "call", "--session", "--timeout", "10", "-d", "org.gnome.Shell", "-o",
+                     "/org/gnome/Shell", "-m", "org.gnome.Shell.Eval", script},
+                    {.environment = environment()}, kTestPatience)
+      .output;
+}
+
 void Desktop::startWindowManager() {
   // The window manager announces itself before it serves map requests, and a window mapped in between is
   // lost; its start-up command runs when it really serves.
@@ -261,26 +311,31 @@ void Desktop::startWindowManager() {
 }
 
 void Desktop::startBus(bool serviceActivation) {
-  const std::string configuration = folder_ / "session-bus.conf";
+  bus_ = startedBus("session", serviceActivation, busAddress_);
+}
+
+std::unique_ptr<ChildProcess> Desktop::startedBus(const std::string& name, bool serviceActivation,
+                                                  std::string& address) {
+  const std::string configuration = folder_ / (name + "-bus.conf");
   std::ofstream(configuration)
       << "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\"\n"
          " \"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n<busconfig><type>session</"
          "type>\n"
-      << "<listen>unix:path=" << runtimeFolder() << "/bus</listen><auth>EXTERNAL</auth>\n"
+      << "<listen>unix:path=" << runtimeFolder() << (name == "session" ? "/bus" : "/" + name + "-bus")
+      << "</listen><auth>EXTERNAL</auth>\n"
       << (serviceActivation ? "<standard_session_servicedirs/>\n" : "")
       << "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
          "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n";
-  bus_ = std::make_unique<ChildProcess>(
+  auto bus = std::make_unique<ChildProcess>(
       std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration, "--nofork", "--nopidfile",
                                "--nosyslog", "--print-address"},
       ChildOptions{.environment = environment(), .signalWhenTestDies = SIGTERM});
   for (;;) {
-    const auto line = bus_->readLine(kTestPatience);
-    if (!line) throw failed("dbus-daemon", *bus_);
-    if (line->rfind("unix:", 0) == 0) {
-      busAddress_ = *line;
-      return;
-    }
+    const auto line = bus->readLine(kTestPatience);
+    if (!line) throw failed("dbus-daemon", *bus);
+    if (line->rfind("unix:", 0) != 0) continue;
+    address = *line;
+    return bus;
   }
 }
 

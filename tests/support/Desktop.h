@@ -21,7 +21,7 @@
 
 namespace halvorn {
 
-enum class Compositor { None, Sway, KWin, Weston };
+enum class Compositor { None, Sway, KWin, Gnome, Weston };
 
 struct DesktopParts {
   bool display = true;
@@ -61,9 +61,12 @@ class Desktop {
   }  // "wayland-1"; "" without
   // Where the compositor listens, without a link in it; "" without.
   [[nodiscard]] std::string waylandSocket() const;
+  [[nodiscard]] Compositor kind() const { return kind_; }
   [[nodiscard]] const std::string& swaySocket() const { return swaySocket_; }  // where it takes commands
   [[nodiscard]] const std::string& busAddress() const { return busAddress_; }  // "" without
   [[nodiscard]] const std::string& accessibilityAddress() const { return accessibilityAddress_; }
+  // What GNOME's shell answers to a line of its script.
+  [[nodiscard]] std::string evaluated(const std::string& script) const;
   [[nodiscard]] std::string homeFolder() const { return folder_ / "home"; }
   [[nodiscard]] std::string runtimeFolder() const { return folder_ / "run"; }  // 0700
   [[nodiscard]] std::string folder() const { return folder_.path().string(); }
@@ -78,11 +81,16 @@ class Desktop {
   void startXServer();
   void startSway(bool xClients);
   void startKWin(bool xClients);
+  void startGnome(bool xClients);
+  void findGuestsPassword();
   void startWeston();
   void startWindowManager();
   void startBus(bool serviceActivation);
+  [[nodiscard]] std::unique_ptr<ChildProcess> startedBus(const std::string& name, bool serviceActivation,
+                                                         std::string& address);
   void startAccessibility();
 
+  const Compositor kind_;
   TemporaryFolder folder_;
   std::vector<std::string> added_;
   std::string displayName_;
@@ -94,6 +102,7 @@ class Desktop {
   std::unique_ptr<ChildProcess> compositor_;
   std::unique_ptr<ChildProcess> windowManager_;
   std::unique_ptr<ChildProcess> bus_;
+  std::unique_ptr<ChildProcess> systemBus_;  // of the compositor alone
 };
 
 }  // namespace halvorn

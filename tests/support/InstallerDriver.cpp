@@ -12,6 +12,8 @@
 #include <tuple>
 #include <utility>
 
+#include "tests/support/Hands.h"
+
 namespace halvorn {
 namespace {
 
@@ -39,25 +41,6 @@ std::optional<Control> parsed(const std::string& line) {
   return control;
 }
 
-// Before the program, so that its seat has a pointer from the start.
-std::unique_ptr<ChildProcess> startedPointer(const Desktop& desktop) {
-  if (desktop.swaySocket().empty()) return nullptr;
-  auto pointer = std::make_unique<ChildProcess>(
-      std::vector<std::string>{KT_BINARY_DIR "/tests/kt_wayland_pointer", "1280", "800"},
-      ChildOptions{.environment = desktop.environment()});
-  if (pointer->readLine(kTestPatience) != "ready")
-    throw std::runtime_error("no pointer: " + pointer->output());
-  return pointer;
-}
-
-std::unique_ptr<ChildProcess> startedHands(const Desktop& desktop) {
-  if (desktop.waylandDisplay().empty() || !desktop.swaySocket().empty()) return nullptr;
-  auto hands = std::make_unique<ChildProcess>(std::vector<std::string>{KT_BINARY_DIR "/tests/kt_kwin_hands"},
-                                              ChildOptions{.environment = desktop.environment()});
-  if (hands->readLine(kTestPatience) != "ready") throw std::runtime_error("no hands: " + hands->output());
-  return hands;
-}
-
 // Behind `"name": `, from there on.
 int numberBehind(const std::string& text, const std::string& name, std::size_t from) {
   const std::size_t found = text.find("\"" + name + "\":", from);
@@ -76,8 +59,8 @@ bool Control::has(const std::string& state) const {
 InstallerDriver::InstallerDriver(Desktop& desktop, std::vector<std::string> arguments,
                                  const DriverOptions& options)
     : desktop_(desktop),
-      pointer_(startedPointer(desktop)),
-      hands_(startedHands(desktop)),
+      pointer_(desktop.kind() == Compositor::Sway ? startedHands(desktop) : nullptr),
+      hands_(desktop.kind() == Compositor::Sway ? nullptr : startedHands(desktop)),
       accessibleProbe_(options.accessibleProbe.empty() ? KT_BINARY_DIR "/tests/accessible_probe"
                                                        : options.accessibleProbe),
       isSingleFile_(options.isSingleFile),
@@ -188,7 +171,8 @@ std::optional<InstallerDriver::Place> InstallerDriver::settledPlace(double secon
 
 // Out of the compositor's own description of what it shows.
 std::optional<InstallerDriver::Place> InstallerDriver::windowPlace() const {
-  if (hands_) return windowPlaceInKWin();
+  if (desktop_.kind() == Compositor::KWin) return windowPlaceInKWin();
+  if (desktop_.kind() == Compositor::Gnome) return windowPlaceInGnome();
   const CommandResult tree = runCommand({"swaymsg", "-s", desktop_.swaySocket(), "-r", "-t", "get_tree"},
                                         {.environment = desktop_.environment()});
   const std::size_t window = tree.output.find("\"pid\": " + std::to_string(installer()) + ",");
@@ -220,6 +204,27 @@ std::optional<InstallerDriver::Place> InstallerDriver::windowPlaceInKWin() const
   return std::nullopt;
 }
 
+// Programs draw their title bars themselves there: the content lies within the window, equally far from its sides and
+// its lower edge.
+std::optional<InstallerDriver::Place> InstallerDriver::windowPlaceInGnome() const {
+  const std::string told =
+      desktop_.evaluated("global.get_window_actors().map(a => a.meta_window).filter(w => w.get_pid() == " +
+                         std::to_string(installer()) +
+                         " && w.get_title()).map(w => { const r = w.get_buffer_rect(); return 'at ' + r.x + "
+                         "' ' + r.y + ' ' + r.width + ' ' + "
+                         "r.height; })[0]");
+  static const std::regex rectangle(R"(at (-?\d+) (-?\d+) (\d+) (\d+))");
+  std::smatch match;
+  if (!std::regex_search(told, match, rectangle)) return std::nullopt;
+  for (const Control& control : controls()) {
+    if (control.role != "frame" && control.role != "window") continue;
+    const int side = (std::stoi(match[3]) - control.width) / 2;
+    const int top = std::stoi(match[4]) - control.height - side;
+    return Place{std::stoi(match[1]) + side - control.x, std::stoi(match[2]) + top - control.y};
+  }
+  return std::nullopt;
+}
+
 void InstallerDriver::key(const std::string& keys) {
   if (hands_) {
     if (keys != "Return") throw std::runtime_error("no such key: " + keys);
@@ -236,6 +241,7 @@ void InstallerDriver::key(const std::string& keys) {
 
 void InstallerDriver::screenshot(const std::string& file) const {
   std::filesystem::create_directories(std::filesystem::path(file).parent_path());
+  if (desktop_.kind() == Compositor::Gnome) return screenshotOfGnome(file);
   // The program is told that its window shows before the compositor shows it.
   constexpr double kLongestToShow = 2.0;
   if (pointer_) static_cast<void>(settledPlace(kLongestToShow));
@@ -243,6 +249,14 @@ void InstallerDriver::screenshot(const std::string& file) const {
                                 : std::vector<std::string>{"import", "-window", "root", file};
   const CommandResult result = runCommand(command, {.environment = desktop_.environment()});
   if (result.status != 0) throw std::runtime_error(command.front() + ": " + result.output);
+}
+
+void InstallerDriver::screenshotOfGnome(const std::string& file) const {
+  const CommandResult result = runCommand(
+      {"gdbus", "call", "--session", "-d", "org.gnome.Shell.Screenshot", "-o", "/org/gnome/Shell/Screenshot",
+       "-m", "org.gnome.Shell.Screenshot.Screenshot", "false", "false", file},
+      {.environment = desktop_.environment()});
+  if (result.output.find("(true,") == std::string::npos) throw std::runtime_error(result.output);
 }
 
 std::vector<std::string> logLines(const std::string& text) {

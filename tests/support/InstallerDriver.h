@@ -50,7 +50,8 @@ class InstallerDriver {
 
   // Waits for the button and clicks into its middle with the mouse. False when it does not come.
   [[nodiscard]] bool click(const std::string& button, double seconds = kTestPatience);
-  void key(const std::string& keys);  // as xdotool names them, on sway as wtype does, on KWin "Return" alone
+  void key(const std::string&
+               keys);  // as xdotool names them, on sway as wtype does, elsewhere on Wayland "Return" alone
   // A picture of the whole screen; the folder is made.
   void screenshot(const std::string& file) const;
 
@@ -72,10 +73,12 @@ class InstallerDriver {
   // Where it stays for some looks.
   [[nodiscard]] std::optional<Place> settledPlace(double seconds) const;
   [[nodiscard]] std::optional<Place> windowPlaceInKWin() const;
+  [[nodiscard]] std::optional<Place> windowPlaceInGnome() const;
+  void screenshotOfGnome(const std::string& file) const;
 
   Desktop& desktop_;
   std::unique_ptr<ChildProcess> pointer_;  // on sway
-  std::unique_ptr<ChildProcess> hands_;    // on KWin: mouse and keyboard
+  std::unique_ptr<ChildProcess> hands_;    // on KWin and GNOME: mouse and keyboard
   std::string accessibleProbe_;
   bool isSingleFile_;
   mutable ChildProcess process_;  // to see whether it has ended is to collect it

@@ -11,6 +11,8 @@ LinuxDesktopFacts::LinuxDesktopFacts(const Environment& environment,
                                      const std::optional<std::string>& systemBus, RunLoop& loop,
                                      const Clock& clock)
     : displayIdleTime_(displayThatSeesAllInput(environment)),
+      compositorsIdleTime_({waylandSocketPath(environment), sessionBusAddress(environment).value_or("")}),
+      notifiedIdleTime_(waylandSocketPath(environment), loop, clock),
       sessionIdleTime_(systemBus, clock),
       compositorsClipboard_(waylandSocketPath(environment)),
       clipboard_(environment.value("DISPLAY")),
@@ -19,8 +21,10 @@ LinuxDesktopFacts::LinuxDesktopFacts(const Environment& environment,
       menuBar_(environment.value("DISPLAY"), loop) {}
 
 std::optional<std::int64_t> LinuxDesktopFacts::nanosecondsSinceLastInput() {
-  const auto ofDisplay = displayIdleTime_.nanosecondsSinceLastInput();
-  return ofDisplay ? ofDisplay : sessionIdleTime_.nanosecondsSinceLastInput();
+  auto told = displayIdleTime_.nanosecondsSinceLastInput();
+  if (!told) told = notifiedIdleTime_.nanosecondsSinceLastInput();
+  if (!told) told = compositorsIdleTime_.nanosecondsSinceLastInput();
+  return told ? told : sessionIdleTime_.nanosecondsSinceLastInput();
 }
 
 std::optional<std::int64_t> LinuxDesktopFacts::clipboardChangeCount() {

@@ -6,6 +6,8 @@
 
 #include "Platform/session/DesktopFacts.h"
 #include "Platform/session/linux/LogindIdleTime.h"
+#include "Platform/session/linux/bus/MutterIdleTime.h"
+#include "Platform/session/linux/wayland/NotifiedIdleTime.h"
 #include "Platform/session/linux/wayland/WaylandMenuBar.h"
 #include "Platform/session/linux/wayland/WaylandPasteboard.h"
 #include "Platform/session/linux/x11/X11IdleTime.h"
@@ -21,7 +23,7 @@ class LinuxDesktopFacts : public DesktopFacts {
   LinuxDesktopFacts(const Environment& environment, const std::optional<std::string>& systemBus,
                     RunLoop& loop, const Clock& clock);
 
-  // As the display server counts, else the session manager, else unknown.
+  // As the display server counts, the compositor or the X server, else the session manager, else unknown.
   std::optional<std::int64_t> nanosecondsSinceLastInput() override;
   // As the compositor counts; where that does not tell, as the X server does, which on some desktops sees every
   // change and on others those of its own programs.
@@ -32,6 +34,8 @@ class LinuxDesktopFacts : public DesktopFacts {
 
  private:
   X11IdleTime displayIdleTime_;
+  MutterIdleTime compositorsIdleTime_;
+  NotifiedIdleTime notifiedIdleTime_;
   LogindIdleTime sessionIdleTime_;
   WaylandPasteboard compositorsClipboard_;
   X11Pasteboard clipboard_;

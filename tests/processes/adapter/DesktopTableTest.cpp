@@ -65,6 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Asked{"X11", {.bus = false}},
                     Asked{"Wayland: sway", {.bus = false, .compositor = Compositor::Sway}},
                     Asked{"Wayland: KWin", {.compositor = Compositor::KWin}},
+                    Asked{"Wayland: GNOME", {.compositor = Compositor::Gnome}},
                     Asked{"Wayland: weston", {.bus = false, .compositor = Compositor::Weston}}),
     [](const auto& parameters) { return std::string("Desktop") + std::to_string(parameters.index); });
 
@@ -97,6 +98,11 @@ TEST_P(DesktopTable, SaysWhatTheDesktopTells) {
   told["changes of the clipboard"] = facts.clipboardChangeCount().has_value();
   told["a window that fills the screen"] =
       facts.installMenuBarHandler([](const MenuBarEvent&) { return EventAnswer::Handled; });
+  const auto isTimed = [&] {
+    live->loop.runFor(0.02);
+    return facts.nanosecondsSinceLastInput().has_value();
+  };
+  told["time since the last input"] = eventually(isTimed, NotifiedIdleTime::kWait * 2);
 
   const auto table = tableForPeople();
   EXPECT_EQ(table.size(), told.size());

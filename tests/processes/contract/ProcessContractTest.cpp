@@ -25,8 +25,24 @@ class ProcessContract : public testing::TestWithParam<NamedProcessWorld> {
   }
   std::unique_ptr<ProcessWorld> world;
 };
-INSTANTIATE_TEST_SUITE_P(Worlds, ProcessContract, testing::ValuesIn(processWorlds()),
-                         [](const auto& parameters) { return parameters.param.name; });
+const auto nameOfWorld = [](const auto& parameters) { return parameters.param.name; };
+INSTANTIATE_TEST_SUITE_P(Worlds, ProcessContract, testing::ValuesIn(processWorlds()), nameOfWorld);
+
+std::vector<NamedProcessWorld> worldsThat(ToldOfWindows told) {
+  std::vector<NamedProcessWorld> worlds = processWorlds();
+  std::erase_if(worlds, [told](const NamedProcessWorld& world) { return world.told != told; });
+  return worlds;
+}
+
+class ProcessContractWithWindows : public ProcessContract {};
+INSTANTIATE_TEST_SUITE_P(Worlds, ProcessContractWithWindows,
+                         testing::ValuesIn(worldsThat(ToldOfWindows::Everything)), nameOfWorld);
+
+// Not every system has such worlds.
+class ProcessContractWithoutWindows : public ProcessContract {};
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(ProcessContractWithoutWindows);
+INSTANTIATE_TEST_SUITE_P(Worlds, ProcessContractWithoutWindows,
+                         testing::ValuesIn(worldsThat(ToldOfWindows::Nothing)), nameOfWorld);
 
 TEST_P(ProcessContract, AnApplicationIsListedWithWhatItsBundleSays) {
   const std::int32_t pid = world->start({"Editor", "EDIT"});
@@ -114,7 +130,7 @@ TEST_P(ProcessContract, NobodyIsFoundUnderAProcessIdThatNobodyHas) {
   }
 }
 
-TEST_P(ProcessContract, LaunchFrontSwitchAndEndArePostedInOrder) {
+TEST_P(ProcessContractWithWindows, LaunchFrontSwitchAndEndArePostedInOrder) {
   const auto count = [&](const char* change) {
     return std::count(world->changes.begin(), world->changes.end(), change);
   };
@@ -132,7 +148,29 @@ TEST_P(ProcessContract, LaunchFrontSwitchAndEndArePostedInOrder) {
   EXPECT_EQ(world->processes().applicationLaunchEndCount(), 3u);
 }
 
-TEST_P(ProcessContract, TheActivatedApplicationIsInFront) {
+TEST_P(ProcessContractWithoutWindows, LaunchAndEndArePostedAllTheSame) {
+  const std::int32_t first = world->start({"Editor", "EDIT"});
+  world->processes().processWithPID(first)->setFrontProcess();
+  const std::int32_t second = world->start({"Mail", "MAIL"});
+  world->end(second);
+  ASSERT_TRUE(world->settles([&] { return world->changes.size() == 3; }));
+  EXPECT_EQ(world->changes, (Strings{"started", "started", "ended"})) << "and nobody comes to the front";
+  EXPECT_EQ(world->processes().applicationLaunchEndCount(), 3u);
+}
+
+TEST_P(ProcessContractWithoutWindows, NobodyIsKnownToBeInFrontOrHidden) {
+  const KTProcessPointer editor = listed(world->start({"Editor", "EDIT"}));
+  ASSERT_NE(editor, nullptr);
+  editor->setFrontProcess();
+  editor->setHidden(true);
+  editor->temporarilySwitchOut();
+  EXPECT_EQ(world->processes().frontProcess(), nullptr);
+  EXPECT_FALSE(editor->isFrontProcess());
+  EXPECT_EQ(editor->isHidden(), std::nullopt);
+  EXPECT_TRUE(editor->isStillRunning());
+}
+
+TEST_P(ProcessContractWithWindows, TheActivatedApplicationIsInFront) {
   const std::int32_t editor = world->start({"Editor", "EDIT"});
   const std::int32_t mail = world->start({"Mail", "MAIL"});
   for (const std::int32_t pid : {editor, mail, editor}) {
@@ -142,7 +180,7 @@ TEST_P(ProcessContract, TheActivatedApplicationIsInFront) {
   }
 }
 
-TEST_P(ProcessContract, SwitchedOutForAMomentAnApplicationIsInFrontAgain) {
+TEST_P(ProcessContractWithWindows, SwitchedOutForAMomentAnApplicationIsInFrontAgain) {
   const KTProcessPointer editor = listed(world->start({"Editor", "EDIT"}));
   const KTProcessPointer mail = listed(world->start({"Mail", "MAIL"}));
   for (const KTProcessPointer& process : {editor, mail, mail}) {
@@ -194,7 +232,7 @@ TEST_P(ProcessContract, QuitOfAProcessThatIsGoneIsLogged) {
   EXPECT_EQ(world->logLines(), Strings{"cannot quit Editor: no pid"});
 }
 
-TEST_P(ProcessContract, AProgramIsHiddenUntilItIsShown) {
+TEST_P(ProcessContractWithWindows, AProgramIsHiddenUntilItIsShown) {
   const std::int32_t pid = world->start({"Editor", "EDIT"});
   const KTProcessPointer process = listed(pid);
   EXPECT_TRUE(world->settles([&] { return process->isHidden() == std::optional(false); }));
@@ -206,7 +244,7 @@ TEST_P(ProcessContract, AProgramIsHiddenUntilItIsShown) {
   EXPECT_EQ(process->isHidden(), std::nullopt);
 }
 
-TEST_P(ProcessContract, ActingOnWhatIsGoneDoesNothing) {
+TEST_P(ProcessContractWithWindows, ActingOnWhatIsGoneDoesNothing) {
   const KTProcessPointer mail = listed(world->start({"Mail", "MAIL"}));
   const std::int32_t pid = world->start({"Editor", "EDIT"});
   const KTProcessPointer process = listed(pid);

@@ -39,11 +39,15 @@ class ProcessWorld {
   Strings changes;
 };
 
+// What a desktop says of windows; of nobody that he is in front or hidden where it says nothing.
+enum class ToldOfWindows { Everything, Nothing };
+
 // One of those that this program was built with.
 struct NamedProcessWorld {
   const char* name;
   std::optional<std::string> (*missing)();  // what the machine lacks for it
   std::unique_ptr<ProcessWorld> (*make)();
+  ToldOfWindows told = ToldOfWindows::Everything;
 };
 [[nodiscard]] const std::vector<NamedProcessWorld>& processWorlds();
 

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "Platform/running/posix/FileDescriptor.h"
+#include "Platform/session/linux/bus/OwnerOfCompositor.h"
 
 namespace halvorn {
 namespace {
@@ -22,16 +23,6 @@ constexpr char kScript[] = "org.kde.kwin.Script";
 constexpr char kOurPath[] = "/Windows";
 constexpr char kOurInterface[] = "example.halvorn.Windows";
 constexpr char kTold[] = "Told";
-
-// What comes behind the name, which may hold blanks and brackets: a letter, then the number of the parent.
-std::optional<pid_t> parentOf(pid_t pid) {
-  std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
-  std::string line;
-  std::getline(file, line, '\0');
-  const std::size_t end = line.rfind(") ");
-  if (end == std::string::npos || line.size() < end + 5) return std::nullopt;
-  return static_cast<pid_t>(std::atoi(line.c_str() + end + 4));
-}
 
 // A file that is there while the script is read of it.
 class ScriptFile {
@@ -76,9 +67,8 @@ std::unique_ptr<KWinScripting> KWinScripting::open(const std::string& busAddress
                                                    std::chrono::milliseconds patience) {
   const double seconds = std::chrono::duration<double>(patience).count();
   auto bus = BusConnection::open(busAddress, seconds);
-  const auto owner = bus ? bus->ownerOf(kName) : std::nullopt;
-  const auto pid = owner ? bus->pidOf(*owner) : std::nullopt;
-  if (!pid || (*pid != compositor.listener && parentOf(*pid) != compositor.listener)) return nullptr;
+  const auto owner = bus ? compositorWithName(*bus, kName, compositor.listener) : std::nullopt;
+  if (!owner) return nullptr;
   bus->addMatch("type='signal',sender='" DBUS_SERVICE_DBUS "',member='NameOwnerChanged',arg0='" + *owner +
                 "'");
   std::unique_ptr<KWinScripting> result(

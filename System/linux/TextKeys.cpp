@@ -1,5 +1,5 @@
-// The keyboard of the display.
-#include "Platform/text/linux/XkbKeyboard.h"
+// The keyboard of the session.
+#include "Platform/session/linux/LinuxKeyboard.h"
 #include "System/linux/Ground.h"
 
 namespace halvorn {
@@ -7,9 +7,8 @@ namespace {
 
 // Connects to the display, so it is made for the first who asks and not before.
 struct Keys {
-  explicit Keys(KTSystem& system)
-      : keyboard(system.parts().of<Ground>().environment.value("DISPLAY").value_or("")) {}
-  const XkbKeyboard keyboard;
+  explicit Keys(KTSystem& system) : keyboard(system.parts().of<Ground>().environment) {}
+  const LinuxKeyboard keyboard;
 };
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
 
-#include "Platform/text/linux/VirtualKeyCodes.h"
+#include "Platform/text/linux/LayoutTable.h"
 
 namespace halvorn {
 namespace {
@@ -12,31 +12,10 @@ namespace {
 struct Closer {
   void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
   void operator()(xkb_context* context) const { xkb_context_unref(context); }
-  void operator()(xkb_keymap* keymap) const { xkb_keymap_unref(keymap); }
   void operator()(xkb_state* state) const { xkb_state_unref(state); }
 };
 using Context = std::unique_ptr<xkb_context, Closer>;
-using Keymap = std::unique_ptr<xkb_keymap, Closer>;
 using State = std::unique_ptr<xkb_state, Closer>;
-
-// X counts keys from 8 on.
-constexpr xkb_keycode_t kFirstKey = 8;
-
-xkb_mod_mask_t maskOf(xkb_keymap* keymap, const char* modifier) {
-  const xkb_mod_index_t index = xkb_keymap_mod_get_index(keymap, modifier);
-  return index == XKB_MOD_INVALID ? 0 : xkb_mod_mask_t{1} << index;
-}
-
-// The command key changes no text, so it has no counterpart.
-xkb_mod_mask_t maskFor(xkb_keymap* keymap, KeyModifiers modifiers) {
-  // The keypad always types its digits.
-  xkb_mod_mask_t mask = maskOf(keymap, XKB_MOD_NAME_NUM);
-  if ((modifiers & KeyModifier::shift) != 0) mask |= maskOf(keymap, XKB_MOD_NAME_SHIFT);
-  if ((modifiers & KeyModifier::capsLock) != 0) mask |= maskOf(keymap, XKB_MOD_NAME_CAPS);
-  if ((modifiers & KeyModifier::option) != 0) mask |= maskOf(keymap, "Mod5");
-  if ((modifiers & KeyModifier::control) != 0) mask |= maskOf(keymap, XKB_MOD_NAME_CTRL);
-  return mask;
-}
 
 }  // namespace
 
@@ -53,10 +32,8 @@ XkbKeyboard::XkbKeyboard(const std::string& display) {
   const int hasExtension = xkb_x11_setup_xkb_extension(
       connection->display.get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
       XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, nullptr, nullptr);
-  connection->context.reset(xkb_context_new(XKB_CONTEXT_NO_FLAGS));
+  connection->context.reset(silentContext());
   if (hasExtension == 0 || !connection->context) return;
-  // What goes wrong is answered, not printed.
-  xkb_context_set_log_level(connection->context.get(), XKB_LOG_LEVEL_CRITICAL);
   connection->device = xkb_x11_get_core_keyboard_device_id(connection->display.get());
   if (connection->device >= 0) connection_ = std::move(connection);
 }
@@ -66,19 +43,16 @@ XkbKeyboard::~XkbKeyboard() = default;
 // Asks the display each time: people switch their layout while programs run.
 OptionalText XkbKeyboard::translate(std::uint16_t keyCode, KeyModifiers modifiers,
                                     std::uint8_t keyboardType) const {
-  const auto key = kernelKeyCode(keyCode, keyboardType);
-  if (!connection_ || !key) return std::nullopt;
+  if (!connection_) return std::nullopt;
   xcb_connection_t* const display = connection_->display.get();
-  const Keymap keymap(xkb_x11_keymap_new_from_device(connection_->context.get(), display, connection_->device,
-                                                     XKB_KEYMAP_COMPILE_NO_FLAGS));
-  if (!keymap) return std::nullopt;
-  const State current(xkb_x11_state_new_from_device(keymap.get(), display, connection_->device));
-  const State state(xkb_state_new(keymap.get()));
-  if (!current || !state) return std::nullopt;
+  xkb_keymap* const keymap = xkb_x11_keymap_new_from_device(connection_->context.get(), display,
+                                                            connection_->device, XKB_KEYMAP_COMPILE_NO_FLAGS);
+  const auto table = LayoutTable::of(keymap);
+  if (!table) return std::nullopt;
+  const State current(xkb_x11_state_new_from_device(keymap, display, connection_->device));
+  if (!current) return std::nullopt;
   const xkb_layout_index_t layout = xkb_state_serialize_layout(current.get(), XKB_STATE_LAYOUT_EFFECTIVE);
-  xkb_state_update_mask(state.get(), maskFor(keymap.get(), modifiers), 0, 0, 0, 0, layout);
-  const char32_t scalar = xkb_state_key_get_utf32(state.get(), *key + kFirstKey);
-  return scalar != 0 ? Text::fromScalar(scalar) : Text();
+  return table->typed(keyCode, modifiers, keyboardType, layout);
 }
 
 }  // namespace halvorn

@@ -1,4 +1,5 @@
-// What the cases of the contract are asked of on Linux: a keyboard that a test makes up, and that of an X server.
+// What the cases of the contract are asked of on Linux: a keyboard that a test makes up, that of an X server, and that of a
+// compositor's seat.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -6,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "Platform/session/linux/wayland/SeatKeyboard.h"
 #include "Platform/text/linux/XkbKeyboard.h"
 #include "tests/fakes/FakeKeyboard.h"
 #include "tests/support/Desktop.h"
@@ -35,6 +37,17 @@ class RealKeys {
   XkbKeyboard keyboard_{desktop_.displayName()};
 };
 
-using AllKeys = testing::Types<FakeKeys, RealKeys>;
+class SeatKeys {
+ public:
+  static std::optional<std::string> missing() { return Desktop::missing(kParts); }
+  Keyboard& keyboard() { return keyboard_; }
+
+ private:
+  static constexpr DesktopParts kParts{.compositor = Compositor::KWin};
+  Desktop desktop_{kParts};
+  SeatKeyboard keyboard_{desktop_.waylandSocket()};
+};
+
+using AllKeys = testing::Types<FakeKeys, RealKeys, SeatKeys>;
 
 }  // namespace halvorn

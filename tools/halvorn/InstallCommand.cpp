@@ -49,6 +49,11 @@ class Telling {
     const std::lock_guard lock(mutex_);
     if (call_.isJson()) tell({{"event", "begun"}, {"plan", plan}});
   }
+  // Before something is to stand on the terminal and stay.
+  void giveWay() {
+    const std::lock_guard lock(mutex_);
+    clearLine();
+  }
   // `outcome` in one word; `sentence` for people.
   void ended(const char* outcome, Ending ending, const Text& sentence) {
     const std::lock_guard lock(mutex_);
@@ -58,7 +63,7 @@ class Telling {
                    {"status", static_cast<int>(ending)},
                    {"message", sentence},
                    {"reasons", PropertyArray(reasons_.begin(), reasons_.end())}});
-    if (isTerminal_) std::fputs("\r\033[K", call_.complaints);
+    clearLine();
     if (ending == Ending::Done) return call_.say(sentence.bytes());
     for (const Text& part : sentence.split(u'\r')) call_.complain(shown(part));
     for (const Text& reason : reasons_) call_.complain(reason.bytes());
@@ -66,6 +71,10 @@ class Telling {
 
  private:
   static constexpr std::size_t kWidth = 78;
+  void clearLine() {
+    if (isTerminal_) std::fputs("\r\033[K", call_.complaints);
+    std::fflush(call_.complaints);
+  }
   void tell(const PropertyDictionary& event) {
     call_.sayJson(event);
     std::fflush(call_.output);
@@ -143,6 +152,7 @@ Ending install(const Call& given) {
                   textIn(plan.facts, "problem"));
     return plan.ending;
   }
+  telling.giveWay();
   if (!isConfirmed(call, plan)) {
     telling.ended("notConfirmed", Ending::NotConfirmed, "nobody said yes (--yes): nothing is installed");
     return Ending::NotConfirmed;

@@ -114,6 +114,11 @@ TEST_F(InstallCommand, BeforeATerminalThePlanIsShownAndAsked) {
     terminal.writeInput(says ? "y\n" : "\n");
     EXPECT_EQ(terminal.waitForEnd(kTestPatience), says ? 0 : 10) << terminal.output();
     EXPECT_EQ(fs::exists(destination()), says);
+    // One line tells how far it is, and gives way to what stays.
+    EXPECT_TRUE(has(terminal.output(), "\r\033[KProduct:     Sample 2.0")) << terminal.output();
+    EXPECT_EQ(has(terminal.output(), "\r\033[Ksuccessfully copied"), says) << terminal.output();
+    EXPECT_EQ(has(terminal.output(), "\r\033[KSample was successfully installed."), says)
+        << terminal.output();
   }
 }
 

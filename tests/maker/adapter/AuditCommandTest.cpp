@@ -1,5 +1,6 @@
 // halvorn audit: a copy beside what it was made from.
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include "tests/maker/adapter/HalvornFixture.h"
@@ -62,8 +63,10 @@ TEST_F(AuditCommand, EachKindOfFaultIsFound) {
          fs::remove(inside("Contents/Resources/again"));
          fs::copy_file(inside("Contents/Resources/version.txt"), inside("Contents/Resources/again"));
        }},
+      {"owner", [&] { EXPECT_EQ(::chown(inside("Contents/Info.plist").c_str(), 65534, 65534), 0); }},
   };
   for (const auto& [kind, damage] : faults) {
+    if (kind == std::string("owner") && ::geteuid() != 0) continue;  // nobody else gives a file away
     fs::remove_all(destination());
     ASSERT_EQ(halvorn({"install", "-sourcePath", product(), "--yes", "--no-launch"}).status, 0);
     damage();
@@ -72,6 +75,18 @@ TEST_F(AuditCommand, EachKindOfFaultIsFound) {
                 has(audit, "\"kind\": \"" + std::string(kind) + "\""))
         << kind << ": " << audit;
   }
+}
+
+TEST_F(AuditCommand, AnAttributeThatIsNewOrLostIsAFault) {
+  const auto give = [](const std::string& file) {
+    return ::setxattr(file.c_str(), "user.halvorn", "x", 1, 0) == 0;
+  };
+  if (!give(inside("Contents/Info.plist"))) GTEST_SKIP() << "no attributes on this file system";
+  EXPECT_TRUE(has(audited(1), "\"detail\": \"user.halvorn is new\", \"kind\": \"attribute\""));
+  ASSERT_TRUE(give(product() + "/Contents/Info.plist"));
+  EXPECT_TRUE(has(audited(0), "\"faults\": 0"));
+  ASSERT_EQ(::removexattr(inside("Contents/Info.plist").c_str(), "user.halvorn"), 0);
+  EXPECT_TRUE(has(audited(1), "\"detail\": \"user.halvorn\", \"kind\": \"attribute\""));
 }
 
 TEST_F(AuditCommand, WithoutBothFoldersItSaysSo) {

@@ -31,6 +31,8 @@ TEST_F(CheckCommand, ASoundProductIsReadAsTheInstallerReadsIt) {
   EXPECT_TRUE(has(checks, "\"signature\": \"SMPL\"")) << checks;
   EXPECT_TRUE(has(checks, "\"quits\": [\"SMPL\"]")) << checks;
   EXPECT_TRUE(has(checks, "\"names\": {\"\": \"Sample\", \"de\": \"Muster\"}")) << checks;
+  EXPECT_TRUE(has(checks, "/Contents/Resources/Sample.png\", \"sizes\": [256]}")) << checks;
+  EXPECT_TRUE(has(checks, "\"no picture of 48 points\"")) << checks;
   EXPECT_TRUE(has(checks, "\"starts\": true")) << checks;
   EXPECT_TRUE(has(checks, "\"title\": \"Install Sample\"")) << checks;
   EXPECT_TRUE(has(checks, "\"intro\": \"This program will install Sample on your computer.\"")) << checks;

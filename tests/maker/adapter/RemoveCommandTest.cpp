@@ -42,6 +42,20 @@ TEST_F(RemoveCommand, TheBundleItsEntryIconsAndLoginItemGoToTheTrash) {
   EXPECT_TRUE(has(contentsOf(home() + "/.local/share/Trash/info/Sample.app.trashinfo"), destination()));
 }
 
+TEST_F(RemoveCommand, WhatWentToTheTrashIsPutBackByTheDesktopsTools) {
+  if (!programExists("trash-restore")) GTEST_SKIP() << "trash-cli is not installed";
+  const std::string before = contentsOf(entry());
+  (void)removed(0);
+  for (const std::string& path : {destination(), entry()}) {
+    ASSERT_FALSE(fs::exists(path));
+    const CommandResult restored = runCommand({"sh", "-c", "echo 0 | trash-restore '" + path + "'"},
+                                              {.environment = environment_, .workingFolder = home()});
+    EXPECT_TRUE(fs::exists(path)) << restored.output;
+  }
+  EXPECT_EQ(runCommand({"diff", "-r", product(), destination()}).output, "");
+  EXPECT_EQ(contentsOf(entry()), before);
+}
+
 TEST_F(RemoveCommand, WhatThePersonMadeStaysAndIsNamed) {
   const std::string settings = putFile(home() + "/.config/example.halvorn.Sample.plist", "settings");
   const std::string data = putFile(home() + "/.local/share/Sample/document", "document");

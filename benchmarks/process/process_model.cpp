@@ -1,11 +1,13 @@
 // What the process model does, for a stop-watch:
 //
-//   process_model [--display D] list             the process ids of all applications, one line each, once
-//   process_model [--display D] repeat N         the same N times in one program: microseconds of each
-//   process_model [--display D] lookup           nanoseconds of a cached lookup: in front, anywhere
-//   process_model [--display D] latency N P      starts P and ends it, N times: from each end to its
-//                                                notification, microseconds
-//   process_model [--display D] idle             listens to all events until its input ends
+//   process_model [DESKTOP] list             the process ids of all applications, one line each, once
+//   process_model [DESKTOP] repeat N         the same N times in one program: microseconds of each
+//   process_model [DESKTOP] lookup           nanoseconds of a cached lookup: in front, anywhere
+//   process_model [DESKTOP] latency N P      starts P and ends it, N times: from each end to its notification,
+//                                            microseconds
+//   process_model [DESKTOP] idle             listens to all events until its input ends
+//
+// DESKTOP is --display NAME of an X server, or --wayland PATH, where a compositor listens.
 #include <signal.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -93,6 +95,10 @@ int run(int argumentCount, char** arguments) {
   LiveOptions options;
   if (words.size() > 1 && std::string_view(words[0]) == "--display") {
     options.display = words[1];
+    words.erase(words.begin(), words.begin() + 2);
+  }
+  if (words.size() > 1 && std::string_view(words[0]) == "--wayland") {
+    options.waylandSocket = words[1];
     words.erase(words.begin(), words.begin() + 2);
   }
   if (words.empty()) return 64;

@@ -1,29 +1,18 @@
-// Measures how long a program takes to paint its first window.
+// Measures how long a program takes to paint its first window on an X server.
 //
 // usage: first_paint PROGRAM ARGUMENTS...
 //
-// Prints the milliseconds from exec to the first drawing that covers at least half of a window of the program
-// that is larger than 100 by 100 points, then those of processor time that it took for that, and ends the
-// program. Exit status 1 when nothing was painted in ten seconds.
-#include <poll.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
+// The first drawing counts that covers at least half of a window of the program that is larger than 100 by 100 points.
 #include <xcb/damage.h>
 #include <xcb/xcb.h>
 
-#include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <memory>
 
-extern char** environ;
+#include "Measured.h"
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 struct Free {
   void operator()(void* memory) const { std::free(memory); }
@@ -47,6 +36,16 @@ class Watch {
         xcb_get_input_focus_reply(server_, xcb_get_input_focus(server_), nullptr));
   }
 
+  [[nodiscard]] int descriptor() const { return xcb_get_file_descriptor(server_); }
+  [[nodiscard]] bool hasPainted() {
+    while (xcb_generic_event_t* event = xcb_poll_for_event(server_)) {
+      const std::unique_ptr<xcb_generic_event_t, Free> owned(event);
+      if (take(event)) return true;
+    }
+    return false;
+  }
+
+ private:
   // True when the event was the first drawing of a window.
   bool take(const xcb_generic_event_t* event) {
     const int kind = event->response_type & 0x7f;
@@ -62,8 +61,6 @@ class Watch {
     }
     return false;
   }
-
- private:
   void watch(const xcb_create_notify_event_t& made) {
     windows_[made.window] = {made.width, made.height};
     xcb_damage_create(server_, xcb_generate_id(server_), made.window, XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
@@ -75,24 +72,6 @@ class Watch {
   std::map<xcb_window_t, Area> windows_;
 };
 
-double inMilliseconds(const timeval& time) {
-  return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
-}
-
-// The milliseconds, or a negative number when nothing was painted in time.
-double waitForPaint(xcb_connection_t* server, Watch& watch, Clock::time_point start) {
-  const auto deadline = start + std::chrono::seconds(10);
-  while (Clock::now() < deadline) {
-    while (xcb_generic_event_t* event = xcb_poll_for_event(server)) {
-      const std::unique_ptr<xcb_generic_event_t, Free> owned(event);
-      if (watch.take(event)) return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-    }
-    pollfd input = {xcb_get_file_descriptor(server), POLLIN, 0};
-    ::poll(&input, 1, 100);
-  }
-  return -1.0;
-}
-
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -100,15 +79,7 @@ int main(int count, char** arguments) {
   xcb_connection_t* server = xcb_connect(nullptr, nullptr);
   if (xcb_connection_has_error(server) != 0) return 1;
   Watch watch(server);
-  pid_t pid = 0;
-  const auto start = Clock::now();
-  if (::posix_spawn(&pid, arguments[1], nullptr, nullptr, arguments + 1, environ) != 0) return 1;
-  const double milliseconds = waitForPaint(server, watch, start);
-  ::kill(pid, SIGKILL);
-  rusage used = {};
-  ::wait4(pid, nullptr, 0, &used);
+  const int status = measured::firstPaint(watch, arguments + 1);
   xcb_disconnect(server);
-  if (milliseconds < 0) return 1;
-  std::printf("%.2f %.2f\n", milliseconds, inMilliseconds(used.ru_utime) + inMilliseconds(used.ru_stime));
-  return 0;
+  return status;
 }

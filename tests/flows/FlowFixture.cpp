@@ -148,16 +148,20 @@ std::string FlowFixture::windowClassOfProductsEntry() const {
   return "";
 }
 
-bool FlowFixture::endProgramsBelow(const fs::path& folder) const {
-  bool isAny = false;
+std::vector<pid_t> FlowFixture::programsBelow(const fs::path& folder) {
+  std::vector<pid_t> found;
   std::error_code problem;
   for (const auto& entry : fs::directory_iterator("/proc", problem)) {
     const std::string program = link(entry.path() / "exe");
-    if (program.rfind(folder.string() + "/", 0) != 0) continue;
-    isAny = true;
-    ::kill(static_cast<pid_t>(std::stoi(entry.path().filename())), SIGKILL);
+    if (program.starts_with(folder.string() + "/")) found.push_back(std::stoi(entry.path().filename()));
   }
-  return isAny;
+  return found;
+}
+
+bool FlowFixture::endProgramsBelow(const fs::path& folder) {
+  const auto programs = programsBelow(folder);
+  for (const pid_t program : programs) ::kill(program, SIGKILL);
+  return !programs.empty();
 }
 
 bool FlowFixture::sameTree(const fs::path& a, const fs::path& b) {

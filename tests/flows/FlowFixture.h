@@ -68,8 +68,10 @@ class FlowFixture : public ::testing::Test {
   [[nodiscard]] static std::string windowClassOfInstallersEntry();
   [[nodiscard]] std::string windowClassOfProductsEntry() const;
 
-  // Ends the programs of this desktop that run from below the folder; false when there is none.
-  [[nodiscard]] bool endProgramsBelow(const std::filesystem::path& folder) const;
+  // The programs that run from below the folder.
+  [[nodiscard]] static std::vector<pid_t> programsBelow(const std::filesystem::path& folder);
+  // Ends them; false when there is none.
+  [[nodiscard]] static bool endProgramsBelow(const std::filesystem::path& folder);
   [[nodiscard]] static bool sameTree(const std::filesystem::path& a, const std::filesystem::path& b);
 
   // Starts the program again whenever it ends.

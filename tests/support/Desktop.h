@@ -82,7 +82,7 @@ class Desktop {
   void startSway(bool xClients);
   void startKWin(bool xClients);
   void startGnome(bool xClients);
-  void findGuestsPassword();
+  void openGuest() const;
   void startWeston();
   void startWindowManager();
   void startBus(bool serviceActivation);

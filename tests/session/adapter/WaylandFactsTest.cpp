@@ -15,8 +15,8 @@ namespace {
 
 class WaylandFacts : public testing::Test {
  protected:
-  void start(Compositor compositor) {
-    const DesktopParts parts{.bus = false, .compositor = compositor};
+  void start(Compositor compositor, bool xClients = false) {
+    const DesktopParts parts{.bus = false, .compositor = compositor, .xClients = xClients};
     if (const auto missing = Desktop::missing(parts)) GTEST_SKIP() << *missing;
     if (!programExists("wl-copy")) GTEST_SKIP() << "wl-clipboard is not installed";
     desktop = std::make_unique<Desktop>(parts);
@@ -108,6 +108,20 @@ TEST_P(FactsOfEachCompositor, TheMenuBarIsHiddenWhileTheActiveWindowFillsTheScre
   const auto rounds = loop.rounds();
   loop.runFor(0.3);
   EXPECT_LE(loop.rounds() - rounds, 1u) << "no spinning on what is gone";
+}
+
+// Its guest, the X server, hears of it.
+TEST_F(WaylandFacts, OnGnomeTheClipboardIsKnownWhereItServesXPrograms) {
+  if (!programExists("xclip")) GTEST_SKIP() << "xclip is not installed";
+  start(Compositor::Gnome, true);
+  EXPECT_EQ(facts->clipboardChangeCount(), 0);
+  for (const std::int64_t count : {1, 2}) {
+    ChildProcess owner({"xclip", "-quiet", "-selection", "clipboard", "-loops", "0"},
+                       {.environment = desktop->environment()});
+    owner.writeInput("text " + std::to_string(count));
+    owner.closeInput();
+    EXPECT_TRUE(eventually([&] { return facts->clipboardChangeCount() >= count; })) << count;
+  }
 }
 
 TEST_F(WaylandFacts, ADesktopThatTellsNothingLeavesThemUnknown) {

@@ -1,4 +1,4 @@
-# Installs a sample product through the real window; with --wayland on a Wayland desktop of its own, with --mac through the
+# Installs a sample product through the real window; with --wayland [sway|kwin|gnome] on a Wayland desktop of its own, with --mac through the
 # window for macOS, in GNUstep's AppKit.
 dev_run() {
   if [ "${1:-}" = --mac ]; then
@@ -9,7 +9,8 @@ dev_run() {
   fi
   if [ "${1:-}" = --wayland ]; then
     need build run wayland
-    run_without_display --wayland
+    [ "${2:-sway}" = sway ] || need test
+    run_without_display "$@"
     return
   fi
   need build run

@@ -1,15 +1,18 @@
 // Shows the installer at work where nobody sits in front of it: brings a desktop of its own, installs a
 // sample product over an older, running copy with real mouse clicks, and leaves a picture of every state.
 //
-// usage: installer_tour [--wayland] FOLDER    On an X desktop, or a Wayland one. Pictures go to FOLDER. Exit
+// usage: installer_tour [--wayland [sway|kwin|gnome]] FOLDER    On an X desktop, or a Wayland one. Pictures go to FOLDER. Exit
 // status 1 when anything differs from what must happen.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/support/Desktop.h"
 #include "tests/support/InstallerDriver.h"
@@ -109,7 +112,7 @@ class Tour {
   [[nodiscard]] bool windowAppears(const std::string& title) const {
     return eventually(
         [&] {
-          if (!desktop_.swaySocket().empty()) return windowIsInTree(title);
+          if (!desktop_.waylandDisplay().empty()) return windowIsTold(title);
           return runCommand({"xdotool", "search", "--onlyvisible", "--name", "^" + title + "$"},
                             {.environment = desktop_.environment()})
                      .status == 0;
@@ -117,11 +120,22 @@ class Tour {
         30);
   }
 
-  // Of a compositor that describes what it shows.
-  [[nodiscard]] bool windowIsInTree(const std::string& title) const {
-    const CommandResult tree = runCommand({"swaymsg", "-s", desktop_.swaySocket(), "-r", "-t", "get_tree"},
-                                          {.environment = desktop_.environment()});
-    return tree.output.find("\"name\": \"" + title + "\"") != std::string::npos;
+  // By a compositor that describes what it shows, or finds it.
+  [[nodiscard]] bool windowIsTold(const std::string& title) const {
+    const auto told = [&](const std::vector<std::string>& command) {
+      return runCommand(command, {.environment = desktop_.environment()}).output;
+    };
+    if (desktop_.kind() == Compositor::Gnome) {
+      return desktop_.evaluated("global.get_window_actors().map(a => '<' + a.meta_window.get_title() + '>')")
+                 .find("<" + title + ">") != std::string::npos;
+    }
+    if (desktop_.kind() == Compositor::KWin) {
+      return told({"gdbus", "call", "--session", "-d", "org.kde.KWin", "-o", "/WindowsRunner", "-m",
+                   "org.kde.krunner1.Match", title})
+                 .find("'" + title + "'") != std::string::npos;
+    }
+    return told({"swaymsg", "-s", desktop_.swaySocket(), "-r", "-t", "get_tree"})
+               .find("\"name\": \"" + title + "\"") != std::string::npos;
   }
 
   void picture(const InstallerDriver& installer, const std::string& name) const {
@@ -152,18 +166,33 @@ class Tour {
   Desktop desktop_;
 };
 
+// Of all words but the last, which is the folder; nullopt for words that mean nothing.
+std::optional<Compositor> compositorOf(std::vector<std::string> words) {
+  if (words.empty()) return std::nullopt;
+  words.pop_back();
+  using Words = std::vector<std::string>;
+  const std::pair<Words, Compositor> known[] = {{{}, Compositor::None},
+                                                {{"--wayland"}, Compositor::Sway},
+                                                {{"--wayland", "sway"}, Compositor::Sway},
+                                                {{"--wayland", "kwin"}, Compositor::KWin},
+                                                {{"--wayland", "gnome"}, Compositor::Gnome}};
+  for (const auto& [named, compositor] : known) {
+    if (words == named) return compositor;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 }  // namespace halvorn
 
 int main(int argc, char** argv) {
   using namespace halvorn;
-  const bool isOnWayland = argc == 3 && std::string(argv[1]) == "--wayland";
-  if (argc != 2 && !isOnWayland) {
-    std::fputs("usage: installer_tour [--wayland] FOLDER\n", stderr);
+  const auto compositor = compositorOf({argv + 1, argv + argc});
+  if (!compositor) {
+    std::fputs("usage: installer_tour [--wayland [sway|kwin|gnome]] FOLDER\n", stderr);
     return 64;
   }
-  const DesktopParts parts{.compositor = isOnWayland ? Compositor::Sway : Compositor::None,
-                           .accessibility = true};
+  const DesktopParts parts{.compositor = *compositor, .pictures = true, .accessibility = true};
   try {
     // Before anything is started.
     const auto destination = hideSharedApplications() ? Tour::Destination::Given : Tour::Destination::Found;

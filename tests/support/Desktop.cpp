@@ -88,7 +88,7 @@ Desktop::Desktop(const DesktopParts& parts) : kind_(parts.compositor) {
   if (parts.compositor == Compositor::Sway) startSway(parts.xClients);
   if (parts.compositor == Compositor::Weston) startWeston();
   if (needsBus(parts)) startBus(parts.serviceActivation || parts.accessibility);
-  if (parts.compositor == Compositor::KWin) startKWin(parts.xClients);
+  if (parts.compositor == Compositor::KWin) startKWin(parts);
   if (parts.compositor == Compositor::Gnome) startGnome(parts.xClients);
   if (parts.bus && parts.accessibility) startAccessibility();
 }
@@ -221,7 +221,7 @@ std::vector<std::string> kwinCommand(const std::string& program, const std::stri
 // A copy, which lacks the capability that its file has: a container may not give that, and does not start it then. Its
 // permissions are as on a desktop: without them it would read every client's program twice to know it again, which
 // takes longer than a start waits where the program is large.
-void Desktop::startKWin(bool xClients) {
+void Desktop::startKWin(const DesktopParts& parts) {
   const std::string program = folder_ / kKWin;
   const CommandResult found = runCommand({"which", kKWin});
   std::filesystem::copy_file(found.output.substr(0, found.output.find('\n')), program);
@@ -230,13 +230,14 @@ void Desktop::startKWin(bool xClients) {
   std::vector<std::string> command = kwinCommand(program, display);
   // What it starts is told the display for X programs, and the password, which the test program need not know.
   const std::string displayFile = folder_ / "display";
-  if (xClients)
+  if (parts.xClients)
     command.insert(command.end(),
                    {"--xwayland", "sh -c 'xhost +local: && echo $DISPLAY >" + displayFile + "'"});
-  // Drawn without a graphics library: quicker to start and to end. Tests ask it for pictures and press its keys.
+  // Drawn without a graphics library it is quicker to start and to end, and makes no pictures.
+  const std::string drawing = parts.pictures ? "KWIN_COMPOSE=O2" : "KWIN_COMPOSE=Q";
   compositor_ = std::make_unique<ChildProcess>(
       command,
-      ChildOptions{.environment = environmentWith({"KWIN_COMPOSE=Q", "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS=1",
+      ChildOptions{.environment = environmentWith({drawing, "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS=1",
                                                    "XDG_DATA_DIRS=" + folder_ / "data" + ":/usr/share"}),
                    .signalWhenTestDies = SIGTERM});
   waylandDisplay_ = display;
@@ -252,7 +253,7 @@ void Desktop::startKWin(bool xClients) {
     std::ifstream file(displayFile);
     return std::getline(file, displayName_) && !displayName_.empty();
   };
-  if (xClients && !eventually(isTold)) throw failed("Xwayland", *compositor_);
+  if (parts.xClients && !eventually(isTold)) throw failed("Xwayland", *compositor_);
 }
 
 // In a mode that lets the test ask and order it everything, which changes nothing for programs: they are not told how.

@@ -30,6 +30,7 @@ struct DesktopParts {
   // In place of the X server. Two such desktops have the same name for their display, each in its own folder.
   Compositor compositor = Compositor::None;
   bool xClients = false;  // whether the compositor takes X programs too
+  bool pictures = false;  // whether KWin can be asked for pictures; it starts and ends more slowly then
   // Whether the bus starts the services that the machine has installed (portals, at-spi ...).
   bool serviceActivation = false;
   // Starts the accessibility bus and tells programs to use it; needs the bus, implies serviceActivation.
@@ -80,7 +81,7 @@ class Desktop {
  private:
   void startXServer();
   void startSway(bool xClients);
-  void startKWin(bool xClients);
+  void startKWin(const DesktopParts& parts);
   void startGnome(bool xClients);
   void openGuest() const;
   void startWeston();

@@ -245,8 +245,9 @@ void InstallerDriver::screenshot(const std::string& file) const {
   // The program is told that its window shows before the compositor shows it.
   constexpr double kLongestToShow = 2.0;
   if (pointer_) static_cast<void>(settledPlace(kLongestToShow));
-  const auto command = pointer_ ? std::vector<std::string>{"grim", file}
-                                : std::vector<std::string>{"import", "-window", "root", file};
+  std::vector<std::string> command = {"import", "-window", "root", file};
+  if (pointer_) command = {"grim", file};
+  if (desktop_.kind() == Compositor::KWin) command = {KT_SOURCE_DIR "/tests/support/kwin_picture.py", file};
   const CommandResult result = runCommand(command, {.environment = desktop_.environment()});
   if (result.status != 0) throw std::runtime_error(command.front() + ": " + result.output);
 }

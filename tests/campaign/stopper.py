@@ -100,8 +100,18 @@ class Call:
         except OSError:
             return []
 
-    def __str__(self):
-        return f"{self.name} {' '.join(os.path.basename(path) for path in self.paths())}"
+    def named(self):
+        """What it names by a name: the name as it stands there, and the path. Descriptors have none."""
+        found = []
+        try:
+            for folder, name in NAMED.get(self.name, ()):
+                text = self.text(self.arguments[name]) if self.arguments[name] else ""
+                if text not in ("", ".", "/"):
+                    base = "" if text.startswith("/") else self.folder(-100 if folder is None else self.arguments[folder])
+                    found.append((text, os.path.join(base, text)))
+        except OSError:
+            pass  # it is too late to ask
+        return found
 
 
 class Stopper:

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 
 #include "tests/flows/FlowFixture.h"
 #include "tests/flows/WholeLog.h"
@@ -62,6 +63,28 @@ TEST_F(WaylandFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {
   EXPECT_TRUE(startedVersion("2.0"));
   EXPECT_FALSE(running.isRunning());
   EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + kQuitObeyed + installLog());
+}
+
+TEST_F(WaylandFlow, WhatTheHelpButtonOpensHasTheCompositorsLeaveToComeToTheFront) {
+  const fs::path programs = image() / "programs";
+  const fs::path told = image() / "told";
+  fs::create_directories(programs);
+  const std::string opener = programs / "xdg-open";
+  std::ofstream(opener) << "#!/bin/sh\necho \"$1 by '$XDG_ACTIVATION_TOKEN'\" >'" << told.string() << "'\n";
+  fs::permissions(opener, fs::perms::owner_all);
+  const std::string guide = makeGuide(image());
+  InstallerDriver installer(desktop(), {"-sourcePath", product(), "-documentationPath", guide},
+                            {.environment = {"PATH=" + programs.string() + ":/usr/bin:/bin"}});
+  ASSERT_TRUE(installer.click("Help"));
+  const auto text = [&] {
+    std::ifstream file(told);
+    std::string line;
+    std::getline(file, line);
+    return line;
+  };
+  ASSERT_TRUE(eventually([&] { return text().ends_with("'"); })) << text();
+  EXPECT_TRUE(text().starts_with(guide + " by '")) << text();
+  EXPECT_FALSE(text().ends_with("by ''")) << text();
 }
 
 // The same name for its display, in another folder; no number of a session to tell them apart.

@@ -4,6 +4,7 @@
 
 #include <qpa/qplatformnativeinterface.h>
 #include <QGuiApplication>
+#include <QThread>
 #include <QWindow>
 #include <cstdint>
 #include <future>
@@ -50,8 +51,9 @@ Deed lastDeed() {
   return deed;
 }
 
-// The main thread may be waiting for this one.
-Deed lastDeedFromMainThread() {
+// Another thread asks the main one, which may be waiting for it.
+Deed lastDeedOfAnyThread() {
+  if (QThread::currentThread() == qGuiApp->thread()) return lastDeed();
   auto answer = std::make_shared<std::promise<Deed>>();
   auto coming = answer->get_future();
   QMetaObject::invokeMethod(
@@ -70,7 +72,7 @@ bool hasLostCompositor() {
 
 std::optional<std::string> waylandActivationToken(const std::string& application) {
   if (qGuiApp == nullptr) return std::nullopt;
-  const Deed deed = lastDeedFromMainThread();
+  const Deed deed = lastDeedOfAnyThread();
   if (deed.display == nullptr) return std::nullopt;
   const auto connection = WaylandConnection::over(deed.display, WaylandConnection::kPatience / 2);
   if (!connection) return std::nullopt;

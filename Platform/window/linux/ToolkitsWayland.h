@@ -12,7 +12,7 @@ namespace halvorn {
 
 // A token for the program's XDG_ACTIVATION_TOKEN: the compositor's leave to come to the front because of what the
 // person has just done. nullopt where the toolkit is on no compositor or that gives none. `application` is what the
-// program will call itself. Waits for a second at most, for the main thread too. Thread: any but the main one.
+// program will call itself. Waits for a second at most, for the main thread too. Thread: any.
 [[nodiscard]] std::optional<std::string> waylandActivationToken(const std::string& application);
 
 }  // namespace halvorn

@@ -171,9 +171,9 @@ class Inputs:
         scene.take_pictures()
         return installation
 
-    def shown(self, rng, folder, name, **how):
+    def shown(self, rng, folder, name, begun=lambda: True, **how):
         installation = self.prepared(rng, folder, name, "installer")
-        return Program(installation.command(), installation.variables, folder, **how).outcome()
+        return Program(installation.command(), installation.variables, folder, **how).outcome(begun)
 
     def installed(self, rng, folder, name, way="halvorn"):
         installation = self.prepared(rng, folder, name, way, rng.randrange(4) == 0)
@@ -202,15 +202,15 @@ class Inputs:
 
     def read(self, folder, name):
         """Whether a case with this input would notice what stands in it."""
-        names = set()
+        names, place = set(), self.place(folder, name, os.path.join(folder, "image/Sample.app"))
         how = {"before": lambda call: names.update(call.paths()), "calls": ["open", "openat"], "looks_too": True}
         if name in SOUNDS:
             outcome, good = self.heard(folder, name, self.seeds[name][1], **how), "new placed"
         elif name in ("desktop entry", "strings"):
             outcome, good = self.asked(None, folder, name, "check", **how), "answered"
         else:
-            outcome, good = self.shown(None, folder, name, **how), "shown"
-        place = self.place(folder, name, os.path.join(folder, "image/Sample.app"))
+            # A program that is held looks like one that rests.
+            outcome, good = self.shown(None, folder, name, lambda: place in names, **how), "shown"
         return "never read" if place not in names else "read" if outcome == good else outcome
 
     def fake_tool(self, folder, text, stream, runs, status):

@@ -9,6 +9,10 @@ from stopper import Stopper
 
 PATIENCE = 60  # seconds; a program that has not come to rest by then hangs
 SANITIZER_STATUS = 99
+# Without a free descriptor the sanitizer cannot look whether memory may be read, and takes every object for a wrong one.
+BLIND = b"note: object has invalid vptr\n<memory cannot be printed>"
+# The loader's own sentence.
+NO_LIBRARY, NO_DESCRIPTOR = b"error while loading shared libraries", b"Error 24"
 
 
 def environment(folder):
@@ -97,7 +101,7 @@ class Program:
     def fault(self, status):
         """What no case allows, in a word; None when there is nothing of the kind."""
         output = self.output()
-        if status == SANITIZER_STATUS or b"Sanitizer" in output or b"runtime error:" in output:
+        if status == SANITIZER_STATUS or b"Sanitizer" in output or output.count(b"runtime error:") > output.count(BLIND):
             return "sanitizer"
         return "hangs" if status is None else None
 
@@ -117,6 +121,7 @@ class Program:
             return "hangs"
         if status == 0:
             return "shown"
-        if status == 69 and b"ERROR -- " in self.output():
+        said = self.output()
+        if (status == 69 and b"ERROR -- " in said) or (status == 127 and NO_LIBRARY in said and NO_DESCRIPTOR in said):
             return "sentence"
         return f"signal {-status}" if status < 0 else f"status {status}"

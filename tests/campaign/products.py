@@ -7,8 +7,9 @@ import struct
 import urllib.parse
 import zlib
 
+# The signature is nobody else's: who installs it without a desktop asks every copy of the person's to quit.
 INFO = {"CFBundleName": "Sample", "CFBundleIdentifier": "example.halvorn.Sample", "CFBundleExecutable": "Sample", "CFBundleVersion": "2",
-        "CFBundleSignature": "SMPL", "CFBundleShortVersionString": "2.0", "CFBundleIconFile": "Sample", "LSMinimumSystemVersion": "2.0"}
+        "CFBundleSignature": "ATKD", "CFBundleShortVersionString": "2.0", "CFBundleIconFile": "Sample", "LSMinimumSystemVersion": "2.0"}
 
 
 def png(width=16, height=16):

@@ -197,5 +197,36 @@ TEST_F(KWinFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {
   EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + kQuitObeyed + installLog());
 }
 
+// The copy that runs is an X program, a guest of the same session.
+class GuestFlow : public FlowFixture, public testing::WithParamInterface<Compositor> {
+ protected:
+  [[nodiscard]] DesktopParts parts() const override {
+    return {.compositor = GetParam(), .xClients = true, .accessibility = true};
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Wayland, GuestFlow,
+                         testing::Values(Compositor::Sway, Compositor::KWin, Compositor::Gnome),
+                         [](const auto& parameters) { return nameOf(parameters.param); });
+
+TEST_P(GuestFlow, ARunningCopyThatIsAnXProgramIsQuit) {
+  const fs::path old = makeSampleProduct(applications(), {.version = "1.0"});
+  std::vector<std::string> asGuest = reportEntry();
+  asGuest.emplace_back("QT_QPA_PLATFORM=xcb");
+  ChildProcess running({old / "Contents/Linux/Sample"}, {.environment = desktop().environmentWith(asGuest)});
+  ASSERT_TRUE(startedVersion("1.0"));
+  const auto isShown = [&] {
+    return runCommand({"xdotool", "search", "--onlyvisible", "--name", "^Sample 1.0$"},
+                      {.environment = desktop().environment()})
+               .status == 0;
+  };
+  ASSERT_TRUE(eventually(isShown));
+  InstallerDriver installer(desktop(), {"-sourcePath", product()});
+  ASSERT_TRUE(installer.click("Install"));
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_TRUE(startedVersion("2.0"));
+  EXPECT_FALSE(running.isRunning());
+  EXPECT_TRUE(logHas("Quitting 'SMPL': Sample")) << testing::PrintToString(wholeLog());
+}
+
 }  // namespace
 }  // namespace halvorn

@@ -59,6 +59,22 @@ bool takesClients(const std::string& path) {
 
 }  // namespace
 
+std::string nameOf(Compositor compositor) {
+  switch (compositor) {
+    case Compositor::None:
+      return "X11";
+    case Compositor::Sway:
+      return "Sway";
+    case Compositor::KWin:
+      return "KWin";
+    case Compositor::Gnome:
+      return "Gnome";
+    case Compositor::Weston:
+      break;
+  }
+  return "Weston";
+}
+
 std::optional<std::string> Desktop::missing(const DesktopParts& parts) {
   if (parts.compositor == Compositor::Sway && !programExists("sway")) return "sway is not installed";
   if (parts.compositor == Compositor::KWin && !programExists(kKWin)) return "kwin-wayland is not installed";

@@ -22,6 +22,7 @@
 namespace halvorn {
 
 enum class Compositor { None, Sway, KWin, Gnome, Weston };
+[[nodiscard]] std::string nameOf(Compositor compositor);  // "Sway"; "X11" for none
 
 struct DesktopParts {
   bool display = true;

@@ -65,16 +65,7 @@ class IdleTime : public testing::TestWithParam<Compositor> {
 };
 INSTANTIATE_TEST_SUITE_P(Wayland, IdleTime,
                          testing::Values(Compositor::Sway, Compositor::KWin, Compositor::Gnome),
-                         [](const auto& parameters) {
-                           switch (parameters.param) {
-                             case Compositor::Sway:
-                               return "Sway";
-                             case Compositor::KWin:
-                               return "KWin";
-                             default:
-                               return "Gnome";
-                           }
-                         });
+                         [](const auto& parameters) { return nameOf(parameters.param); });
 
 TEST_P(IdleTime, GrowsWhileNothingComesAndBeginsAnewWithInput) {
   ASSERT_TRUE(becomes([](double told) { return told > 1.2; }));

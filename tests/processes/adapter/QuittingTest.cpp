@@ -1,7 +1,6 @@
 // Quitting real programs, well and badly behaved.
 #include <signal.h>
 
-#include <atomic>
 #include <regex>
 
 #include "tests/fakes/ChangedServices.h"
@@ -217,14 +216,15 @@ TEST_F(RealQuitting, QuittingOnAWorkerWhileTheMainThreadGetsTheEvents) {
   for (int i = 0; i < 4; ++i) copies.push_back(&startBundle("Editor" + std::to_string(i), "EDIT"));
   live->processes.installNotifications();
   live->loop.runFor(0.01);
-  std::atomic<bool> isDone{false};
+  bool isDone = false;
   {
     WaitingWorkers workers;
     workers.detach([&] {
       for (const auto& candidate : live->processes.allProcesses()) {
         if (candidate->signature() == fourCharCode("EDIT")) candidate->quit();
       }
-      isDone = true;
+      // In the loop, which looks at the condition then.
+      live->loop.perform([&] { isDone = true; });
     });
     EXPECT_TRUE(live->settles([&] {
       for (const auto& any : live->processes.allProcesses()) std::ignore = any->description();

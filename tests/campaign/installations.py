@@ -162,6 +162,12 @@ class Installation:
         if process.poll() is None:
             process.terminate()
 
+    def _went_elsewhere(self):
+        """Whether the place had gone before it was chosen: everybody's applications are taken then."""
+        chosen = b'"destinationPath" = "'
+        log = b"" if self.way.startswith("train") else self._log()
+        return chosen in log and chosen + os.fsencode(self.scene.place) + b'"' not in log
+
     def outcome(self, status, also=()):
         """A fault, or where the old copy is. A way that says nothing of how it ended is known by its words alone."""
         fault = self.program.fault(status)
@@ -172,4 +178,6 @@ class Installation:
         said = status
         if self.way == "installer" and status == 0 and b"successfully copied" not in self._log():
             said = None  # its window was closed
+        if said == 0 and self._went_elsewhere():
+            said = None  # nothing was said of this place
         return self.scene.outcome(said)

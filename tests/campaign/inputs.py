@@ -213,10 +213,11 @@ class Inputs:
             outcome, good = self.shown(None, folder, name, lambda: place in names, **how), "shown"
         return "never read" if place not in names else "read" if outcome == good else outcome
 
-    def fake_tool(self, folder, text, stream, runs, status):
+    def fake_tool(self, folder, text, stream, runs, status, stays=0):
+        """`stays` is for how many seconds: one that ends before its beginning is seen passes for a pkexec that failed."""
         fake = os.path.join(folder, "fake")
         with open(fake, "w") as file:
-            file.write(FAKE.format(text=text, stream=stream, runs=runs, status=status, mark=os.path.join(folder, "ran")))
+            file.write(FAKE.format(text=text, stream=stream, runs=runs, status=status, stays=stays, mark=os.path.join(folder, "ran")))
         os.chmod(fake, 0o755)
         return fake
 
@@ -239,20 +240,21 @@ class Inputs:
         for number, place in enumerate(["/usr/bin/pkexec", self.tools.train_of_bundle()]):
             inner = os.path.join(folder, str(number))
             os.mkdir(inner)
-            outcome = self.answered_by(self.fake_tool(inner, COMPLAINTS[2], 1, True, 0), inner, place)
+            outcome = self.answered_by(self.fake_tool(inner, COMPLAINTS[2], 1, True, 0, stays=1), inner, place)
             if outcome != "said to be placed" or not os.path.exists(os.path.join(inner, "ran")):
                 return f"never read from {os.path.basename(place)}: {outcome}"
         return "read"
 
 
 FAKE = """#!/usr/bin/python3 -IS
-import os, signal, socket, sys
+import os, signal, socket, sys, time
 open({mark!r}, "w").close()
 if {runs}:
     try:
         socket.socket(fileno=0).shutdown(socket.SHUT_WR)
     except OSError:
         pass
+    time.sleep({stays!r})
 try:
     os.write({stream}, {text!r})
 except OSError:

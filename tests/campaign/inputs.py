@@ -251,7 +251,8 @@ import os, signal, socket, sys, time
 open({mark!r}, "w").close()
 if {runs}:
     try:
-        socket.socket(fileno=0).shutdown(socket.SHUT_WR)
+        told = socket.socket(fileno=0)  # open until the end: closed, it tells of an end
+        told.shutdown(socket.SHUT_WR)
     except OSError:
         pass
     time.sleep({stays!r})

@@ -20,7 +20,7 @@ namespace {
 std::string folder;
 long failsAfter = -1;
 int error = EIO;
-useconds_t slow = 0;
+useconds_t slow = 0;  // what each answer waits: a disk behind a network
 std::atomic<long> changes{0};
 
 std::string in(const char* path) { return folder + path; }

@@ -6,6 +6,7 @@ usage: kwin_picture.py FILE.png
 import os
 import subprocess
 import sys
+import time
 
 import gi
 
@@ -21,9 +22,12 @@ with open(sys.argv[1] + ".raw", "w+b") as raw:
         GLib.Variant("(a{sv}h)", ({}, number)), None, Gio.DBusCallFlags.NONE, 10000, descriptors)
     of_picture = told.unpack()[0]
     width, height = of_picture["width"], of_picture["height"]
-    # It is written behind the answer.
+    # It is written behind the answer, and nothing tells that it is whole.
+    end = time.monotonic() + 10
     while os.fstat(raw.fileno()).st_size < of_picture["stride"] * height:
-        pass
+        if time.monotonic() > end:
+            sys.exit("KWin has not written its picture")
+        time.sleep(0.01)
 subprocess.run(["convert", "-size", f"{width}x{height}", "-depth", "8", "bgra:" + raw.name, "-alpha", "off", sys.argv[1]],
                check=True)
 os.remove(raw.name)

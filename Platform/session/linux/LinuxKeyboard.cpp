@@ -9,8 +9,9 @@ LinuxKeyboard::LinuxKeyboard(const Environment& environment)
 
 OptionalText LinuxKeyboard::translate(std::uint16_t keyCode, KeyModifiers modifiers,
                                       std::uint8_t keyboardType) const {
-  return (seat_.hasLayout() ? static_cast<const Keyboard&>(seat_) : display_)
-      .translate(keyCode, modifiers, keyboardType);
+  OptionalText typed = seat_.translate(keyCode, modifiers, keyboardType);
+  if (typed || seat_.hasLayout()) return typed;
+  return display_.translate(keyCode, modifiers, keyboardType);
 }
 
 }  // namespace halvorn

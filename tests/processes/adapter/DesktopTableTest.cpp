@@ -8,6 +8,7 @@
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/session/linux/LinuxDesktopFacts.h"
 #include "tests/processes/adapter/LiveFixture.h"
+#include "tests/support/DesktopEnvironment.h"
 
 namespace halvorn {
 namespace {
@@ -52,13 +53,6 @@ struct Asked {
 class DesktopTable : public LiveFixture, public testing::WithParamInterface<Asked> {
  protected:
   void SetUp() override { startDesktopAndWatch(GetParam().parts); }
-  [[nodiscard]] Environment environmentOfDesktop() const {
-    Environment::Variables variables;
-    for (const std::string& entry : desktop->environment()) {
-      variables[entry.substr(0, entry.find('='))] = entry.substr(entry.find('=') + 1);
-    }
-    return Environment(variables);
-  }
 };
 INSTANTIATE_TEST_SUITE_P(
     Desktops, DesktopTable,
@@ -94,7 +88,7 @@ TEST_P(DesktopTable, SaysWhatTheDesktopTells) {
   const ClientSockets clients(desktop->waylandSocket(), live->procFiles);
   told["who is on this desktop"] = clients.look().of(editor.pid()) == Membership::Here;
   PosixClock clock;
-  LinuxDesktopFacts facts(environmentOfDesktop(), std::nullopt, live->loop, clock);
+  LinuxDesktopFacts facts(environmentOf(*desktop), std::nullopt, live->loop, clock);
   told["changes of the clipboard"] = facts.clipboardChangeCount().has_value();
   told["a window that fills the screen"] =
       facts.installMenuBarHandler([](const MenuBarEvent&) { return EventAnswer::Handled; });

@@ -13,7 +13,7 @@
 #include "Platform/session/linux/LinuxDesktopFacts.h"
 #include "Platform/session/linux/bus/MutterIdleTime.h"
 #include "Platform/session/linux/wayland/NotifiedIdleTime.h"
-#include "tests/support/Desktop.h"
+#include "tests/support/DesktopEnvironment.h"
 #include "tests/support/Hands.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -35,11 +35,7 @@ class IdleTime : public testing::TestWithParam<Compositor> {
     if (const auto missing = Desktop::missing(parts)) GTEST_SKIP() << *missing;
     desktop = std::make_unique<Desktop>(parts);
     hands = startedHands(*desktop);
-    Environment::Variables variables;
-    for (const std::string& entry : desktop->environment()) {
-      variables[entry.substr(0, entry.find('='))] = entry.substr(entry.find('=') + 1);
-    }
-    facts = std::make_unique<LinuxDesktopFacts>(Environment(variables), std::nullopt, loop, clock);
+    facts = std::make_unique<LinuxDesktopFacts>(environmentOf(*desktop), std::nullopt, loop, clock);
   }
   std::optional<double> seconds() {
     const auto told = facts->nanosecondsSinceLastInput();

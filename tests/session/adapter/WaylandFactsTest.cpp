@@ -7,7 +7,7 @@
 #include "Platform/running/posix/PollRunLoop.h"
 #include "Platform/running/posix/PosixClock.h"
 #include "Platform/session/linux/LinuxDesktopFacts.h"
-#include "tests/support/Desktop.h"
+#include "tests/support/DesktopEnvironment.h"
 #include "tests/support/ZooBundle.h"
 
 namespace halvorn {
@@ -20,11 +20,7 @@ class WaylandFacts : public testing::Test {
     if (const auto missing = Desktop::missing(parts)) GTEST_SKIP() << *missing;
     if (!programExists("wl-copy")) GTEST_SKIP() << "wl-clipboard is not installed";
     desktop = std::make_unique<Desktop>(parts);
-    Environment::Variables variables;
-    for (const std::string& entry : desktop->environment()) {
-      variables[entry.substr(0, entry.find('='))] = entry.substr(entry.find('=') + 1);
-    }
-    facts = std::make_unique<LinuxDesktopFacts>(Environment(variables), std::nullopt, loop, clock);
+    facts = std::make_unique<LinuxDesktopFacts>(environmentOf(*desktop), std::nullopt, loop, clock);
   }
   // In the foreground, so that it ends with the test.
   ChildProcess copy(const std::string& text) {

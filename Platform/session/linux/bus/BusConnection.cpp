@@ -12,9 +12,6 @@
 namespace halvorn {
 namespace {
 
-// How long a message may lie unsent before somebody looks whether it can go now.
-constexpr double kSecondsBetweenWrites = 0.005;
-
 double steadySeconds() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
@@ -85,12 +82,30 @@ std::unique_ptr<BusConnection> BusConnection::open(const std::string& address, d
   return result;
 }
 
+BusConnection::BusConnection(DBusConnection* connection) : connection_(connection) {
+  const auto added = [](DBusWatch* watch, void* self) -> dbus_bool_t {
+    if ((dbus_watch_get_flags(watch) & DBUS_WATCH_WRITABLE) != 0)
+      static_cast<BusConnection*>(self)->writing_ = watch;
+    return TRUE;
+  };
+  const auto removed = [](DBusWatch* watch, void* self) {
+    DBusWatch*& writing = static_cast<BusConnection*>(self)->writing_;
+    if (writing == watch) writing = nullptr;
+  };
+  dbus_connection_set_watch_functions(connection, added, removed, nullptr, this, nullptr);
+}
+
+// Also while two ends introduce themselves; and not while a message has to wait for that.
+bool BusConnection::hasSomethingToWrite() const {
+  return writing_ != nullptr && dbus_watch_get_enabled(writing_);
+}
+
 void BusConnection::exchangeUntil(double deadline) {
   dbus_connection_read_write(connection_.get(), 0);
   if (dbus_connection_get_dispatch_status(connection_.get()) == DBUS_DISPATCH_DATA_REMAINS) return;
-  double wait = std::max(deadline - steadySeconds(), 0.0);
-  if (dbus_connection_has_messages_to_send(connection_.get())) wait = std::min(wait, kSecondsBetweenWrites);
-  pollfd entry{descriptor(), POLLIN, 0};
+  const double wait = std::max(deadline - steadySeconds(), 0.0);
+  const int events = hasSomethingToWrite() ? POLLIN | POLLOUT : POLLIN;
+  pollfd entry{descriptor(), static_cast<short>(events), 0};
   ::poll(&entry, 1, static_cast<int>(std::min(std::ceil(wait * 1000), 1e9)));
 }
 

@@ -82,12 +82,14 @@ class BusConnection {
   struct Close {
     void operator()(DBusConnection* connection) const;
   };
-  explicit BusConnection(DBusConnection* connection) : connection_(connection) {}
-  // Moves bytes both ways, waiting at most until that time of the steady clock for some to come.
+  explicit BusConnection(DBusConnection* connection);
+  // Moves bytes both ways, waiting at most until that time of the steady clock for the socket to take or bring some.
   void exchangeUntil(double deadline);
+  [[nodiscard]] bool hasSomethingToWrite() const;
   [[nodiscard]] CallResult askBus(const char* member, const std::string* argument,
                                   double patience = kPatience);
 
+  DBusWatch* writing_ = nullptr;  // the library's wish to write; it outlives the connection's end
   std::unique_ptr<DBusConnection, Close> connection_;
   bool takesCalls_ = false;
   std::deque<BusMessage> received_;  // what came while a reply was awaited

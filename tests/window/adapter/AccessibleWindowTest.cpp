@@ -75,7 +75,7 @@ TEST_F(AccessibleWindow, NamesAreInThePersonsLanguage) {
   showInstallPage();
   EXPECT_TRUE(sees("push button", "Installieren")) << seen();
   EXPECT_TRUE(sees("push button", "Hilfe")) << seen();
-  EXPECT_TRUE(sees("image", "Programmsymbol")) << seen();
+  EXPECT_TRUE(sees("image", "Produktsymbol")) << seen();
 }
 
 TEST_F(AccessibleWindow, WindowAndIndicatorAreBusyWhileItWorks) {

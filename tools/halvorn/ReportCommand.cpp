@@ -100,9 +100,10 @@ PropertyDictionary versions(InstallerSteps& steps, const Text& installer) {
 PropertyDictionary reportOf(const Text& installer, const std::vector<std::string>& log) {
   InstallerSteps steps({.installer = installer, .arguments = argumentsIn(log.front())});
   steps.begin();
-  // Where there is no journal, there is nothing in it.
-  const ProgramEnd journal = runProgram({"journalctl", "--quiet", "--no-pager", "--output=short-iso",
-                                         "--lines=200", "SYSLOG_IDENTIFIER=HalvornInstaller"});
+  // Where there is no journal, there is nothing in it. With a window or without one.
+  const ProgramEnd journal =
+      runProgram({"journalctl", "--quiet", "--no-pager", "--output=short-iso", "--lines=200",
+                  "SYSLOG_IDENTIFIER=HalvornInstaller", "SYSLOG_IDENTIFIER=halvorn"});
   return {{"log", textsOf(log)},
           {"journal", textsOf(journal.status == 0 ? linesOf(journal.output) : std::vector<std::string>())},
           {"plan", planOf(steps).facts},

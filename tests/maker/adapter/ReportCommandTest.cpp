@@ -1,5 +1,8 @@
 // halvorn report: the last installation, told without names.
+#include <sys/mount.h>
 #include <sys/stat.h>
+
+#include <memory>
 
 #include "tests/maker/adapter/HalvornFixture.h"
 
@@ -50,6 +53,47 @@ TEST_F(ReportCommand, ItIsShownBeforeItIsWrittenAndForNobodyElse) {
 
 TEST_F(ReportCommand, WithoutAnInstallationThereIsNothingToTell) {
   EXPECT_EQ(halvorn({"report"}).status, 66);
+}
+
+// A journal of the test's own, in a /run that nobody else sees.
+class JournaledReport : public ReportCommand {
+ protected:
+  void SetUp() override {
+    if (!fs::exists(kJournal)) GTEST_SKIP() << "systemd, which has the journal, is not installed";
+    if (::geteuid() != 0) GTEST_SKIP() << "only the administrator starts a journal";
+    ReportCommand::SetUp();
+    if (IsSkipped()) return;
+    ASSERT_EQ(::mount("tmpfs", "/run", "tmpfs", 0, "mode=755"), 0);
+    isMounted_ = true;
+    fs::create_directories("/run/systemd/journal");
+    journal_ = std::make_unique<ChildProcess>(std::vector<std::string>{kJournal});
+    ASSERT_TRUE(eventually([] { return fs::exists("/run/systemd/journal/socket"); })) << journal_->output();
+  }
+  void TearDown() override {
+    journal_.reset();
+    if (isMounted_) {
+      EXPECT_EQ(::umount2("/run", MNT_DETACH), 0);
+    }
+    ReportCommand::TearDown();
+  }
+
+ private:
+  static constexpr char kJournal[] = "/lib/systemd/systemd-journald";
+  std::unique_ptr<ChildProcess> journal_;
+  bool isMounted_ = false;
+};
+
+TEST_F(JournaledReport, TheEventsOfTheJournalAreToldWithoutNames) {
+  install();
+  // Without --json a part follows the other, each behind its title.
+  const auto journal = [&] {
+    const std::string page = halvorn({"report"}).output;
+    const std::size_t begin = page.find("== journal\n");
+    return begin == std::string::npos ? "" : page.substr(begin, page.find("\n== ", begin) - begin);
+  };
+  EXPECT_TRUE(eventually([&] { return has(journal(), "successfully copied"); })) << journal();
+  EXPECT_TRUE(has(journal(), "~/Applications/Sample.app")) << journal();
+  EXPECT_FALSE(has(journal(), home())) << journal();
 }
 
 }  // namespace

@@ -295,6 +295,23 @@ TEST_F(DocumentViewLinks, AnotherDocumentTakesThePlaceOfTheFirst) {
   EXPECT_EQ(view_.toPlainText(), QStringLiteral("next"));
 }
 
+// Its place may have been given to it too low for a line: before the window was laid out.
+TEST_F(DocumentViewLinks, ADocumentIsShownFromItsTop) {
+  view_.hide();
+  QFont large = view_.font();
+  large.setPointSize(20);
+  view_.setFont(large);
+  view_.resize(300, 30);
+  auto next = std::make_unique<QTextDocument>();
+  next->setPlainText(QStringLiteral("line\n").repeated(100));
+  view_.showDocument({std::move(next)});
+  view_.resize(300, 200);
+  view_.show();
+  QApplication::processEvents();
+  ASSERT_GT(view_.verticalScrollBar()->maximum(), 0);
+  EXPECT_EQ(view_.verticalScrollBar()->value(), 0);
+}
+
 TEST_F(DocumentViewLinks, BeforeABeginningALineSaysSoAndLeadsToTheWhole) {
   int opened = 0;
   view_.openWhole = [&opened] { ++opened; };

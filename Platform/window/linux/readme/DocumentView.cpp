@@ -87,6 +87,8 @@ void DocumentView::showDocument(ReadMeDocument read) {
   delete shown_;  // the one before; the toolkit deletes only the document that the view was made with
   shown_ = shown;
   moveCursor(QTextCursor::Start);
+  // The caret is scrolled to where the view is still too low to show a line.
+  verticalScrollBar()->setValue(verticalScrollBar()->minimum());
 }
 
 void DocumentView::setBackgroundColor(const ColorPointer& color) {

@@ -60,6 +60,8 @@ QPalette paletteFor(Look look, Contrast contrast) {
     palette.setColor(QPalette::Disabled, role, QColor(tones.disabled));
   }
   palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(tones.rule));
+  // The toolkit draws what cannot be chosen in a menu twice, as if it were engraved; on dark ground it is a blur.
+  palette.setColor(QPalette::Disabled, QPalette::Light, QColor(tones.base));
   return palette;
 }
 

@@ -59,5 +59,15 @@ TEST(Palettes, WithHighContrastEdgesAndWhatCannotBeUsedAreSeenToo) {
   }
 }
 
+// The toolkit's second drawing of it, a pixel to the side, is of this color.
+TEST(Palettes, WhatCannotBeChosenInAMenuIsNotBlurred) {
+  for (const Look look : {Look::Light, Look::Dark}) {
+    for (const Contrast contrast : {Contrast::Usual, Contrast::High}) {
+      const QPalette palette = paletteFor(look, contrast);
+      EXPECT_EQ(palette.color(QPalette::Disabled, QPalette::Light), palette.color(QPalette::Base));
+    }
+  }
+}
+
 }  // namespace
 }  // namespace halvorn

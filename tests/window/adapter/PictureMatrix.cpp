@@ -32,9 +32,9 @@ struct Set {
   Names states;
 };
 
-const Names kEveryState = {"readme",       "readme-long", "menu",      "install", "help",  "focus-install",
-                           "focus-cancel", "running",     "failed",    "done",    "error", "names",
-                           "icon-none",    "icon-tiny",   "icon-huge", "alert"};
+const Names kEveryState = {"readme",       "readme-long", "menu",      "install",   "help", "focus-install",
+                           "focus-cancel", "focus-help",  "running",   "failed",    "done", "error",
+                           "names",        "icon-none",   "icon-tiny", "icon-huge", "alert"};
 
 class PictureMatrix : public testing::Test {
  protected:
@@ -116,7 +116,7 @@ TEST_F(PictureMatrix, Sight) {
         {{1366, 768}},
         {"clear", "dark-clear"},
         {14, 20},
-        {"install", "focus-install", "focus-cancel", "failed", "done"}});
+        {"install", "focus-install", "focus-cancel", "focus-help", "failed", "done"}});
 }
 
 TEST_F(PictureMatrix, Breadth) {

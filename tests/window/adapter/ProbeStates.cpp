@@ -18,8 +18,9 @@ constexpr char kLongPath[] =
 
 const std::vector<std::string>& ProbeStates::names() {
   static const std::vector<std::string> names = {
-      "readme", "readme-long", "menu",  "install", "help",      "focus-install", "focus-cancel", "running",
-      "failed", "done",        "error", "names",   "icon-none", "icon-tiny",     "icon-huge",    "alert"};
+      "readme",       "readme-long", "menu",      "install",   "help", "focus-install",
+      "focus-cancel", "focus-help",  "running",   "failed",    "done", "error",
+      "names",        "icon-none",   "icon-tiny", "icon-huge", "alert"};
   return names;
 }
 
@@ -27,7 +28,7 @@ bool ProbeStates::show(const std::string& name) {
   outlets_.tabView.showWithoutTabsAndBorder();
   if (name == "readme" || name == "menu") return showReadMe("editor.rtf"), true;
   if (name == "readme-long") return showReadMe("long.txt"), true;
-  showInstall(kProduct, "2.1", kPath, name == "help");
+  showInstall(kProduct, "2.1", kPath, name == "help" || name == "focus-help");
   if (name == "names") showInstall(kLongProduct, kLongVersion, kLongPath, true);
   if (name == "running") {
     outlets_.installButton.setEnabled(Enabled::No);
@@ -85,6 +86,7 @@ void ProbeStates::showButtons(const char* install, const char* cancel) {
 
 void ProbeStates::showReadMe(const char* document) {
   showInstall(kProduct, "2.1", kPath, true);
+  outlets_.readMeTextView.setAppearance(AppearanceName::Aqua);  // whatever the desktop's look
   (void)outlets_.readMeTextView.setDocumentFromFile(Text(documents_ + "/" + document));
   outlets_.tabView.selectItem(0);
   showButtons("Continue", "Cancel");

@@ -5,12 +5,14 @@
 #include <string>
 #include <vector>
 
+class QAbstractButton;
 class QWidget;
 
 namespace halvorn {
 
 // A sentence for each finding: outside the work area (with that frame around the window, where none is known), over one another, cut
-// without a tool tip that has the whole text, without a name, hard to read.
-[[nodiscard]] std::vector<std::string> findingsIn(QWidget& window, const QMargins& frame);
+// without a tool tip that has the whole text, without a name, hard to read, without a ring though the keyboard came to it by a key.
+[[nodiscard]] std::vector<std::string> findingsIn(QWidget& window, const QMargins& frame,
+                                                  const QAbstractButton* reachedByKey = nullptr);
 
 }  // namespace halvorn

@@ -10,6 +10,7 @@
 //
 // "\n" in a text is a line end. Each command is answered by "done".
 
+#include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -178,12 +179,15 @@ class Probe {
 
   void state(const std::string& name) {
     while (QWidget* popup = QApplication::activePopupWidget()) popup->close();
+    if (reachedByKey_ != nullptr) reachedByKey_->clearFocus();  // and its ring
+    reachedByKey_ = nullptr;
     (void)states_.show(name);
     if (name == "menu") openMenu();
-    const bool focuses = name.rfind("focus-", 0) == 0;
-    if (focuses) {
+    if (name.rfind("focus-", 0) == 0) {
       const std::string id = name.substr(6) + "Button";
-      window_.widget().find<QWidget>(QString::fromStdString(id))->setFocus(Qt::TabFocusReason);
+      reachedByKey_ = window_.widget().find<QAbstractButton>(QString::fromStdString(id));
+      reachedByKey_->clearFocus();  // who has the keyboard does not get it by a key
+      reachedByKey_->setFocus(Qt::TabFocusReason);
     }
   }
 
@@ -220,7 +224,7 @@ class Probe {
     std::string all;
     for (QWidget* window : QApplication::topLevelWidgets()) {
       if (!window->isVisible() || window->windowType() == Qt::ToolTip) continue;
-      for (const std::string& finding : findingsIn(*window, kFrame))
+      for (const std::string& finding : findingsIn(*window, kFrame, reachedByKey_))
         all += (all.empty() ? "" : " | ") + finding;
     }
     say(all.empty() ? "no finding" : all);
@@ -270,6 +274,7 @@ class Probe {
   QtScreenReader reader_{window_};
   ProbeStates states_;
   WheelWatch wheelWatch_;
+  QAbstractButton* reachedByKey_ = nullptr;  // of the state that is shown
 };
 
 std::optional<InterfaceStyle> styleNamed(const std::string& name) {

@@ -65,6 +65,25 @@ TEST_F(WaylandFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {
   EXPECT_EQ(wholeLog(), kPlainStart + kInstallClicked + kQuitObeyed + installLog());
 }
 
+// There a program repeats held keys itself; whoever keeps the key down on the read-me has agreed to nothing else.
+TEST_F(WaylandFlow, AReturnThatIsHeldTurnsThePageAndInstallsNothing) {
+  constexpr double kLongerThanTheFirstRepeatTakes = 1.5;
+  const std::string readMe = makeReadMe(image());
+  InstallerDriver installer(desktop(), {"-sourcePath", product(), "-readMePath", readMe});
+  ASSERT_TRUE(installer.waitForButton("Continue", kTestPatience));
+  ASSERT_TRUE(eventually([&] { return focusedApplication() == "example.halvorn.installer"; }))
+      << focusedApplication();
+  auto held = std::make_unique<ChildProcess>(
+      std::vector<std::string>{"wtype", "-s", "400", "-P", "Return", "-s", "60000"},
+      ChildOptions{.environment = desktop().environment()});
+  ASSERT_TRUE(installer.waitForButton("Install", kTestPatience));
+  EXPECT_FALSE(eventually([&] { return logHas(kInstallClicked.front()); }, kLongerThanTheFirstRepeatTakes));
+  held.reset();
+  installer.key("Return");
+  ASSERT_TRUE(installer.waitForText("Sample was successfully installed.", 60));
+  EXPECT_EQ(countOf(kInstallClicked.front()), 1);
+}
+
 TEST_F(WaylandFlow, WhatTheHelpButtonOpensHasTheCompositorsLeaveToComeToTheFront) {
   const fs::path programs = image() / "programs";
   const fs::path told = image() / "told";

@@ -204,6 +204,8 @@ int applicationMain(int argumentCount, char** arguments) {
   std::signal(SIGCHLD, SIG_DFL);
   // A server of the desktop that goes away ends no installation, whoever writes to it just then.
   std::signal(SIGPIPE, SIG_IGN);
+  // Nor does a log that may not grow any more (ulimit -f): the call that fails tells it.
+  std::signal(SIGXFSZ, SIG_IGN);
   KTSystem system({arguments, arguments + argumentCount},
                   {.programName = kProgramName, .identifier = kBundleIdentifier});
   if (const auto answer = commandLineAnswer(system.parts().arguments, system.bundles()))

@@ -186,6 +186,14 @@ TEST_F(Surroundings, ASilentAccessibilityBusDoesNotKeepTheWindowAway) {
   EXPECT_EQ(installer.process().end(SIGTERM, kTestPatience), 0);
 }
 
+// What it would write into its log is too large for the person's limit; the rest is done all the same.
+TEST_F(Surroundings, ALogThatMayNotGrowKeepsNoWindowAway) {
+  ChildProcess installer(after("ulimit -f 0"), {.environment = changed({"QT_SCALE_FACTOR=1000"})});
+  EXPECT_TRUE(windowComes(kTestPatience)) << installer.output();
+  EXPECT_EQ(logFile(), "");
+  EXPECT_EQ(installer.end(SIGTERM, kTestPatience), 0) << installer.output();
+}
+
 TEST_F(Surroundings, ScalesThatNobodyCanMeanAreNotHeeded) {
   for (const char* scale : {"QT_SCALE_FACTOR=-1", "QT_SCALE_FACTOR=1000", "QT_SCREEN_SCALE_FACTORS=1000"}) {
     InstallerDriver installer(desktop(), {"-sourcePath", product()}, {.environment = {scale}});

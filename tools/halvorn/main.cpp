@@ -96,5 +96,7 @@ int main(int count, char** arguments) {
   std::signal(SIGCHLD, SIG_DFL);
   // Whoever does not read to the end breaks nothing off.
   std::signal(SIGPIPE, SIG_IGN);
+  // A file that may not grow any more is told by the call that fails.
+  std::signal(SIGXFSZ, SIG_IGN);
   return halvorn::halvornMain({arguments + 1, arguments + count});
 }

@@ -1,3 +1,5 @@
+include(TestCode)
+
 # kt_library(NAME SOURCES ... [USES ...]): a static library that includes from the root of the tree.
 function(kt_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;USES;PRIVATE_USES" ${ARGN})
@@ -41,12 +43,7 @@ function(kt_test name)
   target_link_libraries(${name} PRIVATE ${ARG_USES} GTest::gtest GTest::gtest_main)
   target_compile_definitions(${name} PRIVATE
     KT_SOURCE_DIR="${PROJECT_SOURCE_DIR}" KT_BINARY_DIR="${PROJECT_BINARY_DIR}")
-  # GCC 12 takes parts of <regex> for uninitialised when it compiles them for the sanitizers.
-  if(KT_SANITIZE)
-    target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-maybe-uninitialized>)
-    # What is tested is made quick enough; the tests themselves compile in half the time without.
-    target_compile_options(${name} PRIVATE -O0)
-  endif()
+  kt_test_code(${name})
   set(serial FALSE)
   if(ARG_SERIAL)
     set(serial TRUE)

@@ -21,7 +21,12 @@ if(KT_HAS_GNUSTEP)
   if(CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_OBJCXX_COMPILER_LAUNCHER ${CMAKE_CXX_COMPILER_LAUNCHER})
   endif()
+  # How headers that were read beforehand are called and begin is one setting for all languages, and stays that of C++.
+  set(extension ${CMAKE_PCH_EXTENSION})
+  set(prologue ${CMAKE_PCH_PROLOGUE})
   enable_language(OBJCXX)
+  set(CMAKE_PCH_EXTENSION ${extension})
+  set(CMAKE_PCH_PROLOGUE ${prologue})
   # The headers of the runtime library lie in a folder of GCC that clang must not see as a whole.
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=include OUTPUT_VARIABLE gcc_headers
     OUTPUT_STRIP_TRAILING_WHITESPACE)

@@ -33,6 +33,7 @@ check_tidy() {
   local source headers key remaining=()
   export tidy_passed=build/dev/tidy
   mkdir -p "$tidy_passed"
+  dev.d/plain_commands.py build/dev "$tidy_passed" || die "the build's commands could not be read"
   while read -r source headers; do
     [ -e "$source" ] || continue  # gone from the tree; the build remembers it
     if [ "$#" -gt 0 ] && [[ " $* " != *" $source "* ]]; then continue; fi
@@ -48,7 +49,7 @@ check_tidy() {
 
 tidy() {
   local found
-  if found=$(clang-tidy --quiet -p build/dev "$2" 2>/dev/null); then touch "$tidy_passed/$1"; else
+  if found=$(clang-tidy --quiet -p "$tidy_passed" "$2" 2>/dev/null); then touch "$tidy_passed/$1"; else
     printf '%s\n' "$found"
     return 1
   fi

@@ -34,6 +34,8 @@ LiveProcesses::LiveProcesses(const LiveOptions& options)
                                                changes.push_back(notification.text("change")->bytes());
                                              })) {}
 
+LiveProcesses::~LiveProcesses() = default;
+
 KTProcessPointer LiveProcesses::listed(std::int32_t pid) {
   for (const auto& process : processes.allProcesses()) {
     if (process->unixPID() == pid) return process;

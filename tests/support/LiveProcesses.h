@@ -51,6 +51,7 @@ struct LiveOptions {
 class LiveProcesses {
  public:
   explicit LiveProcesses(const LiveOptions& options);
+  ~LiveProcesses();  // what its parts are made of is compiled in one place
 
   // Runs the loop until the condition holds.
   template <typename Condition>

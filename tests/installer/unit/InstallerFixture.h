@@ -52,55 +52,19 @@ class InstallerFixture : public ::testing::Test {
  protected:
   enum class Stubborn { QuitsAtSecondRequest, Forever };
 
-  void SetUp() override {
-    files.addFile("/Volumes/NAS/Foo.app/Contents/Info.plist");
-    files.addFolder("/Applications");
-    window.introField.text_ = "Installs %@.";
-    window.explanationField.text_ = "Click to install %@.";
-    window.window.title_ = "Install %@";
-    window.checkmarkField.hidden_ = Hidden::No;  // start-up hides it, whatever the description says
-    files.addFile("/usr/share/sounds/Done.wav", "RIFF");
-    bundles.setInfo(
-        product,
-        {{"CFBundleSignature", "FOOX"}, {"CFBundleShortVersionString", "1.2"}, {"CFBundleIconFile", "Foo"}});
-    bundles.mainBundle = "/Volumes/NAS/Installer.app";
-    toolPath = bundles.addResource(bundles.mainBundle, "train");
-  }
+  // Made and ended in one place: what the fakes are made of is compiled there, and not in every test.
+  InstallerFixture();
+  ~InstallerFixture() override;
+
+  void SetUp() override;
 
   // A new installer with these arguments, start-up done. Earlier ones stay alive until the test ends.
-  InstallerWinController& start(std::vector<Text> arguments) {
-    arguments.insert(arguments.begin(), "/installer");
-    installers_.push_back(std::make_unique<Installer>(*this, std::move(arguments)));
-    InstallerWinController& controller = installers_.back()->controller;
-    window.installButton.onClick = [&controller] { controller.install(); };
-    window.cancelButton.onClick = [&controller] { controller.cancel(); };
-    window.helpButton.onClick = [&controller] { controller.openDocumentation(); };
-    controller.awakeFromNib();
-    return controller;
-  }
+  InstallerWinController& start(std::vector<Text> arguments);
 
   // A worker of its own, without window.
-  InstallWorker& makeWorker(const std::vector<std::pair<Text, Text>>& arguments = {}) {
-    installers_.push_back(std::make_unique<Installer>(*this, std::vector<Text>{"/installer"}));
-    Installer& installer = *installers_.back();
-    for (const auto& [key, value] : arguments) installer.ownArguments.set(key, value);
-    installer.ownWorker = std::make_unique<InstallWorker>(
-        installer.services.worker, installer.ownArguments,
-        InstallWorker::MainThreadEntries{[](Animate) {}, [](const InstallOutcome&) {}});
-    return *installer.ownWorker;
-  }
+  InstallWorker& makeWorker(const std::vector<std::pair<Text, Text>>& arguments = {});
 
-  FakeApplication& addRunning(const char* name, const char (&code)[5], Stubborn stubborn) {
-    FakeApplication& running = processes.applications.start(
-        {.name = name, .signature = fourCharCode(code), .quitting = FakeApplication::Quitting::Never});
-    if (stubborn == Stubborn::QuitsAtSecondRequest) {
-      // Both phases of the first request take four seconds each.
-      clock.onAdvance = [&running](double seconds) {
-        if (seconds > 9.0) running.quitting = FakeApplication::Quitting::WhenAsked;
-      };
-    }
-    return running;
-  }
+  FakeApplication& addRunning(const char* name, const char (&code)[5], Stubborn stubborn);
 
   void addBundleIcon(const char* fileName) {
     images.files[bundles.addResource(product, fileName)] = std::make_shared<FakeImage>(fileName);

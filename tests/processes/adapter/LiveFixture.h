@@ -20,64 +20,28 @@ class LiveFixture : public testing::Test {
  protected:
   using Strings = std::vector<std::string>;
 
+  // Made and ended in one place: what the process model is made of is compiled there, and not in every test.
+  LiveFixture();
+  ~LiveFixture() override;
+
   // Skips when the machine lacks a part.
-  void startDesktop(const DesktopParts& parts) {
-    if (const auto missing = Desktop::missing(parts)) GTEST_SKIP() << *missing;
-    desktop = std::make_unique<Desktop>(parts);
-  }
+  void startDesktop(const DesktopParts& parts);
   // The processes of this test alone, or all of this user.
   enum class Table { Own, Whole };
-  void watch(LiveOptions options, Table table = Table::Own) {
-    if (table == Table::Own) options.table = own.path();
-    live = std::make_unique<LiveProcesses>(options);
-  }
-  void startDesktopAndWatch(const DesktopParts& parts = {.bus = false}) {
-    startDesktop(parts);
-    if (!desktop) return;
-    watch({.display = desktop->displayName(),
-           .waylandSocket = desktop->waylandSocket(),
-           .bus = desktop->busAddress()});
-  }
+  void watch(LiveOptions options, Table table = Table::Own);
+  void startDesktopAndWatch(const DesktopParts& parts = {.bus = false});
 
   // As it is, without waiting for it.
-  ChildProcess& launch(const Strings& arguments, const ChildOptions& options) {
-    children.emplace_back(arguments, options);
-    own.add(children.back().pid());
-    return children.back();
-  }
-  ChildProcess& launch(const Strings& arguments) {
-    return launch(arguments, {.environment = desktop ? desktop->environment() : Strings{}});
-  }
-  ChildProcess& start(const std::string& program, const Strings& habits = {}) {
-    Strings arguments = {program};
-    arguments.insert(arguments.end(), habits.begin(), habits.end());
-    ChildProcess& started = launch(arguments);
-    EXPECT_EQ(started.readLine(kTestPatience), "ready") << started.output();
-    return started;
-  }
+  ChildProcess& launch(const Strings& arguments, const ChildOptions& options);
+  ChildProcess& launch(const Strings& arguments);
+  ChildProcess& start(const std::string& program, const Strings& habits = {});
   // In a bundle of that name and signature ("" declares none).
-  ChildProcess& startBundle(const std::string& name, const std::string& code, const Strings& habits = {}) {
-    return start(bundleProgram(name, code), habits);
-  }
-  std::string bundleProgram(const std::string& name, const std::string& code) {
-    ZooBundle bundle{.name = name, .info = {{"CFBundleIdentifier", "org.example." + name}}};
-    if (!code.empty()) bundle.info["CFBundleSignature"] = code;
-    return makeBundle(folder.path(), bundle);
-  }
+  ChildProcess& startBundle(const std::string& name, const std::string& code, const Strings& habits = {});
+  std::string bundleProgram(const std::string& name, const std::string& code);
   // The object of the child, which has to be listed.
-  KTProcessPointer process(const ChildProcess& child) {
-    KTProcessPointer result;
-    EXPECT_TRUE(live->settles([&] { return (result = live->listed(child.pid())) != nullptr; }))
-        << "not listed";
-    return result;
-  }
+  KTProcessPointer process(const ChildProcess& child);
   // Until the desktop has told of that many windows of the child: it knows of them later than the child itself.
-  void awaitWindows(const ChildProcess& child, std::size_t windows) {
-    EXPECT_TRUE(eventually([&] {
-      const auto held = live->running.withPid(child.pid());
-      return held && live->windows.windowsOf(held->hold).size() == windows;
-    })) << "the windows are not known";
-  }
+  void awaitWindows(const ChildProcess& child, std::size_t windows);
   bool isListed(const ChildProcess& child) { return live->listed(child.pid()) != nullptr; }
   [[nodiscard]] std::ptrdiff_t count(const std::string& change) const {
     return std::count(live->changes.begin(), live->changes.end(), change);

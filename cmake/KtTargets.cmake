@@ -61,7 +61,7 @@ function(kt_test name)
   if(ARG_FAILS_ON)
     list(APPEND properties FAIL_REGULAR_EXPRESSION "${ARG_FAILS_ON}")
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${ARG_PREFIX}" PROPERTIES ${properties})
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 TEST_PREFIX "${ARG_PREFIX}" PROPERTIES ${properties})
 endfunction()
 
 # kt_every_test_is_built(FOLDER): fails when a file of tests below the folder is in no program made there.

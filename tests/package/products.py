@@ -4,9 +4,23 @@ import os, struct, subprocess
 ICON, WORDS, OTHER_ICON = (0, 160, 40), (200, 0, 160), (20, 60, 200)
 
 
+def packed(tone):
+    """128 x 128 bytes of that value, as old icon files pack them: a length, then what is repeated so often."""
+    return (bytes([125 + 130, tone]) * (128 * 128 // 130)) + bytes([125 + 128 * 128 % 130, tone])
+
+
+def write_icns(path, *entries):
+    body = b"".join(name + struct.pack(">I", 8 + len(data)) + data for name, data in entries)
+    with open(path, "wb") as file:
+        file.write(b"icns" + struct.pack(">I", 8 + len(body)) + body)
+
+
 def drawn(kind, folder, color=ICON):
-    """A picture of one color, in a format."""
+    """A picture of one color, in a format; "old.icns" is what icon files were before they had PNG in them."""
     path = os.path.join(folder, f"icon.{kind}")
+    if kind == "old.icns":
+        write_icns(path, (b"it32", bytes(4) + b"".join(map(packed, color))), (b"t8mk", b"\xff" * 128 * 128))
+        return path
     color = "rgb(%d,%d,%d)" % color
     if kind == "svg":
         with open(path, "w") as file:
@@ -17,8 +31,7 @@ def drawn(kind, folder, color=ICON):
     if kind == "icns":
         with open(made, "rb") as file:
             data = file.read()
-        with open(path, "wb") as file:
-            file.write(b"icns" + struct.pack(">I", 16 + len(data)) + b"ic07" + struct.pack(">I", 8 + len(data)) + data)
+        write_icns(path, (b"ic07", data))
     return path
 
 

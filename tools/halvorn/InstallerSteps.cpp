@@ -3,7 +3,11 @@
 
 #include <unistd.h>
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <random>
+#include <thread>
 
 #include "Core/ByteCounter.h"
 #include "Core/Paths.h"
@@ -37,6 +41,8 @@
 
 namespace halvorn {
 namespace {
+
+constexpr std::chrono::seconds kLongestSound(5);
 
 constexpr char kProgramName[] = "halvorn";
 constexpr char kBundleIdentifier[] = "example.halvorn.installer";  // the same settings hold
@@ -260,9 +266,16 @@ struct InstallerSteps::Parts {
 InstallerSteps::InstallerSteps(const InstallerStepsSettings& settings)
     : parts_(std::make_unique<Parts>(settings)) {}
 
-// A worker may still be at work, and everything it uses is there until then.
+// A worker may still be at work, and everything it uses is there until then. What plays is heard to its end, as long as
+// a sound for an ending may be.
 InstallerSteps::~InstallerSteps() {
   parts_->controller.leave();
+  const std::jthread limit([this](const std::stop_token& isOver) {
+    std::mutex mutex;
+    std::unique_lock lock(mutex);
+    std::condition_variable_any().wait_for(lock, isOver, kLongestSound, [] { return false; });
+    if (!isOver.stop_requested()) parts_->sounds.endAll();
+  });
   parts_->system.finish();
 }
 

@@ -2,14 +2,31 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdint>
+#include <cstdlib>
 
 #include "tests/maker/adapter/HalvornFixture.h"
 #include "tests/maker/adapter/Respawner.h"
+#include "tests/support/SoundServer.h"
 
 namespace halvorn {
 namespace {
 
 namespace fs = std::filesystem;
+
+// A WAV file: one channel of 8 bits, 8,000 times a second, as loud as can be.
+std::string loudSound(std::uint32_t seconds) {
+  const auto number = [](std::uint32_t value) {
+    std::string bytes;
+    for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<char>(value >> shift));
+    return bytes;
+  };
+  std::string samples;
+  for (std::uint32_t at = 0; at < seconds * 8000; ++at) samples.push_back(at % 16 < 8 ? '\0' : '\xff');
+  const std::string format = number(0x10001) + number(8000) + number(8000) + number(0x80001);
+  return "RIFF" + number(static_cast<std::uint32_t>(samples.size()) + 36) + "WAVEfmt " + number(16) + format +
+         "data" + number(static_cast<std::uint32_t>(samples.size())) + samples;
+}
 
 class InstallCommand : public HalvornFixture {
  protected:
@@ -57,6 +74,26 @@ TEST_F(InstallCommand, WhoeverDoesNotReadItsEventsBreaksNothingOff) {
   EXPECT_EQ(runCommand(whole, {.environment = environment_}, 60).status, 0);
   EXPECT_EQ(runCommand({"diff", "-r", product(), destination()}).output, "");
   EXPECT_TRUE(wasLaunched());
+}
+
+// The installer's own is a second long. One of two minutes is heard as long as a sound of that kind may be.
+TEST_F(InstallCommand, ASoundThatGoesOnAndOnDoesNotKeepItFromEnding) {
+  if (const auto missing = SoundServer::missing()) GTEST_SKIP() << *missing;
+  SoundServer server;
+  makeProduct();
+  const std::string installer = folder_ / "Loud.app";
+  const std::string built = std::string(KT_BUNDLE_DIR) + "/Contents";
+  fs::create_directories(installer + "/Contents");
+  fs::create_symlink(built + "/Linux", installer + "/Contents/Linux");
+  fs::copy(built + "/Resources", installer + "/Contents/Resources", fs::copy_options::recursive);
+  fs::copy_file(built + "/Info.plist", installer + "/Contents/Info.plist");
+  putFile(installer + "/Contents/Resources/Done.aiff", loudSound(120));
+  environment_.push_back("PULSE_SERVER=" + std::string(std::getenv("PULSE_SERVER")));
+  SoundRecording speakers(server, "lab_a");
+  const double begun = testSeconds();
+  EXPECT_EQ(halvorn(words({"--yes", "--installer", installer, "-completionSound", "YES"})).status, 0);
+  EXPECT_LT(testSeconds() - begun, 60);
+  EXPECT_GT(speakers.loudSeconds(), 1);
 }
 
 TEST_F(InstallCommand, EventsTellWhatHappens) {

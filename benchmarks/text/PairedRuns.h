@@ -16,7 +16,9 @@ namespace halvorn {
 struct PairedResult {
   double ourNanoseconds = 0;  // for one call
   double theirNanoseconds = 0;
-  double ratio = 0;  // theirs by ours: above 1 ours is ahead
+  double ratio = 0;          // theirs by ours: above 1 ours is ahead
+  std::vector<double> ours;  // what the medians are of, in turn
+  std::vector<double> theirs;
 };
 
 class PairedRuns {
@@ -43,7 +45,7 @@ class PairedRuns {
       their.push_back(second);
       ratios.push_back(second / first);
     }
-    return {median(our), median(their), median(ratios)};
+    return {median(our), median(their), median(ratios), our, their};
   }
 
   // So that no call can be left out.

@@ -93,7 +93,9 @@ void require(bool isSame, const char* operation) {
 
 class Benchmark {
  public:
-  Benchmark(std::size_t largest, int pairs) : largest_(largest), runs_(pairs, 0.004) {}
+  // rows: where each row is written, too, with everything that was measured; null for nowhere.
+  Benchmark(std::size_t largest, int pairs, std::FILE* rows)
+      : largest_(largest), runs_(pairs, 0.004), rows_(rows) {}
 
   void run() {
     std::printf("%-20s %-34s %9s %9s %9s %8s\n", "operation", "rival", "units", "ours", "theirs", "ratio");
@@ -123,7 +125,17 @@ class Benchmark {
                 result.ourNanoseconds / each, result.theirNanoseconds / each, result.ratio,
                 result.ratio >= 1 || kind == Rival::View ? "" : "  BEHIND");
     std::fflush(stdout);
+    if (rows_) write(operation, rival, units, result, kind);
     perUnit_[operation][units] = result.ourNanoseconds / each;
+  }
+
+  // Words between tabs: what it is, whether it is to be ahead, then ours and theirs of each pair in nanoseconds.
+  void write(const char* operation, const char* rival, std::size_t units, const PairedResult& result,
+             Rival kind) {
+    std::fprintf(rows_, "%s\t%s\t%zu\t%s", operation, rival, units, kind == Rival::View ? "view" : "owner");
+    for (const double nanoseconds : result.ours) std::fprintf(rows_, "\t%.1f", nanoseconds);
+    for (const double nanoseconds : result.theirs) std::fprintf(rows_, "\t%.1f", nanoseconds);
+    std::fputc('\n', rows_);
   }
 
   void trimming(std::size_t units) {
@@ -287,6 +299,7 @@ class Benchmark {
 
   std::size_t largest_;
   PairedRuns runs_;
+  std::FILE* rows_;
   IcuUnicode unicode_;
   std::map<std::string, std::map<std::size_t, double>> perUnit_;
 };
@@ -299,6 +312,8 @@ int main(int count, char** arguments) {
   const int pairs = count > 2 ? std::atoi(arguments[2]) : 15;
   // As in the product: once a program has had a second thread, reference counts and the allocator take care.
   std::thread([] {}).join();
-  halvorn::Benchmark(largest, pairs).run();
-  return 0;
+  std::FILE* rows = count > 3 ? std::fopen(arguments[3], "w") : nullptr;
+  if (count > 3 && !rows) return 1;
+  halvorn::Benchmark(largest, pairs, rows).run();
+  return rows && std::fclose(rows) != 0 ? 1 : 0;
 }

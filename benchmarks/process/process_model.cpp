@@ -1,7 +1,7 @@
 // What the process model does, for a stop-watch:
 //
 //   process_model [DESKTOP] list             the process ids of all applications, one line each, once
-//   process_model [DESKTOP] repeat N         the same N times in one program: microseconds of each
+//   process_model [DESKTOP] again            the same in one program for each line of its input: microseconds of each
 //   process_model [DESKTOP] lookup           nanoseconds of a cached lookup: in front, anywhere
 //   process_model [DESKTOP] latency N P      starts P and ends it, N times: from each end to its notification,
 //                                            microseconds
@@ -31,11 +31,12 @@ void list(LiveProcesses& live) {
     std::printf("%d\n", process->unixPID());
 }
 
-void repeat(LiveProcesses& live, int count) {
-  for (int i = 0; i < count; ++i) {
+void again(LiveProcesses& live) {
+  for (int asked = std::getchar(); asked != EOF; asked = std::getchar()) {
     const double start = live.clock.monotonicSeconds();
     const auto all = live.processes.allProcesses();
     std::printf("%.1f %zu\n", (live.clock.monotonicSeconds() - start) * 1e6, all.size());
+    std::fflush(stdout);
   }
 }
 
@@ -111,7 +112,7 @@ int run(int argumentCount, char** arguments) {
   const std::string_view what = words[0];
   const int count = words.size() > 1 ? std::atoi(words[1]) : 0;
   if (what == "list") list(live);
-  if (what == "repeat") repeat(live, count);
+  if (what == "again") again(live);
   if (what == "lookup") lookup(live);
   if (what == "latency" && words.size() > 2) latency(live, count, words[2]);
   if (what == "idle") idle(live);

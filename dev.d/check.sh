@@ -8,6 +8,7 @@ dev_check() {
   if [ "${1:-}" = --abi ]; then need build; check_abi; return; fi
   if [ "${1:-}" = --release ]; then check_release "${2:-trixie}"; return; fi
   if [ "${1:-}" = --docs ]; then check_docs; return; fi
+  if [ "${1:-}" = --bench ]; then shift; check_bench "$@"; return; fi
   need build check test
   if [ "${1:-}" = --fuzz ]; then check_fuzz; return; fi
   if [ "${1:-}" = --mutation ]; then shift; check_mutation "$@"; return; fi
@@ -98,6 +99,13 @@ check_docs() {
   need docs browser
   docs/reference/make build/docs >&2
   docs/reference/browser.py build/docs/html build/docs/pictures >&2
+}
+
+# Whether a benchmark's ratio to its peers is worse than the stored one.
+check_bench() {
+  source dev.d/bench.sh
+  bench_prepare
+  benchmarks/book.py check "$PWD" "$@"
 }
 
 # check_mutation [COUNT [SEED]]: whether the unit suites notice when a line of the core is another.

@@ -54,6 +54,7 @@ TEST_F(WaylandFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {
   ChildProcess running({old / "Contents/Linux/Sample"},
                        {.environment = desktop().environmentWith(reportEntry())});
   ASSERT_TRUE(startedVersion("1.0"));
+  ASSERT_TRUE(eventually([&] { return focusedApplication() == "Sample"; })) << "its window is the older one";
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
   ASSERT_TRUE(installer.waitForButton("Install", kTestPatience));
   ASSERT_TRUE(eventually([&] { return focusedApplication() == "example.halvorn.installer"; }))
@@ -186,6 +187,7 @@ TEST_F(GnomeFlow, ARunningCopyIsQuitAndTheKeyboardAloneSuffices) {
   ChildProcess running({old / "Contents/Linux/Sample"},
                        {.environment = desktop().environmentWith(reportEntry())});
   ASSERT_TRUE(startedVersion("1.0"));
+  ASSERT_TRUE(eventually([&] { return focusedApplication() == "Sample"; })) << "its window is the older one";
   InstallerDriver installer(desktop(), {"-sourcePath", product()});
   ASSERT_TRUE(installer.waitForButton("Install", kTestPatience));
   ASSERT_TRUE(eventually([&] { return focusedApplication() == "example.halvorn.installer"; }))

@@ -162,6 +162,25 @@ TEST_F(WindowOnADesktop, TheWindowManagerKnowsItsTitleAndIcon) {
   }));
 }
 
+TEST_F(WindowOnADesktop, OnlyBehindAnotherOneItAsksForAttention) {
+  const std::string window = windowId();
+  const auto asks = [&] {
+    return run({"xprop", "-id", window, "_NET_WM_STATE"}).find("DEMANDS_ATTENTION") != std::string::npos;
+  };
+  tell({"attention"});
+  EXPECT_FALSE(asks());
+  ProbeProgram other({KT_WINDOW_PROBE, bundle(), "en", "light"},
+                     ChildOptions{.environment = desktop_->environment()});
+  ASSERT_TRUE(other.waitForOutput("ready", kTestPatience)) << other.output();
+  (void)other.tell({"window show", "select 1", "window center", "window front"});
+  ASSERT_TRUE(eventually([&] { return activeWindow() != window; }));
+  // The window hears of it later than the desktop.
+  EXPECT_TRUE(eventually([&] {
+    tell({"attention"});
+    return asks();
+  })) << run({"xprop", "-id", window, "_NET_WM_STATE"});
+}
+
 TEST_F(WindowOnADesktop, ASheetTakesTheKeyboardAndEndsByReturn) {
   const std::string window = activeWindow();
   tell({"sheet AlertStopIcon"});

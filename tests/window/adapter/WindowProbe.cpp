@@ -143,6 +143,7 @@ class Probe {
     if (verb == "windowTitle") outlets_.window.setTitle(Text(rest));
     if (verb == "icon") application_.setApplicationIcon(images_.imageFromFile(Text(rest)));
     if (verb == "sheet") sheet(rest);
+    if (verb == "attention") application_.requestUserAttention();
     if (verb == "announce") reader_.announce(Text(rest));
     if (verb == "screenshot") screenshot(rest);
     if (verb == "where") where(rest);

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <fstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Platform/window/linux/readme/DocumentLimits.h"
 #include "Platform/window/linux/readme/MarkupGuard.h"
@@ -61,6 +63,26 @@ TEST_F(ReadMe, HtmlIsShownAsADocument) {
   EXPECT_EQ(text.find('<'), std::string::npos) << text;
   EXPECT_EQ(document->find(QStringLiteral("release")).charFormat().anchorHref(),
             QStringLiteral("https://example.com/notes"));
+}
+
+// For whom colors look alike.
+TEST_F(ReadMe, ALinkIsUnderlinedWhateverTheDocumentSays) {
+  const std::vector<std::pair<std::string, std::string>> documents = {
+      {"a.html", "<p>See <a href='https://a.example'>link</a>."},
+      {"b.html", "<p>See <a href='https://a.example' style='text-decoration: none'>link</a>."},
+      {"c.html", "<style>a { text-decoration: none }</style><p>See <a href='https://a.example'>link</a>."},
+      {"d.md", "See [link](https://a.example)."},
+      {"e.rtf", R"({\rtf1 See {\field{\*\fldinst HYPERLINK "https://a.example"}{\fldrslt link}}.})"}};
+  for (const auto& [name, bytes] : documents) {
+    const std::string path = folder_ / name;
+    std::ofstream(path) << bytes;
+    const auto document = readMeDocument(path).document;
+    ASSERT_TRUE(document) << name;
+    const QTextCharFormat link = document->find(QStringLiteral("link")).charFormat();
+    EXPECT_EQ(link.anchorHref(), QStringLiteral("https://a.example")) << name;
+    EXPECT_TRUE(link.fontUnderline()) << name;
+    EXPECT_FALSE(document->find(QStringLiteral("See")).charFormat().fontUnderline()) << name;
+  }
 }
 
 TEST_F(ReadMe, HtmlNamesItsEncoding) {

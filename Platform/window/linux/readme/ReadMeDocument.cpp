@@ -2,10 +2,13 @@
 
 #include <QImage>
 #include <QStringDecoder>
+#include <QTextBlock>
+#include <QTextCursor>
 #include <QUrl>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Core/ForPeople.h"
 #include "Core/Paths.h"
@@ -117,9 +120,30 @@ struct Reading {
 
 using DocumentPointer = std::unique_ptr<QTextDocument>;
 
+// A link is told by more than its color, whatever the document says.
+void underlineLinks(QTextDocument& document, const ReadingBudget& budget) {
+  QTextCharFormat underlined;
+  underlined.setFontUnderline(true);
+  QTextCursor cursor(&document);
+  for (QTextBlock block = document.begin(); block.isValid() && !budget.isSpent(); block = block.next()) {
+    std::vector<QTextFragment> links;  // runs with the same format become one run
+    for (auto run = block.begin(); !run.atEnd(); ++run) {
+      const QTextCharFormat format = run.fragment().charFormat();
+      if (!format.anchorHref().isEmpty() && !format.fontUnderline()) links.push_back(run.fragment());
+    }
+    for (const QTextFragment& link : links) {
+      cursor.setPosition(link.position());
+      cursor.setPosition(link.position() + link.length(), QTextCursor::KeepAnchor);
+      cursor.mergeCharFormat(underlined);
+    }
+  }
+}
+
 // The document, when the toolkit can bear it.
 DocumentPointer ifBearable(DocumentPointer document, const ReadingBudget& budget) {
-  return !budget.isSpent() && isWithinLimits(*document) ? std::move(document) : nullptr;
+  if (budget.isSpent() || !isWithinLimits(*document)) return nullptr;
+  underlineLinks(*document, budget);
+  return document;
 }
 
 ReadMeDocument plainDocument(const QString& text, const Reading& reading) {

@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <random>
+#include <system_error>
 #include <thread>
 
 #include "Core/ByteCounter.h"
@@ -270,12 +271,17 @@ InstallerSteps::InstallerSteps(const InstallerStepsSettings& settings)
 // a sound for an ending may be.
 InstallerSteps::~InstallerSteps() {
   parts_->controller.leave();
-  const std::jthread limit([this](const std::stop_token& isOver) {
-    std::mutex mutex;
-    std::unique_lock lock(mutex);
-    std::condition_variable_any().wait_for(lock, isOver, kLongestSound, [] { return false; });
-    if (!isOver.stop_requested()) parts_->sounds.endAll();
-  });
+  std::jthread limit;
+  try {
+    limit = std::jthread([this](const std::stop_token& isOver) {
+      std::mutex mutex;
+      std::unique_lock lock(mutex);
+      std::condition_variable_any().wait_for(lock, isOver, kLongestSound, [] { return false; });
+      if (!isOver.stop_requested()) parts_->sounds.endAll();
+    });
+  } catch (const std::system_error&) {
+    parts_->sounds.endAll();  // no further thread can be had, and nothing may play on for ever
+  }
   parts_->system.finish();
 }
 

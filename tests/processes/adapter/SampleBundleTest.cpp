@@ -110,11 +110,14 @@ TEST_F(RealSample, HasTheTimesThatPsTells) {
   // `ps` counts the kernel's work too, so the ticks of the program's own are taken from where it takes them.
   const OwnProcessorTimes times(folder / "times");
   if (times.missing()) GTEST_SKIP() << *times.missing();
+  double told = 0, seconds = 0;
   EXPECT_TRUE(eventually([&] {
     const auto ticks = runCommand({"awk", "{ print $14 }", "/proc/" + pid + "/stat"});
-    const double seconds = std::stod(ticks.output) / static_cast<double>(::sysconf(_SC_CLK_TCK));
-    return std::abs(sample->cpuTime() - seconds) < 0.001;
-  }));
+    seconds = std::stod(ticks.output) / static_cast<double>(::sysconf(_SC_CLK_TCK));
+    told = sample->cpuTime();
+    return std::abs(told - seconds) < 0.001;
+  })) << told
+      << " and not " << seconds;
   EXPECT_LE(sample->cpuTime(), ps("cputimes") + 1.0);
 }
 

@@ -50,6 +50,9 @@ class BusConnection {
   // Null when there is no bus at that address ("" is none), or it does not answer in time.
   [[nodiscard]] static std::unique_ptr<BusConnection> open(const std::string& address,
                                                            double patience = kPatience);
+  // The library knows where it lies.
+  BusConnection(const BusConnection&) = delete;
+  BusConnection& operator=(const BusConnection&) = delete;
 
   [[nodiscard]] bool isConnected() const { return dbus_connection_get_is_connected(connection_.get()); }
   [[nodiscard]] CallResult call(const BusMessage& message, double seconds);
